@@ -1,0 +1,31 @@
+#pragma once
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "itemset.h"
+
+namespace korv {
+
+/// A text output file: created, or emptied, at construction; whole on disk after destruction.
+///
+/// Text goes in through the stream operators: numbers in decimal, doubles with six significant digits. It is
+/// kept in a large buffer, since a run can write gigabytes in short lines: end lines with '\n', not
+/// std::endl. A file that cannot be created is not reported: the stream stays failed and what is written to
+/// it is lost.
+class Output_Manager : public std::ofstream {
+public:
+    explicit Output_Manager(const std::string& file_name);
+    ~Output_Manager() override;
+    Output_Manager(const Output_Manager&) = delete;
+    Output_Manager& operator=(const Output_Manager&) = delete;
+
+    /// Writes each item in decimal, followed by one blank: {1, 4} as "1 4 ", the empty itemset as nothing.
+    void write_out_basket(const Itemset& itemset);
+
+private:
+    std::vector<char> buffer_;
+};
+
+}  // namespace korv

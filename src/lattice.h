@@ -1,0 +1,91 @@
+#pragma once
+
+#include <istream>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "Input_Output_Manager.h"
+#include "Output_Manager.h"
+#include "itemset.h"
+#include "rule_catalogue.h"
+
+namespace korv {
+
+/// What is known of a class besides its closed itemset.
+struct data {
+    /// Disjunctive support, in transactions: how many hold at least one item of the closed itemset.
+    Count support = 0;
+    /// The essential itemsets, in the order of the class file, each ascending; none as large as the closed
+    /// itemset. May be empty.
+    std::vector<Itemset> essentials;
+};
+
+/// A class: an entry of Lattice::dci_map, closed itemset and data. Stays valid for the whole run, since the
+/// map is not changed after loading.
+using NodeRef = std::map<Itemset, data>::const_iterator;
+
+/// Successors of a closed itemset in the order in which they were found. An antichain: none contains another.
+using SuccessorList = std::vector<NodeRef>;
+
+/// A class in the lattice.
+struct LatticeEntry {
+    /// Number of items of the closed itemset.
+    Count cardinality;
+    NodeRef node;
+    /// The immediate closed proper subsets of the closed itemset.
+    SuccessorList successors;
+
+    const Itemset& itemset() const { return node->first; }
+};
+
+/// The one object of a run: classes, lattice, counters and output files.
+///
+/// LATTICE is the pipeline; the operations below it are its stages and their parts, in the order in which
+/// they run. Each stage needs those before it. One thread.
+class Lattice {
+public:
+    /// Orders nodes by their itemsets, lexicographically; a proper prefix comes first.
+    struct less {
+        bool operator()(NodeRef a, NodeRef b) const { return a->first < b->first; }
+    };
+
+    /// Creates, or empties, the six output files S1 to S6, so that they exist before any input is read.
+    /// `input`, the class file, must outlive the lattice. `minimum_support` is in transactions.
+    Lattice(std::istream& input, double minimum_confidence, Count minimum_support);
+
+    /// The whole run: loads, builds and writes the lattice, derives the rules, reports their counts, and
+    /// prints a line of progress after each stage. What a line announces is in its file when the line is
+    /// printed. Sets en1 when the lattice file is finished.
+    void LATTICE();
+
+    /// The classes: closed itemset (unique, lexicographic order) to data.
+    std::map<Itemset, data> dci_map;
+
+    const Count minsupp;   ///< a rule's support must be at least this, in transactions
+    const double minconf;  ///< a rule's confidence must be at least this
+
+    RuleCounts rule_counts;
+
+    /// The lattice: all classes by ascending cardinality, then in the order of `dci_map`.
+    std::vector<LatticeEntry> hash_table;
+
+    // Working containers of build_lattice, without meaning after it.
+
+    /// Nodes already examined for the current entry.
+    std::set<NodeRef, less> visited;
+    /// Entries so far that are not contained in a later one, in the order of `hash_table`.
+    std::vector<std::vector<LatticeEntry>::const_iterator> frontier;
+
+    // The output files, in the order of their creation.
+
+    Output_Manager intra_exact_out;
+    Output_Manager intra_approx_out;
+    Output_Manager inter_exact_out;
+    Output_Manager inter_approx_out;
+    Output_Manager number_rules_out;
+    /// Reads the class file, writes the lattice file.
+    Input_Output_Manager lattice_io;
+};
+
+}  // namespace korv
