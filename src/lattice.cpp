@@ -18,6 +18,7 @@ Lattice::Lattice(std::istream& input, double minimum_confidence, Count minimum_s
       lattice_io(input, S5) {}
 
 void Lattice::LATTICE() {
+    Load_DCI();
     std::cout << std::endl << "DCI loaded" << std::endl;
 
     std::cout << " hash_table loaded" << std::endl;

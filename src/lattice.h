@@ -59,6 +59,12 @@ public:
     /// printed. Sets en1 when the lattice file is finished.
     void LATTICE();
 
+    // Loading.
+
+    /// Fills `dci_map` from the class file, up to its end or to the first record without items. Of two
+    /// records of the same closed itemset the later one stays. No threshold is applied.
+    void Load_DCI();
+
     /// The classes: closed itemset (unique, lexicographic order) to data.
     std::map<Itemset, data> dci_map;
 
