@@ -21,8 +21,10 @@ void Lattice::LATTICE() {
     Load_DCI();
     std::cout << std::endl << "DCI loaded" << std::endl;
 
+    Load_Hash_table();
     std::cout << " hash_table loaded" << std::endl;
 
+    build_lattice();
     std::cout << " Lattice built" << std::endl;
 
     en1 = time_stamp();

@@ -65,6 +65,28 @@ public:
     /// records of the same closed itemset the later one stays. No threshold is applied.
     void Load_DCI();
 
+    /// Fills `hash_table`: one entry for each class of `dci_map`, without successors.
+    void Load_Hash_table();
+
+    // Building.
+
+    /// Fills the successor lists of `hash_table`. Without any class: two messages on standard error and the
+    /// end of the process, with status 2.
+    void build_lattice();
+
+    /// Offers `x` as a successor to the owner of `list`. Refused, with false, when a listed itemset contains
+    /// it; otherwise appended, after those that it contains were removed.
+    static bool insert_succ(NodeRef x, SuccessorList& list);
+
+    /// Offers to `entry` every node below `other` (an entry that shares items with it but is not contained in
+    /// it) that is contained in its itemset, deepest descents first, each node examined once while `visited`
+    /// is kept.
+    void processing_succ(const LatticeEntry& other, LatticeEntry& entry);
+
+    /// The entry of a node in `hash_table`; its end when there is none. O(log classes) comparisons of
+    /// itemsets.
+    std::vector<LatticeEntry>::const_iterator find_dci_node(NodeRef node) const;
+
     /// The classes: closed itemset (unique, lexicographic order) to data.
     std::map<Itemset, data> dci_map;
 
@@ -92,6 +114,9 @@ public:
     Output_Manager number_rules_out;
     /// Reads the class file, writes the lattice file.
     Input_Output_Manager lattice_io;
+
+private:
+    void link_successors(LatticeEntry& entry);
 };
 
 }  // namespace korv

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 
@@ -18,6 +19,15 @@ void Lattice::Load_DCI() {
     while (lattice_io.read_in_a_line(itemset, read.support, read.essentials)) {
         dci_map[itemset] = read;
     }
+}
+
+void Lattice::Load_Hash_table() {
+    hash_table.reserve(dci_map.size());
+    for (NodeRef node = dci_map.begin(); node != dci_map.end(); ++node) {
+        hash_table.push_back({static_cast<Count>(node->first.size()), node, {}});
+    }
+    // Stable: classes of one cardinality stay in the order of the map.
+    std::ranges::stable_sort(hash_table, {}, &LatticeEntry::cardinality);
 }
 
 }  // namespace korv

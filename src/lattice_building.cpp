@@ -1,0 +1,95 @@
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+
+#include "lattice.h"
+
+namespace korv {
+
+namespace {
+
+[[noreturn]] void stop_without_classes() {
+    // The accented letters of these messages were lost long ago: each is the replacement character U+FFFD,
+    // and stays so, since scripts look for these very bytes.
+    std::cerr << "Erreur: le nombre de classes doit \xEF\xBF\xBDtre non null" << std::flush;
+    std::cerr << "Arr\xEF\xBF\xBDt du programme" << std::flush;
+    std::exit(2);
+}
+
+}  // namespace
+
+void Lattice::build_lattice() {
+    if (hash_table.empty()) {
+        stop_without_classes();
+    }
+    frontier.clear();
+    frontier.reserve(hash_table.size());
+    // Itemsets of the smallest cardinality have no proper subset among the classes.
+    const Count smallest = hash_table.front().cardinality;
+    for (auto entry = hash_table.begin(); entry != hash_table.end(); ++entry) {
+        if (entry->cardinality != smallest) {
+            link_successors(*entry);
+        }
+        frontier.emplace_back(entry);
+    }
+}
+
+/// Finds the successors of `entry` below the frontier, and takes those entries off it that `entry` contains.
+void Lattice::link_successors(LatticeEntry& entry) {
+    visited.clear();
+    for (auto position = frontier.begin(); position != frontier.end();) {
+        const LatticeEntry& other = **position;
+        if (is_contained(other.itemset(), entry.itemset())) {
+            insert_succ(other.node, entry.successors);
+            position = frontier.erase(position);
+            continue;
+        }
+        if (intersects(other.itemset(), entry.itemset())) {
+            processing_succ(other, entry);
+        }
+        ++position;
+    }
+}
+
+void Lattice::processing_succ(const LatticeEntry& other, LatticeEntry& entry) {
+    for (const NodeRef successor : other.successors) {
+        if (visited.contains(successor)) {
+            continue;
+        }
+        if (is_contained(successor->first, entry.itemset())) {
+            // What lies below this successor is contained in it, so not immediate for the entry.
+            insert_succ(successor, entry.successors);
+        } else if (intersects(successor->first, entry.itemset())) {
+            processing_succ(*find_dci_node(successor), entry);
+        }
+        visited.insert(successor);
+    }
+}
+
+bool Lattice::insert_succ(NodeRef x, SuccessorList& list) {
+    for (auto listed = list.begin(); listed != list.end();) {
+        if (is_contained(x->first, (*listed)->first)) {
+            return false;
+        }
+        if (is_contained((*listed)->first, x->first)) {
+            listed = list.erase(listed);
+        } else {
+            ++listed;
+        }
+    }
+    list.push_back(x);
+    return true;
+}
+
+std::vector<LatticeEntry>::const_iterator Lattice::find_dci_node(NodeRef node) const {
+    // The order of the entries: by cardinality, then as in the map.
+    const auto precedes = [](const LatticeEntry& entry, NodeRef other) {
+        const std::size_t cardinality = other->first.size();
+        return entry.cardinality < cardinality ||
+               (entry.cardinality == cardinality && less{}(entry.node, other));
+    };
+    const auto found = std::lower_bound(hash_table.begin(), hash_table.end(), node, precedes);
+    return found != hash_table.end() && found->node == node ? found : hash_table.end();
+}
+
+}  // namespace korv
