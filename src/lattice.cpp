@@ -27,6 +27,7 @@ void Lattice::LATTICE() {
     build_lattice();
     std::cout << " Lattice built" << std::endl;
 
+    Output_Lattice();
     en1 = time_stamp();
     std::cout << " Lattice written" << std::endl
               << " Size of the map: " << dci_map.size() << std::endl

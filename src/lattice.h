@@ -87,6 +87,14 @@ public:
     /// itemsets.
     std::vector<LatticeEntry>::const_iterator find_dci_node(NodeRef node) const;
 
+    // The lattice file.
+
+    /// Writes the lattice file: a banner and, for each entry of `hash_table`, a block.
+    void Output_Lattice();
+    void afficher_IFD_supp(NodeRef node);
+    void afficher_essentiels(const std::vector<Itemset>& essentials);
+    void afficher_list_succ(const SuccessorList& successors);
+
     /// The classes: closed itemset (unique, lexicographic order) to data.
     std::map<Itemset, data> dci_map;
 
@@ -118,5 +126,9 @@ public:
 private:
     void link_successors(LatticeEntry& entry);
 };
+
+/// Writes the items of an itemset on standard output, each followed by a blank, and a line end. For
+/// debugging.
+void print_vector(const Itemset& itemset);
 
 }  // namespace korv
