@@ -33,6 +33,7 @@ void Lattice::LATTICE() {
               << " Size of the map: " << dci_map.size() << std::endl
               << " Closed itemsets processed" << std::endl;
 
+    Output_Rules();
     std::cout << " Rules generted " << std::endl;
 
     std::cout << "Number of exact rules: " << rule_counts.exact_total << std::endl

@@ -9,6 +9,7 @@
 #include "Output_Manager.h"
 #include "itemset.h"
 #include "rule_catalogue.h"
+#include "rule_recorder.h"
 
 namespace korv {
 
@@ -94,6 +95,11 @@ public:
     void afficher_IFD_supp(NodeRef node);
     void afficher_essentiels(const std::vector<Itemset>& essentials);
     void afficher_list_succ(const SuccessorList& successors);
+
+    // Rules.
+
+    /// Writes the headers of the four rule files, then all intra-node and all inter-node rules.
+    void Output_Rules();
 
     /// The classes: closed itemset (unique, lexicographic order) to data.
     std::map<Itemset, data> dci_map;
