@@ -36,6 +36,7 @@ void Lattice::LATTICE() {
     Output_Rules();
     std::cout << " Rules generted " << std::endl;
 
+    write_rule_counts();
     std::cout << "Number of exact rules: " << rule_counts.exact_total << std::endl
               << "Number of approximative rules: " << rule_counts.appro_total << std::endl
               << "Number of approximated rules: " << rule_counts.apped_total << std::endl

@@ -101,6 +101,14 @@ public:
     /// Writes the headers of the four rule files, then all intra-node and all inter-node rules.
     void Output_Rules();
 
+    // The rule-count file.
+
+    /// Writes the rule-count file: totals, percentages, and the counts of the 24 forms for each kind.
+    void write_rule_counts();
+
+    /// Writes the counts of the 24 forms for one kind.
+    void number_of_rules(Kind kind);
+
     /// The classes: closed itemset (unique, lexicographic order) to data.
     std::map<Itemset, data> dci_map;
 
