@@ -96,6 +96,19 @@ public:
     void afficher_essentiels(const std::vector<Itemset>& essentials);
     void afficher_list_succ(const SuccessorList& successors);
 
+    // Supports of itemsets that need not be closed.
+
+    /// The disjunctive support of any itemset, from the classes alone.
+    ///
+    /// `lower` and `upper` are bounds on it (transactions) that the caller knows; they are narrowed. Returns
+    /// the support when the bounds meet, or when `itemset` is closed (the bounds then stay as far as they
+    /// were narrowed before its entry); otherwise 0, and only the bounds are known. A support of 0 cannot be
+    /// told from an unknown one by the result.
+    ///
+    /// The lattice needs its entries, not their successors. One pass over the classes at most:
+    /// O(classes * essential itemsets * items).
+    Count generate_difference_support(const Itemset& itemset, Count& lower, Count& upper) const;
+
     // Rules.
 
     /// Writes the headers of the four rule files, then all intra-node and all inter-node rules.
