@@ -114,6 +114,9 @@ public:
     /// Writes the headers of the four rule files, then all intra-node and all inter-node rules.
     void Output_Rules();
 
+    /// Intra-node rules where the support `r` of the difference f1-e1 is known, not 0.
+    void get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s);
+
     // The rule-count file.
 
     /// Writes the rule-count file: totals, percentages, and the counts of the 24 forms for each kind.
@@ -152,6 +155,8 @@ public:
 
 private:
     void link_successors(LatticeEntry& entry);
+
+    RuleRecorder intra_node_rules();
 };
 
 /// Writes the items of an itemset on standard output, each followed by a blank, and a line end. For

@@ -1,0 +1,56 @@
+#include <algorithm>
+
+#include "globals.h"
+#include "lattice.h"
+
+namespace korv {
+
+namespace {
+
+/// The rules of support 0 by construction: no transaction holds an item of the difference D and none of the
+/// essential itemset E. Only thresholds of exactly 0 let them through.
+void zero_support_pair(RuleRecorder& rules, const Sides& D, const Sides& E, Count minsupp, double minconf) {
+    if (minsupp != 0 || minconf != 0.0) {
+        return;
+    }
+    rules.approximative(Form::R411, E.negated, D.plain, 0, 0.0);
+    rules.approximative(Form::R312, D.plain, E.negated, 0, 0.0);
+}
+
+}  // namespace
+
+RuleRecorder Lattice::intra_node_rules() {
+    return {intra_exact_out, intra_approx_out, minconf, rule_counts};
+}
+
+void Lattice::get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s) {
+    const Count N = nbrtransaction;
+    const Count neither = N - s;         // transactions without an item of f1
+    const Count only_essential = s - r;  // with an item of e1, but none of f1-e1
+    const Sides D(difference);
+    const Sides E(essential);
+    RuleRecorder rules = intra_node_rules();
+
+    if (r >= minsupp) {
+        rules.exact(Form::R112, D.plain, E.plain, r);
+        rules.by_confidence(Form::R111, E.plain, D.plain, r, ratio(r, s));
+    }
+    if (neither >= minsupp) {
+        rules.exact(Form::R211, E.negated, D.negated, neither);
+        if (r != N) {
+            // The approximative R212 is counted with the R111 and always was.
+            const CountedAs counted_as = {.exact = Form::R212, .approximative = Form::R111};
+            rules.by_confidence(counted_as, D.negated, E.negated, neither, ratio(neither, N - r));
+        }
+    }
+    if (only_essential < minsupp) {
+        return;
+    }
+    rules.approximative(Form::R311, E.plain, D.negated, only_essential, ratio(only_essential, s));
+    if (r != N) {
+        rules.by_confidence(Form::R412, D.negated, E.plain, only_essential, ratio(only_essential, N - r));
+    }
+    zero_support_pair(rules, D, E, minsupp, minconf);
+}
+
+}  // namespace korv
