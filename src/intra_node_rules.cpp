@@ -53,4 +53,40 @@ void Lattice::get_rules_intra_node(const Itemset& difference, Count r, const Ite
     zero_support_pair(rules, D, E, minsupp, minconf);
 }
 
+void Lattice::get_rules_intra_supp_approx(const Itemset& difference, const Itemset& essential, Count s,
+                                          Count lo, Count hi) {
+    const Count N = nbrtransaction;
+    const Count neither = N - s;
+    const SupportInterval both = {lo, hi};
+    const SupportInterval only_essential = {s - hi, s - lo};
+    const Sides D(difference);
+    const Sides E(essential);
+    RuleRecorder rules = intra_node_rules();
+
+    if (both.low >= minsupp) {
+        rules.approximated_of_confidence_1(Form::R112, D.plain, E.plain, both);
+        rules.approximated(Form::R111, E.plain, D.plain, both, {ratio(lo, s), ratio(hi, s)});
+    }
+    if (neither >= minsupp) {
+        rules.exact(Form::R211, E.negated, D.negated, neither);
+        if (hi != N) {
+            rules.approximated(Form::R212, D.negated, E.negated, neither,
+                               {ratio(neither, N - lo), ratio(neither, N - hi)});
+        }
+    }
+    if (only_essential.low < minsupp) {
+        return;
+    }
+    rules.approximated(Form::R311, E.plain, D.negated, only_essential,
+                       {ratio(only_essential.low, s), ratio(only_essential.high, s)});
+    if (hi != N) {
+        // Each numerator goes with the denominator of the other end: wider than need be, and kept so. With
+        // 0.0 as the first operand of the maximum, a NaN becomes 0.
+        rules.approximated(Form::R412, D.negated, E.plain, only_essential,
+                           {std::max(0.0, ratio(only_essential.low, N - lo)),
+                            std::min(1.0, ratio(only_essential.high, N - hi))});
+    }
+    zero_support_pair(rules, D, E, minsupp, minconf);
+}
+
 }  // namespace korv

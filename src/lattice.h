@@ -117,6 +117,10 @@ public:
     /// Intra-node rules where the support `r` of the difference f1-e1 is known, not 0.
     void get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s);
 
+    /// Intra-node rules where the support of the difference is only known to lie between `lo` and `hi`.
+    void get_rules_intra_supp_approx(const Itemset& difference, const Itemset& essential, Count s, Count lo,
+                                     Count hi);
+
     // The rule-count file.
 
     /// Writes the rule-count file: totals, percentages, and the counts of the 24 forms for each kind.
