@@ -23,6 +23,45 @@ RuleRecorder Lattice::intra_node_rules() {
     return {intra_exact_out, intra_approx_out, minconf, rule_counts};
 }
 
+void Lattice::generate_intra_node_rules() {
+    for (NodeRef node = dci_map.begin(); node != dci_map.end(); ++node) {
+        const auto& essentials = node->second.essentials;
+        if (essentials.size() == 2) {
+            generer_regles_intra_noeud_deux_ess(node);
+            continue;
+        }
+        for (const Itemset& essential : essentials) {
+            generer_regles_intra_noeud(node, essential);
+        }
+    }
+}
+
+void Lattice::generer_regles_intra_noeud(NodeRef node, const Itemset& essential) {
+    const Itemset rest = difference(node->first, essential);
+    const Count s = node->second.support;
+    Count lower = 0;
+    Count upper = s;
+    const Count r = generate_difference_support(rest, lower, upper);
+    if (r != 0) {
+        get_rules_intra_node(rest, r, essential, s);
+    } else {
+        get_rules_intra_supp_approx(rest, essential, s, lower, upper);
+    }
+}
+
+void Lattice::generer_regles_intra_noeud_deux_ess(NodeRef node) {
+    const Itemset& first = node->second.essentials.front();
+    const Itemset& second = node->second.essentials.back();
+    const Itemset rest = difference(node->first, first);
+    if (rest == second) {
+        const Count s = node->second.support;
+        get_rules_intra_node(rest, s, first, s);
+        return;
+    }
+    generer_regles_intra_noeud(node, first);
+    generer_regles_intra_noeud(node, second);
+}
+
 void Lattice::get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s) {
     const Count N = nbrtransaction;
     const Count neither = N - s;         // transactions without an item of f1

@@ -114,6 +114,16 @@ public:
     /// Writes the headers of the four rule files, then all intra-node and all inter-node rules.
     void Output_Rules();
 
+    /// The intra-node rules of all classes, in the order of `dci_map`.
+    void generate_intra_node_rules();
+
+    /// The rules between one essential itemset of a node and the rest of its closed itemset.
+    void generer_regles_intra_noeud(NodeRef node, const Itemset& essential);
+
+    /// The intra-node rules of a node that has exactly two essential itemsets. When they partition the closed
+    /// itemset the rules of the first are all: those of the second would be their mirror images.
+    void generer_regles_intra_noeud_deux_ess(NodeRef node);
+
     /// Intra-node rules where the support `r` of the difference f1-e1 is known, not 0.
     void get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s);
 
