@@ -131,6 +131,12 @@ public:
     void get_rules_intra_supp_approx(const Itemset& difference, const Itemset& essential, Count s, Count lo,
                                      Count hi);
 
+    /// Inter-node rules between `base` (f1 or e1, of support `s1`) and the difference f2-f1 or f2-e1 where
+    /// the support `r` of the difference is known. `s2` is the support of f2; `ifd_pair` says whether `base`
+    /// is the closed itemset f1.
+    void get_rules_inter_itemset(const Itemset& difference, Count r, const Itemset& base, Count s1, Count s2,
+                                 bool ifd_pair);
+
     // The rule-count file.
 
     /// Writes the rule-count file: totals, percentages, and the counts of the 24 forms for each kind.
@@ -171,6 +177,7 @@ private:
     void link_successors(LatticeEntry& entry);
 
     RuleRecorder intra_node_rules();
+    RuleRecorder inter_node_rules();
 };
 
 /// Writes the items of an itemset on standard output, each followed by a blank, and a line end. For

@@ -1,0 +1,55 @@
+#include "globals.h"
+#include "lattice.h"
+
+namespace korv {
+
+namespace {}  // namespace
+
+RuleRecorder Lattice::inter_node_rules() {
+    return {inter_exact_out, inter_approx_out, minconf, rule_counts};
+}
+
+void Lattice::get_rules_inter_itemset(const Itemset& difference, Count r, const Itemset& base, Count s1,
+                                      Count s2, bool ifd_pair) {
+    const Count N = nbrtransaction;
+    const Count both = s1 + r - s2;         // transactions with an item of the base and one of the difference
+    const Count neither = N - s2;           // with no item of f2
+    const Count only_base = s2 - r;         // with an item of the base, but none of the difference
+    const Count only_difference = s2 - s1;  // with an item of the difference, but none of the base
+    const Sides D(difference);
+    const Sides B(base);
+    const auto form = [&ifd_pair](Form of_closed, Form of_essential) {
+        return ifd_pair ? of_closed : of_essential;
+    };
+    RuleRecorder rules = inter_node_rules();
+
+    if (both >= minsupp) {
+        rules.approximative(form(Form::R132, Form::R122), D.plain, B.plain, both, ratio(both, r));
+        rules.by_confidence(form(Form::R131, Form::R121), B.plain, D.plain, both, ratio(both, s1));
+    }
+    if (neither >= minsupp) {
+        rules.approximative(form(Form::R231, Form::R221), B.negated, D.negated, neither,
+                            ratio(neither, N - s1));
+        // Counted as R232 for an essential itemset too; and once this rule is written, the rules below are
+        // counted as those of a closed itemset. The printed rules are not affected.
+        if (r != N && rules.by_confidence(Form::R232, D.negated, B.negated, neither, ratio(neither, N - r))) {
+            ifd_pair = true;
+        }
+    }
+    if (only_base >= minsupp) {
+        rules.by_confidence(form(Form::R331, Form::R321), B.plain, D.negated, only_base,
+                            ratio(only_base, s1));
+        if (r != N) {
+            rules.by_confidence(form(Form::R432, Form::R421), D.negated, B.plain, only_base,
+                                ratio(only_base, N - r));
+        }
+    }
+    if (only_difference >= minsupp) {
+        rules.by_confidence(form(Form::R431, Form::R422), B.negated, D.plain, only_difference,
+                            ratio(only_difference, N - s1));
+        rules.by_confidence(form(Form::R332, Form::R322), D.plain, B.negated, only_difference,
+                            ratio(only_difference, r));
+    }
+}
+
+}  // namespace korv
