@@ -3,7 +3,14 @@
 
 namespace korv {
 
-namespace {}  // namespace
+namespace {
+
+/// The confidence if it is below 1, otherwise 1: infinity and NaN become 1 as well.
+double capped(double confidence) {
+    return confidence < 1.0 ? confidence : 1.0;
+}
+
+}  // namespace
 
 RuleRecorder Lattice::inter_node_rules() {
     return {inter_exact_out, inter_approx_out, minconf, rule_counts};
@@ -49,6 +56,57 @@ void Lattice::get_rules_inter_itemset(const Itemset& difference, Count r, const 
                             ratio(only_difference, N - s1));
         rules.by_confidence(form(Form::R332, Form::R322), D.plain, B.negated, only_difference,
                             ratio(only_difference, r));
+    }
+}
+
+void Lattice::get_rules_inter_supp_approx(const Itemset& difference, const Itemset& base, Count s1, Count s2,
+                                          Count lo, Count hi, bool ifd_pair) {
+    const Count N = nbrtransaction;
+    const SupportInterval both = {s1 + lo - s2, s1 + hi - s2};
+    const Count neither = N - s2;
+    const SupportInterval only_base = {s2 - hi, s2 - lo};
+    const Count only_difference = s2 - s1;
+    const Sides D(difference);
+    const Sides B(base);
+    const auto form = [ifd_pair](Form of_closed, Form of_essential) {
+        return ifd_pair ? of_closed : of_essential;
+    };
+    RuleRecorder rules = inter_node_rules();
+
+    if (both.low >= minsupp) {
+        // The lower support goes with the upper bound of the difference and the other way round: wider than
+        // need be, and kept so.
+        rules.approximated(form(Form::R132, Form::R122), D.plain, B.plain, both,
+                           {ratio(both.low, hi), capped(ratio(both.high, lo))});
+        rules.approximated(form(Form::R131, Form::R121), B.plain, D.plain, both,
+                           {ratio(both.low, s1), ratio(both.high, s1)});
+    }
+    if (neither >= minsupp) {
+        rules.approximative(form(Form::R231, Form::R221), B.negated, D.negated, neither,
+                            ratio(neither, N - s1));
+        if (hi != N) {
+            rules.approximated(form(Form::R232, Form::R222), D.negated, B.negated, neither,
+                               {ratio(neither, N - lo), ratio(neither, N - hi)});
+        }
+    }
+    if (only_base.low >= minsupp) {
+        // Capped before the lower end is compared with the minimum: 0/0 counts as 1 and passes.
+        rules.approximated(form(Form::R331, Form::R321), B.plain, D.negated, only_base,
+                           {capped(ratio(only_base.low, s1)), capped(ratio(only_base.high, s1))});
+        if (hi != N) {
+            // Both ends divide the lower support, so the upper end is the smallest true confidence and no
+            // bound from above. Rule files of years hold it so.
+            rules.approximated(form(Form::R432, Form::R421), D.negated, B.plain, only_base,
+                               {ratio(only_base.low, N - lo), capped(ratio(only_base.low, N - hi))});
+        }
+    }
+    if (only_difference >= minsupp) {
+        // An exact not(B)-->D is counted as its mirror image D-->not(B) and always was.
+        const CountedAs counted_as = {.exact = form(Form::R332, Form::R322),
+                                      .approximative = form(Form::R431, Form::R422)};
+        rules.by_confidence(counted_as, B.negated, D.plain, only_difference, ratio(only_difference, N - s1));
+        rules.approximated(form(Form::R332, Form::R322), D.plain, B.negated, only_difference,
+                           {ratio(only_difference, hi), ratio(only_difference, lo)});
     }
 }
 

@@ -137,6 +137,10 @@ public:
     void get_rules_inter_itemset(const Itemset& difference, Count r, const Itemset& base, Count s1, Count s2,
                                  bool ifd_pair);
 
+    /// The same where the support of the difference is only known to lie between `lo` and `hi`.
+    void get_rules_inter_supp_approx(const Itemset& difference, const Itemset& base, Count s1, Count s2,
+                                     Count lo, Count hi, bool ifd_pair);
+
     // The rule-count file.
 
     /// Writes the rule-count file: totals, percentages, and the counts of the 24 forms for each kind.
