@@ -16,6 +16,64 @@ RuleRecorder Lattice::inter_node_rules() {
     return {inter_exact_out, inter_approx_out, minconf, rule_counts};
 }
 
+void Lattice::generate_inter_node_rules() {
+    for (const LatticeEntry& entry : hash_table) {
+        if (entry.successors.size() == 2) {
+            generer_regles_inter_IFD_deux_succ(entry);
+        } else {
+            generer_regles_tous_succ(entry);
+        }
+    }
+}
+
+/// The rules between the node of an entry and each of its successors, one after the other.
+void Lattice::generer_regles_tous_succ(const LatticeEntry& entry) {
+    for (const NodeRef successor : entry.successors) {
+        generer_regles_inter_IFD(entry.node, successor);
+        generer_regles_itemset_ess(entry.node, successor);
+    }
+}
+
+void Lattice::generer_regles_inter_IFD(NodeRef node, NodeRef successor) {
+    generer_regles_paire(node, successor->first, successor->second.support, true);
+}
+
+void Lattice::generer_regles_itemset_ess(NodeRef node, NodeRef successor) {
+    for (const Itemset& essential : successor->second.essentials) {
+        generer_regles_paire(node, essential, successor->second.support, false);
+    }
+}
+
+void Lattice::generer_regles_inter_IFD_deux_succ(const LatticeEntry& entry) {
+    const NodeRef first = entry.successors.front();
+    const NodeRef second = entry.successors.back();
+    const Itemset rest = difference(entry.itemset(), first->first);
+    if (rest != second->first) {
+        generer_regles_tous_succ(entry);
+        return;
+    }
+    get_rules_inter_itemset(rest, second->second.support, first->first, first->second.support,
+                            entry.node->second.support, true);
+    generer_regles_itemset_ess(entry.node, first);
+    generer_regles_itemset_ess(entry.node, second);
+}
+
+/// The rules between the closed itemset f2 of `node` and a base within it: its successor f1, or an essential
+/// itemset of that, either of support s1.
+void Lattice::generer_regles_paire(NodeRef node, const Itemset& base, Count s1, bool ifd_pair) {
+    const Itemset rest = difference(node->first, base);
+    const Count s2 = node->second.support;
+    // Every transaction with an item of f2 but none of the base holds an item of the difference.
+    Count lower = s2 - s1;
+    Count upper = s2;
+    const Count r = generate_difference_support(rest, lower, upper);
+    if (r != 0) {
+        get_rules_inter_itemset(rest, r, base, s1, s2, ifd_pair);
+    } else {
+        get_rules_inter_supp_approx(rest, base, s1, s2, lower, upper, ifd_pair);
+    }
+}
+
 void Lattice::get_rules_inter_itemset(const Itemset& difference, Count r, const Itemset& base, Count s1,
                                       Count s2, bool ifd_pair) {
     const Count N = nbrtransaction;

@@ -131,6 +131,19 @@ public:
     void get_rules_intra_supp_approx(const Itemset& difference, const Itemset& essential, Count s, Count lo,
                                      Count hi);
 
+    /// The inter-node rules of all entries of `hash_table`, in its order.
+    void generate_inter_node_rules();
+
+    /// The rules between the closed itemset f2 of `node` and its successor f1.
+    void generer_regles_inter_IFD(NodeRef node, NodeRef successor);
+
+    /// The rules between the closed itemset f2 of `node` and each essential itemset e1 of its successor.
+    void generer_regles_itemset_ess(NodeRef node, NodeRef successor);
+
+    /// The inter-node rules of an entry that has exactly two successors. When they partition its closed
+    /// itemset the second has no rules as f1: they would be those of the first, exchanged.
+    void generer_regles_inter_IFD_deux_succ(const LatticeEntry& entry);
+
     /// Inter-node rules between `base` (f1 or e1, of support `s1`) and the difference f2-f1 or f2-e1 where
     /// the support `r` of the difference is known. `s2` is the support of f2; `ifd_pair` says whether `base`
     /// is the closed itemset f1.
@@ -179,6 +192,8 @@ public:
 
 private:
     void link_successors(LatticeEntry& entry);
+    void generer_regles_tous_succ(const LatticeEntry& entry);
+    void generer_regles_paire(NodeRef node, const Itemset& base, Count s1, bool ifd_pair);
 
     RuleRecorder intra_node_rules();
     RuleRecorder inter_node_rules();
