@@ -1,0 +1,62 @@
+"""Tests of scripts/explain-rules, run as a program."""
+
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+PROGRAM = Path(__file__).resolve().parents[2] / "scripts" / "explain-rules"
+
+NAMES = "1\tbread\n2\tmilk\n3\tsalt\n"
+
+
+class ExplainRules(unittest.TestCase):
+    def setUp(self) -> None:
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.names = Path(directory.name, "names")
+        self.rules = Path(directory.name, "rules")
+
+    def explain(self, rules: str, *options: str, names: str = NAMES) -> subprocess.CompletedProcess[str]:
+        self.names.write_text(names)
+        self.rules.write_text(rules)
+        return subprocess.run([PROGRAM, self.names, self.rules, *options],
+                              capture_output=True, text=True, check=False)
+
+    def test_says_an_exact_rule_of_disjunctions(self) -> None:
+        self.assertEqual(self.explain("1-->2 v 3\nsupport:7\n\n").stdout,
+                         "If bread,\n    then always: milk or salt\n    (both hold for 7 transactions)\n")
+
+    def test_says_an_approximative_rule_of_absences(self) -> None:
+        rule = "not(1)not(2)-->not(3)\nsupport:4\n\nconfiance:0.8\n---------------------------\n"
+        self.assertEqual(self.explain(rule).stdout,
+                         "If none of bread, milk,\n    then in 80% of the cases: not salt\n"
+                         "    (both hold for 4 transactions)\n")
+
+    def test_says_both_ends_of_intervals(self) -> None:
+        rule = "1-->2\n3< support <5\n0.5< confiance <1\n---------------------------\n"
+        self.assertEqual(self.explain(rule).stdout,
+                         "If bread,\n    then in 50% to 100% of the cases: milk\n"
+                         "    (both hold for 3 to 5 transactions)\n")
+
+    def test_keeps_the_number_of_an_item_without_a_name(self) -> None:
+        self.assertIn("If 9,", self.explain("9-->1\nsupport:1\n\n").stdout)
+
+    def test_stops_after_the_first_rules_asked_for(self) -> None:
+        rules = "1-->2\nsupport:1\n\n2-->3\nsupport:1\n\n"
+        self.assertEqual(self.explain(rules, "--first", "1").stdout.count("If "), 1)
+
+    def test_names_the_line_of_a_bad_names_file(self) -> None:
+        result = self.explain("", names="1\tbread\nmilk\n")
+        self.assertNotEqual(result.returncode, 0)
+        self.assertIn("names:2: expected an item number, a TAB and a name, found 'milk'", result.stderr)
+
+    def test_reports_a_missing_rule_file(self) -> None:
+        self.names.write_text(NAMES)
+        result = subprocess.run([PROGRAM, self.names, self.rules], capture_output=True, text=True, check=False)
+        self.assertNotEqual(result.returncode, 0)
+        self.assertIn("No such file", result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
