@@ -778,6 +778,19 @@ TEST_F(InterNodeWalk, ThreeSuccessorsGetFullTreatmentInListOrder) {
                                      "not(5)not(6)-->1 v 2 v 3 v 4", "not(5)-->1 v 2 v 3 v 4 v 6"}));
 }
 
+TEST_F(InterNodeWalk, ThreeSuccessorsAreNotTestedForAPartition) {
+    // {1 2} and {3 4} partition {1 2 3 4}, and both have their rules: 30 of 50 in the last two groups. {1 4},
+    // the difference to {2 3}, has between 30 and 80.
+    build("1 2\t50\t 1 2,\n2 3\t50\t 2 3,\n3 4\t50\t 3 4,\n1 2 3 4\t80\t 1 2 3 4,\n",
+          {.minsupp = 30, .minconf = 0.6})
+        .generate_inter_node_rules();
+    EXPECT_EQ(approx_rules(), (Lines{"1 v 2-->not(3)not(4)", "not(3)not(4)-->1 v 2", "not(1)not(2)-->3 v 4",
+                                     "3 v 4-->not(1)not(2)",  //
+                                     "not(2)not(3)-->1 v 4",  //
+                                     "3 v 4-->not(1)not(2)", "not(1)not(2)-->3 v 4", "not(3)not(4)-->1 v 2",
+                                     "1 v 2-->not(3)not(4)"}));
+}
+
 TEST_F(InterNodeWalk, EntriesAreWalkedByCardinality) {
     // {1 2 3} comes first in the file and among the itemsets, but is larger than {4 5}.
     build("1 2 3\t80\t 1 2 3,\n1\t30\t 1,\n4\t30\t 4,\n4 5\t80\t 4 5,\n", {.minsupp = 50, .minconf = 0.7})

@@ -74,10 +74,10 @@ private:
 
 class Program : public ::testing::Test, protected Workplace {};
 
-/// What a run on `classes` leaves that nothing is in the way of.
-Files undisturbed() {
+/// What a run leaves that nothing is in the way of.
+Files undisturbed(const std::string& class_file_text = classes) {
     const Workplace elsewhere;
-    Files files = elsewhere.run_to_success(elsewhere.class_file(classes));
+    Files files = elsewhere.run_to_success(elsewhere.class_file(class_file_text));
     EXPECT_EQ(files.size(), output_files.size() + 1);
     return files;
 }
@@ -103,10 +103,24 @@ public:
         }
     }
 
-    /// Makes room. Stays open.
+    /// Takes the filling out. Stays open.
     void drain() {
         while (filled_ > 0) {
-            filled_ -= std::min(filled_, read_some(end_).size());
+            std::string next = read_some(end_);
+            written_ += next.substr(std::min(filled_, next.size()));
+            filled_ -= std::min(filled_, next.size());
+        }
+    }
+
+    /// All that was written to it, by a process that has come to its end.
+    std::string written() {
+        std::array<char, 4096> buffer{};
+        for (;;) {
+            const ssize_t size = read(end_.number(), buffer.data(), buffer.size());
+            if (size <= 0) {
+                return written_;
+            }
+            written_.append(buffer.data(), static_cast<std::size_t>(size));
         }
     }
 
@@ -118,6 +132,7 @@ private:
 
     Descriptor end_;
     std::size_t filled_ = 0;
+    std::string written_;
 };
 
 // The class file through a pipe.
@@ -176,8 +191,9 @@ TEST_F(Program, PrintsBannerAndThresholdsBeforeAClassIsSent) {
 }
 
 TEST_F(Program, FlushesEveryLineOfItsConsole) {
+    const std::string without_final_newline = classes.substr(0, classes.size() - 1);
     Channel out = make_packet_channel();
-    Process process(command(class_file(classes)), nothing(), out.write, nothing());
+    Process process(command(class_file(without_final_newline)), nothing(), out.write, nothing());
     out.write.close();
 
     std::string console = read_some(out.read);  // the banner, which is flushed as a whole
@@ -186,7 +202,7 @@ TEST_F(Program, FlushesEveryLineOfItsConsole) {
         console += packet;
     }
     EXPECT_EQ(process.wait(), exited(0));
-    EXPECT_EQ(mask_timings(console), undisturbed()["stdout"]);
+    EXPECT_EQ(mask_timings(console), undisturbed(without_final_newline)["stdout"]);
 }
 
 TEST_F(Program, HasWrittenTheLatticeFileWhenItSaysSo) {
@@ -218,6 +234,19 @@ TEST_F(Program, LeavesAWholeLatticeFileWhenTheReaderOfItsConsoleGoesAway) {
     rules.drain();
     EXPECT_EQ(process.wait(), ended_by_signal(SIGPIPE));
     EXPECT_EQ(outputs()["Lattice_r_1.txt"], undisturbed()["Lattice_r_1.txt"]);
+}
+
+TEST_F(Program, LeavesAWholeRuleCountFileWhenTheReaderOfItsConsoleGoesAway) {
+    FullFifo rule_counts(output("number_rules_r_1_0.5.txt"));
+    Channel out = make_pipe();
+    Process process(command(class_file(classes)), nothing(), out.write, nothing());
+    out.write.close();
+
+    read_until(out.read, " Rules generted \n");
+    out.read.close();
+    rule_counts.drain();
+    EXPECT_EQ(process.wait(), ended_by_signal(SIGPIPE));
+    EXPECT_EQ(rule_counts.written(), undisturbed()["number_rules_r_1_0.5.txt"]);
 }
 
 // Class files that end early.

@@ -13,11 +13,11 @@ TEST(TimeStamp, AddsMillionthsToTheSeconds) {
 }
 
 TEST(TimeStamp, KeepsTheFractionOfTodaysSeconds) {
-    EXPECT_EQ(to_seconds({1'700'000'000, 250'000}), 1'700'000'000.25);
+    EXPECT_EQ(to_seconds({1'700'000'001, 250'000}), 1'700'000'001.25);
 }
 
 TEST(TimeStamp, TellsTenMillisecondsApart) {
-    EXPECT_NEAR(to_seconds({1'700'000'000, 10'000}) - to_seconds({1'700'000'000, 0}), 0.01, 1e-6);
+    EXPECT_NEAR(to_seconds({1'700'000'001, 10'000}) - to_seconds({1'700'000'001, 0}), 0.01, 1e-6);
 }
 
 TEST(TimeStamp, IsTheWallClock) {

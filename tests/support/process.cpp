@@ -150,7 +150,7 @@ std::ostream& operator<<(std::ostream& out, const Ending& ending) {
 }
 
 Process::Process(const Command& command, const Descriptor& in, const Descriptor& out, const Descriptor& err)
-    : alive_(make_pipe()), id_(-1) {
+    : alive_(make_pipe()) {
     std::string program = command.program.string();
     std::vector<std::string> arguments = command.arguments;
     std::vector<char*> vector = {program.data()};

@@ -98,7 +98,7 @@ public:
 
 private:
     Channel alive_;
-    pid_t id_;
+    pid_t id_ = -1;
 };
 
 /// What a program left on its standard streams, and how it ended.
