@@ -11,9 +11,10 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <regex>
 #include <set>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "files.h"
@@ -304,13 +305,18 @@ std::string classes_before_cut(std::size_t size) {
 
 /// The classes in a lattice file as `cuts` writes them.
 std::string classes_of(const std::string& lattice_file) {
-    static const std::regex block("DCP:  ([0-9 ]+) \nDisjonctive support: ([0-9]+)\n");
+    constexpr std::string_view itemset_label = "DCP:  ";
+    constexpr std::string_view support_label = "Disjonctive support: ";
+    std::istringstream lines(lattice_file);
     std::string found;
-    for (auto match = std::sregex_iterator(lattice_file.begin(), lattice_file.end(), block);
-         match != std::sregex_iterator(); ++match) {
-        std::string itemset = (*match)[1];
-        std::ranges::replace(itemset, ' ', ',');
-        found += itemset + ":" + (*match)[2].str() + " ";
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(itemset_label)) {
+            // Every item is followed by a blank.
+            std::ranges::replace(line, ' ', ',');
+            found += line.substr(itemset_label.size(), line.size() - itemset_label.size() - 1);
+        } else if (line.starts_with(support_label)) {
+            found += ":" + line.substr(support_label.size()) + " ";
+        }
     }
     return found;
 }

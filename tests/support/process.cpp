@@ -8,8 +8,10 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <csignal>
-#include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -29,6 +31,14 @@ Result checked(Result result, const std::string& what) {
         throw std::system_error(errno, std::generic_category(), what);
     }
     return result;
+}
+
+/// Whether all of `text` is a finite number.
+bool is_number(const std::string& text) {
+    double number = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped_at, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stopped_at == end && std::isfinite(number);
 }
 
 /// Waits until `from` has something to read or has come to its end. False when `deadline` comes before.
@@ -209,8 +219,18 @@ Files read_files(const std::filesystem::path& directory) {
 }
 
 std::string mask_timings(const std::string& console) {
-    static const std::regex timing(R"((Time spent by [A-Za-z ]+ = )-?[0-9][-+.0-9e]*\n)");
-    return std::regex_replace(console, timing, "$1*\n");
+    std::istringstream lines(console);
+    std::string masked;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t seconds = line.find("= ") + 2;
+        if (line.starts_with("Time spent by ") && is_number(line.substr(seconds))) {
+            line.resize(seconds);
+            line += '*';
+        }
+        masked += line;
+        masked += lines.eof() ? "" : "\n";
+    }
+    return masked;
 }
 
 }  // namespace korv::test
