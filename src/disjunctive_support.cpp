@@ -52,4 +52,16 @@ Count Lattice::generate_difference_support(const Itemset& itemset, Count& lower,
     return 0;
 }
 
+/// The same for the rest of a node's itemset, from the indexes where they have an answer.
+Count Lattice::support_of_difference(NodeRef node, const Itemset& rest, Count& lower, Count& upper) {
+    if (difference_supports_) {
+        const auto settled =
+            difference_supports_->settle(node->first, node->second.support, rest, lower, upper);
+        if (settled) {
+            return *settled;
+        }
+    }
+    return generate_difference_support(rest, lower, upper);
+}
+
 }  // namespace korv

@@ -2,11 +2,13 @@
 
 #include <istream>
 #include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
 #include "Input_Output_Manager.h"
 #include "Output_Manager.h"
+#include "difference_supports.h"
 #include "itemset.h"
 #include "rule_catalogue.h"
 #include "rule_recorder.h"
@@ -71,9 +73,13 @@ public:
 
     // Building.
 
-    /// Fills the successor lists of `hash_table`. Without any class: two messages on standard error and the
-    /// end of the process, with status 2.
+    /// Fills the successor lists of `hash_table`, as walk_frontier does but by an index. Without any class:
+    /// two messages on standard error and the end of the process, with status 2.
     void build_lattice();
+
+    /// The plain way to fill the successor lists, which says what they are: each entry is compared with those
+    /// on the frontier, and with what lies below them. Slow: grows with the square of the classes.
+    void walk_frontier();
 
     /// Offers `x` as a successor to the owner of `list`. Refused, with false, when a listed itemset contains
     /// it; otherwise appended, after those that it contains were removed.
@@ -173,7 +179,7 @@ public:
     /// The lattice: all classes by ascending cardinality, then in the order of `dci_map`.
     std::vector<LatticeEntry> hash_table;
 
-    // Working containers of build_lattice, without meaning after it.
+    // Working containers of walk_frontier, without meaning after it.
 
     /// Nodes already examined for the current entry.
     std::set<NodeRef, less> visited;
@@ -192,11 +198,15 @@ public:
 
 private:
     void link_successors(LatticeEntry& entry);
+    Count support_of_difference(NodeRef node, const Itemset& rest, Count& lower, Count& upper);
     void generer_regles_tous_succ(const LatticeEntry& entry);
     void generer_regles_paire(NodeRef node, const Itemset& base, Count s1, bool ifd_pair);
 
     RuleRecorder intra_node_rules();
     RuleRecorder inter_node_rules();
+
+    /// Made when the rules are derived.
+    std::optional<DifferenceSupports> difference_supports_;
 };
 
 /// Writes the items of an itemset on standard output, each followed by a blank, and a line end. For

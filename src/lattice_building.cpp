@@ -2,6 +2,9 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "hasse_diagram.h"
+#include "item_numbering.h"
+#include "itemset_table.h"
 #include "lattice.h"
 
 namespace korv {
@@ -16,12 +19,59 @@ namespace {
     std::exit(2);
 }
 
+/// The itemset by which to look up the supersets of an entry: its shortest essential itemset, since hardly
+/// any other class holds that and not the entry. Only one within the entry, and not empty, will do.
+const Itemset& seed(const LatticeEntry& entry) {
+    const Itemset* shortest = &entry.itemset();
+    for (const Itemset& essential : entry.node->second.essentials) {
+        if (!essential.empty() && essential.size() < shortest->size() &&
+            is_contained(essential, entry.itemset())) {
+            shortest = &essential;
+        }
+    }
+    return *shortest;
+}
+
+HasseDiagram hasse_diagram(const std::vector<LatticeEntry>& entries) {
+    std::vector<const Itemset*> family;
+    family.reserve(entries.size());
+    for (const LatticeEntry& entry : entries) {
+        family.push_back(&entry.itemset());
+    }
+    const ItemNumbering numbering(family);
+    ItemsetTable itemsets;
+    ItemsetTable seeds;
+    Itemset numbers;
+    for (const LatticeEntry& entry : entries) {
+        numbering.translate(entry.itemset(), numbers);
+        itemsets.push_back(numbers);
+        numbering.translate(seed(entry), numbers);
+        seeds.push_back(numbers);
+    }
+    return HasseDiagram(itemsets, seeds, numbering.size());
+}
+
 }  // namespace
 
 void Lattice::build_lattice() {
     if (hash_table.empty()) {
         stop_without_classes();
     }
+    // The empty itemset shares no item with any other, and the walk reaches it by other rules.
+    if (hash_table.front().itemset().empty()) {
+        walk_frontier();
+        return;
+    }
+    const HasseDiagram diagram = hasse_diagram(hash_table);
+    for (Column position = 0; position < hash_table.size(); ++position) {
+        SuccessorList& successors = hash_table[position].successors;
+        for (const Column lower : diagram.lower_neighbours(position)) {
+            successors.push_back(hash_table[lower].node);
+        }
+    }
+}
+
+void Lattice::walk_frontier() {
     frontier.clear();
     frontier.reserve(hash_table.size());
     // Itemsets of the smallest cardinality have no proper subset among the classes.

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "item_index.h"
+#include "item_numbering.h"
+#include "itemset_lookup.h"
+#include "itemset_table.h"
+#include "key_index.h"
+
+namespace korv {
+
+struct data;
+
+/// Answers what Lattice::generate_difference_support finds by a walk over all classes, from indexes.
+///
+/// Invariant: it answers only where the order of the walk does not matter. The walk raises the lower bound to
+/// the largest support of a key within the itemset and lowers the upper bound to the smallest support of a
+/// larger class around it; as long as the bounds do not cross, it returns a support exactly when they meet.
+/// Where they may cross, because the classes contradict each other or the starting bounds, there is no
+/// answer, and the walk must decide.
+class DifferenceSupports {
+public:
+    explicit DifferenceSupports(const std::map<Itemset, data>& classes);
+
+    /// The support of `part`, an itemset within the closed itemset `whole` of a class of `support`; 0 if it
+    /// is not known. `lower` and `upper` are narrowed as by the walk when 0 is returned. No answer when the
+    /// walk must decide; the bounds are then as they were.
+    ///
+    /// Calls with the same object as `whole` should follow one another: what is found about it is kept.
+    std::optional<Count> settle(const Itemset& whole, Count support, const Itemset& part, Count& lower,
+                                Count& upper);
+
+private:
+    struct Classes {
+        explicit Classes(const std::map<Itemset, data>& classes);
+
+        ItemNumbering numbering;
+        /// By ascending support: the first class around an itemset gives its best upper bound.
+        ItemsetTable closed_itemsets;
+        std::vector<Count> supports;
+        /// By descending support.
+        ItemsetTable keys;
+        std::vector<Count> key_supports;
+        /// Whether every itemset has items, and every essential itemset lies within its closed itemset.
+        bool well_formed = true;
+
+    private:
+        void add(const Itemset& itemset, const data& of_class);
+        void add_keys(const Itemset& itemset, const data& of_class);
+    };
+
+    bool keys_are_consistent() const;
+    Column first_class_of_support(Count support) const;
+
+    const Classes classes_;
+    const ItemIndex class_index_;
+    const ItemsetLookup closed_itemsets_;
+    KeyIndex key_index_;
+    /// Whether no class holds a key of more support than its own.
+    bool consistent_;
+
+    const Itemset* selected_ = nullptr;
+    Itemset numbers_;
+};
+
+}  // namespace korv

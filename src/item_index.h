@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "itemset_table.h"
+
+namespace korv {
+
+/// Position of an itemset in the sequence that an index is made of.
+using Column = std::uint32_t;
+
+/// A set of columns: the words of its bitmap that are not all zero, ascending by index.
+struct ColumnWord {
+    std::uint32_t index;  ///< stands for the columns 64 * index to 64 * index + 63
+    std::uint64_t bits;   ///< bit b stands for the column 64 * index + b
+};
+using ColumnSet = std::vector<ColumnWord>;
+
+/// An inverted index over a sequence of itemsets, its columns: for each item, which of them hold it.
+///
+/// Invariant: an item that many columns hold has a bitmap over all columns, any other an ascending list. So
+/// the memory is bounded by that of the itemsets, times a constant, however many items there are; and no list
+/// is long.
+///
+/// Itemsets are sets of numbers below a bound, ascending, the rarer items first (see ItemNumbering): their
+/// first item decides between bitmap and list. The index refers to the sequence, which must outlive it
+/// unchanged.
+class ItemIndex {
+public:
+    /// `items`: the bound of the item numbers. O(items + total length of the itemsets).
+    ItemIndex(const ItemsetTable& itemsets, std::size_t items);
+
+    /// The first column of [from, to) that contains `itemset`, or `to`. Words of bitmaps looked at: at most
+    /// |itemset| * (to - from) / 64. `itemset` must not be empty.
+    Column first_superset(ItemSpan itemset, Column from, Column to) const;
+
+    /// The same among the columns that are set in the bitmap `among`, of bitmap_words() words.
+    Column first_superset(ItemSpan itemset, Column from, Column to, const std::uint64_t* among) const;
+
+    /// Replaces `found` by all columns from `from` on that contain `itemset`, which must not be empty.
+    void find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const;
+
+    /// Takes out of `columns`, from its word at position `from` on, those that contain `itemset`, which must
+    /// not be empty.
+    void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from);
+
+    /// The bitmap of an item, of bitmap_words() words; nullptr when the item has a list.
+    const std::uint64_t* bitmap(Item item) const {
+        return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * stride_;
+    }
+
+    /// Number of words of a bitmap: a multiple of block_words.
+    std::size_t bitmap_words() const { return stride_; }
+
+    static constexpr std::size_t word_bits = 64;
+    /// Bitmaps are walked by blocks of so many words: loops of fixed length suit the compiler's vectors.
+    static constexpr std::size_t block_words = 8;
+    static constexpr std::size_t block_bits = block_words * word_bits;
+
+private:
+    static constexpr std::uint32_t no_row = 0xFFFFFFFF;
+
+    /// A word of a bitmap and those of its columns that hold all items looked at so far.
+    struct Hit {
+        ColumnWord* word;
+        std::uint64_t bits;
+    };
+
+    std::span<const Column> list(Item item) const {
+        return std::span(lists_).subspan(list_begins_[item], list_begins_[item + 1] - list_begins_[item]);
+    }
+    std::span<const Column> list(Item item, Column from) const;
+    template <typename Visit>
+    void for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
+                                Visit visit) const;
+
+    const ItemsetTable& itemsets_;
+    std::size_t stride_;
+    std::vector<std::uint32_t> rows_;       ///< by item: number of its bitmap
+    std::vector<std::uint64_t> words_;      ///< the bitmaps, one behind the other
+    std::vector<std::size_t> list_begins_;  ///< by item
+    std::vector<Column> lists_;             ///< the lists, one behind the other
+    std::vector<Hit> hits_;                 ///< working space of remove_supersets
+};
+
+}  // namespace korv

@@ -1,0 +1,95 @@
+#include "item_numbering.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <unordered_map>
+
+namespace korv {
+
+namespace {
+
+constexpr Item not_numbered = std::numeric_limits<Item>::max();
+
+/// Items below this are looked up in a table, which then takes 4 MiB at most.
+constexpr Item direct_items = 1 << 20;
+
+/// Calls `visit` with each item of an itemset and how often it occurred before.
+template <typename Visit>
+void for_each_occurrence(const Itemset& itemset, Visit visit) {
+    Item repetition = 0;
+    for (std::size_t i = 0; i < itemset.size(); ++i) {
+        repetition = i > 0 && itemset[i] == itemset[i - 1] ? repetition + 1 : 0;
+        visit(itemset[i], repetition);
+    }
+}
+
+}  // namespace
+
+ItemNumbering::ItemNumbering(const std::vector<const Itemset*>& family) {
+    std::vector<std::size_t> direct_frequencies;
+    std::map<Occurrence, std::size_t> other_frequencies;
+    for (const Itemset* const itemset : family) {
+        for_each_occurrence(*itemset, [&](Item item, Item repetition) {
+            if (repetition > 0 || item >= direct_items) {
+                ++other_frequencies[{item, repetition}];
+                return;
+            }
+            if (item >= direct_frequencies.size()) {
+                direct_frequencies.resize(item + 1);
+            }
+            ++direct_frequencies[item];
+        });
+    }
+
+    std::vector<std::pair<std::size_t, Occurrence>> by_frequency;
+    for (Item item = 0; item < direct_frequencies.size(); ++item) {
+        if (direct_frequencies[item] > 0) {
+            by_frequency.push_back({direct_frequencies[item], {item, 0}});
+        }
+    }
+    for (const auto& [occurrence, frequency] : other_frequencies) {
+        by_frequency.emplace_back(frequency, occurrence);
+    }
+    std::ranges::sort(by_frequency);
+
+    size_ = by_frequency.size();
+    direct_.assign(direct_frequencies.size(), not_numbered);
+    for (std::size_t number = 0; number < size_; ++number) {
+        const Occurrence& occurrence = by_frequency[number].second;
+        if (occurrence.repetition == 0 && occurrence.item < direct_items) {
+            direct_[occurrence.item] = static_cast<Item>(number);
+        } else {
+            searched_.emplace_back(occurrence, static_cast<Item>(number));
+        }
+    }
+    std::ranges::sort(searched_);
+}
+
+bool ItemNumbering::translate(const Itemset& itemset, Itemset& numbers) const {
+    numbers.clear();
+    bool all_known = true;
+    for_each_occurrence(itemset, [&](Item item, Item repetition) {
+        Item number = not_numbered;
+        all_known = find({item, repetition}, number) && all_known;
+        numbers.push_back(number);
+    });
+    std::ranges::sort(numbers);
+    return all_known;
+}
+
+bool ItemNumbering::find(const Occurrence& occurrence, Item& number) const {
+    if (occurrence.repetition == 0 && occurrence.item < direct_.size()) {
+        number = direct_[occurrence.item];
+        return number != not_numbered;
+    }
+    const auto found =
+        std::ranges::lower_bound(searched_, occurrence, {}, &std::pair<Occurrence, Item>::first);
+    if (found == searched_.end() || found->first != occurrence) {
+        return false;
+    }
+    number = found->second;
+    return true;
+}
+
+}  // namespace korv

@@ -1,0 +1,245 @@
+#include "difference_supports.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "lattice.h"
+#include "lattice_fixture.h"
+
+namespace korv {
+namespace {
+
+/// What a query returns, and the bounds that it leaves.
+struct Answer {
+    Count support;
+    Count lower;
+    Count upper;
+
+    bool operator==(const Answer&) const = default;
+};
+
+void PrintTo(const Answer& answer, std::ostream* out) {
+    *out << answer.support << ", bounds " << answer.lower << " and " << answer.upper;
+}
+
+class DifferenceSupportsTest : public test::LatticeFixture {
+protected:
+    DifferenceSupportsTest() : lattice_(make_lattice("")) {}
+
+    void fill(const std::map<Itemset, data>& classes) {
+        lattice_.dci_map = classes;
+        lattice_.hash_table.clear();
+        lattice_.Load_Hash_table();
+        indexes_.emplace(lattice_.dci_map);
+    }
+
+    std::optional<Answer> settle(NodeRef whole, const Itemset& part, Count lower) {
+        Answer answer = {0, lower, whole->second.support};
+        const auto settled =
+            indexes_->settle(whole->first, whole->second.support, part, answer.lower, answer.upper);
+        if (!settled) {
+            return std::nullopt;
+        }
+        answer.support = *settled;
+        return answer;
+    }
+
+    Answer walk(NodeRef whole, const Itemset& part, Count lower) const {
+        Answer answer = {0, lower, whole->second.support};
+        answer.support = lattice_.generate_difference_support(part, answer.lower, answer.upper);
+        return answer;
+    }
+
+    /// Compares all that is asked about a node with the walk. Bounds count only where no support is found.
+    void expect_as_walked(NodeRef whole, std::mt19937& random) {
+        for (int query = 0; query < 4; ++query) {
+            Itemset part;
+            std::ranges::copy_if(whole->first, std::back_inserter(part),
+                                 [&](Item) { return random() % 3 != 0; });
+            const Count lower = random() % 2 == 0 ? 0 : static_cast<Count>(random() % 6);
+            ++asked_;
+            auto answer = settle(whole, part, lower);
+            if (!answer) {
+                continue;
+            }
+            ++answered_;
+            Answer walked = walk(whole, part, lower);
+            if (walked.support != 0) {
+                walked = {walked.support, 0, 0};
+                *answer = {answer->support, 0, 0};
+            }
+            ASSERT_EQ(*answer, walked)
+                << testing::PrintToString(part) << " of " << testing::PrintToString(whole->first);
+        }
+    }
+
+    void expect_all_as_walked(std::mt19937& random) {
+        for (NodeRef node = lattice_.dci_map.begin(); node != lattice_.dci_map.end(); ++node) {
+            expect_as_walked(node, random);
+            if (HasFatalFailure()) {
+                return;
+            }
+        }
+    }
+
+    Lattice& lattice_;
+    std::optional<DifferenceSupports> indexes_;
+    std::size_t asked_ = 0;
+    std::size_t answered_ = 0;
+};
+
+Itemset random_part(const Itemset& itemset, std::mt19937& random) {
+    Itemset part;
+    std::ranges::copy_if(itemset, std::back_inserter(part), [&](Item) { return random() % 2 == 0; });
+    return part;
+}
+
+/// Classes without sense: any supports, any essential itemsets within them, now and then an empty one or one
+/// that sticks out, repeated items.
+std::map<Itemset, data> contradictory_classes(std::mt19937& random) {
+    std::map<Itemset, data> classes;
+    for (std::size_t i = 1 + random() % 9; i > 0; --i) {
+        Itemset itemset;
+        for (Item item = 1; item <= 5; ++item) {
+            itemset.insert(itemset.end(), random() % 12 == 0 ? 2 : random() % 2, item);
+        }
+        if (itemset.empty()) {
+            continue;
+        }
+        data& of_class = classes[itemset];
+        of_class.support = static_cast<Count>(random() % 8);
+        for (std::size_t k = random() % 3; k > 0; --k) {
+            Itemset essential = random_part(itemset, random);
+            if (essential.empty() && random() % 8 != 0) {
+                essential = {itemset.front()};
+            }
+            if (random() % 40 == 0) {
+                essential = {6};
+            }
+            of_class.essentials.push_back(essential);
+        }
+    }
+    return classes;
+}
+
+/// Transactions of a random database.
+std::vector<Itemset> random_transactions(Item items, std::size_t most, std::mt19937& random) {
+    std::vector<Itemset> transactions(1 + random() % most);
+    for (Itemset& transaction : transactions) {
+        for (Item item = 1; item <= items; ++item) {
+            if (random() % 3 == 0) {
+                transaction.push_back(item);
+            }
+        }
+    }
+    return transactions;
+}
+
+Count disjunctive_support(const Itemset& itemset, const std::vector<Itemset>& transactions) {
+    return static_cast<Count>(std::ranges::count_if(
+        transactions, [&itemset](const Itemset& transaction) { return intersects(transaction, itemset); }));
+}
+
+/// Some of the classes of a database: the closures of random itemsets, each with the itemset as its essential
+/// one (not always a smallest one, which does not matter) when that is smaller.
+std::map<Itemset, data> some_classes(const std::vector<Itemset>& transactions, Item items, std::size_t tries,
+                                     std::mt19937& random) {
+    std::map<Itemset, data> classes;
+    for (; tries > 0; --tries) {
+        Itemset itemset;
+        for (Item item = 1; item <= items; ++item) {
+            if (random() % 3 == 0) {
+                itemset.push_back(item);
+            }
+        }
+        const Count support = disjunctive_support(itemset, transactions);
+        Itemset closed;
+        for (Item item = 1; item <= items; ++item) {
+            Itemset with_item = itemset;
+            with_item.push_back(item);
+            std::ranges::sort(with_item);
+            if (disjunctive_support(with_item, transactions) == support) {
+                closed.push_back(item);
+            }
+        }
+        if (itemset.empty() || closed.empty()) {
+            continue;
+        }
+        data& of_class = classes[closed];
+        of_class.support = support;
+        if (itemset.size() < closed.size() && random() % 4 != 0) {
+            of_class.essentials.push_back(itemset);
+        }
+    }
+    return classes;
+}
+
+TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverContradictoryClasses) {
+    constexpr std::uint32_t seed = 1;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 60'000; ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        fill(contradictory_classes(random));
+        ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
+    }
+    // Most families contradict themselves; those that do not are answered.
+    EXPECT_GT(answered_, asked_ / 50);
+    EXPECT_LT(answered_, asked_);
+}
+
+TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverSomeClassesOfADatabase) {
+    constexpr std::uint32_t seed = 2;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 40'000; ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        const std::vector<Itemset> transactions = random_transactions(7, 15, random);
+        fill(some_classes(transactions, 7, 10, random));
+        ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
+    }
+    EXPECT_GT(answered_, asked_ / 2);
+}
+
+TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
+    constexpr std::uint32_t seed = 3;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 5; ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        const std::vector<Itemset> transactions = random_transactions(14, 200, random);
+        fill(some_classes(transactions, 14, 2000, random));
+        ASSERT_GT(lattice_.dci_map.size(), 600U);  // more than a block of columns
+        ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
+    }
+    EXPECT_GT(answered_, asked_ / 2);
+}
+
+TEST_F(DifferenceSupportsTest, LeaveAClosedItemsetOfSupport0ToTheWalk) {
+    fill({{{1}, {0, {}}}, {{1, 2}, {0, {}}}});
+    EXPECT_EQ(settle(node({1, 2}), {1}, 0), std::nullopt);
+}
+
+TEST_F(DifferenceSupportsTest, LeaveClassesWithAnEmptyEssentialToTheWalk) {
+    fill({{{1, 2}, {5, {{}}}}});
+    EXPECT_EQ(settle(node({1, 2}), {1}, 0), std::nullopt);
+}
+
+TEST_F(DifferenceSupportsTest, LeaveAClassThatHoldsAKeyOfMoreSupportToTheWalk) {
+    fill({{{1}, {6, {}}}, {{1, 2}, {5, {}}}});
+    EXPECT_EQ(settle(node({1, 2}), {2}, 0), std::nullopt);
+}
+
+TEST_F(DifferenceSupportsTest, LeaveAClassBelowTheStartingBoundToTheWalk) {
+    fill({{{1, 2}, {3, {}}}, {{1, 3, 4}, {7, {}}}});
+    EXPECT_EQ(settle(node({1, 3, 4}), {1}, 2), (Answer{0, 2, 3}));
+    EXPECT_EQ(settle(node({1, 3, 4}), {1}, 4), std::nullopt);
+}
+
+TEST_F(DifferenceSupportsTest, FindTheSupportWhereBoundsMeet) {
+    fill({{{1, 2}, {3, {{1}}}}, {{1, 2, 3}, {7, {}}}});
+    EXPECT_EQ(settle(node({1, 2, 3}), {1}, 0), (Answer{3, 3, 3}));
+}
+
+}  // namespace
+}  // namespace korv

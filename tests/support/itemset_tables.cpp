@@ -1,0 +1,47 @@
+#include "itemset_tables.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace korv::test {
+
+std::vector<Itemset> random_itemsets(std::size_t count, Item items, std::mt19937& random) {
+    std::vector<Itemset> itemsets;
+    while (itemsets.size() < count) {
+        Itemset itemset;
+        for (Item item = 0; item < items; ++item) {
+            // From one in a thousand for the first item to one in three for the last.
+            if (random() % 3000 < 3 + 997ULL * item * item / (items * items)) {
+                itemset.push_back(item);
+            }
+        }
+        if (!itemset.empty()) {
+            itemsets.push_back(itemset);
+        }
+    }
+    return rarest_first(itemsets, items);
+}
+
+std::vector<Itemset> rarest_first(const std::vector<Itemset>& itemsets, Item items) {
+    std::vector<std::size_t> frequencies(items);
+    for (const Itemset& itemset : itemsets) {
+        for (const Item item : itemset) {
+            ++frequencies[item];
+        }
+    }
+    std::vector<Item> by_frequency(items);
+    std::iota(by_frequency.begin(), by_frequency.end(), 0);
+    std::ranges::stable_sort(by_frequency, {}, [&](Item item) { return frequencies[item]; });
+    Itemset number(items);
+    for (Item rank = 0; rank < items; ++rank) {
+        number[by_frequency[rank]] = rank;
+    }
+    std::vector<Itemset> renumbered = itemsets;
+    for (Itemset& itemset : renumbered) {
+        std::ranges::transform(itemset, itemset.begin(), [&](Item item) { return number[item]; });
+        std::ranges::sort(itemset);
+    }
+    return renumbered;
+}
+
+}  // namespace korv::test
