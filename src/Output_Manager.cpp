@@ -1,5 +1,8 @@
 #include "Output_Manager.h"
 
+#include <array>
+#include <charconv>
+
 namespace korv {
 
 namespace {
@@ -19,9 +22,28 @@ Output_Manager::~Output_Manager() {
     close();
 }
 
+Output_Manager& Output_Manager::put(std::string_view text) {
+    rdbuf()->sputn(text.data(), static_cast<std::streamsize>(text.size()));
+    return *this;
+}
+
+Output_Manager& Output_Manager::put(Count number) {
+    std::array<char, 10> digits;
+    const auto* const last = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    return put(std::string_view(digits.begin(), last));
+}
+
+Output_Manager& Output_Manager::put(double number) {
+    // Six significant digits, sign, point and an exponent of three digits fit.
+    std::array<char, 16> digits;
+    const auto* const last =
+        std::to_chars(digits.begin(), digits.end(), number, std::chars_format::general, 6).ptr;
+    return put(std::string_view(digits.begin(), last));
+}
+
 void Output_Manager::write_out_basket(const Itemset& itemset) {
     for (const Item item : itemset) {
-        *this << item << ' ';
+        put(item).put(" ");
     }
 }
 

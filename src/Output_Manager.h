@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "itemset.h"
@@ -20,6 +21,13 @@ public:
     ~Output_Manager() override;
     Output_Manager(const Output_Manager&) = delete;
     Output_Manager& operator=(const Output_Manager&) = delete;
+
+    /// Appends text or a number, a double as "%g" would print it. The bytes are those of the stream
+    /// operators; these go to the buffer without the stream's formatting, for the files that hold millions of
+    /// numbers.
+    Output_Manager& put(std::string_view text);
+    Output_Manager& put(Count number);
+    Output_Manager& put(double number);
 
     /// Writes each item in decimal, followed by one blank: {1, 4} as "1 4 ", the empty itemset as nothing.
     void write_out_basket(const Itemset& itemset);

@@ -7,21 +7,8 @@
 
 namespace korv {
 
-namespace {
-
-std::vector<const Itemset*> closed_itemsets_of(const std::map<Itemset, data>& classes) {
-    std::vector<const Itemset*> itemsets;
-    itemsets.reserve(classes.size());
-    for (const auto& [itemset, of_class] : classes) {
-        itemsets.push_back(&itemset);
-    }
-    return itemsets;
-}
-
-}  // namespace
-
 DifferenceSupports::Classes::Classes(const std::map<Itemset, data>& classes)
-    : numbering(closed_itemsets_of(classes)) {
+    : numbering(korv::closed_itemsets(classes)) {
     std::vector<NodeRef> by_support;
     by_support.reserve(classes.size());
     for (NodeRef node = classes.begin(); node != classes.end(); ++node) {
@@ -31,8 +18,9 @@ DifferenceSupports::Classes::Classes(const std::map<Itemset, data>& classes)
     for (const NodeRef node : by_support) {
         add(node->first, node->second);
     }
-    for (auto node = by_support.rbegin(); node != by_support.rend(); ++node) {
-        add_keys((*node)->first, (*node)->second);
+    std::ranges::reverse(by_support);
+    for (const NodeRef node : by_support) {
+        add_keys(node->first, node->second);
     }
 }
 

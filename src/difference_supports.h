@@ -25,6 +25,8 @@ struct data;
 class DifferenceSupports {
 public:
     explicit DifferenceSupports(const std::map<Itemset, data>& classes);
+    DifferenceSupports(const DifferenceSupports&) = delete;
+    DifferenceSupports& operator=(const DifferenceSupports&) = delete;
 
     /// The support of `part`, an itemset within the closed itemset `whole` of a class of `support`; 0 if it
     /// is not known. `lower` and `upper` are narrowed as by the walk when 0 is returned. No answer when the

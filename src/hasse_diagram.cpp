@@ -9,10 +9,6 @@ namespace korv {
 
 namespace {
 
-bool contains(ItemSpan outer, ItemSpan inner) {
-    return std::includes(outer.begin(), outer.end(), inner.begin(), inner.end());
-}
-
 Column lowest(const ColumnWord& word) {
     return static_cast<Column>(word.index * ItemIndex::word_bits +
                                static_cast<std::uint32_t>(std::countr_zero(word.bits)));
@@ -105,18 +101,16 @@ public:
     void order(Column position) {
         const std::span<Column> lowers = lowers_.of(position);
         if (lowers.size() > 1) {
-            order(position, lowers);
+            sort_by_discovery(position, lowers);
         }
         for (const Column lower : lowers) {
-            frontier_[lower / ItemIndex::word_bits] &= ~bit_of(lower);
+            frontier_[lower / ItemIndex::word_bits] &= ~ItemIndex::bit_of(lower);
         }
-        frontier_[position / ItemIndex::word_bits] |= bit_of(position);
+        frontier_[position / ItemIndex::word_bits] |= ItemIndex::bit_of(position);
     }
 
 private:
-    static std::uint64_t bit_of(Column column) { return std::uint64_t{1} << column % ItemIndex::word_bits; }
-
-    void order(Column position, std::span<Column> lowers) {
+    void sort_by_discovery(Column position, std::span<Column> lowers) {
         below_.clear();
         for (const Column lower : lowers) {
             below_.emplace_back(first_frontier_superset(lower, position), lower);
@@ -145,10 +139,11 @@ private:
         if (uppers_.of(lower).front() == position) {
             return lower;
         }
+        // Seeds may lead to itemsets that do not contain `lower`; `position`, where the search ends, does.
         Column found = lower;
         do {
             found = index_.first_superset(seeds_[lower], found + 1, position, frontier_.data());
-        } while (!contains(itemsets_[found], itemsets_[lower]));
+        } while (!is_contained(itemsets_[lower], itemsets_[found]));
         return found;
     }
 
@@ -168,7 +163,7 @@ private:
 
     bool contains_wanted(Column lower) const {
         return std::ranges::any_of(
-            wanted_, [&](Column wanted) { return contains(itemsets_[lower], itemsets_[wanted]); });
+            wanted_, [&](Column wanted) { return is_contained(itemsets_[wanted], itemsets_[lower]); });
     }
 
     const ItemsetTable& itemsets_;

@@ -27,8 +27,6 @@ public:
     /// The lower neighbours of the itemset at a position of the family.
     std::span<const Column> lower_neighbours(Column position) const { return lowers_.of(position); }
 
-    std::size_t edges() const { return lowers_.columns.size(); }
-
 private:
     /// For each itemset a list of itemsets.
     struct Adjacency {

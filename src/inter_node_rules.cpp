@@ -10,6 +10,14 @@ double capped(double confidence) {
     return confidence < 1.0 ? confidence : 1.0;
 }
 
+/// Chooses between the forms of a rule: that of a closed itemset f1 as base, and that of its essential
+/// itemset e1.
+struct PairForms {
+    bool closed;
+
+    Form operator()(Form of_closed, Form of_essential) const { return closed ? of_closed : of_essential; }
+};
+
 }  // namespace
 
 RuleRecorder Lattice::inter_node_rules() {
@@ -52,6 +60,7 @@ void Lattice::generer_regles_inter_IFD_deux_succ(const LatticeEntry& entry) {
         generer_regles_tous_succ(entry);
         return;
     }
+    // Not asked for: the rest is the second successor, and a support of 0 counts as known here.
     get_rules_inter_itemset(rest, second->second.support, first->first, first->second.support,
                             entry.node->second.support, true);
     generer_regles_itemset_ess(entry.node, first);
@@ -83,12 +92,11 @@ void Lattice::get_rules_inter_itemset(const Itemset& difference, Count r, const 
     const Count only_difference = s2 - s1;  // with an item of the difference, but none of the base
     const Sides D(difference);
     const Sides B(base);
-    const auto form = [&ifd_pair](Form of_closed, Form of_essential) {
-        return ifd_pair ? of_closed : of_essential;
-    };
+    PairForms form = {ifd_pair};
     RuleRecorder rules = inter_node_rules();
 
     if (both >= minsupp) {
+        // Approximative even with a confidence of 1, as is not(B)-->not(D) below.
         rules.approximative(form(Form::R132, Form::R122), D.plain, B.plain, both, ratio(both, r));
         rules.by_confidence(form(Form::R131, Form::R121), B.plain, D.plain, both, ratio(both, s1));
     }
@@ -98,7 +106,7 @@ void Lattice::get_rules_inter_itemset(const Itemset& difference, Count r, const 
         // Counted as R232 for an essential itemset too; and once this rule is written, the rules below are
         // counted as those of a closed itemset. The printed rules are not affected.
         if (r != N && rules.by_confidence(Form::R232, D.negated, B.negated, neither, ratio(neither, N - r))) {
-            ifd_pair = true;
+            form.closed = true;
         }
     }
     if (only_base >= minsupp) {
@@ -126,9 +134,7 @@ void Lattice::get_rules_inter_supp_approx(const Itemset& difference, const Items
     const Count only_difference = s2 - s1;
     const Sides D(difference);
     const Sides B(base);
-    const auto form = [ifd_pair](Form of_closed, Form of_essential) {
-        return ifd_pair ? of_closed : of_essential;
-    };
+    const PairForms form = {ifd_pair};
     RuleRecorder rules = inter_node_rules();
 
     if (both.low >= minsupp) {
@@ -153,13 +159,13 @@ void Lattice::get_rules_inter_supp_approx(const Itemset& difference, const Items
                            {capped(ratio(only_base.low, s1)), capped(ratio(only_base.high, s1))});
         if (hi != N) {
             // Both ends divide the lower support, so the upper end is the smallest true confidence and no
-            // bound from above. Rule files of years hold it so.
+            // bound from above. Rule files are compared: it stays.
             rules.approximated(form(Form::R432, Form::R421), D.negated, B.plain, only_base,
                                {ratio(only_base.low, N - lo), capped(ratio(only_base.low, N - hi))});
         }
     }
     if (only_difference >= minsupp) {
-        // An exact not(B)-->D is counted as its mirror image D-->not(B) and always was.
+        // An exact not(B)-->D is counted as its mirror image D-->not(B). Reports are compared: it stays.
         const CountedAs counted_as = {.exact = form(Form::R332, Form::R322),
                                       .approximative = form(Form::R431, Form::R422)};
         rules.by_confidence(counted_as, B.negated, D.plain, only_difference, ratio(only_difference, N - s1));

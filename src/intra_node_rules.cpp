@@ -54,6 +54,8 @@ void Lattice::generer_regles_intra_noeud_deux_ess(NodeRef node) {
     const Itemset& second = node->second.essentials.back();
     const Itemset rest = difference(node->first, first);
     if (rest == second) {
+        // Not asked for: the support of an essential itemset is that of its class, also where the classes
+        // contradict each other and an answer would differ.
         const Count s = node->second.support;
         get_rules_intra_node(rest, s, first, s);
         return;
@@ -77,7 +79,7 @@ void Lattice::get_rules_intra_node(const Itemset& difference, Count r, const Ite
     if (neither >= minsupp) {
         rules.exact(Form::R211, E.negated, D.negated, neither);
         if (r != N) {
-            // The approximative R212 is counted with the R111 and always was.
+            // The approximative R212 is counted with the R111. Reports are compared: it stays.
             const CountedAs counted_as = {.exact = Form::R212, .approximative = Form::R111};
             rules.by_confidence(counted_as, D.negated, E.negated, neither, ratio(neither, N - r));
         }
@@ -85,6 +87,7 @@ void Lattice::get_rules_intra_node(const Itemset& difference, Count r, const Ite
     if (only_essential < minsupp) {
         return;
     }
+    // Never exact, not even with a confidence of 1.
     rules.approximative(Form::R311, E.plain, D.negated, only_essential, ratio(only_essential, s));
     if (r != N) {
         rules.by_confidence(Form::R412, D.negated, E.plain, only_essential, ratio(only_essential, N - r));

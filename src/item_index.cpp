@@ -14,16 +14,8 @@ constexpr std::size_t sparse_from = 512;
 
 using Block = std::array<std::uint64_t, ItemIndex::block_words>;
 
-bool contains(ItemSpan outer, ItemSpan inner) {
-    return std::includes(outer.begin(), outer.end(), inner.begin(), inner.end());
-}
-
 std::uint32_t word_of(Column column) {
     return column / ItemIndex::word_bits;
-}
-
-std::uint64_t bit_of(Column column) {
-    return std::uint64_t{1} << column % ItemIndex::word_bits;
 }
 
 /// Keeps in `block` what `words` holds too; false when nothing is left.
@@ -127,7 +119,7 @@ Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const
             break;
         }
         const bool asked_for = among == nullptr || (among[word_of(column)] & bit_of(column)) != 0;
-        if (asked_for && contains(itemsets_[column], itemset)) {
+        if (asked_for && is_contained(itemset, itemsets_[column])) {
             return column;
         }
     }
@@ -146,7 +138,7 @@ void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) 
         return;
     }
     for (const Column column : list(itemset.front(), from)) {
-        if (!contains(itemsets_[column], itemset)) {
+        if (!is_contained(itemset, itemsets_[column])) {
             continue;
         }
         if (found.empty() || found.back().index != word_of(column)) {
@@ -187,7 +179,7 @@ void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size
             return;
         }
         if (word->index == word_of(column) && (word->bits & bit_of(column)) != 0 &&
-            contains(itemsets_[column], itemset)) {
+            is_contained(itemset, itemsets_[column])) {
             word->bits &= ~bit_of(column);
         }
     }

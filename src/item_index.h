@@ -32,6 +32,8 @@ class ItemIndex {
 public:
     /// `items`: the bound of the item numbers. O(items + total length of the itemsets).
     ItemIndex(const ItemsetTable& itemsets, std::size_t items);
+    ItemIndex(const ItemIndex&) = delete;
+    ItemIndex& operator=(const ItemIndex&) = delete;
 
     /// The first column of [from, to) that contains `itemset`, or `to`. Words of bitmaps looked at: at most
     /// |itemset| * (to - from) / 64. `itemset` must not be empty.
@@ -47,11 +49,6 @@ public:
     /// not be empty.
     void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from);
 
-    /// The bitmap of an item, of bitmap_words() words; nullptr when the item has a list.
-    const std::uint64_t* bitmap(Item item) const {
-        return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * stride_;
-    }
-
     /// Number of words of a bitmap: a multiple of block_words.
     std::size_t bitmap_words() const { return stride_; }
 
@@ -59,6 +56,9 @@ public:
     /// Bitmaps are walked by blocks of so many words: loops of fixed length suit the compiler's vectors.
     static constexpr std::size_t block_words = 8;
     static constexpr std::size_t block_bits = block_words * word_bits;
+
+    /// The bit of a column in the word of its bitmap, columns / word_bits.
+    static constexpr std::uint64_t bit_of(Column column) { return std::uint64_t{1} << column % word_bits; }
 
 private:
     static constexpr std::uint32_t no_row = 0xFFFFFFFF;
@@ -69,6 +69,10 @@ private:
         std::uint64_t bits;
     };
 
+    /// nullptr when the item has a list.
+    const std::uint64_t* bitmap(Item item) const {
+        return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * stride_;
+    }
     std::span<const Column> list(Item item) const {
         return std::span(lists_).subspan(list_begins_[item], list_begins_[item + 1] - list_begins_[item]);
     }

@@ -1,15 +1,11 @@
 #include "item_numbering.h"
 
 #include <algorithm>
-#include <limits>
 #include <map>
-#include <unordered_map>
 
 namespace korv {
 
 namespace {
-
-constexpr Item not_numbered = std::numeric_limits<Item>::max();
 
 /// Items below this are looked up in a table, which then takes 4 MiB at most.
 constexpr Item direct_items = 1 << 20;
@@ -54,7 +50,7 @@ ItemNumbering::ItemNumbering(const std::vector<const Itemset*>& family) {
     std::ranges::sort(by_frequency);
 
     size_ = by_frequency.size();
-    direct_.assign(direct_frequencies.size(), not_numbered);
+    direct_.resize(direct_frequencies.size());
     for (std::size_t number = 0; number < size_; ++number) {
         const Occurrence& occurrence = by_frequency[number].second;
         if (occurrence.repetition == 0 && occurrence.item < direct_items) {
@@ -66,30 +62,19 @@ ItemNumbering::ItemNumbering(const std::vector<const Itemset*>& family) {
     std::ranges::sort(searched_);
 }
 
-bool ItemNumbering::translate(const Itemset& itemset, Itemset& numbers) const {
+void ItemNumbering::translate(const Itemset& itemset, Itemset& numbers) const {
     numbers.clear();
-    bool all_known = true;
     for_each_occurrence(itemset, [&](Item item, Item repetition) {
-        Item number = not_numbered;
-        all_known = find({item, repetition}, number) && all_known;
-        numbers.push_back(number);
+        numbers.push_back(number_of({item, repetition}));
     });
     std::ranges::sort(numbers);
-    return all_known;
 }
 
-bool ItemNumbering::find(const Occurrence& occurrence, Item& number) const {
+Item ItemNumbering::number_of(const Occurrence& occurrence) const {
     if (occurrence.repetition == 0 && occurrence.item < direct_.size()) {
-        number = direct_[occurrence.item];
-        return number != not_numbered;
+        return direct_[occurrence.item];
     }
-    const auto found =
-        std::ranges::lower_bound(searched_, occurrence, {}, &std::pair<Occurrence, Item>::first);
-    if (found == searched_.end() || found->first != occurrence) {
-        return false;
-    }
-    number = found->second;
-    return true;
+    return std::ranges::lower_bound(searched_, occurrence, {}, &std::pair<Occurrence, Item>::first)->second;
 }
 
 }  // namespace korv

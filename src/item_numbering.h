@@ -22,25 +22,26 @@ public:
     /// How many numbers there are.
     std::size_t size() const { return size_; }
 
-    /// Replaces `numbers` by those of the items of `itemset`, ascending. False, and `numbers` without
-    /// meaning, when one of them is not in the family. O(items * log items).
-    bool translate(const Itemset& itemset, Itemset& numbers) const;
+    /// Replaces `numbers` by those of the items of `itemset`, ascending. The itemset must lie within one of
+    /// the family. O(items * log items).
+    void translate(const Itemset& itemset, Itemset& numbers) const;
 
 private:
     /// Which occurrence of an item it is within an itemset, counted from 0.
     struct Occurrence {
         Item item;
         Item repetition;
-        auto operator<=>(const Occurrence&) const = default;
+        auto operator<=>(const Occurrence&) const =
+            default;  // NOLINT(modernize-use-nullptr): no pointer here
     };
+
+    Item number_of(const Occurrence& occurrence) const;
 
     std::size_t size_ = 0;
     /// Numbers of first occurrences, by item: items are small numbers as a rule.
     std::vector<Item> direct_;
-    /// All others, ascending.
+    /// Those of all other occurrences, ascending.
     std::vector<std::pair<Occurrence, Item>> searched_;
-
-    bool find(const Occurrence& occurrence, Item& number) const;
 };
 
 }  // namespace korv

@@ -5,8 +5,8 @@
 
 namespace korv {
 
-bool is_contained(const Itemset& inner, const Itemset& outer) {
-    return std::includes(outer.begin(), outer.end(), inner.begin(), inner.end());
+bool is_contained(ItemSpan inner, ItemSpan outer) {
+    return std::ranges::includes(outer, inner);
 }
 
 Itemset intersection(const Itemset& a, const Itemset& b) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace korv {
@@ -15,8 +16,11 @@ using Count = std::uint32_t;
 /// so a repeated item counts in sizes, intersections, inclusions and differences.
 using Itemset = std::vector<Item>;
 
+/// An itemset in somebody else's storage.
+using ItemSpan = std::span<const Item>;
+
 /// Whether `inner` is contained in `outer` (equal itemsets are). O(|inner| + |outer|).
-bool is_contained(const Itemset& inner, const Itemset& outer);
+bool is_contained(ItemSpan inner, ItemSpan outer);
 
 /// The items that `a` and `b` have in common, ascending. O(|a| + |b|).
 Itemset intersection(const Itemset& a, const Itemset& b);

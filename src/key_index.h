@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -20,6 +21,8 @@ public:
     /// `keys` by descending support, `supports` theirs, `items` the bound of the item numbers. Both must
     /// outlive the index unchanged.
     KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items);
+    KeyIndex(const KeyIndex&) = delete;
+    KeyIndex& operator=(const KeyIndex&) = delete;
 
     /// Selects the itemset that the following queries are about. No key within it may have more support than
     /// `support`: keys that have are passed over.
@@ -30,23 +33,39 @@ public:
     Count largest_support_within(ItemSpan part, Count lowest);
 
 private:
+    /// Bits of 512 keys.
+    using Block = std::array<std::uint64_t, 8>;
+    static constexpr std::size_t word_bits = 64;
+    static constexpr std::size_t block_bits = 512;
+    static constexpr std::uint32_t no_bitmap = 0xFFFFFFFF;
+
+    static bool has_few_keys(const Block& block);
+
+    void file_by_rarest_item();
+    void make_bitmaps();
     void find_all_by_rarest_item(ItemSpan itemset);
     void find_more();
     bool lies_within_selected(Column key) const;
 
     const ItemsetTable& keys_;
     const std::vector<Count>& supports_;
-    ItemIndex index_;
+
     std::vector<std::size_t> filed_begins_;  ///< by item
     std::vector<Column> filed_;              ///< the keys under their rarest items, ascending for each
 
-    std::vector<char> selected_;  ///< by item: whether the selected itemset holds it
-    std::vector<Item> selected_items_;
-    std::vector<char> wanted_;                           ///< by item: whether the part asked for holds it
-    std::vector<Column> inside_;                         ///< keys within the selected itemset, found so far
-    Column first_ = 0;                                   ///< first key that may lie within it
-    Column searched_to_ = 0;                             ///< keys before this are found
-    std::vector<const std::uint64_t*> outside_bitmaps_;  ///< of the items that it does not hold
+    std::vector<std::uint32_t> bitmap_of_;  ///< by item: number of its bitmap; frequent items have one
+    std::size_t bitmaps_ = 0;
+    /// First blocks of all bitmaps, then their second blocks and so on: they are read so.
+    std::vector<Block> blocks_;
+
+    // About the selected itemset.
+    Itemset selected_;
+    std::vector<char> is_selected_;               ///< by item
+    Column searched_to_ = 0;                      ///< the keys within it are found before this one
+    std::vector<Column> inside_;                  ///< the keys within it, found so far
+    std::vector<std::uint32_t> outside_bitmaps_;  ///< of the items that it does not hold
+
+    std::vector<char> is_wanted_;  ///< by item: whether the part asked for holds it
 };
 
 }  // namespace korv

@@ -34,14 +34,15 @@ void Lattice::LATTICE() {
               << " Closed itemsets processed" << std::endl;
 
     Output_Rules();
-    std::cout << " Rules generted " << std::endl;
+    std::cout << " Rules generted " << std::endl;  // "generted", and a blank at the end
 
     write_rule_counts();
     std::cout << "Number of exact rules: " << rule_counts.exact_total << std::endl
               << "Number of approximative rules: " << rule_counts.appro_total << std::endl
-              << "Number of approximated rules: " << rule_counts.apped_total << std::endl
-              << "x=" << rule_counts.column_sum(Kind::exact)     //
-              << "   y=" << rule_counts.column_sum(Kind::appro)  //
+              << "Number of approximated rules: " << rule_counts.apped_total
+              << std::endl
+              // Three blanks before y, two before z.
+              << "x=" << rule_counts.column_sum(Kind::exact) << "   y=" << rule_counts.column_sum(Kind::appro)
               << "  z=" << rule_counts.column_sum(Kind::apped) << std::endl;
 }
 

@@ -28,6 +28,9 @@ struct data {
 /// map is not changed after loading.
 using NodeRef = std::map<Itemset, data>::const_iterator;
 
+/// The closed itemsets of classes, in their order.
+std::vector<const Itemset*> closed_itemsets(const std::map<Itemset, data>& classes);
+
 /// Successors of a closed itemset in the order in which they were found. An antichain: none contains another.
 using SuccessorList = std::vector<NodeRef>;
 
@@ -86,8 +89,8 @@ public:
     static bool insert_succ(NodeRef x, SuccessorList& list);
 
     /// Offers to `entry` every node below `other` (an entry that shares items with it but is not contained in
-    /// it) that is contained in its itemset, deepest descents first, each node examined once while `visited`
-    /// is kept.
+    /// it) that is contained in its itemset, depth first in list order, each node examined once while
+    /// `visited` is kept.
     void processing_succ(const LatticeEntry& other, LatticeEntry& entry);
 
     /// The entry of a node in `hash_table`; its end when there is none. O(log classes) comparisons of
@@ -130,7 +133,8 @@ public:
     /// itemset the rules of the first are all: those of the second would be their mirror images.
     void generer_regles_intra_noeud_deux_ess(NodeRef node);
 
-    /// Intra-node rules where the support `r` of the difference f1-e1 is known, not 0.
+    /// Intra-node rules where the support `r` of the difference f1-e1 is known. 0 only where two essential
+    /// itemsets partition a class of support 0.
     void get_rules_intra_node(const Itemset& difference, Count r, const Itemset& essential, Count s);
 
     /// Intra-node rules where the support of the difference is only known to lie between `lo` and `hi`.

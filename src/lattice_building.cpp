@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <iostream>
 
@@ -12,8 +13,8 @@ namespace korv {
 namespace {
 
 [[noreturn]] void stop_without_classes() {
-    // The accented letters of these messages were lost long ago: each is the replacement character U+FFFD,
-    // and stays so, since scripts look for these very bytes.
+    // Where an accented letter belongs stands the replacement character, U+FFFD. It stays: the messages are
+    // compared byte for byte.
     std::cerr << "Erreur: le nombre de classes doit \xEF\xBF\xBDtre non null" << std::flush;
     std::cerr << "Arr\xEF\xBF\xBDt du programme" << std::flush;
     std::exit(2);
@@ -32,13 +33,7 @@ const Itemset& seed(const LatticeEntry& entry) {
     return *shortest;
 }
 
-HasseDiagram hasse_diagram(const std::vector<LatticeEntry>& entries) {
-    std::vector<const Itemset*> family;
-    family.reserve(entries.size());
-    for (const LatticeEntry& entry : entries) {
-        family.push_back(&entry.itemset());
-    }
-    const ItemNumbering numbering(family);
+HasseDiagram hasse_diagram(const std::vector<LatticeEntry>& entries, const ItemNumbering& numbering) {
     ItemsetTable itemsets;
     ItemsetTable seeds;
     Itemset numbers;
@@ -48,7 +43,7 @@ HasseDiagram hasse_diagram(const std::vector<LatticeEntry>& entries) {
         numbering.translate(seed(entry), numbers);
         seeds.push_back(numbers);
     }
-    return HasseDiagram(itemsets, seeds, numbering.size());
+    return {itemsets, seeds, numbering.size()};
 }
 
 }  // namespace
@@ -62,7 +57,7 @@ void Lattice::build_lattice() {
         walk_frontier();
         return;
     }
-    const HasseDiagram diagram = hasse_diagram(hash_table);
+    const HasseDiagram diagram = hasse_diagram(hash_table, ItemNumbering(closed_itemsets(dci_map)));
     for (Column position = 0; position < hash_table.size(); ++position) {
         SuccessorList& successors = hash_table[position].successors;
         for (const Column lower : diagram.lower_neighbours(position)) {
@@ -118,6 +113,7 @@ void Lattice::processing_succ(const LatticeEntry& other, LatticeEntry& entry) {
 
 bool Lattice::insert_succ(NodeRef x, SuccessorList& list) {
     for (auto listed = list.begin(); listed != list.end();) {
+        // First, so that an equal itemset is refused and the listed one keeps its place.
         if (is_contained(x->first, (*listed)->first)) {
             return false;
         }

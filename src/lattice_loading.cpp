@@ -6,6 +6,15 @@
 
 namespace korv {
 
+std::vector<const Itemset*> closed_itemsets(const std::map<Itemset, data>& classes) {
+    std::vector<const Itemset*> itemsets;
+    itemsets.reserve(classes.size());
+    for (const auto& [itemset, of_class] : classes) {
+        itemsets.push_back(&itemset);
+    }
+    return itemsets;
+}
+
 void Lattice::Load_DCI() {
     lattice_io.rewind();
     // Asks the output side, whose end-of-file flag is never set on a fresh file: an empty class file is not
@@ -17,7 +26,7 @@ void Lattice::Load_DCI() {
     Itemset itemset;
     data read;
     while (lattice_io.read_in_a_line(itemset, read.support, read.essentials)) {
-        dci_map[itemset] = read;
+        dci_map.insert_or_assign(itemset, read);
     }
 }
 

@@ -19,39 +19,40 @@ void Lattice::Output_Lattice() {
 }
 
 void Lattice::afficher_IFD_supp(NodeRef node) {
-    // The second line is shorter than its neighbours.
-    lattice_io << "******************************\n"
-                  "**   Equivalence class:  **\n"
-                  "**                          **\n"
-                  "******************************\n"
-                  "DCP:  ";
+    // The second line is shorter than its neighbours, and "Disjonctive" is spelt so.
+    lattice_io.put(
+        "******************************\n"
+        "**   Equivalence class:  **\n"
+        "**                          **\n"
+        "******************************\n"
+        "DCP:  ");
     lattice_io.write_out_basket(node->first);
-    lattice_io << "\nDisjonctive support: " << node->second.support << '\n';
+    lattice_io.put("\nDisjonctive support: ").put(node->second.support).put("\n");
 }
 
 void Lattice::afficher_essentiels(const std::vector<Itemset>& essentials) {
-    lattice_io << "les essentiels:  ";
+    lattice_io.put("les essentiels:  ");
     if (essentials.empty()) {
-        lattice_io << "VIDE";
+        lattice_io.put("VIDE");
     }
     for (const Itemset& essential : essentials) {
         lattice_io.write_out_basket(essential);
-        lattice_io << " ; ";
+        lattice_io.put(" ; ");
     }
-    lattice_io << '\n';
+    lattice_io.put("\n");
 }
 
 void Lattice::afficher_list_succ(const SuccessorList& successors) {
-    lattice_io << "les successeurs: ";
+    lattice_io.put("les successeurs: ");
     if (successors.empty()) {
-        lattice_io << "VIDE";
+        lattice_io.put("VIDE");
     }
     for (const NodeRef successor : successors) {
         lattice_io.write_out_basket(successor->first);
         // No blank around it, unlike between essential itemsets.
-        lattice_io << ';';
+        lattice_io.put(";");
     }
-    lattice_io << "\n\n";
+    lattice_io.put("\n\n");
 }
 
 void print_vector(const Itemset& itemset) {

@@ -8,6 +8,7 @@
 
 namespace {
 
+/// The fourth line of the box ends where its tabs take it, not below the others.
 void print_banner() {
     std::cout << "\n  ****************************************************************"
                  "\n  ***                                                          ***"
@@ -29,7 +30,7 @@ void print_timings(double start, double end) {
 int run(int argc, char** argv) {
     const double start = korv::time_stamp();
     std::ifstream input;
-    print_banner();
+    print_banner();  // before the arguments are looked at: also above a message about them
 
     korv::Count minsupp = 0;
     double minconf = 0.0;

@@ -11,7 +11,7 @@ namespace korv {
 /// How much is known of a rule; at the same time the column of its counter.
 enum class Kind : std::size_t {
     exact,  ///< confidence 1
-    appro,  ///< "approximative": support and confidence known, confidence below 1
+    appro,  ///< "approximative": support and confidence known; confidence below 1, or not tested for 1
     apped,  ///< "approximated": support or confidence known as an interval only
 };
 

@@ -1,5 +1,6 @@
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "lattice.h"
 
@@ -8,7 +9,7 @@ namespace korv {
 namespace {
 
 /// `part` as a percentage of `total`. The product wraps at 32 bits, the total is rounded to single precision
-/// and the quotient taken in extended precision: so the percentages of years were made.
+/// and the quotient taken in extended precision. Reports are compared: it stays so.
 double percentage(Count part, Count total) {
     const Count product = 100 * part;
     return static_cast<double>(static_cast<long double>(product) / static_cast<float>(total));
@@ -58,6 +59,7 @@ void Lattice::number_of_rules(Kind kind) {
         for (const FormDescription& description :
              std::span(rule_catalogue).subspan((group - 1) * forms_in_a_group, forms_in_a_group)) {
             const Count count = rule_counts.count(description.form, kind);
+            // Two blanks around "of", and two before "of the form".
             number_rules_out << "Number  of  rules of " << heading << kind_name(kind) << "  of the form  "
                              << description.label << " = " << description.text << ": " << tabs << count
                              << '\n';

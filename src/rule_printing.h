@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Output_Manager.h"
 #include "itemset.h"
 
@@ -12,15 +14,25 @@ enum class Mode : char {
 };
 
 /// One side of a rule. Refers to its itemset: made for the calls that write a pair's rules, not to be kept.
-struct Side {
-    Mode mode;
-    const Itemset& itemset;
+class Side {
+public:
+    Side(Mode mode, const Itemset& itemset) : mode_(mode), itemset_(itemset) {}
+
+    /// The side as it is printed: an empty itemset as "empty_set", another mode than the two as nothing. Made
+    /// at the first call, since most sides are never printed, and kept, since the others are in several
+    /// rules.
+    const std::string& text() const;
+
+private:
+    Mode mode_;
+    const Itemset& itemset_;
+    mutable std::string text_;
 };
 
 /// Both ways to write an itemset as a side of a rule.
 struct Sides {
     explicit Sides(const Itemset& itemset)
-        : plain{Mode::disjunction, itemset}, negated{Mode::negation, itemset} {}
+        : plain(Mode::disjunction, itemset), negated(Mode::negation, itemset) {}
 
     Side plain;
     Side negated;
@@ -38,7 +50,7 @@ struct ConfidenceInterval {
     double high;
 };
 
-// The lines of a rule file. A record is a rule line, a support and, where it is not 1, a confidence.
+// The lines of a rule file. A record is a rule line, a support and, unless the rule is exact, a confidence.
 
 /// Writes a file header: the title, which brings its own line end, between two lines of stars.
 void entete_fichier(const char* title, Output_Manager& out);

@@ -41,22 +41,18 @@ bool RuleRecorder::by_confidence(CountedAs counted_as, const Side& premise, cons
 
 void RuleRecorder::approximated(Form form, const Side& premise, const Side& conclusion,
                                 const SupportInterval& support, const ConfidenceInterval& confidence) {
-    if (!suffices(confidence.low)) {
-        return;
+    if (begin_approximated(form, premise, conclusion, confidence)) {
+        afficher_supp_approx(support, approx_out_);
+        afficher_conf_approx(confidence, approx_out_);
     }
-    begin_record(Kind::apped, form, premise, conclusion, approx_out_);
-    afficher_supp_approx(support, approx_out_);
-    afficher_conf_approx(confidence, approx_out_);
 }
 
 void RuleRecorder::approximated(Form form, const Side& premise, const Side& conclusion, Count support,
                                 const ConfidenceInterval& confidence) {
-    if (!suffices(confidence.low)) {
-        return;
+    if (begin_approximated(form, premise, conclusion, confidence)) {
+        afficher_supp(support, approx_out_);
+        afficher_conf_approx(confidence, approx_out_);
     }
-    begin_record(Kind::apped, form, premise, conclusion, approx_out_);
-    afficher_supp(support, approx_out_);
-    afficher_conf_approx(confidence, approx_out_);
 }
 
 void RuleRecorder::approximated_of_confidence_1(Form form, const Side& premise, const Side& conclusion,
@@ -74,6 +70,16 @@ void RuleRecorder::begin_record(Kind kind, Form form, const Side& premise, const
                                 Output_Manager& out) {
     counts_.add(form, kind);
     afficher_regle(premise, conclusion, out);
+}
+
+/// Begins an approximated record if the confidence suffices; true when it does.
+bool RuleRecorder::begin_approximated(Form form, const Side& premise, const Side& conclusion,
+                                      const ConfidenceInterval& confidence) {
+    if (!suffices(confidence.low)) {
+        return false;
+    }
+    begin_record(Kind::apped, form, premise, conclusion, approx_out_);
+    return true;
 }
 
 double ratio(Count numerator, Count denominator) {

@@ -18,8 +18,8 @@ struct CountedAs {
 /// is examined, in the order of the output.
 ///
 /// A rule without a printed confidence goes to the exact file, one with a confidence to the approximate file.
-/// Each call drops the rule when its confidence (of an interval the lower end) is below the minimum
-/// confidence; NaN is below every minimum. Whether the support suffices is for the caller to test.
+/// Each call that takes a confidence drops the rule when it (of an interval the lower end) is below the
+/// minimum confidence; NaN is below every minimum. Whether the support suffices is for the caller to test.
 class RuleRecorder {
 public:
     RuleRecorder(Output_Manager& exact_out, Output_Manager& approx_out, double minconf, RuleCounts& counts);
@@ -52,6 +52,8 @@ public:
 
 private:
     bool suffices(double confidence) const;
+    bool begin_approximated(Form form, const Side& premise, const Side& conclusion,
+                            const ConfidenceInterval& confidence);
     void begin_record(Kind kind, Form form, const Side& premise, const Side& conclusion, Output_Manager& out);
 
     Output_Manager& exact_out_;

@@ -6,18 +6,18 @@ namespace korv {
 namespace {
 
 TEST(Itemset, ContainsItself) {
-    EXPECT_TRUE(is_contained({1, 2}, {1, 2}));
+    EXPECT_TRUE(is_contained(Itemset{1, 2}, Itemset{1, 2}));
 }
 
 TEST(Itemset, ContainsTheEmptyItemset) {
-    EXPECT_TRUE(is_contained({}, {1}));
-    EXPECT_TRUE(is_contained({}, {}));
-    EXPECT_FALSE(is_contained({1}, {}));
+    EXPECT_TRUE(is_contained(Itemset{}, Itemset{1}));
+    EXPECT_TRUE(is_contained(Itemset{}, Itemset{}));
+    EXPECT_FALSE(is_contained(Itemset{1}, Itemset{}));
 }
 
 TEST(Itemset, ContainmentCountsRepeatedItems) {
-    EXPECT_TRUE(is_contained({2, 2}, {1, 2, 2}));
-    EXPECT_FALSE(is_contained({2, 2}, {1, 2, 3}));
+    EXPECT_TRUE(is_contained(Itemset{2, 2}, Itemset{1, 2, 2}));
+    EXPECT_FALSE(is_contained(Itemset{2, 2}, Itemset{1, 2, 3}));
 }
 
 TEST(Itemset, IntersectionKeepsCommonItemsAscending) {
