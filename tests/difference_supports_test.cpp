@@ -8,22 +8,12 @@
 
 #include "lattice.h"
 #include "lattice_fixture.h"
+#include "support_answer.h"
 
 namespace korv {
 namespace {
 
-/// What a query returns, and the bounds that it leaves.
-struct Answer {
-    Count support;
-    Count lower;
-    Count upper;
-
-    bool operator==(const Answer&) const = default;
-};
-
-void PrintTo(const Answer& answer, std::ostream* out) {
-    *out << answer.support << ", bounds " << answer.lower << " and " << answer.upper;
-}
+using Answer = test::SupportAnswer;
 
 class DifferenceSupportsTest : public test::LatticeFixture {
 protected:

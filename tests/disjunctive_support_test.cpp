@@ -10,24 +10,15 @@
 #include <utility>
 #include <vector>
 
+#include "bits.h"
 #include "lattice.h"
 #include "lattice_fixture.h"
+#include "support_answer.h"
 
 namespace korv {
 namespace {
 
-/// What a query returns, and the bounds that it leaves.
-struct Answer {
-    Count support;
-    Count lower;
-    Count upper;
-
-    bool operator==(const Answer&) const = default;
-
-    friend std::ostream& operator<<(std::ostream& out, const Answer& answer) {
-        return out << answer.support << ", bounds " << answer.lower << " and " << answer.upper;
-    }
-};
+using Answer = test::SupportAnswer;
 
 Answer ask(const Lattice& lattice, const Itemset& itemset, Count lower, Count upper) {
     Answer answer{0, lower, upper};
@@ -235,29 +226,15 @@ TEST_F(DisjunctiveSupport, EmptyItemsetThatIsClosedHasTheSupportOfItsClass) {
 
 // Any lattice, queried for every itemset over a few items.
 
-/// An itemset as a bit for each item: bit 0 is item 1.
-using Bits = std::uint32_t;
+using test::Bits;
+using test::itemset_of;
+using test::random_below;
 
 constexpr unsigned item_count = 5;
 constexpr Bits all_items = (1U << item_count) - 1;
 
 bool lies_in(Bits inner, Bits outer) {
     return (inner & outer) == inner;
-}
-
-Itemset itemset_of(Bits bits) {
-    Itemset itemset;
-    for (Item item = 1; bits != 0; ++item, bits >>= 1U) {
-        if ((bits & 1U) != 0) {
-            itemset.push_back(item);
-        }
-    }
-    return itemset;
-}
-
-/// A number from 0 to `bound` - 1.
-Bits random_below(Bits bound, std::mt19937& random) {
-    return static_cast<Bits>(random()) % bound;
 }
 
 struct ModelClass {

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "bits.h"
 #include "lattice.h"
 #include "lattice_fixture.h"
 
@@ -323,23 +324,9 @@ TEST(InsertSucc, RepeatedItemsCount) {
 
 // Any family of classes.
 
-/// An itemset as a bit for each item: bit 0 is item 1.
-using Bits = std::uint32_t;
-
-Itemset itemset_of(Bits bits) {
-    Itemset itemset;
-    for (Item item = 1; bits != 0; ++item, bits >>= 1U) {
-        if ((bits & 1U) != 0) {
-            itemset.push_back(item);
-        }
-    }
-    return itemset;
-}
-
-/// A number from 0 to `bound` - 1.
-Bits random_below(Bits bound, std::mt19937& random) {
-    return static_cast<Bits>(random()) % bound;
-}
+using test::Bits;
+using test::itemset_of;
+using test::random_below;
 
 /// The largest classes that are proper subsets of `whole`.
 std::set<Itemset> maximal_proper_subsets(Bits whole, const std::vector<Bits>& family) {
