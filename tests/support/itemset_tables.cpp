@@ -1,6 +1,7 @@
 #include "itemset_tables.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <numeric>
 
 namespace korv::test {
@@ -11,7 +12,7 @@ std::vector<Itemset> random_itemsets(std::size_t count, Item items, std::mt19937
         Itemset itemset;
         for (Item item = 0; item < items; ++item) {
             // From one in a thousand for the first item to one in three for the last.
-            if (random() % 3000 < 3 + 997ULL * item * item / (items * items)) {
+            if (random() % 3000 < 3 + 997 * std::uint64_t{item} * item / (std::uint64_t{items} * items)) {
                 itemset.push_back(item);
             }
         }
