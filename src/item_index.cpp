@@ -8,8 +8,8 @@ namespace korv {
 
 namespace {
 
-/// An item has a bitmap when at least one column in so many holds it. Measured: below that, a walk through
-/// its list is faster than one through the bitmaps; a bitmap takes at most 16 times the memory of the list.
+/// An item has a bitmap when at least one column in so many holds it. The bitmap then takes at most 16 times
+/// the memory of a list.
 constexpr std::size_t sparse_from = 512;
 
 using Block = std::array<std::uint64_t, ItemIndex::block_words>;

@@ -9,8 +9,8 @@ namespace korv {
 namespace {
 
 /// The keys within an itemset are found under their rarest items when no more keys are filed there than so
-/// many for each item outside the itemset; otherwise by the bitmaps of those items. Measured on dense and on
-/// sparse files.
+/// many for each item outside the itemset; otherwise by the bitmaps of those items. The factor is a guess
+/// that serves dense and sparse files.
 constexpr std::size_t filed_for_each_outside_item = 8;
 
 /// An item has a bitmap when at least one key in so many holds it. The others only leave more keys to look
