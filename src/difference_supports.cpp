@@ -18,7 +18,6 @@ DifferenceSupports::Classes::Classes(const std::map<Itemset, data>& classes)
     for (const NodeRef node : by_support) {
         add(node->first, node->second);
     }
-    std::ranges::reverse(by_support);
     for (const NodeRef node : by_support) {
         add_keys(node->first, node->second);
     }
@@ -54,14 +53,13 @@ void DifferenceSupports::Classes::add_keys(const Itemset& itemset, const data& o
 DifferenceSupports::DifferenceSupports(const std::map<Itemset, data>& classes)
     : classes_(classes),
       class_index_(classes_.closed_itemsets, classes_.numbering.size()),
-      closed_itemsets_(classes_.closed_itemsets),
       key_index_(classes_.keys, classes_.key_supports, classes_.numbering.size()),
-      consistent_(classes_.well_formed && keys_are_consistent()) {}
+      consistent_(classes_.well_formed && classes_agree()) {}
 
-bool DifferenceSupports::keys_are_consistent() const {
-    for (std::size_t key = 0; key < classes_.keys.size(); ++key) {
-        const Column smaller_supports = first_class_of_support(classes_.key_supports[key]);
-        if (class_index_.first_superset(classes_.keys[key], 0, smaller_supports) != smaller_supports) {
+bool DifferenceSupports::classes_agree() {
+    for (std::size_t position = 0; position < classes_.supports.size(); ++position) {
+        const Count support = classes_.supports[position];
+        if (key_index_.largest_support_within(classes_.closed_itemsets[position], support) != support) {
             return false;
         }
     }
@@ -74,34 +72,29 @@ Column DifferenceSupports::first_class_of_support(Count support) const {
                                classes_.supports.begin());
 }
 
-std::optional<Count> DifferenceSupports::settle(const Itemset& whole, Count support, const Itemset& part,
-                                                Count& lower, Count& upper) {
-    // Beyond this the keys within the part would have to be looked at above the support of the whole as well.
-    if (!consistent_ || part.empty() || upper != support) {
+/// The largest support of a key within an itemset and the smallest of a class around it.
+SupportBounds DifferenceSupports::find_bounds(const Itemset& itemset) {
+    classes_.numbering.translate(itemset, numbers_);
+    const Count lower = key_index_.largest_support_within(numbers_);
+    // Around a key there is no class of less support.
+    const Column around = class_index_.first_superset(numbers_, first_class_of_support(lower),
+                                                      static_cast<Column>(classes_.supports.size()));
+    return {lower, classes_.supports[around]};
+}
+
+std::optional<Count> DifferenceSupports::settle(const Itemset& itemset, Count& lower, Count& upper) {
+    if (!consistent_ || itemset.empty()) {
         return std::nullopt;
     }
-    if (selected_ != &whole) {
-        classes_.numbering.translate(whole, numbers_);
-        key_index_.select(numbers_, support);
-        selected_ = &whole;
+    const auto [known, is_new] = known_.try_emplace(itemset);
+    if (is_new) {
+        known = find_bounds(itemset);
     }
-    classes_.numbering.translate(part, numbers_);
-
-    // The walk returns the support of a closed itemset when it comes to its class. A support of 0 would mean
-    // "not known" there, with bounds as far as they were narrowed by then.
-    if (const auto closed = closed_itemsets_.find(numbers_)) {
-        const Count known = classes_.supports[*closed];
-        return known != 0 && lower <= known && known <= upper ? std::optional(known) : std::nullopt;
-    }
-
-    const Count of_key = key_index_.largest_support_within(numbers_, lower);
-    const Count low = std::max(lower, of_key);
-    // Around a key there is no class of less support; around the starting bound there may be.
-    const Column from = of_key == low ? first_class_of_support(low) : 0;
-    const Column to = first_class_of_support(upper);
-    const Column around = from < to ? class_index_.first_superset(numbers_, from, to) : to;
-    const Count high = around < to ? classes_.supports[around] : upper;
-    if (low > high) {
+    const Count low = std::max(lower, known.lower);
+    const Count high = std::min(upper, known.upper);
+    // A closed itemset of support 0 ends the walk when it comes to its class, with bounds as far as they were
+    // narrowed by then.
+    if (low > high || high == 0) {
         return std::nullopt;
     }
     lower = low;

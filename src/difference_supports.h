@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
+#include "bounds_cache.h"
 #include "item_index.h"
 #include "item_numbering.h"
-#include "itemset_lookup.h"
 #include "itemset_table.h"
 #include "key_index.h"
 
@@ -28,23 +28,19 @@ public:
     DifferenceSupports(const DifferenceSupports&) = delete;
     DifferenceSupports& operator=(const DifferenceSupports&) = delete;
 
-    /// The support of `part`, an itemset within the closed itemset `whole` of a class of `support`; 0 if it
-    /// is not known. `lower` and `upper` are narrowed as by the walk when 0 is returned. No answer when the
-    /// walk must decide; the bounds are then as they were.
-    ///
-    /// Calls with the same object as `whole` should follow one another: what is found about it is kept.
-    std::optional<Count> settle(const Itemset& whole, Count support, const Itemset& part, Count& lower,
-                                Count& upper);
+    /// The support of `itemset`, which must lie within a class; 0 if it is not known. `lower` and `upper` are
+    /// narrowed as by the walk when 0 is returned. No answer when the walk must decide; the bounds are then
+    /// as they were.
+    std::optional<Count> settle(const Itemset& itemset, Count& lower, Count& upper);
 
 private:
     struct Classes {
         explicit Classes(const std::map<Itemset, data>& classes);
 
         ItemNumbering numbering;
-        /// By ascending support: the first class around an itemset gives its best upper bound.
+        /// By ascending support: the first class around an itemset gives its upper bound.
         ItemsetTable closed_itemsets;
         std::vector<Count> supports;
-        /// By descending support.
         ItemsetTable keys;
         std::vector<Count> key_supports;
         /// Whether every itemset has items, and every essential itemset lies within its closed itemset.
@@ -54,19 +50,18 @@ private:
         void add(const Itemset& itemset, const data& of_class);
         void add_keys(const Itemset& itemset, const data& of_class);
     };
-
-    bool keys_are_consistent() const;
+    bool classes_agree();
+    SupportBounds find_bounds(const Itemset& itemset);
     Column first_class_of_support(Count support) const;
 
     const Classes classes_;
     const ItemIndex class_index_;
-    const ItemsetLookup closed_itemsets_;
     KeyIndex key_index_;
     /// Whether no class holds a key of more support than its own.
     bool consistent_;
 
-    const Itemset* selected_ = nullptr;
     Itemset numbers_;
+    BoundsCache known_;
 };
 
 }  // namespace korv

@@ -52,16 +52,14 @@ Count Lattice::generate_difference_support(const Itemset& itemset, Count& lower,
     return 0;
 }
 
-/// The same for the rest of a node's itemset, from the indexes where they have an answer.
-Count Lattice::support_of_difference(NodeRef node, const Itemset& rest, Count& lower, Count& upper) {
+/// The same, from the indexes where they have an answer.
+Count Lattice::support_of_difference(const Itemset& difference, Count& lower, Count& upper) {
     if (difference_supports_) {
-        const auto settled =
-            difference_supports_->settle(node->first, node->second.support, rest, lower, upper);
-        if (settled) {
+        if (const auto settled = difference_supports_->settle(difference, lower, upper)) {
             return *settled;
         }
     }
-    return generate_difference_support(rest, lower, upper);
+    return generate_difference_support(difference, lower, upper);
 }
 
 }  // namespace korv

@@ -75,7 +75,7 @@ void Lattice::generer_regles_paire(NodeRef node, const Itemset& base, Count s1, 
     // Every transaction with an item of f2 but none of the base holds an item of the difference.
     Count lower = s2 - s1;
     Count upper = s2;
-    const Count r = support_of_difference(node, rest, lower, upper);
+    const Count r = support_of_difference(rest, lower, upper);
     if (r != 0) {
         get_rules_inter_itemset(rest, r, base, s1, s2, ifd_pair);
     } else {

@@ -41,7 +41,7 @@ void Lattice::generer_regles_intra_noeud(NodeRef node, const Itemset& essential)
     const Count s = node->second.support;
     Count lower = 0;
     Count upper = s;
-    const Count r = support_of_difference(node, rest, lower, upper);
+    const Count r = support_of_difference(rest, lower, upper);
     if (r != 0) {
         get_rules_intra_node(rest, r, essential, s);
     } else {

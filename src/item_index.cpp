@@ -28,6 +28,38 @@ bool restrict_block(Block& block, const std::uint64_t* words) {
     return any != 0;
 }
 
+/// What bitmaps have in common in their words from `first` on.
+template <std::size_t count>
+Block common_block(const std::array<const std::uint64_t*, count>& bitmaps, std::size_t first) {
+    Block block;
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        block[i] = bitmaps[0][first + i];
+        for (std::size_t k = 1; k < count; ++k) {
+            block[i] &= bitmaps[k][first + i];
+        }
+    }
+    return block;
+}
+
+/// Takes the columns before `from` out of a block of bitmap words from `first` on.
+void clear_before(Column from, std::size_t first, Block& block) {
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        if (first + i < word_of(from)) {
+            block[i] = 0;
+        } else if (first + i == word_of(from)) {
+            block[i] &= ~std::uint64_t{0} << from % ItemIndex::word_bits;
+        }
+    }
+}
+
+bool is_empty(const Block& block) {
+    std::uint64_t any = 0;
+    for (const std::uint64_t word : block) {
+        any |= word;
+    }
+    return any == 0;
+}
+
 }  // namespace
 
 ItemIndex::ItemIndex(const ItemsetTable& itemsets, std::size_t items)
@@ -78,22 +110,24 @@ std::span<const Column> ItemIndex::list(Item item, Column from) const {
 template <typename Visit>
 void ItemIndex::for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
                                        Visit visit) const {
+    // The rarest items seldom leave anything, so their bitmaps are intersected without a look in between.
+    std::array<const std::uint64_t*, 6> rarest;
+    rarest.fill(among != nullptr ? among : bitmap(itemset.front()));
+    const ItemSpan rarest_items = itemset.first(std::min(itemset.size(), rarest.size() - 1));
+    std::ranges::transform(rarest_items, rarest.begin(), [this](Item item) { return bitmap(item); });
+    const ItemSpan others = itemset.subspan(rarest_items.size());
+
     for (std::size_t first = from / block_bits * block_words; first * word_bits < to; first += block_words) {
-        Block block;
-        block.fill(~std::uint64_t{0});
-        bool any = among == nullptr || restrict_block(block, among + first);
-        for (std::size_t i = 0; any && i < itemset.size(); ++i) {
-            any = restrict_block(block, bitmap(itemset[i]) + first);
+        Block block = common_block(rarest, first);
+        if (first <= word_of(from)) {
+            clear_before(from, first, block);
+        }
+        bool any = !is_empty(block);
+        for (std::size_t i = 0; any && i < others.size(); ++i) {
+            any = restrict_block(block, bitmap(others[i]) + first);
         }
         for (std::size_t i = 0; any && i < block.size(); ++i) {
-            const std::size_t index = first + i;
-            if (index < word_of(from)) {
-                continue;
-            }
-            if (index == word_of(from)) {
-                block[i] &= ~std::uint64_t{0} << from % word_bits;
-            }
-            if (block[i] != 0 && visit(static_cast<std::uint32_t>(index), block[i])) {
+            if (block[i] != 0 && visit(static_cast<std::uint32_t>(first + i), block[i])) {
                 return;
             }
         }

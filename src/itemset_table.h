@@ -16,7 +16,16 @@ public:
         ends_.push_back(items_.size());
     }
 
+    /// Takes all itemsets out; keeps the memory.
+    void clear() {
+        items_.clear();
+        ends_.clear();
+    }
+
     std::size_t size() const { return ends_.size(); }
+
+    /// Number of items of all itemsets.
+    std::size_t items() const { return items_.size(); }
 
     /// Valid until the next push_back.
     ItemSpan operator[](std::size_t position) const {

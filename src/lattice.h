@@ -202,7 +202,7 @@ public:
 
 private:
     void link_successors(LatticeEntry& entry);
-    Count support_of_difference(NodeRef node, const Itemset& rest, Count& lower, Count& upper);
+    Count support_of_difference(const Itemset& difference, Count& lower, Count& upper);
     void generer_regles_tous_succ(const LatticeEntry& entry);
     void generer_regles_paire(NodeRef node, const Itemset& base, Count s1, bool ifd_pair);
 

@@ -28,8 +28,7 @@ protected:
 
     std::optional<Answer> settle(NodeRef whole, const Itemset& part, Count lower) {
         Answer answer = {0, lower, whole->second.support};
-        const auto settled =
-            indexes_->settle(whole->first, whole->second.support, part, answer.lower, answer.upper);
+        const auto settled = indexes_->settle(part, answer.lower, answer.upper);
         if (!settled) {
             return std::nullopt;
         }
