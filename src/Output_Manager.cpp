@@ -11,20 +11,22 @@ constexpr std::streamsize buffer_bytes = 1 << 16;
 
 }  // namespace
 
-Output_Manager::Output_Manager(const std::string& file_name) : buffer_(buffer_bytes) {
-    // A stream takes its buffer only before its file is open.
-    rdbuf()->pubsetbuf(buffer_.data(), buffer_bytes);
-    open(file_name, std::ios::out | std::ios::trunc);
+FileBuffer::FileBuffer() : memory_(buffer_bytes) {
+    // Taken only before the file is open.
+    pubsetbuf(memory_.data(), buffer_bytes);
 }
 
-Output_Manager::~Output_Manager() {
-    // Before the members go: the stream still writes from the buffer.
+FileBuffer::~FileBuffer() {
+    // Before the members go: the file is still written from the memory.
     close();
 }
 
-Output_Manager& Output_Manager::put(std::string_view text) {
-    rdbuf()->sputn(text.data(), static_cast<std::streamsize>(text.size()));
-    return *this;
+Output_Manager::Output_Manager(const std::string& file_name) {
+    std::ios& stream = *this;
+    stream.rdbuf(&file_);
+    if (file_.open(file_name, std::ios::out | std::ios::trunc) == nullptr) {
+        setstate(std::ios::failbit);
+    }
 }
 
 Output_Manager& Output_Manager::put(Count number) {

@@ -1,13 +1,36 @@
 #pragma once
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "itemset.h"
 
 namespace korv {
+
+/// A file's buffer to which short texts can be appended without the calls of the stream in between.
+class FileBuffer : public std::filebuf {
+public:
+    FileBuffer();
+    ~FileBuffer() override;
+    FileBuffer(const FileBuffer&) = delete;
+    FileBuffer& operator=(const FileBuffer&) = delete;
+
+    void append(std::string_view text) {
+        if (std::cmp_greater(text.size(), epptr() - pptr())) {
+            sputn(text.data(), static_cast<std::streamsize>(text.size()));
+            return;
+        }
+        std::ranges::copy(text, pptr());
+        pbump(static_cast<int>(text.size()));
+    }
+
+private:
+    std::vector<char> memory_;
+};
 
 /// A text output file: created, or emptied, at construction; whole on disk after destruction.
 ///
@@ -18,14 +41,19 @@ namespace korv {
 class Output_Manager : public std::ofstream {
 public:
     explicit Output_Manager(const std::string& file_name);
-    ~Output_Manager() override;
     Output_Manager(const Output_Manager&) = delete;
     Output_Manager& operator=(const Output_Manager&) = delete;
+
+    /// Whether the file could be created.
+    bool is_open() const { return file_.is_open(); }
 
     /// Appends text or a number, a double as "%g" would print it. The bytes are those of the stream
     /// operators; these go to the buffer without the stream's formatting, for the files that hold millions of
     /// numbers.
-    Output_Manager& put(std::string_view text);
+    Output_Manager& put(std::string_view text) {
+        file_.append(text);
+        return *this;
+    }
     Output_Manager& put(Count number);
     Output_Manager& put(double number);
 
@@ -33,7 +61,8 @@ public:
     void write_out_basket(const Itemset& itemset);
 
 private:
-    std::vector<char> buffer_;
+    /// The buffer of the stream, in the place of its own.
+    FileBuffer file_;
 };
 
 }  // namespace korv

@@ -29,6 +29,7 @@ bool intersects(const Itemset& a, const Itemset& b) {
 
 Itemset difference(const Itemset& a, const Itemset& b) {
     Itemset rest;
+    rest.reserve(a.size());
     std::set_difference(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(rest));
     return rest;
 }

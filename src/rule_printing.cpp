@@ -1,7 +1,8 @@
 #include "rule_printing.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <string_view>
 
 namespace korv {
@@ -10,26 +11,31 @@ namespace {
 
 constexpr std::string_view separator = "---------------------------\n";
 
-void append_number(Item item, std::string& text) {
-    std::array<char, 10> digits;
-    text.append(digits.begin(), std::to_chars(digits.begin(), digits.end(), item).ptr);
+/// Room for an item as it is written on either side, "not(4294967295)".
+constexpr std::size_t item_bytes = 15;
+
+char* write(std::string_view text, char* out) {
+    return std::ranges::copy(text, out).out;
 }
 
-void append_disjunction(const Itemset& itemset, std::string& text) {
+char* write(Item item, char* out) {
+    return std::to_chars(out, out + item_bytes, item).ptr;
+}
+
+char* write_disjunction(const Itemset& itemset, char* out) {
     std::string_view before_item;
     for (const Item item : itemset) {
-        text += before_item;
-        append_number(item, text);
+        out = write(item, write(before_item, out));
         before_item = " v ";
     }
+    return out;
 }
 
-void append_negation(const Itemset& itemset, std::string& text) {
+char* write_negation(const Itemset& itemset, char* out) {
     for (const Item item : itemset) {
-        text += "not(";
-        append_number(item, text);
-        text += ')';
+        out = write(")", write(item, write("not(", out)));
     }
+    return out;
 }
 
 }  // namespace
@@ -42,16 +48,17 @@ const std::string& Side::text() const {
         text_ = "empty_set";
         return text_;
     }
-    // As for items of three digits: at most one more allocation for larger ones.
-    text_.reserve(itemset_.size() * std::string_view("not(123)").size());
+    text_.resize(itemset_.size() * item_bytes);
+    char* end = text_.data();
     switch (mode_) {
         case Mode::disjunction:
-            append_disjunction(itemset_, text_);
+            end = write_disjunction(itemset_, end);
             break;
         case Mode::negation:
-            append_negation(itemset_, text_);
+            end = write_negation(itemset_, end);
             break;
     }
+    text_.resize(static_cast<std::size_t>(end - text_.data()));
     return text_;
 }
 
