@@ -102,14 +102,37 @@ private:
 };
 
 KeyIndex::KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items)
-    : nodes_(Builder(keys, supports, items).nodes()), is_wanted_(items) {}
+    : nodes_(Builder(keys, supports, items).nodes()), top_(items, no_node), is_wanted_(items) {
+    const Siblings tops = children(0);
+    for (std::uint32_t node = tops.first; node < tops.end; ++node) {
+        top_[nodes_[node].item] = node;
+    }
+}
 
 Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
+    wanted_tops_.clear();
     for (const Item item : itemset) {
         is_wanted_[item] = 1;
+        if (top_[item] != no_node) {
+            wanted_tops_.push_back(top_[item]);
+        }
     }
+    std::ranges::sort(wanted_tops_);
     Count largest = least;
-    pending_.assign(1, children(0));
+    for (const std::uint32_t node : wanted_tops_) {
+        if (nodes_[node].largest <= largest) {
+            break;
+        }
+        largest = search_below(node, std::max(largest, nodes_[node].own));
+    }
+    for (const Item item : itemset) {
+        is_wanted_[item] = 0;
+    }
+    return largest;
+}
+
+Count KeyIndex::search_below(std::uint32_t top, Count largest) {
+    pending_.assign(1, children(top));
     while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
         if (siblings.first == siblings.end || nodes_[siblings.first].largest <= largest) {
@@ -121,9 +144,6 @@ Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
             largest = std::max(largest, nodes_[node].own);
             pending_.push_back(children(node));
         }
-    }
-    for (const Item item : itemset) {
-        is_wanted_[item] = 0;
     }
     return largest;
 }

@@ -41,11 +41,17 @@ private:
     };
     class Builder;
 
+    static constexpr std::uint32_t no_node = 0;
+
+    Count search_below(std::uint32_t top, Count largest);
+
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};
     }
 
-    std::vector<Node> nodes_;        ///< level by level, the root first; one more at the end
+    std::vector<Node> nodes_;         ///< level by level, the root first; one more at the end
+    std::vector<std::uint32_t> top_;  ///< by item: the child of the root
+    std::vector<std::uint32_t> wanted_tops_;
     std::vector<char> is_wanted_;    ///< by item: whether the itemset asked for holds it
     std::vector<Siblings> pending_;  ///< on the path of a search: those still to be looked at
 };
