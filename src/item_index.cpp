@@ -105,6 +105,19 @@ std::span<const Column> ItemIndex::list(Item item, Column from) const {
     return whole.subspan(static_cast<std::size_t>(std::ranges::lower_bound(whole, from) - whole.begin()));
 }
 
+/// Whether a column that holds the first item of `itemset` holds them all.
+bool ItemIndex::contains(Column column, ItemSpan itemset) const {
+    bool all_have_bitmaps = true;
+    for (const Item item : itemset.subspan(1)) {
+        const std::uint64_t* const held = bitmap(item);
+        if (held != nullptr && (held[word_of(column)] & bit_of(column)) == 0) {
+            return false;
+        }
+        all_have_bitmaps = all_have_bitmaps && held != nullptr;
+    }
+    return all_have_bitmaps || is_contained(itemset, itemsets_[column]);
+}
+
 /// Calls `visit(index, bits)` for each word of columns in [from, to) that contain `itemset`, an itemset whose
 /// items all have bitmaps, until it returns true. The last word may have columns of `to` and beyond.
 template <typename Visit>
@@ -153,7 +166,7 @@ Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const
             break;
         }
         const bool asked_for = among == nullptr || (among[word_of(column)] & bit_of(column)) != 0;
-        if (asked_for && is_contained(itemset, itemsets_[column])) {
+        if (asked_for && contains(column, itemset)) {
             return column;
         }
     }
@@ -172,7 +185,7 @@ void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) 
         return;
     }
     for (const Column column : list(itemset.front(), from)) {
-        if (!is_contained(itemset, itemsets_[column])) {
+        if (!contains(column, itemset)) {
             continue;
         }
         if (found.empty() || found.back().index != word_of(column)) {
@@ -213,7 +226,7 @@ void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size
             return;
         }
         if (word->index == word_of(column) && (word->bits & bit_of(column)) != 0 &&
-            is_contained(itemset, itemsets_[column])) {
+            contains(column, itemset)) {
             word->bits &= ~bit_of(column);
         }
     }

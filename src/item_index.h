@@ -77,6 +77,7 @@ private:
         return std::span(lists_).subspan(list_begins_[item], list_begins_[item + 1] - list_begins_[item]);
     }
     std::span<const Column> list(Item item, Column from) const;
+    bool contains(Column column, ItemSpan itemset) const;
     template <typename Visit>
     void for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
                                 Visit visit) const;
