@@ -9,9 +9,12 @@ namespace korv {
 
 namespace {
 
-// Everything else, bytes of 128 and above among them, only separates numbers.
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
+/// What a character is read as when there is none.
+constexpr int end_of_file = std::char_traits<char>::eof();
+
+// Everything else, bytes of 128 and above and the end of the file among them, only separates numbers.
+bool is_digit(int character) {
+    return character >= '0' && character <= '9';
 }
 
 }  // namespace
@@ -33,63 +36,67 @@ bool Input_Output_Manager::read_in_a_line(Itemset& itemset, Count& support,
         std::cout << "fin de fichier" << std::endl;
         return false;
     }
+    source_ = input_.rdbuf();
+    ended_ = false;
     itemset = read_itemset('\t');
-    support = read_digit() ? scan_number() : 0;
+    int character = read_character();
+    support = is_digit(character) ? scan_number(character) : 0;
     // The spare character before the first essential itemset: skipped whatever it is.
     read_character();
     essentials = read_essentials(itemset.size());
     return !itemset.empty();
 }
 
-/// Reads one character into `current_`. At the end of the file, and where the file cannot be read on, it sets
-/// the end-of-file flag, which ends every loop of the reader, and leaves `current_` as it is.
+/// Reads one character, or end_of_file. Where the file ends, or cannot be read on, there are no more
+/// characters, which ends every loop of the reader.
 ///
 /// From the stream's buffer, since a formatted or unformatted input function costs several times as much.
-void Input_Output_Manager::read_character() {
-    constexpr auto end_of_file = std::char_traits<char>::eof();
-    auto next = end_of_file;
+int Input_Output_Manager::read_character() {
+    int character = end_of_file;
     try {
-        next = input_.rdbuf()->sbumpc();
+        character = ended_ ? end_of_file : source_->sbumpc();
     } catch (...) {
         // A read error. What was read until then counts, as at the end of the file.
     }
-    if (next == end_of_file) {
+    if (character == end_of_file) {
+        ended_ = true;
         input_.setstate(std::ios::eofbit | std::ios::failbit);
-        return;
     }
-    current_ = std::char_traits<char>::to_char_type(next);
+    return character;
 }
 
-/// Reads one character; true when there was one and it is a digit.
-bool Input_Output_Manager::read_digit() {
-    read_character();
-    return input_.good() && is_digit(current_);
-}
-
-/// The number whose first digit was just read. Consumes the character that ends it, which becomes `current_`.
-Count Input_Output_Manager::scan_number() {
+/// The number that begins with the digit `character`. Consumes the character that ends it, which becomes
+/// `character`.
+Count Input_Output_Manager::scan_number(int& character) {
     Count value = 0;
     do {
-        value = value * 10 + static_cast<Count>(current_ - '0');
-    } while (read_digit());
+        value = value * 10 + static_cast<Count>(character - '0');
+        character = read_character();
+    } while (is_digit(character));
     return value;
 }
 
 /// The numbers up to `terminator` or the end of the file, sorted.
 Itemset Input_Output_Manager::read_itemset(char terminator) {
-    Itemset items;
+    items_.clear();
+    int character = end_of_file;
     do {
-        if (read_digit()) {
-            items.push_back(scan_number());
+        character = read_character();
+        if (is_digit(character)) {
+            items_.push_back(scan_number(character));
         }
-    } while (!input_.eof() && current_ != terminator);
-    std::sort(items.begin(), items.end());
-    return items;
+    } while (character != end_of_file && character != terminator);
+    // They nearly always are.
+    if (!std::ranges::is_sorted(items_)) {
+        std::ranges::sort(items_);
+    }
+    return items_;
 }
 
 /// The essential itemsets of a record, up to a comma directly followed by a line end.
 std::vector<Itemset> Input_Output_Manager::read_essentials(std::size_t closed_itemset_size) {
     std::vector<Itemset> essentials;
+    int character = end_of_file;
     do {
         Itemset essential = read_itemset(',');
         // An essential itemset as large as its closed itemset is that itemset: the class does not store it.
@@ -98,8 +105,8 @@ std::vector<Itemset> Input_Output_Manager::read_essentials(std::size_t closed_it
             essentials.push_back(std::move(essential));
         }
         // The character after a comma is not looked at, except for a line end: a digit there is lost.
-        read_character();
-    } while (!input_.eof() && current_ != '\n');
+        character = read_character();
+    } while (character != end_of_file && character != '\n');
     return essentials;
 }
 

@@ -36,14 +36,16 @@ public:
     bool read_in_a_line(Itemset& itemset, Count& support, std::vector<Itemset>& essentials);
 
 private:
-    void read_character();
-    bool read_digit();
-    Count scan_number();
+    int read_character();
+    Count scan_number(int& character);
     Itemset read_itemset(char terminator);
     std::vector<Itemset> read_essentials(std::size_t closed_itemset_size);
 
     std::istream& input_;
-    char current_ = '\0';
+    // While a record is read.
+    std::streambuf* source_ = nullptr;  ///< of `input_`
+    bool ended_ = false;                ///< whether the end of the file was met
+    Itemset items_;                     ///< of the itemset being read: grown once for all of them
 };
 
 }  // namespace korv

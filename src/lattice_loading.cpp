@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <utility>
+#include <vector>
 
 #include "lattice.h"
 
@@ -23,10 +25,16 @@ void Lattice::Load_DCI() {
         std::cout << "Erreur: aucune classe disjonctive n'a ete lue." << std::endl;
         std::exit(1);
     }
-    Itemset itemset;
-    data read;
-    while (lattice_io.read_in_a_line(itemset, read.support, read.essentials)) {
-        dci_map.insert_or_assign(itemset, read);
+    std::vector<std::pair<Itemset, data>> records;
+    std::pair<Itemset, data> record;
+    while (lattice_io.read_in_a_line(record.first, record.second.support, record.second.essentials)) {
+        records.push_back(std::move(record));
+    }
+    // A map is filled fastest in its order, and read fastest afterwards. Stable: of two records of the same
+    // closed itemset the later one comes last and stays.
+    std::ranges::stable_sort(records, {}, &std::pair<Itemset, data>::first);
+    for (auto& [itemset, of_class] : records) {
+        dci_map.insert_or_assign(dci_map.end(), std::move(itemset), std::move(of_class));
     }
 }
 
