@@ -52,7 +52,12 @@ Count Lattice::generate_difference_support(const Itemset& itemset, Count& lower,
     return 0;
 }
 
-/// The same, from the indexes where they have an answer.
+void Lattice::index_supports() {
+    difference_supports_.emplace(dci_map);
+}
+
+/// The support of a difference as generate_difference_support finds it, from the indexes where they have an
+/// answer.
 Count Lattice::support_of_difference(const Itemset& difference, Count& lower, Count& upper) {
     if (difference_supports_) {
         if (const auto settled = difference_supports_->settle(difference, lower, upper)) {

@@ -33,6 +33,7 @@ void Lattice::LATTICE() {
               << " Size of the map: " << dci_map.size() << std::endl
               << " Closed itemsets processed" << std::endl;
 
+    index_supports();
     Output_Rules();
     std::cout << " Rules generted " << std::endl;  // "generted", and a blank at the end
 

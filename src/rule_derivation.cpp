@@ -8,7 +8,6 @@ void Lattice::Output_Rules() {
     entete_fichier("\t\t\t***   Regles exactes inter noeuds     ***\n", inter_exact_out);
     entete_fichier("\t\t\t*** Regles approximatives inter noeuds ***\n", inter_approx_out);
 
-    difference_supports_.emplace(dci_map);
     generate_intra_node_rules();
     generate_inter_node_rules();
 

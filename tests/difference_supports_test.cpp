@@ -8,6 +8,7 @@
 
 #include "lattice.h"
 #include "lattice_fixture.h"
+#include "random_classes.h"
 #include "support_answer.h"
 
 namespace korv {
@@ -80,98 +81,12 @@ protected:
     std::size_t answered_ = 0;
 };
 
-Itemset random_part(const Itemset& itemset, std::mt19937& random) {
-    Itemset part;
-    std::ranges::copy_if(itemset, std::back_inserter(part), [&](Item) { return random() % 2 == 0; });
-    return part;
-}
-
-/// Classes without sense: any supports, any essential itemsets within them, now and then an empty one or one
-/// that sticks out, repeated items.
-std::map<Itemset, data> contradictory_classes(std::mt19937& random) {
-    std::map<Itemset, data> classes;
-    for (std::size_t i = 1 + random() % 9; i > 0; --i) {
-        Itemset itemset;
-        for (Item item = 1; item <= 5; ++item) {
-            itemset.insert(itemset.end(), random() % 12 == 0 ? 2 : random() % 2, item);
-        }
-        if (itemset.empty()) {
-            continue;
-        }
-        data& of_class = classes[itemset];
-        of_class.support = static_cast<Count>(random() % 8);
-        for (std::size_t k = random() % 3; k > 0; --k) {
-            Itemset essential = random_part(itemset, random);
-            if (essential.empty() && random() % 8 != 0) {
-                essential = {itemset.front()};
-            }
-            if (random() % 40 == 0) {
-                essential = {6};
-            }
-            of_class.essentials.push_back(essential);
-        }
-    }
-    return classes;
-}
-
-/// Transactions of a random database.
-std::vector<Itemset> random_transactions(Item items, std::size_t most, std::mt19937& random) {
-    std::vector<Itemset> transactions(1 + random() % most);
-    for (Itemset& transaction : transactions) {
-        for (Item item = 1; item <= items; ++item) {
-            if (random() % 3 == 0) {
-                transaction.push_back(item);
-            }
-        }
-    }
-    return transactions;
-}
-
-Count disjunctive_support(const Itemset& itemset, const std::vector<Itemset>& transactions) {
-    return static_cast<Count>(std::ranges::count_if(
-        transactions, [&itemset](const Itemset& transaction) { return intersects(transaction, itemset); }));
-}
-
-/// Some of the classes of a database: the closures of random itemsets, each with the itemset as its essential
-/// one (not always a smallest one, which does not matter) when that is smaller.
-std::map<Itemset, data> some_classes(const std::vector<Itemset>& transactions, Item items, std::size_t tries,
-                                     std::mt19937& random) {
-    std::map<Itemset, data> classes;
-    for (; tries > 0; --tries) {
-        Itemset itemset;
-        for (Item item = 1; item <= items; ++item) {
-            if (random() % 3 == 0) {
-                itemset.push_back(item);
-            }
-        }
-        const Count support = disjunctive_support(itemset, transactions);
-        Itemset closed;
-        for (Item item = 1; item <= items; ++item) {
-            Itemset with_item = itemset;
-            with_item.push_back(item);
-            std::ranges::sort(with_item);
-            if (disjunctive_support(with_item, transactions) == support) {
-                closed.push_back(item);
-            }
-        }
-        if (itemset.empty() || closed.empty()) {
-            continue;
-        }
-        data& of_class = classes[closed];
-        of_class.support = support;
-        if (itemset.size() < closed.size() && random() % 4 != 0) {
-            of_class.essentials.push_back(itemset);
-        }
-    }
-    return classes;
-}
-
 TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverContradictoryClasses) {
     constexpr std::uint32_t seed = 1;
     std::mt19937 random(seed);
     for (int round = 0; round < 60'000; ++round) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
-        fill(contradictory_classes(random));
+        fill(test::contradictory_classes(random));
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
     // Most families contradict themselves; those that do not are answered.
@@ -184,8 +99,8 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverSomeClassesOfADatabase) {
     std::mt19937 random(seed);
     for (int round = 0; round < 40'000; ++round) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
-        const std::vector<Itemset> transactions = random_transactions(7, 15, random);
-        fill(some_classes(transactions, 7, 10, random));
+        const std::vector<Itemset> transactions = test::random_transactions(7, 15, random);
+        fill(test::some_classes(transactions, 7, 10, random));
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
     EXPECT_GT(answered_, asked_ / 2);
@@ -196,8 +111,8 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
     std::mt19937 random(seed);
     for (int round = 0; round < 5; ++round) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
-        const std::vector<Itemset> transactions = random_transactions(14, 200, random);
-        fill(some_classes(transactions, 14, 2000, random));
+        const std::vector<Itemset> transactions = test::random_transactions(14, 200, random);
+        fill(test::some_classes(transactions, 14, 2000, random));
         ASSERT_GT(lattice_.dci_map.size(), 600U);  // more than a block of columns
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }

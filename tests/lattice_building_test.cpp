@@ -14,6 +14,7 @@
 #include "bits.h"
 #include "lattice.h"
 #include "lattice_fixture.h"
+#include "random_classes.h"
 
 namespace korv {
 namespace {
@@ -447,6 +448,62 @@ TEST_F(AnyFamily, OverManyItemsHasItsMaximalProperSubsetsAsSuccessors) {
             }
         }
         ASSERT_NO_FATAL_FAILURE(expect_linked_well({family.begin(), family.end()}));
+    }
+}
+
+/// Classes with essential itemsets and repeated items, whose supersets are looked up by other itemsets than
+/// their own.
+class AnyClasses : public LatticeBuilding {
+protected:
+    AnyClasses() : lattice_(make_lattice("")) {}
+
+    void expect_linked_as_by_the_walk(const std::map<Itemset, data>& classes) {
+        if (classes.empty()) {
+            return;
+        }
+        fill(classes);
+        lattice_.build_lattice();
+        const std::vector<Itemsets> built = all_successors();
+        fill(classes);
+        lattice_.walk_frontier();
+        ASSERT_EQ(built, all_successors()) << test::class_file(classes);
+    }
+
+private:
+    void fill(const std::map<Itemset, data>& classes) {
+        lattice_.dci_map = classes;
+        lattice_.hash_table.clear();
+        lattice_.Load_Hash_table();
+    }
+
+    std::vector<Itemsets> all_successors() const {
+        std::vector<Itemsets> lists;
+        for (const LatticeEntry& each : lattice_.hash_table) {
+            lists.push_back(itemsets(each.successors));
+        }
+        return lists;
+    }
+
+    Lattice& lattice_;
+};
+
+TEST_F(AnyClasses, WithoutSenseAreLinkedAsByTheWalk) {
+    constexpr unsigned seed = 4;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 40'000; ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        ASSERT_NO_FATAL_FAILURE(expect_linked_as_by_the_walk(test::contradictory_classes(random)));
+    }
+}
+
+TEST_F(AnyClasses, OfADatabaseAreLinkedAsByTheWalk) {
+    constexpr unsigned seed = 5;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 30'000; ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        const Itemsets transactions = test::random_transactions(7, 15, random);
+        ASSERT_NO_FATAL_FAILURE(
+            expect_linked_as_by_the_walk(test::some_classes(transactions, 7, 12, random)));
     }
 }
 

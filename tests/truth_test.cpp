@@ -1,11 +1,9 @@
 // Counts the rules of small random databases again, in the transactions themselves.
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -14,7 +12,6 @@
 #include <random>
 #include <sstream>
 #include <string>
-#include <system_error>
 #include <tuple>
 #include <vector>
 
@@ -185,15 +182,6 @@ constexpr std::array<const char*, all_rule_files.size()> rule_file_names = {"int
 /// The texts of the four rule files.
 using RuleTexts = std::array<std::string, all_rule_files.size()>;
 
-/// The name of a new file in memory. Thousands of small files on a disk take longer than all the rest.
-std::string memory_file() {
-    const int descriptor = memfd_create("korv-test", MFD_CLOEXEC);
-    if (descriptor < 0) {
-        throw std::system_error(errno, std::generic_category(), "memfd_create");
-    }
-    return "/proc/self/fd/" + std::to_string(descriptor);
-}
-
 /// The program's rules. The class file must not be empty.
 RuleTexts derive(const Transactions& transactions, const Settings& settings) {
     static const std::array names = {memory_file(), memory_file(), memory_file(), memory_file()};
@@ -210,6 +198,7 @@ RuleTexts derive(const Transactions& transactions, const Settings& settings) {
         lattice.Load_DCI();
         lattice.Load_Hash_table();
         lattice.build_lattice();
+        lattice.index_supports();
         lattice.Output_Rules();
     }
     return {read_file(names[0]), read_file(names[1]), read_file(names[2]), read_file(names[3])};

@@ -1,9 +1,13 @@
 #include "files.h"
 
+#include <sys/mman.h>
+
+#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
 
 namespace korv::test {
 
@@ -30,6 +34,14 @@ std::string read_file(const fs::path& path) {
     std::ostringstream bytes;
     bytes << file.rdbuf();
     return bytes.str();
+}
+
+std::string memory_file() {
+    const int descriptor = memfd_create("korv-test", MFD_CLOEXEC);
+    if (descriptor < 0) {
+        throw std::system_error(errno, std::generic_category(), "memfd_create");
+    }
+    return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
 void write_file(const fs::path& path, const std::string& bytes) {

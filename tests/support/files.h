@@ -22,6 +22,10 @@ private:
 /// All bytes of a file. Throws std::runtime_error naming the file when it cannot be read.
 std::string read_file(const std::filesystem::path& path);
 
+/// The name of a new file in memory, which lasts as long as the process. Thousands of small files on a disk
+/// take longer than what is tested.
+std::string memory_file();
+
 /// Writes a file of exactly these bytes.
 void write_file(const std::filesystem::path& path, const std::string& bytes);
 
