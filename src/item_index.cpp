@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <utility>
 
 namespace korv {
 
@@ -12,59 +13,16 @@ namespace {
 /// the memory of a list.
 constexpr std::size_t sparse_from = 512;
 
-using Block = std::array<std::uint64_t, ItemIndex::block_words>;
-
 std::uint32_t word_of(Column column) {
     return column / ItemIndex::word_bits;
-}
-
-/// Keeps in `block` what `words` holds too; false when nothing is left.
-bool restrict_block(Block& block, const std::uint64_t* words) {
-    std::uint64_t any = 0;
-    for (std::size_t i = 0; i < block.size(); ++i) {
-        block[i] &= words[i];
-        any |= block[i];
-    }
-    return any != 0;
-}
-
-/// What bitmaps have in common in their words from `first` on.
-template <std::size_t count>
-Block common_block(const std::array<const std::uint64_t*, count>& bitmaps, std::size_t first) {
-    Block block;
-    for (std::size_t i = 0; i < block.size(); ++i) {
-        block[i] = bitmaps[0][first + i];
-        for (std::size_t k = 1; k < count; ++k) {
-            block[i] &= bitmaps[k][first + i];
-        }
-    }
-    return block;
-}
-
-/// Takes the columns before `from` out of a block of bitmap words from `first` on.
-void clear_before(Column from, std::size_t first, Block& block) {
-    for (std::size_t i = 0; i < block.size(); ++i) {
-        if (first + i < word_of(from)) {
-            block[i] = 0;
-        } else if (first + i == word_of(from)) {
-            block[i] &= ~std::uint64_t{0} << from % ItemIndex::word_bits;
-        }
-    }
-}
-
-bool is_empty(const Block& block) {
-    std::uint64_t any = 0;
-    for (const std::uint64_t word : block) {
-        any |= word;
-    }
-    return any == 0;
 }
 
 }  // namespace
 
 ItemIndex::ItemIndex(const ItemsetTable& itemsets, std::size_t items)
     : itemsets_(itemsets),
-      stride_((itemsets.size() + block_bits - 1) / block_bits * block_words),
+      bitmap_words_((itemsets.size() + word_bits - 1) / word_bits),
+      summary_words_((bitmap_words_ + word_bits - 1) / word_bits),
       rows_(items, no_row),
       list_begins_(items + 1) {
     std::vector<std::size_t> frequencies(items);
@@ -84,14 +42,16 @@ ItemIndex::ItemIndex(const ItemsetTable& itemsets, std::size_t items)
         }
     }
     list_begins_[items] = listed;
-    words_.resize(bitmaps * stride_);
+    words_.resize(bitmaps * bitmap_words_);
+    summaries_.resize(bitmaps * summary_words_);
     lists_.resize(listed);
 
     std::vector<std::size_t> list_ends(list_begins_);
     for (Column column = 0; column < itemsets.size(); ++column) {
         for (const Item item : itemsets[column]) {
             if (rows_[item] != no_row) {
-                words_[rows_[item] * stride_ + word_of(column)] |= bit_of(column);
+                words_[rows_[item] * bitmap_words_ + word_of(column)] |= bit_of(column);
+                summaries_[rows_[item] * summary_words_ + column / group_bits] |= bit_of(word_of(column));
             } else {
                 lists_[list_ends[item]++] = column;
             }
@@ -118,29 +78,64 @@ bool ItemIndex::contains(Column column, ItemSpan itemset) const {
     return all_have_bitmaps || is_contained(itemset, itemsets_[column]);
 }
 
-/// Calls `visit(index, bits)` for each word of columns in [from, to) that contain `itemset`, an itemset whose
-/// items all have bitmaps, until it returns true. The last word may have columns of `to` and beyond.
+/// The bitmaps of the items of an itemset, all of which have one, and one more if wanted.
+class ItemIndex::Intersection {
+public:
+    Intersection(const ItemIndex& index, ItemSpan itemset, const std::uint64_t* among)
+        : index_(index),
+          rarest_items_(itemset.first(std::min(itemset.size(), rarest_.size() - 1))),
+          others_(itemset.subspan(rarest_items_.size())) {
+        rarest_.fill(among != nullptr ? among : index.bitmap(itemset.front()));
+        std::ranges::transform(rarest_items_, rarest_.begin(),
+                               [&index](Item item) { return index.bitmap(item); });
+    }
+
+    /// A bit for each of 64 words from 64 * `group` on: 0 where the word has no columns.
+    std::uint64_t occupied(std::size_t group) const {
+        std::uint64_t words = ~std::uint64_t{0};
+        for (const Item item : rarest_items_) {
+            words &= index_.summary(item)[group];
+        }
+        return words;
+    }
+
+    std::uint64_t word(std::size_t position) const {
+        std::uint64_t bits = ~std::uint64_t{0};
+        for (const std::uint64_t* const words : rarest_) {
+            bits &= words[position];
+        }
+        for (std::size_t i = 0; bits != 0 && i < others_.size(); ++i) {
+            bits &= index_.bitmap(others_[i])[position];
+        }
+        return bits;
+    }
+
+private:
+    const ItemIndex& index_;
+    /// Intersected without a look in between: the rarest items seldom leave anything.
+    std::array<const std::uint64_t*, 6> rarest_;
+    ItemSpan rarest_items_;
+    ItemSpan others_;
+};
+
+/// Calls `visit(index, bits)` for each word of columns from `from` on that contain `itemset`, an itemset
+/// whose items all have bitmaps, until it returns true or all columns before `to` were visited. The last
+/// words may have columns of `to` and beyond.
 template <typename Visit>
 void ItemIndex::for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
                                        Visit visit) const {
-    // The rarest items seldom leave anything, so their bitmaps are intersected without a look in between.
-    std::array<const std::uint64_t*, 6> rarest;
-    rarest.fill(among != nullptr ? among : bitmap(itemset.front()));
-    const ItemSpan rarest_items = itemset.first(std::min(itemset.size(), rarest.size() - 1));
-    std::ranges::transform(rarest_items, rarest.begin(), [this](Item item) { return bitmap(item); });
-    const ItemSpan others = itemset.subspan(rarest_items.size());
-
-    for (std::size_t first = from / block_bits * block_words; first * word_bits < to; first += block_words) {
-        Block block = common_block(rarest, first);
-        if (first <= word_of(from)) {
-            clear_before(from, first, block);
-        }
-        bool any = !is_empty(block);
-        for (std::size_t i = 0; any && i < others.size(); ++i) {
-            any = restrict_block(block, bitmap(others[i]) + first);
-        }
-        for (std::size_t i = 0; any && i < block.size(); ++i) {
-            if (block[i] != 0 && visit(static_cast<std::uint32_t>(first + i), block[i])) {
+    const Intersection common(*this, itemset, among);
+    const std::size_t first = word_of(from);
+    std::uint64_t wanted_words = ~std::uint64_t{0} << first % word_bits;
+    for (std::size_t group = first / word_bits; group * group_bits < to; ++group) {
+        std::uint64_t words = common.occupied(group) & std::exchange(wanted_words, ~std::uint64_t{0});
+        for (; words != 0; words &= words - 1) {
+            const std::size_t index = group * word_bits + static_cast<std::size_t>(std::countr_zero(words));
+            std::uint64_t bits = common.word(index);
+            if (index == first) {
+                bits &= ~std::uint64_t{0} << from % word_bits;
+            }
+            if (bits != 0 && visit(static_cast<std::uint32_t>(index), bits)) {
                 return;
             }
         }

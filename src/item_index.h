@@ -23,7 +23,8 @@ using ColumnSet = std::vector<ColumnWord>;
 ///
 /// Invariant: an item that many columns hold has a bitmap over all columns, any other an ascending list. So
 /// the memory is bounded by that of the itemsets, times a constant, however many items there are; and no list
-/// is long.
+/// is long. Where bitmaps are intersected, summaries of them are first: stretches that one of the items
+/// leaves empty are skipped.
 ///
 /// Itemsets are sets of numbers below a bound, ascending, the rarer items first (see ItemNumbering): their
 /// first item decides between bitmap and list. The index refers to the sequence, which must outlive it
@@ -49,19 +50,20 @@ public:
     /// not be empty.
     void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from);
 
-    /// Number of words of a bitmap: a multiple of block_words.
-    std::size_t bitmap_words() const { return stride_; }
+    /// Number of words of a bitmap.
+    std::size_t bitmap_words() const { return bitmap_words_; }
 
     static constexpr std::size_t word_bits = 64;
-    /// Bitmaps are walked by blocks of so many words: loops of fixed length suit the compiler's vectors.
-    static constexpr std::size_t block_words = 8;
-    static constexpr std::size_t block_bits = block_words * word_bits;
 
     /// The bit of a column in the word of its bitmap, columns / word_bits.
     static constexpr std::uint64_t bit_of(Column column) { return std::uint64_t{1} << column % word_bits; }
 
 private:
     static constexpr std::uint32_t no_row = 0xFFFFFFFF;
+    /// Columns for which a word of a summary stands.
+    static constexpr std::size_t group_bits = word_bits * word_bits;
+
+    class Intersection;
 
     /// A word of a bitmap and those of its columns that hold all items looked at so far.
     struct Hit {
@@ -71,8 +73,10 @@ private:
 
     /// nullptr when the item has a list.
     const std::uint64_t* bitmap(Item item) const {
-        return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * stride_;
+        return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * bitmap_words_;
     }
+    /// Of an item with a bitmap.
+    const std::uint64_t* summary(Item item) const { return summaries_.data() + rows_[item] * summary_words_; }
     std::span<const Column> list(Item item) const {
         return std::span(lists_).subspan(list_begins_[item], list_begins_[item + 1] - list_begins_[item]);
     }
@@ -83,9 +87,11 @@ private:
                                 Visit visit) const;
 
     const ItemsetTable& itemsets_;
-    std::size_t stride_;
+    std::size_t bitmap_words_;
+    std::size_t summary_words_;
     std::vector<std::uint32_t> rows_;       ///< by item: number of its bitmap
     std::vector<std::uint64_t> words_;      ///< the bitmaps, one behind the other
+    std::vector<std::uint64_t> summaries_;  ///< for each bitmap, a bit for each of its words that is not zero
     std::vector<std::size_t> list_begins_;  ///< by item
     std::vector<Column> lists_;             ///< the lists, one behind the other
     std::vector<Hit> hits_;                 ///< working space of remove_supersets

@@ -113,7 +113,7 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
         const std::vector<Itemset> transactions = test::random_transactions(14, 200, random);
         fill(test::some_classes(transactions, 14, 2000, random));
-        ASSERT_GT(lattice_.dci_map.size(), 600U);  // more than a block of columns
+        ASSERT_GT(lattice_.dci_map.size(), 600U);  // many words of a bitmap
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
     EXPECT_GT(answered_, asked_ / 2);

@@ -10,8 +10,8 @@
 namespace korv {
 namespace {
 
-// Few items in many columns, so that there are bitmaps of several blocks, and lists.
-constexpr std::size_t columns = 1700;
+// Few items in many columns, so that there are lists, and bitmaps whose summaries have several words.
+constexpr std::size_t columns = 9000;
 constexpr Item items = 12;
 
 std::set<Column> columns_of(const ColumnSet& words) {
@@ -26,6 +26,19 @@ std::set<Column> columns_of(const ColumnSet& words) {
     return result;
 }
 
+/// Random columns, every twentieth of them long: the union of eight.
+std::vector<Itemset> random_columns(std::mt19937& random) {
+    std::vector<Itemset> itemsets = test::random_itemsets(columns, items, random);
+    for (std::size_t column = 0; column < columns; column += 20) {
+        std::set<Item> united;
+        for (const Itemset& itemset : test::random_itemsets(8, items, random)) {
+            united.insert(itemset.begin(), itemset.end());
+        }
+        itemsets[column].assign(united.begin(), united.end());
+    }
+    return test::rarest_first(itemsets, items);
+}
+
 class RandomIndex : public ::testing::Test {
 protected:
     std::set<Column> supersets(const Itemset& itemset, Column from) const {
@@ -38,11 +51,20 @@ protected:
         return result;
     }
 
-    Itemset any_itemset() { return test::random_itemsets(1, items, random_).front(); }
+    /// A short itemset, or most items of a long column.
+    Itemset any_itemset() {
+        if (random_() % 2 == 0) {
+            return test::random_itemsets(1, items, random_).front();
+        }
+        Itemset itemset = itemsets_[any_column() / 20 * 20];
+        const Item last = itemset.back();
+        std::erase_if(itemset, [&](Item item) { return item != last && random_() % 6 == 0; });
+        return itemset;
+    }
     Column any_column() { return static_cast<Column>(random_() % columns); }
 
     std::mt19937 random_{20261121};
-    std::vector<Itemset> itemsets_ = test::random_itemsets(columns, items, random_);
+    std::vector<Itemset> itemsets_ = random_columns(random_);
     ItemsetTable table_ = test::table_of(itemsets_);
     ItemIndex index_{table_, items};
 };
@@ -52,8 +74,17 @@ TEST_F(RandomIndex, HasItemsWithListsAndItemsWithBitmaps) {
     EXPECT_GT(supersets({items - 1}, 0).size() * 512, columns);
 }
 
+TEST_F(RandomIndex, IsAskedForShortAndForLongItemsets) {
+    std::set<std::size_t> sizes;
+    for (int round = 0; round < 100; ++round) {
+        sizes.insert(any_itemset().size());
+    }
+    EXPECT_TRUE(sizes.contains(1));
+    EXPECT_TRUE(sizes.contains(7));
+}
+
 TEST_F(RandomIndex, FindsTheFirstSuperset) {
-    for (int round = 0; round < 5000; ++round) {
+    for (int round = 0; round < 2000; ++round) {
         const Itemset itemset = any_itemset();
         const Column from = any_column();
         const auto to = static_cast<Column>(from + any_column() % (columns - from + 1));

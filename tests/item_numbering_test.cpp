@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 namespace korv {
 namespace {
 
@@ -25,6 +27,22 @@ TEST(ItemNumbering, GivesRarerItemsSmallerNumbers) {
 TEST(ItemNumbering, NumbersAnItemsetAscending) {
     EXPECT_EQ(numbers_of({1, 3}, {{1}, {1, 2}, {1, 2, 3}}), (Itemset{0, 2}));
 }
+
+/// Numbers an itemset of so many items, none rarer than another, whose items are the numbers.
+class NumberOfItems : public ::testing::TestWithParam<Item> {};
+
+TEST_P(NumberOfItems, DoesNotChangeTheOrder) {
+    Itemset itemset(GetParam());
+    std::iota(itemset.begin(), itemset.end(), Item{0});
+    std::vector<Itemset> family = {itemset};
+    // The last item is the rarest: 0.
+    family.push_back({itemset.begin(), itemset.end() - 1});
+    EXPECT_EQ(numbers_of(itemset, family), itemset);
+    EXPECT_EQ(numbers_of({itemset.back()}, family), Itemset{0});
+    EXPECT_EQ(numbers_of({itemset.front(), itemset.back()}, family), (Itemset{0, 1}));
+}
+
+INSTANTIATE_TEST_SUITE_P(FewAndMany, NumberOfItems, ::testing::Values(2, 64, 65, 511, 512, 513, 5000));
 
 TEST(ItemNumbering, TakesEachOccurrenceForAnItemOfItsOwn) {
     const std::vector<Itemset> family = {{7}, {7, 7}, {7, 7, 7}};

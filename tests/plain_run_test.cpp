@@ -109,7 +109,7 @@ TEST(PlainRun, GivesTheSameFilesForManyClasses) {
         most = std::max(most, classes.size());
         ASSERT_NO_FATAL_FAILURE(expect_same_files(classes, random));
     }
-    EXPECT_GT(most, 512U);  // more than a block of columns
+    EXPECT_GT(most, 512U);  // many words of a bitmap
 }
 
 }  // namespace
