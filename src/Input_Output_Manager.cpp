@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iostream>
 #include <string>
-#include <utility>
 
 namespace korv {
 
@@ -76,8 +75,9 @@ Count Input_Output_Manager::scan_number(int& character) {
     return value;
 }
 
-/// The numbers up to `terminator` or the end of the file, sorted.
-Itemset Input_Output_Manager::read_itemset(char terminator) {
+/// Reads the numbers up to `terminator` or the end of the file, sorted: into a buffer that stays, since an
+/// itemset that is not kept then costs no allocation, and one that is costs one of its size.
+const Itemset& Input_Output_Manager::read_itemset(char terminator) {
     items_.clear();
     int character = end_of_file;
     do {
@@ -98,11 +98,11 @@ std::vector<Itemset> Input_Output_Manager::read_essentials(std::size_t closed_it
     std::vector<Itemset> essentials;
     int character = end_of_file;
     do {
-        Itemset essential = read_itemset(',');
+        const Itemset& essential = read_itemset(',');
         // An essential itemset as large as its closed itemset is that itemset: the class does not store it.
         // Sizes alone decide; an empty one is stored.
         if (essential.size() != closed_itemset_size) {
-            essentials.push_back(std::move(essential));
+            essentials.push_back(essential);
         }
         // The character after a comma is not looked at, except for a line end: a digit there is lost.
         character = read_character();

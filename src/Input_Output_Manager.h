@@ -38,14 +38,14 @@ public:
 private:
     int read_character();
     Count scan_number(int& character);
-    Itemset read_itemset(char terminator);
+    const Itemset& read_itemset(char terminator);
     std::vector<Itemset> read_essentials(std::size_t closed_itemset_size);
 
     std::istream& input_;
     // While a record is read.
     std::streambuf* source_ = nullptr;  ///< of `input_`
     bool ended_ = false;                ///< whether the end of the file was met
-    Itemset items_;                     ///< of the itemset being read: grown once for all of them
+    Itemset items_;                     ///< of the itemset just read
 };
 
 }  // namespace korv

@@ -347,6 +347,35 @@ TEST_F(Reader, EndsWhereTheFileCannotBeReadOn) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), end_message);
 }
 
+/// Text that goes on after its end was met once, as that of a terminal.
+class TextAfterItsEnd : public std::streambuf {
+public:
+    TextAfterItsEnd(std::string before, std::string after)
+        : before_(std::move(before)), after_(std::move(after)) {
+        setg(before_.data(), before_.data(), before_.data() + before_.size());
+    }
+
+private:
+    int_type underflow() override {
+        if (std::exchange(ended_, true)) {
+            setg(after_.data(), after_.data(), after_.data() + after_.size());
+            return traits_type::to_int_type(after_.front());
+        }
+        return traits_type::eof();
+    }
+
+    std::string before_;
+    std::string after_;
+    bool ended_ = false;
+};
+
+TEST_F(Reader, ReadsNothingBehindTheEndOfTheFile) {
+    TextAfterItsEnd text("1 2\t5", "7\t 1,\n");
+    input.basic_ios<char>::rdbuf(&text);
+    EXPECT_EQ(next(), (Record{true, {1, 2}, 5, {{}}}));
+    EXPECT_FALSE(next().read);
+}
+
 // rewind.
 
 TEST_F(Reader, RewindAfterTheEndReadsTheFirstRecordAgain) {
