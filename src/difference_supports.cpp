@@ -7,53 +7,62 @@
 
 namespace korv {
 
+namespace {
+
+/// Whether an itemset has items, and every essential itemset has items and lies within it.
+bool is_well_formed(const Itemset& itemset, const data& of_class) {
+    return !itemset.empty() && std::ranges::all_of(of_class.essentials, [&](const Itemset& essential) {
+        return !essential.empty() && is_contained(essential, itemset);
+    });
+}
+
+}  // namespace
+
 DifferenceSupports::Classes::Classes(const std::map<Itemset, data>& classes)
     : numbering(korv::closed_itemsets(classes)) {
     std::vector<NodeRef> by_support;
     by_support.reserve(classes.size());
     for (NodeRef node = classes.begin(); node != classes.end(); ++node) {
         by_support.push_back(node);
+        well_formed = well_formed && is_well_formed(node->first, node->second);
     }
     std::ranges::stable_sort(by_support, {}, [](NodeRef node) { return node->second.support; });
+    Itemset numbers;
     for (const NodeRef node : by_support) {
-        add(node->first, node->second);
-    }
-    for (const NodeRef node : by_support) {
-        add_keys(node->first, node->second);
+        numbering.translate(node->first, numbers);
+        closed_itemsets.push_back(numbers);
+        supports.push_back(node->second.support);
     }
 }
 
-void DifferenceSupports::Classes::add(const Itemset& itemset, const data& of_class) {
+/// The keys of well-formed classes; of others, of which some cannot be numbered, none.
+KeyIndex DifferenceSupports::make_key_index(const std::map<Itemset, data>& of, const Classes& classes) {
+    ItemsetTable keys;
+    std::vector<Count> supports;
     Itemset numbers;
-    numbering.translate(itemset, numbers);
-    closed_itemsets.push_back(numbers);
-    supports.push_back(of_class.support);
-    well_formed = well_formed && !itemset.empty() &&
-                  std::ranges::all_of(of_class.essentials, [&itemset](const Itemset& essential) {
-                      return !essential.empty() && is_contained(essential, itemset);
-                  });
-}
-
-void DifferenceSupports::Classes::add_keys(const Itemset& itemset, const data& of_class) {
-    if (!well_formed) {
-        return;
-    }
-    Itemset numbers;
-    const auto add_key = [&](const Itemset& key) {
-        numbering.translate(key, numbers);
+    const auto add = [&](const Itemset& key, Count support) {
+        classes.numbering.translate(key, numbers);
         keys.push_back(numbers);
-        key_supports.push_back(of_class.support);
+        supports.push_back(support);
     };
-    if (of_class.essentials.empty()) {
-        add_key(itemset);
+    for (const auto& [itemset, of_class] : of) {
+        if (!classes.well_formed) {
+            break;
+        }
+        if (of_class.essentials.empty()) {
+            add(itemset, of_class.support);
+        }
+        for (const Itemset& essential : of_class.essentials) {
+            add(essential, of_class.support);
+        }
     }
-    std::ranges::for_each(of_class.essentials, add_key);
+    return {keys, supports, classes.numbering.size()};
 }
 
 DifferenceSupports::DifferenceSupports(const std::map<Itemset, data>& classes)
     : classes_(classes),
       class_index_(classes_.closed_itemsets, classes_.numbering.size()),
-      key_index_(classes_.keys, classes_.key_supports, classes_.numbering.size()),
+      key_index_(make_key_index(classes, classes_)),
       consistent_(classes_.well_formed && classes_agree()) {}
 
 bool DifferenceSupports::classes_agree() {

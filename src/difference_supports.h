@@ -19,18 +19,20 @@ struct data;
 ///
 /// Invariant: it answers only where the order of the walk does not matter. The walk raises the lower bound to
 /// the largest support of a key within the itemset and lowers the upper bound to the smallest support of a
-/// larger class around it; as long as the bounds do not cross, it returns a support exactly when they meet.
-/// Where they may cross, because the classes contradict each other or the starting bounds, there is no
-/// answer, and the walk must decide.
+/// class around it; as long as the bounds do not cross, it returns a support exactly when they meet. (At the
+/// class of a closed itemset it returns at once. There they meet as well: one of its keys lies within it, and
+/// no class around it has less support.) Where they may cross, because the classes contradict each other or
+/// the starting bounds, there is no answer, and the walk must decide.
 class DifferenceSupports {
 public:
+    /// `classes` are not referred to later. About O(total length of the itemsets * log keys).
     explicit DifferenceSupports(const std::map<Itemset, data>& classes);
     DifferenceSupports(const DifferenceSupports&) = delete;
     DifferenceSupports& operator=(const DifferenceSupports&) = delete;
 
     /// The support of `itemset`, which must lie within a class; 0 if it is not known. `lower` and `upper` are
     /// narrowed as by the walk when 0 is returned. No answer when the walk must decide; the bounds are then
-    /// as they were.
+    /// as they were. The second time an itemset is asked for it is only looked up.
     std::optional<Count> settle(const Itemset& itemset, Count& lower, Count& upper);
 
 private:
@@ -41,15 +43,11 @@ private:
         /// By ascending support: the first class around an itemset gives its upper bound.
         ItemsetTable closed_itemsets;
         std::vector<Count> supports;
-        ItemsetTable keys;
-        std::vector<Count> key_supports;
         /// Whether every itemset has items, and every essential itemset lies within its closed itemset.
         bool well_formed = true;
-
-    private:
-        void add(const Itemset& itemset, const data& of_class);
-        void add_keys(const Itemset& itemset, const data& of_class);
     };
+
+    static KeyIndex make_key_index(const std::map<Itemset, data>& of, const Classes& classes);
     bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
     Column first_class_of_support(Count support) const;
@@ -57,7 +55,7 @@ private:
     const Classes classes_;
     const ItemIndex class_index_;
     KeyIndex key_index_;
-    /// Whether no class holds a key of more support than its own.
+    /// Whether all classes are well formed and none holds a key of more support than its own.
     bool consistent_;
 
     Itemset numbers_;

@@ -28,7 +28,7 @@ using ColumnSet = std::vector<ColumnWord>;
 ///
 /// Itemsets are sets of numbers below a bound, ascending, the rarer items first (see ItemNumbering): their
 /// first item decides between bitmap and list. The index refers to the sequence, which must outlive it
-/// unchanged.
+/// unchanged; fewer than 2^32 itemsets.
 class ItemIndex {
 public:
     /// `items`: the bound of the item numbers. O(items + total length of the itemsets).
@@ -36,18 +36,20 @@ public:
     ItemIndex(const ItemIndex&) = delete;
     ItemIndex& operator=(const ItemIndex&) = delete;
 
-    /// The first column of [from, to) that contains `itemset`, or `to`. Words of bitmaps looked at: at most
-    /// |itemset| * (to - from) / 64. `itemset` must not be empty.
+    /// The first column of [from, to) that contains `itemset`, or `to`. `itemset` must not be empty.
+    /// O(|itemset| * (to - from) / 64) words of bitmaps, or O(|itemset|) steps for each column in the list of
+    /// its first item; as a rule a small part of that.
     Column first_superset(ItemSpan itemset, Column from, Column to) const;
 
     /// The same among the columns that are set in the bitmap `among`, of bitmap_words() words.
     Column first_superset(ItemSpan itemset, Column from, Column to, const std::uint64_t* among) const;
 
-    /// Replaces `found` by all columns from `from` on that contain `itemset`, which must not be empty.
+    /// Replaces `found` by all columns from `from` on that contain `itemset`, which must not be empty. Costs
+    /// as much as a search for the first one that finds none.
     void find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const;
 
     /// Takes out of `columns`, from its word at position `from` on, those that contain `itemset`, which must
-    /// not be empty.
+    /// not be empty. O(|itemset| * words of `columns`), or steps as above.
     void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from);
 
     /// Number of words of a bitmap.

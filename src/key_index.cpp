@@ -9,6 +9,14 @@
 
 namespace korv {
 
+namespace {
+
+/// The children of the root are searched like any others if there are no more than so many for each item of
+/// the itemset asked for. With many thousand items there are many more.
+constexpr std::size_t few_tops_for_each_item = 16;
+
+}  // namespace
+
 /// Lays out the nodes, level by level.
 class KeyIndex::Builder {
 public:
@@ -110,39 +118,48 @@ KeyIndex::KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports,
 }
 
 Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
-    wanted_tops_.clear();
     for (const Item item : itemset) {
         is_wanted_[item] = 1;
-        if (top_[item] != no_node) {
-            wanted_tops_.push_back(top_[item]);
-        }
     }
-    std::ranges::sort(wanted_tops_);
-    Count largest = least;
-    for (const std::uint32_t node : wanted_tops_) {
-        if (nodes_[node].largest <= largest) {
-            break;
-        }
-        largest = search_below(node, std::max(largest, nodes_[node].own));
-    }
+    const bool few_tops = children(0).end - children(0).first <= few_tops_for_each_item * itemset.size();
+    const Count largest = few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
     for (const Item item : itemset) {
         is_wanted_[item] = 0;
     }
     return largest;
 }
 
-Count KeyIndex::search_below(std::uint32_t top, Count largest) {
-    pending_.assign(1, children(top));
+/// The same from the root, without looking at those of its children whose item is not wanted.
+Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
+    wanted_tops_.clear();
+    for (const Item item : itemset) {
+        if (top_[item] != no_node) {
+            wanted_tops_.push_back(top_[item]);
+        }
+    }
+    std::ranges::sort(wanted_tops_);
+    for (const std::uint32_t node : wanted_tops_) {
+        if (nodes_[node].largest <= largest) {
+            break;
+        }
+        largest = search_below(node, std::max(largest, nodes_[node].own));
+    }
+    return largest;
+}
+
+/// The largest support of a key below a node, if it is more than `largest`; otherwise `largest`.
+Count KeyIndex::search_below(std::uint32_t node, Count largest) {
+    pending_.assign(1, children(node));
     while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
         if (siblings.first == siblings.end || nodes_[siblings.first].largest <= largest) {
             pending_.pop_back();
             continue;
         }
-        const std::uint32_t node = siblings.first++;
-        if (is_wanted_[nodes_[node].item] != 0) {
-            largest = std::max(largest, nodes_[node].own);
-            pending_.push_back(children(node));
+        const std::uint32_t next = siblings.first++;
+        if (is_wanted_[nodes_[next].item] != 0) {
+            largest = std::max(largest, nodes_[next].own);
+            pending_.push_back(children(next));
         }
     }
     return largest;

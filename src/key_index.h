@@ -24,16 +24,19 @@ public:
     /// keys the larger support counts. O(total length of the keys * log keys).
     KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items);
 
-    /// The largest support of a key within `itemset`, if it is more than `least`; otherwise `least`.
+    /// The largest support of a key within `itemset`, if it is more than `least`; otherwise `least`. At worst
+    /// all nodes are looked at; as a rule, some dozens.
     Count largest_support_within(ItemSpan itemset, Count least = 0);
 
 private:
     struct Node {
         Item item = 0;
-        Count largest = 0;  ///< support of a key whose path goes through the node
-        Count own = 0;      ///< support of the key whose path ends here; 0 if there is none
-        std::uint32_t first_child =
-            0;  ///< its children stand one behind the other, before those of the next node
+        /// The largest support of the keys whose paths go through the node.
+        Count largest = 0;
+        /// The support of the key whose path ends here; 0 if there is none.
+        Count own = 0;
+        /// The children stand one behind the other, before those of the next node.
+        std::uint32_t first_child = 0;
     };
     struct Siblings {
         std::uint32_t first;
@@ -43,7 +46,8 @@ private:
 
     static constexpr std::uint32_t no_node = 0;
 
-    Count search_below(std::uint32_t top, Count largest);
+    Count search_below(std::uint32_t node, Count largest);
+    Count search_below_wanted_tops(ItemSpan itemset, Count largest);
 
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};
@@ -51,9 +55,11 @@ private:
 
     std::vector<Node> nodes_;         ///< level by level, the root first; one more at the end
     std::vector<std::uint32_t> top_;  ///< by item: the child of the root
-    std::vector<std::uint32_t> wanted_tops_;
-    std::vector<char> is_wanted_;    ///< by item: whether the itemset asked for holds it
-    std::vector<Siblings> pending_;  ///< on the path of a search: those still to be looked at
+
+    // Working space of a search.
+    std::vector<char> is_wanted_;             ///< by item: whether the itemset asked for holds it
+    std::vector<std::uint32_t> wanted_tops_;  ///< children of the root whose item is wanted
+    std::vector<Siblings> pending_;           ///< on the path: those still to be looked at
 };
 
 }  // namespace korv

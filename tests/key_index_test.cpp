@@ -54,6 +54,22 @@ TEST(KeyIndex, FindsAKeyThatContainsAnotherOfMoreSupport) {
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 6U);
 }
 
+TEST(KeyIndex, FindsTheLargestSupportAmongManyItems) {
+    std::vector<Itemset> keys;
+    std::vector<Count> supports;
+    for (Item item = 0; item < 1000; ++item) {
+        keys.push_back({item});
+        supports.push_back(1 + item % 100);
+    }
+    keys.push_back({3, 7});
+    supports.push_back(200);
+    KeyIndex index = index_of(keys, supports, 1000);
+    EXPECT_EQ(index.largest_support_within(Itemset{205, 699, 801}), 100U);
+    EXPECT_EQ(index.largest_support_within(Itemset{3, 7, 99}), 200U);
+    EXPECT_EQ(index.largest_support_within(Itemset{205}), 6U);
+    EXPECT_EQ(index.largest_support_within(Itemset{205}, 6), 6U);
+}
+
 TEST(KeyIndex, OfNoKeysFindsNothing) {
     KeyIndex index = index_of({}, {}, 2);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 0U);
@@ -71,9 +87,11 @@ TEST_P(RandomKeys, AreFoundAsByLookingAtEachOfThem) {
         std::ranges::generate(supports, [&] { return static_cast<Count>(random() % 50); });
         KeyIndex index = index_of(keys, supports, items);
         for (int query = 0; query < 100; ++query) {
+            // From nearly all items to few of them.
+            const Item one_in = 1 + static_cast<Item>(random() % items);
             Itemset itemset;
             for (Item item = 0; item < items; ++item) {
-                if (random() % 3 != 0) {
+                if (random() % one_in == 0) {
                     itemset.push_back(item);
                 }
             }
@@ -87,7 +105,7 @@ TEST_P(RandomKeys, AreFoundAsByLookingAtEachOfThem) {
 
 INSTANTIATE_TEST_SUITE_P(FewAndMany, RandomKeys,
                          ::testing::Values(std::pair{1, 3}, std::pair{40, 8}, std::pair{300, 14},
-                                           std::pair{300, 40}));
+                                           std::pair{300, 40}, std::pair{500, 400}));
 
 }  // namespace
 }  // namespace korv
