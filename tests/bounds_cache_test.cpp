@@ -52,19 +52,25 @@ TEST(BoundsCache, KeepsManyItemsetsWhileItGrows) {
     }
 }
 
-TEST(BoundsCache, ForgetsAllWhenItHoldsAsManyItemsAsItMay) {
-    BoundsCache cache(4);
-    remember(cache, {1, 2}, 7);
-    remember(cache, {3, 4}, 8);
-    EXPECT_EQ(lower_bound_known(cache, {1, 2}), -1);
-    EXPECT_EQ(lower_bound_known(cache, {3, 4}), -1);
+TEST(BoundsCache, ForgetsAllWhenItTakesAsMuchAsItMay) {
+    BoundsCache cache(3000);
+    for (Item item = 0; item < 20; ++item) {
+        remember(cache, {item}, item);
+    }
+    EXPECT_EQ(lower_bound_known(cache, {0}), 0);
+    EXPECT_EQ(lower_bound_known(cache, {19}), 19);
+    for (Item item = 20; item < 100; ++item) {
+        remember(cache, {item}, item);
+    }
+    EXPECT_EQ(lower_bound_known(cache, {0}), -1);
+    EXPECT_EQ(lower_bound_known(cache, {99}), 99);
 }
 
-TEST(BoundsCache, RemembersAgainAfterItForgot) {
-    BoundsCache cache(2);
-    remember(cache, {1, 2}, 7);
-    remember(cache, {3}, 8);
-    EXPECT_EQ(lower_bound_known(cache, {3}), 8);
+TEST(BoundsCache, TakesLongItemsetsForMore) {
+    BoundsCache cache(3000);
+    remember(cache, Itemset(1000, 7), 1);
+    EXPECT_EQ(lower_bound_known(cache, {1}), -1);
+    EXPECT_EQ(lower_bound_known(cache, Itemset(1000, 7)), -1);
 }
 
 }  // namespace
