@@ -21,6 +21,16 @@ FileBuffer::~FileBuffer() {
     close();
 }
 
+/// Appends a text for which there is no room: the buffer, and a text longer than it, are written.
+bool FileBuffer::append_through(std::string_view text) {
+    const auto size = static_cast<std::streamsize>(text.size());
+    if (!failed_ && sputn(text.data(), size) != size) {
+        failed_ = true;
+        setp(nullptr, nullptr);  // no room for any later text
+    }
+    return !failed_;
+}
+
 Output_Manager::Output_Manager(const std::string& file_name) {
     std::ios& stream = *this;
     stream.rdbuf(&file_);

@@ -12,6 +12,8 @@
 namespace korv {
 
 /// A file's buffer to which short texts can be appended without the calls of the stream in between.
+///
+/// Once a text could not be written, because the disk is full for example, nothing more is.
 class FileBuffer : public std::filebuf {
 public:
     FileBuffer();
@@ -19,16 +21,20 @@ public:
     FileBuffer(const FileBuffer&) = delete;
     FileBuffer& operator=(const FileBuffer&) = delete;
 
-    void append(std::string_view text) {
+    /// False when the text, or an earlier one, could not be written.
+    bool append(std::string_view text) {
         if (std::cmp_greater(text.size(), epptr() - pptr())) {
-            sputn(text.data(), static_cast<std::streamsize>(text.size()));
-            return;
+            return append_through(text);
         }
         std::ranges::copy(text, pptr());
         pbump(static_cast<int>(text.size()));
+        return true;
     }
 
 private:
+    bool append_through(std::string_view text);
+
+    bool failed_ = false;
     std::vector<char> memory_;
 };
 
@@ -44,14 +50,19 @@ public:
     Output_Manager(const Output_Manager&) = delete;
     Output_Manager& operator=(const Output_Manager&) = delete;
 
-    /// Whether the file could be created.
+    // Of the file that is written, not of the one that the base would write.
     bool is_open() const { return file_.is_open(); }
+    FileBuffer* rdbuf() { return &file_; }
+    void open(const char*) = delete;
+    void close() = delete;
 
     /// Appends text or a number, a double as "%g" would print it. The bytes are those of the stream
     /// operators; these go to the buffer without the stream's formatting, for the files that hold millions of
     /// numbers.
     Output_Manager& put(std::string_view text) {
-        file_.append(text);
+        if (!file_.append(text)) {
+            setstate(std::ios::badbit);
+        }
         return *this;
     }
     Output_Manager& put(Count number);

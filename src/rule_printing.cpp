@@ -13,13 +13,14 @@ constexpr std::string_view separator = "---------------------------\n";
 
 /// Room for an item as it is written on either side, "not(4294967295)".
 constexpr std::size_t item_bytes = 15;
+constexpr std::size_t item_digits = 10;
 
 char* write(std::string_view text, char* out) {
     return std::ranges::copy(text, out).out;
 }
 
 char* write(Item item, char* out) {
-    return std::to_chars(out, out + item_bytes, item).ptr;
+    return std::to_chars(out, out + item_digits, item).ptr;
 }
 
 char* write_disjunction(const Itemset& itemset, char* out) {

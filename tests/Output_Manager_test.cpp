@@ -108,6 +108,26 @@ TEST_F(OutputManager, KeepsTheOrderOfTextLargerThanAnyBuffer) {
     EXPECT_TRUE(actual == expected);
 }
 
+TEST_F(OutputManager, KeepsTheOrderOfLongAndShortTexts) {
+    const std::string longer_than_the_buffer(200'000, 'x');
+    EXPECT_TRUE(written_by([&](Output_Manager& out) {
+                    out.put("1 ").put(longer_than_the_buffer).put(Count{2}) << " 3 ";
+                    out.put(longer_than_the_buffer).put(0.5);
+                }) == "1 " + longer_than_the_buffer + "2 3 " + longer_than_the_buffer + "0.5");
+}
+
+TEST_F(OutputManager, WritesNothingMoreOnceTheDiskIsFull) {
+    Output_Manager out("/dev/full");
+    ASSERT_TRUE(out.is_open());
+    out.put("kept in the buffer");
+    EXPECT_FALSE(out.bad());
+    out.put(std::string(200'000, 'x'));
+    EXPECT_TRUE(out.bad());
+    out.clear();
+    out.put("not even into the buffer");
+    EXPECT_TRUE(out.bad());
+}
+
 TEST_F(OutputManager, FlushBringsAllTextToDisk) {
     Output_Manager out(path());
     out << "first\n" << std::flush;

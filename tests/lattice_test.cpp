@@ -427,9 +427,9 @@ TEST_F(LatticeProgress, TimeStampIsNotTakenWhileTheLatticeFileIsWritten) {
     en1 = -1.0;
     Lattice& lattice = make_lattice(classes_with_rules, settings_of_rules);
     WatchedLatticeFile file;
-    lattice.lattice_io.basic_ios<char>::rdbuf(&file);
+    std::streambuf* const own = lattice.lattice_io.basic_ios<char>::rdbuf(&file);
     console(lattice);
-    lattice.lattice_io.basic_ios<char>::rdbuf(lattice.lattice_io.rdbuf());
+    lattice.lattice_io.basic_ios<char>::rdbuf(own);
     ASSERT_FALSE(file.seen.empty());
     EXPECT_EQ(file.seen, std::vector(file.seen.size(), -1.0));
 }
