@@ -4,14 +4,17 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bounds_cache.h"
 #include "difference_supports.h"
 #include "globals.h"
 #include "lattice.h"
@@ -129,6 +132,13 @@ void index_supports(benchmark::State& state, const std::shared_ptr<Linked>& link
     }
 }
 
+std::size_t distinct_differences(const std::vector<Query>& queries) {
+    BoundsCache differences(std::numeric_limits<std::size_t>::max());
+    return static_cast<std::size_t>(std::ranges::count_if(queries, [&differences](const Query& query) {
+        return differences.try_emplace(difference(*query.whole, *query.base)).second;
+    }));
+}
+
 /// All queries of a run, each difference made and settled. What is remembered of earlier queries is part of
 /// it: every iteration begins without.
 void queries_by_index(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
@@ -150,6 +160,7 @@ void queries_by_index(benchmark::State& state, const std::shared_ptr<Linked>& li
     }
     state.counters["queries"] = static_cast<double>(queries.size());
     state.counters["known"] = static_cast<double>(known);
+    state.counters["distinct"] = static_cast<double>(distinct_differences(queries));
     state.counters["each"] = seconds_for_each(queries.size());
 }
 

@@ -1,5 +1,4 @@
-// A whole run by the plain walks, for comparison: the same arguments, the same six files, nothing on standard
-// output.
+// A whole run by the plain walks, for comparison: the same arguments, the same six files.
 
 #include <fstream>
 

@@ -69,6 +69,9 @@ void Lattice::build_lattice() {
 void Lattice::walk_frontier() {
     frontier.clear();
     frontier.reserve(hash_table.size());
+    if (hash_table.empty()) {
+        return;
+    }
     // Itemsets of the smallest cardinality have no proper subset among the classes.
     const Count smallest = hash_table.front().cardinality;
     for (auto entry = hash_table.begin(); entry != hash_table.end(); ++entry) {

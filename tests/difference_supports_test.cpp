@@ -119,6 +119,13 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
     EXPECT_GT(answered_, asked_ / 2);
 }
 
+TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverClassesOfManyItems) {
+    std::mt19937 random(4);
+    fill(test::sparse_classes(4500, 700, random));
+    ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
+    EXPECT_GT(answered_, asked_ / 2);
+}
+
 TEST_F(DifferenceSupportsTest, LeaveAClosedItemsetOfSupport0ToTheWalk) {
     fill({{{1}, {0, {}}}, {{1, 2}, {0, {}}}});
     EXPECT_EQ(settle(node({1, 2}), {1}, 0), std::nullopt);

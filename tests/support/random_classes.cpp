@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
+#include <string_view>
 
 namespace korv::test {
 
@@ -94,6 +96,27 @@ std::map<Itemset, data> some_classes(const std::vector<Itemset>& transactions, I
         if (itemset.size() < closed.size() && random() % 4 != 0) {
             of_class.essentials.push_back(itemset);
         }
+    }
+    return classes;
+}
+
+std::map<Itemset, data> sparse_classes(std::size_t count, Item twins, std::mt19937& random) {
+    std::map<Itemset, data> classes;
+    while (classes.size() < count) {
+        std::set<Item> chosen;
+        for (std::size_t i = 1 + random() % 4; i > 0; --i) {
+            // The smaller ones come up more often.
+            chosen.insert(static_cast<Item>(random() % (1 + random() % (1 + random() % twins))));
+        }
+        Itemset itemset;
+        Itemset essential;
+        Count support = 0;
+        for (const Item each : chosen) {
+            itemset.insert(itemset.end(), {2 * each, 2 * each + 1});
+            essential.push_back(2 * each + static_cast<Item>(random() % 2));
+            support += 1 + each % 20;  // transactions with the twins
+        }
+        classes[itemset] = {support, {essential}};
     }
     return classes;
 }
