@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -44,7 +45,7 @@ std::vector<std::size_t> in_order(const Records& records) {
             return a.first < b.first;
         }
         const auto order = records[a.second].first <=> records[b.second].first;
-        return order != 0 ? order < 0 : a.second < b.second;
+        return std::is_eq(order) ? a.second < b.second : std::is_lt(order);
     });
     std::vector<std::size_t> positions(keys.size());
     std::ranges::transform(keys, positions.begin(), &std::pair<std::uint64_t, std::size_t>::second);
@@ -70,11 +71,12 @@ void Lattice::Load_DCI() {
         std::cout << "Erreur: aucune classe disjonctive n'a ete lue." << std::endl;
         std::exit(1);
     }
-    Records records;
-    Records::value_type record;
-    while (lattice_io.read_in_a_line(record.first, record.second.support, record.second.essentials)) {
-        records.push_back(std::move(record));
+    Records records(1);
+    while (lattice_io.read_in_a_line(records.back().first, records.back().second.support,
+                                     records.back().second.essentials)) {
+        records.emplace_back();
     }
+    records.pop_back();
     // A map is filled fastest in its order, and read fastest afterwards.
     for (const std::size_t position : in_order(records)) {
         auto& [itemset, of_class] = records[position];
