@@ -56,7 +56,8 @@ protected:
         if (random_() % 2 == 0) {
             return test::random_itemsets(1, items, random_).front();
         }
-        Itemset itemset = itemsets_[any_column() / 20 * 20];
+        const std::size_t column = any_column();
+        Itemset itemset = itemsets_[column - column % 20];
         const Item last = itemset.back();
         std::erase_if(itemset, [&](Item item) { return item != last && random_() % 6 == 0; });
         return itemset;

@@ -36,7 +36,7 @@ TEST_P(NumberOfItems, DoesNotChangeTheOrder) {
     std::iota(itemset.begin(), itemset.end(), Item{0});
     std::vector<Itemset> family = {itemset};
     // The last item is the rarest: 0.
-    family.push_back({itemset.begin(), itemset.end() - 1});
+    family.emplace_back(itemset.begin(), itemset.end() - 1);
     EXPECT_EQ(numbers_of(itemset, family), itemset);
     EXPECT_EQ(numbers_of({itemset.back()}, family), Itemset{0});
     EXPECT_EQ(numbers_of({itemset.front(), itemset.back()}, family), (Itemset{0, 1}));
