@@ -57,6 +57,15 @@ class ExplainRules(unittest.TestCase):
         said = self.explain(rules, "--shortest", "2").stdout
         self.assertEqual([line for line in said.splitlines() if line.startswith("If")], ["If bread,", "If milk,"])
 
+    def test_says_the_strongest_rules_each_once(self) -> None:
+        rules = ("1-->2\nsupport:9\n\nconfiance:0.7\n" + SEPARATOR + "2-->3\nsupport:4\n\nconfiance:0.9\n" + SEPARATOR
+                 + "3-->1\nsupport:5\n\nconfiance:0.9\n" + SEPARATOR + "3-->1\nsupport:5\n\nconfiance:0.9\n" + SEPARATOR
+                 + "1-->3\n1< support <8\n0.8< confiance <1\n" + SEPARATOR)
+        said = self.explain(rules, "--strongest", "3").stdout
+        self.assertEqual([line for line in said.splitlines() if line.startswith("If")],
+                         ["If salt,", "If milk,", "If bread,"])
+        self.assertIn("80% to 100%", said)
+
     def test_takes_the_upper_number_for_the_smallest_confidence_where_it_is(self) -> None:
         rule = "not(2)not(3)-->1\n0< support <1\n0.2< confiance <0.25\n" + SEPARATOR
         self.assertIn("then in at least 25% of the cases", self.explain(rule, header=BETWEEN_NODES).stdout)
