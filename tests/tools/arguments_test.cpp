@@ -1,0 +1,106 @@
+#include "arguments.h"
+
+#include <gtest/gtest.h>
+
+#include "error.h"
+
+namespace korv::tools {
+namespace {
+
+std::string complaint(const Threshold& threshold, Count transactions) {
+    try {
+        in_transactions(threshold, transactions);
+    } catch (const Error& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(ParseThreshold, TakesACount) {
+    const auto threshold = parse_threshold("100");
+    ASSERT_TRUE(threshold);
+    EXPECT_EQ(threshold->value, 100.0);
+    EXPECT_FALSE(threshold->is_percentage);
+}
+
+TEST(ParseThreshold, TakesAPercentage) {
+    const auto threshold = parse_threshold("2.5%");
+    ASSERT_TRUE(threshold);
+    EXPECT_EQ(threshold->value, 2.5);
+    EXPECT_TRUE(threshold->is_percentage);
+}
+
+TEST(ParseThreshold, TakesNothingElse) {
+    for (const char* const text :
+         {"", "%", "x", "2.5", "-1", "-1%", "100x", "1e99999%", "nan%", "inf%", "4294967296"}) {
+        EXPECT_FALSE(parse_threshold(text)) << text;
+    }
+}
+
+TEST(InTransactions, OfACountIsThatCount) {
+    EXPECT_EQ(in_transactions({100, false}, 100), 100U);
+    EXPECT_EQ(in_transactions({1, false}, 100), 1U);
+}
+
+TEST(InTransactions, OfAPercentageIsRoundedUp) {
+    EXPECT_EQ(in_transactions({2.5, true}, 8124), 204U);  // of 203.1
+    EXPECT_EQ(in_transactions({50, true}, 3), 2U);
+    EXPECT_EQ(in_transactions({0.001, true}, 10), 1U);
+    EXPECT_EQ(in_transactions({100, true}, 3), 3U);
+}
+
+TEST(InTransactions, OfAPercentageWithoutABinaryFormIsNotRoundedUpByOne) {
+    EXPECT_EQ(in_transactions({0.7, true}, 1000), 7U);
+    EXPECT_EQ(in_transactions({1.1, true}, 1000), 11U);
+    EXPECT_EQ(in_transactions({5.5, true}, 200), 11U);
+}
+
+TEST(InTransactions, MustBeBetween1AndAll) {
+    EXPECT_EQ(complaint({0, false}, 100),
+              "--min-support: found 0 transactions; expected at least 1 and at most 100, the number of "
+              "transactions in the input");
+    EXPECT_EQ(complaint({101, false}, 100),
+              "--min-support: found 101 transactions; expected at least 1 and at most 100, the number of "
+              "transactions in the input");
+    EXPECT_NE(complaint({0, true}, 100), "");
+    EXPECT_NE(complaint({101, true}, 100), "");
+    EXPECT_NE(complaint({1e300, true}, 100), "");
+}
+
+TEST(ParseBinRule, TakesANumberForAllColumnsOrForOne) {
+    const auto for_all = parse_bin_rule("4");
+    ASSERT_TRUE(for_all);
+    EXPECT_EQ(for_all->column, "");
+    EXPECT_EQ(for_all->bins, 4U);
+    const auto for_one = parse_bin_rule("a=b=10");
+    ASSERT_TRUE(for_one);
+    EXPECT_EQ(for_one->column, "a=b");
+    EXPECT_EQ(for_one->bins, 10U);
+}
+
+TEST(ParseBinRule, TakesNothingElse) {
+    for (const char* const text : {"", "0", "age", "age=", "age=0", "=4", "age=x", "-1"}) {
+        EXPECT_FALSE(parse_bin_rule(text)) << text;
+    }
+}
+
+TEST(ParseSeparator, TakesOneByteOrTheWordTab) {
+    EXPECT_EQ(parse_separator(";"), ';');
+    EXPECT_EQ(parse_separator("\t"), '\t');
+    EXPECT_EQ(parse_separator("tab"), '\t');
+}
+
+TEST(ParseSeparator, TakesNothingThatCannotSeparate) {
+    for (const char* const text : {"", "ab", "\"", "\n", "\r"}) {
+        EXPECT_EQ(parse_separator(text), std::nullopt) << text;
+    }
+}
+
+TEST(DefaultNames, StandBesideTheClassFile) {
+    EXPECT_EQ(default_names("data/a.classes"), "data/a.names");
+    EXPECT_EQ(default_names("a"), "a.names");
+    EXPECT_EQ(default_names("-"), "");
+}
+
+}  // namespace
+}  // namespace korv::tools

@@ -1,0 +1,105 @@
+#include "atomic_output.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "error.h"
+#include "files.h"
+#include "process.h"
+
+namespace korv::tools {
+namespace {
+
+using test::read_files;
+
+class AtomicOutputFile : public ::testing::Test {
+protected:
+    std::string path() const { return (directory_.path() / "out").string(); }
+
+    test::TemporaryDirectory directory_;
+};
+
+TEST_F(AtomicOutputFile, IsThereOnceCommitted) {
+    AtomicOutput output(path());
+    output.write("first ");
+    output.write("second");
+    EXPECT_FALSE(std::filesystem::exists(path()));
+    output.commit();
+    EXPECT_EQ(read_files(directory_.path()), (test::Files{{"out", "first second"}}));
+}
+
+TEST_F(AtomicOutputFile, IsNotThereWithoutCommit) {
+    {
+        AtomicOutput output(path());
+        output.write("lost");
+    }
+    EXPECT_EQ(read_files(directory_.path()), test::Files{});
+}
+
+TEST_F(AtomicOutputFile, LeavesAnEarlierFileAloneUntilCommitted) {
+    test::write_file(path(), "earlier");
+    {
+        AtomicOutput output(path());
+        output.write(std::string(1'000'000, 'x'));
+    }
+    EXPECT_EQ(read_files(directory_.path()), (test::Files{{"out", "earlier"}}));
+    AtomicOutput output(path());
+    output.write("later");
+    output.commit();
+    EXPECT_EQ(read_files(directory_.path()), (test::Files{{"out", "later"}}));
+}
+
+TEST_F(AtomicOutputFile, KeepsTheOrderOfTextLargerThanAnyBuffer) {
+    std::string expected;
+    AtomicOutput output(path());
+    for (int i = 0; i < 200'000; ++i) {
+        const std::string line = std::to_string(i) + '\n';
+        output.write(line);
+        expected += line;
+    }
+    output.commit();
+    EXPECT_TRUE(test::read_file(path()) == expected);
+}
+
+TEST_F(AtomicOutputFile, GetsTheRightsOfAnyNewFile) {
+    const mode_t mask = umask(022);
+    AtomicOutput output(path());
+    output.commit();
+    umask(mask);
+    struct stat status = {};
+    ASSERT_EQ(stat(path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
+}
+
+TEST_F(AtomicOutputFile, InAMissingDirectoryIsReported) {
+    const std::string missing = (directory_.path() / "missing" / "out").string();
+    try {
+        const AtomicOutput output(missing);
+        FAIL() << "nothing reported";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.what(), missing + ": cannot be created: No such file or directory");
+    }
+}
+
+TEST_F(AtomicOutputFile, OnAFullDiskIsReported) {
+    AtomicOutput output("/dev/full");
+    output.write("text");
+    try {
+        output.commit();
+        FAIL() << "nothing reported";
+    } catch (const Error& error) {
+        EXPECT_STREQ(error.what(), "/dev/full: cannot be written: No space left on device");
+    }
+}
+
+TEST_F(AtomicOutputFile, DoesNotReplaceADevice) {
+    AtomicOutput output("/dev/null");
+    output.write("text");
+    output.commit();
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+}  // namespace
+}  // namespace korv::tools

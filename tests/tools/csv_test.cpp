@@ -1,0 +1,88 @@
+#include "csv.h"
+
+#include <gtest/gtest.h>
+
+#include "error.h"
+
+namespace korv::tools {
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+Rows rows_of(const std::string& text, char separator = ',') {
+    const TextInput input = {"a.csv", text};
+    CsvReader reader(input, separator);
+    Rows rows;
+    for (std::vector<CsvCell> row; reader.next(row);) {
+        rows.emplace_back();
+        for (const CsvCell& cell : row) {
+            rows.back().push_back(cell.text);
+        }
+    }
+    return rows;
+}
+
+std::string complaint(const std::string& text) {
+    try {
+        rows_of(text);
+    } catch (const Error& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(Csv, HasARowALine) {
+    EXPECT_EQ(rows_of("a,b\nc,d\n"), (Rows{{"a", "b"}, {"c", "d"}}));
+    EXPECT_EQ(rows_of("a,b\r\nc,d"), (Rows{{"a", "b"}, {"c", "d"}}));
+    EXPECT_EQ(rows_of("a\r"), (Rows{{"a"}}));
+    EXPECT_EQ(rows_of(""), Rows{});
+}
+
+TEST(Csv, HasEmptyCells) {
+    EXPECT_EQ(rows_of("a,,b,\n,\n"), (Rows{{"a", "", "b", ""}, {"", ""}}));
+    EXPECT_EQ(rows_of("a,"), (Rows{{"a", ""}}));
+}
+
+TEST(Csv, HasBlankLinesWithoutCells) {
+    EXPECT_EQ(rows_of("\na\n \n\r\n"), (Rows{{}, {"a"}, {}, {}}));
+}
+
+TEST(Csv, LeavesOutBlanksAroundCells) {
+    EXPECT_EQ(rows_of(" a b ,\tc\n"), (Rows{{"a b", "c"}}));
+}
+
+TEST(Csv, KeepsWhatIsInQuotes) {
+    EXPECT_EQ(rows_of("\"a, b\",\" c \"\n\"say \"\"d\"\"\",\"e\nf\"\n"),
+              (Rows{{"a, b", " c "}, {"say \"d\"", "e\nf"}}));
+    EXPECT_EQ(rows_of("\"\" , \"a\"\n"), (Rows{{"", "a"}}));
+}
+
+TEST(Csv, TakesAnySeparator) {
+    EXPECT_EQ(rows_of("a,b;c\n", ';'), (Rows{{"a,b", "c"}}));
+    EXPECT_EQ(rows_of("a b\t\tc\n", '\t'), (Rows{{"a b", "", "c"}}));
+    EXPECT_EQ(rows_of("a b\n", ' '), (Rows{{"a", "b"}}));
+}
+
+TEST(Csv, KnowsWhereACellIs) {
+    const TextInput input = {"a.csv", "ab, c\nd,\"e\"\n"};
+    CsvReader reader(input, ',');
+    std::vector<CsvCell> row;
+    ASSERT_TRUE(reader.next(row));
+    EXPECT_EQ(row.at(1).position, 4U);
+    ASSERT_TRUE(reader.next(row));
+    EXPECT_EQ(row.at(0).position, 6U);
+    EXPECT_EQ(row.at(1).position, 8U);
+}
+
+TEST(Csv, ReportsAQuoteThatIsNotClosed) {
+    EXPECT_EQ(complaint("a\nb,\"c\nd\n"),
+              "a.csv:2:3: found a quote that is not closed; expected a closing quote");
+}
+
+TEST(Csv, ReportsTextBehindAQuote) {
+    EXPECT_EQ(complaint("\"a\"b\n"),
+              "a.csv:1:4: found \"b\"; expected a separator or a line end behind the closing quote");
+}
+
+}  // namespace
+}  // namespace korv::tools

@@ -1,0 +1,49 @@
+#include "error.h"
+
+#include <gtest/gtest.h>
+
+namespace korv::tools {
+namespace {
+
+TEST(InputError, NamesFilePlaceFoundAndExpected) {
+    EXPECT_STREQ(input_error("a.dat", {3, 7}, "\"x\"", "an item number").what(),
+                 "a.dat:3:7: found \"x\"; expected an item number");
+}
+
+void expect_place(std::string_view text, std::size_t position, std::size_t line, std::size_t column) {
+    const Place place = place_of(text, position);
+    EXPECT_EQ(place.line, line);
+    EXPECT_EQ(place.column, column);
+}
+
+TEST(PlaceOf, CountsFromOne) {
+    expect_place("abc", 0, 1, 1);
+    expect_place("abc", 2, 1, 3);
+}
+
+TEST(PlaceOf, CountsLineEnds) {
+    expect_place("ab\ncd\n\nef", 3, 2, 1);
+    expect_place("ab\ncd\n\nef", 8, 4, 2);
+}
+
+TEST(PlaceOf, ALineEndBelongsToTheLineThatItEnds) {
+    expect_place("ab\ncd", 2, 1, 3);
+}
+
+TEST(Shown, PutsTextInQuotes) {
+    EXPECT_EQ(shown("12a"), "\"12a\"");
+    EXPECT_EQ(shown(""), "\"\"");
+    EXPECT_EQ(shown("caf\xC3\xA9"), "\"caf\xC3\xA9\"");
+}
+
+TEST(Shown, SpellsControlCharacters) {
+    EXPECT_EQ(shown("a\rb\x7F"), "\"a\\x0Db\\x7F\"");
+}
+
+TEST(Shown, ShortensLongText) {
+    EXPECT_EQ(shown(std::string(40, 'a')), '"' + std::string(40, 'a') + '"');
+    EXPECT_EQ(shown(std::string(41, 'a')), '"' + std::string(40, 'a') + "...\"");
+}
+
+}  // namespace
+}  // namespace korv::tools

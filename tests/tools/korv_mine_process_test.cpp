@@ -1,0 +1,239 @@
+// korv-mine as a process: files, streams, exit statuses, signals.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <random>
+
+#include "files.h"
+#include "process.h"
+
+namespace korv::test {
+namespace {
+
+const std::string small_database = "1 3\n1 3\n2 3\n2 4\n2 4\n";
+const std::string small_classes =
+    "1\t2\t 1,\n"
+    "4\t2\t 4,\n"
+    "1 3\t3\t 3,\n"
+    "2 4\t3\t 2,\n"
+    "1 2 3 4\t5\t 2 3,\n";
+
+class KorvMine : public ::testing::Test {
+protected:
+    Outcome mine(const std::vector<std::string>& arguments) const {
+        return run({KORV_MINE_PROGRAM, arguments, directory_.path()});
+    }
+
+    void put(const std::string& name, const std::string& bytes) const {
+        write_file(directory_.path() / name, bytes);
+    }
+
+    Files files() const { return read_files(directory_.path()); }
+
+    TemporaryDirectory directory_;
+};
+
+TEST_F(KorvMine, WritesAClassFile) {
+    put("a.dat", small_database);
+    const Outcome outcome = mine({"a.dat", "-s", "1", "-o", "a.classes"});
+    EXPECT_EQ(outcome.ending, exited(0));
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(files().at("a.classes"), small_classes);
+    EXPECT_EQ(files().size(), 2U);
+}
+
+TEST_F(KorvMine, SumsUpOnStandardErrorUnlessItIsToBeQuiet) {
+    put("a.dat", small_database);
+    const std::string said = mine({"a.dat", "-s", "20%", "-o", "a.classes"}).err;
+    EXPECT_TRUE(said.starts_with("transactions        5\n")) << said;
+    EXPECT_TRUE(said.ends_with("To derive rules: korv a a.classes 1 0.8 5\n")) << said;
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "-o", "a.classes", "-q"}).err, "");
+}
+
+TEST_F(KorvMine, WritesToStandardOutputWithoutAnOutputFile) {
+    put("a.dat", small_database);
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "-q"}).out, small_classes);
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "-q", "-o", "-"}).out, small_classes);
+}
+
+TEST_F(KorvMine, ReadsStandardInput) {
+    put("a.dat", small_database);
+    const Descriptor in = open_file(directory_.path() / "a.dat", O_RDONLY);
+    Channel out = make_pipe();
+    const Descriptor err = open_file("/dev/null", O_WRONLY);
+    Process process({KORV_MINE_PROGRAM, {"-", "-s", "1"}, directory_.path()}, in, out.write, err);
+    out.write.close();
+    EXPECT_EQ(read_to_end(out.read), small_classes);
+    EXPECT_EQ(process.wait(), exited(0));
+}
+
+TEST_F(KorvMine, TakesOptionsForSizeAndClosure) {
+    put("a.dat", small_database);
+    EXPECT_EQ(mine({"a.dat", "-s", "3", "-q"}).out, "2\t3\t 2,\n3\t3\t 3,\n");
+    EXPECT_EQ(mine({"a.dat", "-s", "3", "-q", "--closure-items", "all"}).out, "1 3\t3\t 3,\n2 4\t3\t 2,\n");
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "-q", "--max-size", "1"}).out,
+              "1\t2\t 1,\n4\t2\t 4,\n1 3\t3\t 3,\n2 4\t3\t 2,\n");
+}
+
+const std::string small_baskets = "first,survived\nfirst,survived\nthird,survived\nthird,died\nthird,died\n";
+const std::string small_names = "1\tfirst\n2\tsurvived\n3\tthird\n4\tdied\n";
+const std::string small_basket_classes =
+    "1\t2\t 1,\n"
+    "4\t2\t 4,\n"
+    "1 2\t3\t 2,\n"
+    "3 4\t3\t 3,\n"
+    "1 2 3 4\t5\t 2 3,\n";
+
+TEST_F(KorvMine, ReadsBasketsAndWritesTheNamesBesideTheClasses) {
+    put("a.csv", small_baskets);
+    EXPECT_EQ(mine({"a.csv", "--format", "basket", "-s", "1", "-q", "-o", "a.classes"}).ending, exited(0));
+    EXPECT_EQ(
+        files(),
+        (Files{{"a.csv", small_baskets}, {"a.classes", small_basket_classes}, {"a.names", small_names}}));
+}
+
+TEST_F(KorvMine, WritesTheNamesWhereItIsTold) {
+    put("a.csv", small_baskets);
+    EXPECT_EQ(mine({"a.csv", "--format", "basket", "-s", "1", "-q", "--names", "b.txt"}).out,
+              small_basket_classes);
+    EXPECT_EQ(files(), (Files{{"a.csv", small_baskets}, {"b.txt", small_names}}));
+}
+
+TEST_F(KorvMine, ReadsTablesWithAnySeparatorAndBins) {
+    put("a.csv", "kind;age\nx;1\nx;2\ny;3\ny;4\n");
+    const Outcome outcome = mine({"-s", "50%", "-q", "-o", "a.classes", "--format", "table", "--separator",
+                                  ";", "--bins", "age=2", "a.csv"});
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(files().at("a.names"), "1\tkind=x\n2\tkind=y\n3\tage=1..2\n4\tage=3..4\n");
+    EXPECT_EQ(files().at("a.classes"), "1 3\t2\t 1, 3,\n2 4\t2\t 2, 4,\n");
+}
+
+TEST_F(KorvMine, WritesNoNamesAfterAnError) {
+    put("a.csv", small_baskets);
+    EXPECT_EQ(mine({"a.csv", "--format", "basket", "-s", "4", "-o", "a.classes"}).ending, exited(1));
+    EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(KorvMine, ReplacesAnEarlierFileOnlyByAWholeOne) {
+    put("a.dat", "1 2\nx\n");
+    put("a.classes", "earlier");
+    const Outcome outcome = mine({"a.dat", "-s", "1", "-o", "a.classes"});
+    EXPECT_EQ(outcome.ending, exited(1));
+    EXPECT_EQ(outcome.err, "korv-mine: a.dat:2:1: found \"x\"; expected an item number\n");
+    EXPECT_EQ(files(), (Files{{"a.dat", "1 2\nx\n"}, {"a.classes", "earlier"}}));
+}
+
+TEST_F(KorvMine, LeavesNoFileBehindAfterAnError) {
+    put("a.dat", small_database);
+    const Outcome outcome = mine({"a.dat", "-s", "4", "-o", "a.classes"});
+    EXPECT_EQ(outcome.ending, exited(1));
+    EXPECT_EQ(outcome.err,
+              "korv-mine: --min-support: no item is in 4 transactions; the most frequent one is in 3\n");
+    EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(KorvMine, ReportsAFileThatCannotBeRead) {
+    EXPECT_EQ(mine({"missing.dat", "-s", "1"}).err,
+              "korv-mine: missing.dat: cannot be read: No such file or directory\n");
+}
+
+TEST_F(KorvMine, ReportsAFullDisk) {
+    put("a.dat", small_database);
+    const Outcome outcome = mine({"a.dat", "-s", "1", "-o", "/dev/full"});
+    EXPECT_EQ(outcome.ending, exited(1));
+    EXPECT_EQ(outcome.err, "korv-mine: /dev/full: cannot be written: No space left on device\n");
+}
+
+TEST_F(KorvMine, ReportsAFileThatGrowsBeyondItsLimit) {
+    // 10,000 classes of one item, of more than the 1 KiB that a file may have.
+    std::string transactions;
+    for (int item = 0; item < 10'000; ++item) {
+        transactions += std::to_string(item) + '\n';
+    }
+    put("a.dat", transactions);
+    const Outcome outcome =
+        run({"/bin/bash",
+             {"-c", "ulimit -f 1; exec \"$0\" a.dat -s 1 -o a.classes", KORV_MINE_PROGRAM},
+             directory_.path()});
+    EXPECT_EQ(outcome.ending, exited(1));
+    EXPECT_EQ(outcome.err, "korv-mine: a.classes: cannot be written: File too large\n");
+    EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(KorvMine, ReportsWrongArguments) {
+    put("a.dat", small_database);
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {},
+             {"a.dat"},
+             {"a.dat", "-s", "many"},
+             {"a.dat", "-s", "0"},
+             {"a.dat", "-s", "6"},
+             {"a.dat", "-s", "1", "--max-size", "0"},
+             {"a.dat", "-s", "1", "--closure-items", "some"},
+             {"a.dat", "-s", "1", "--unknown"},
+             {"a.dat", "-s", "1", "--format", "other"},
+             {"a.dat", "-s", "1", "--names", "a.names"},
+             {"a.dat", "-s", "1", "--separator", ";"},
+             {"a.dat", "-s", "1", "--format", "basket", "--bins", "3"},
+             {"a.dat", "-s", "1", "--format", "table", "--bins", "x"},
+             {"a.dat", "-s", "1", "--format", "basket", "--separator", "ab"}}) {
+        const Outcome outcome = mine(arguments);
+        EXPECT_NE(outcome.ending, exited(0)) << testing::PrintToString(arguments);
+        EXPECT_NE(outcome.err, "") << testing::PrintToString(arguments);
+        EXPECT_EQ(outcome.out, "") << testing::PrintToString(arguments);
+    }
+}
+
+TEST_F(KorvMine, TellsItsVersionAndItsOptions) {
+    const Outcome version = mine({"--version"});
+    EXPECT_EQ(version.ending, exited(0));
+    EXPECT_TRUE(version.out.starts_with("korv-mine ")) << version.out;
+    const Outcome help = mine({"--help"});
+    EXPECT_EQ(help.ending, exited(0));
+    EXPECT_NE(help.out.find("--min-support"), std::string::npos);
+}
+
+/// A database whose classes take far longer than any test: 60 items, each in about every third transaction.
+std::string large_database() {
+    std::mt19937 random(1);
+    std::string text;
+    for (int transaction = 0; transaction < 2000; ++transaction) {
+        for (int item = 0; item < 60; ++item) {
+            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+TEST_F(KorvMine, RemovesWhatItWroteWhenItIsInterrupted) {
+    put("a.dat", large_database());
+    for (const auto& [signal, status] :
+         {std::pair{"INT", 128 + SIGINT}, std::pair{"TERM", 128 + SIGTERM}, std::pair{"HUP", 128 + SIGHUP}}) {
+        const Outcome outcome = run({"/usr/bin/timeout",
+                                     {"--preserve-status", "--signal", signal, "0.5", KORV_MINE_PROGRAM,
+                                      "a.dat", "-s", "1", "-o", "a.classes"},
+                                     directory_.path()});
+        EXPECT_EQ(outcome.ending, exited(status));
+        EXPECT_EQ(files().size(), 1U);
+    }
+}
+
+const std::string titanic = TITANIC;
+
+/// From transactions to rules, in two commands.
+TEST_F(KorvMine, MakesWhatKorvReads) {
+    const Outcome mined =
+        mine({titanic + "/titanic.dat", "-s", "1", "--closure-items", "all", "-o", "titanic.classes"});
+    ASSERT_EQ(mined.ending, exited(0));
+    EXPECT_EQ(files().at("titanic.classes"), read_file(titanic + "/titanic.classes"));
+    const Outcome derived =
+        run({KORV_PROGRAM, {"titanic", "titanic.classes", "100", "0.6", "2201"}, directory_.path()});
+    EXPECT_EQ(derived.ending, exited(0));
+    EXPECT_NE(derived.out.find("Execution ended successfully!!!"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace korv::test

@@ -1,0 +1,34 @@
+#include "summary.h"
+
+#include <gtest/gtest.h>
+
+#include "random_database.h"
+
+namespace korv::tools {
+namespace {
+
+const Database database = database_of({0b011, 0b001, 0b110});
+const std::vector<MinedClass> classes = {{{10}, 2, {{10}}}, {{10, 11, 12}, 3, {{10, 11}, {10, 12}}}};
+
+TEST(Summary, CountsAndSaysHowToGoOn) {
+    const std::string text = summary(database, 2, classes, "data/groceries.classes", 1.234);
+    EXPECT_TRUE(
+        text.starts_with("transactions        3\n"
+                         "items               3\n"
+                         "frequent items      2\n"
+                         "essential itemsets  3\n"
+                         "classes             2\n"
+                         "largest closure     3 items\n"
+                         "time                1.23 s\n"
+                         "peak memory         "))
+        << text;
+    EXPECT_TRUE(text.ends_with(" MiB\nTo derive rules: korv groceries data/groceries.classes 2 0.8 3\n"))
+        << text;
+}
+
+TEST(Summary, LeavesTheNamesOpenForStandardOutput) {
+    EXPECT_TRUE(summary(database, 2, classes, "-", 0.0).ends_with("korv NAME CLASSES 2 0.8 3\n"));
+}
+
+}  // namespace
+}  // namespace korv::tools

@@ -1,0 +1,181 @@
+#include "arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <system_error>
+
+#include "error.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// The number that the whole of `text` is.
+template <typename Number>
+std::optional<Number> number(std::string_view text) {
+    Number value = {};
+    const char* const end = text.data() + text.size();
+    const auto [last, problem] = std::from_chars(text.data(), end, value);
+    return problem == std::errc() && last == end ? std::optional(value) : std::nullopt;
+}
+
+/// A check for CLI11: what is wrong with a text that `parse` makes nothing of; empty when nothing is.
+template <typename Parse>
+auto check(Parse parse, const std::string& expected) {
+    return [parse, expected](const std::string& text) {
+        return parse(text) ? "" : "found " + shown(text) + "; expected " + expected;
+    };
+}
+
+}  // namespace
+
+std::optional<Threshold> parse_threshold(const std::string& text) {
+    if (!text.ends_with('%')) {
+        const auto count = number<Count>(text);
+        return count ? std::optional(Threshold{static_cast<double>(*count), false}) : std::nullopt;
+    }
+    const auto percentage = number<double>(std::string_view(text).substr(0, text.size() - 1));
+    if (!percentage || !std::isfinite(*percentage) || *percentage < 0) {
+        return std::nullopt;
+    }
+    return Threshold{*percentage, true};
+}
+
+Count in_transactions(const Threshold& threshold, Count transactions) {
+    // Not up by one because a percentage is no exact binary number.
+    constexpr double tolerance = 1e-9;
+    const double count = threshold.is_percentage ? std::ceil(threshold.value / 100 * transactions - tolerance)
+                                                 : threshold.value;
+    if (count < 1 || count > transactions) {
+        throw Error("--min-support: found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
+                    " transactions; expected at least 1 and at most " + std::to_string(transactions) +
+                    ", the number of transactions in the input");
+    }
+    return static_cast<Count>(count);
+}
+
+std::optional<BinRule> parse_bin_rule(const std::string& text) {
+    const std::size_t equals = text.rfind('=');
+    const bool for_all = equals == std::string::npos;
+    const auto bins = number<std::size_t>(std::string_view(text).substr(for_all ? 0 : equals + 1));
+    if (!bins || *bins == 0 || equals == 0) {
+        return std::nullopt;
+    }
+    return BinRule{for_all ? "" : text.substr(0, equals), *bins};
+}
+
+std::optional<char> parse_separator(const std::string& text) {
+    if (text == "tab") {
+        return '\t';
+    }
+    const bool is_usable = text.size() == 1 && text != "\"" && text != "\n" && text != "\r";
+    return is_usable ? std::optional(text.front()) : std::nullopt;
+}
+
+std::string default_names(const std::string& output) {
+    return output == "-" ? "" : std::filesystem::path(output).replace_extension(".names").string();
+}
+
+namespace {
+
+/// The command line as it is given.
+struct Words {
+    std::string min_support;
+    std::string closure_items = "frequent";
+    std::string separator = ",";
+    std::vector<std::string> bins;
+};
+
+void add_options(CLI::App& app, Arguments& arguments, Words& words) {
+    app.set_version_flag("--version", "korv-mine " KORV_VERSION);
+    app.add_option("TRANSACTIONS", arguments.transactions,
+                   "The database, one transaction a line; - for standard input")
+        ->required();
+    app.add_option(
+           "-s,--min-support", words.min_support,
+           "Essential itemsets are in at least so many common transactions: a count, or a percentage of "
+           "all transactions such as 2.5%")
+        ->required()
+        ->check(check(parse_threshold, "a number of transactions, or a percentage such as 2.5%"));
+    app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
+        ->capture_default_str();
+    app.add_option("--max-size", arguments.mining.max_size, "Essential itemsets have at most so many items")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--closure-items", words.closure_items,
+                   "Items that a closed itemset can have: those in --min-support transactions, or all")
+        ->check(CLI::IsMember({"frequent", "all"}))
+        ->capture_default_str();
+    const std::map<std::string, Format> formats = {
+        {"fimi", Format::fimi}, {"basket", Format::basket}, {"table", Format::table}};
+    app.add_option("--format", arguments.format,
+                   "fimi: items as numbers with blanks between them; basket: item names with separators "
+                   "between them; "
+                   "table: CSV with a header, each cell an item column=value (default: fimi)")
+        ->transform(CLI::Transformer(formats).description("{fimi,basket,table}"))
+        ->type_name("");
+    app.add_option("--separator", words.separator,
+                   "Between the cells of baskets and tables: one byte, or tab")
+        ->check(check(parse_separator, "one byte, or tab"))
+        ->capture_default_str();
+    app.add_option("--bins", words.bins,
+                   "Cut numbers of a table into so many bins of about as many cells each: 4 for all columns "
+                   "of numbers, "
+                   "age=4 for one column; may be repeated")
+        ->check(check(parse_bin_rule,
+                      "a number of bins from 1 on, or a column and a number of bins such as age=4"))
+        ->take_all()
+        ->allow_extra_args(false);
+    app.add_option(
+        "--names", arguments.names,
+        "Where the names of the items go, for baskets and tables: item TAB name (default: beside the class "
+        "file, with the extension .names)");
+    app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
+}
+
+/// Throws CLI::ValidationError for options that do not go together.
+void check_together(const CLI::App& app, Format format) {
+    const auto require = [&app](const std::string& option, bool allowed, const std::string& formats) {
+        if (app.count(option) > 0 && !allowed) {
+            throw CLI::ValidationError(option, "goes with --format " + formats + " only");
+        }
+    };
+    require("--separator", format != Format::fimi, "basket or table");
+    require("--names", format != Format::fimi, "basket or table");
+    require("--bins", format == Format::table, "table");
+}
+
+}  // namespace
+
+Arguments parse_arguments(int argc, char** argv) {
+    Arguments arguments;
+    Words words;
+    CLI::App app(
+        "Makes a class file for korv: the closed itemsets of a transaction database under disjunction, "
+        "with their supports and frequent essential itemsets.",
+        "korv-mine");
+    add_options(app, arguments, words);
+    try {
+        app.parse(argc, argv);
+        check_together(app, arguments.format);
+    } catch (const CLI::ParseError& error) {
+        std::exit(app.exit(error));
+    }
+
+    arguments.min_support = *parse_threshold(words.min_support);
+    arguments.mining.closure_over_all = words.closure_items == "all";
+    arguments.separator = *parse_separator(words.separator);
+    for (const std::string& rule : words.bins) {
+        arguments.bins.push_back(*parse_bin_rule(rule));
+    }
+    if (arguments.names.empty() && arguments.format != Format::fimi) {
+        arguments.names = default_names(arguments.output);
+    }
+    return arguments;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,33 @@
+#include "basket.h"
+
+#include <utility>
+
+#include "csv.h"
+#include "database_builder.h"
+#include "error.h"
+#include "named_items.h"
+
+namespace korv::tools {
+
+Database read_basket(const TextInput& input, char separator) {
+    CsvReader reader(input, separator);
+    NamedItems items;
+    DatabaseBuilder builder;
+    for (std::vector<CsvCell> row; reader.next(row);) {
+        builder.begin_transaction();
+        for (const CsvCell& cell : row) {
+            if (!cell.text.empty()) {
+                check_name(cell, input);
+                builder.add(items.number_of(cell.text));
+            }
+        }
+    }
+    Database database = builder.finish();
+    if (database.items.empty()) {
+        throw Error(input.name + ": found no item; expected one transaction a line");
+    }
+    database.names = std::move(items).names();
+    return database;
+}
+
+}  // namespace korv::tools

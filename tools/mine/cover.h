@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "database.h"
+
+namespace korv::tools {
+
+/// What the transactions say about an itemset that grows and shrinks at its end. Items are positions in
+/// Database::items.
+///
+/// Two representations with the same operations, each tested against a count in the transactions:
+/// DenseCover keeps sets of transactions as bit vectors, SparseCover counts for each transaction.
+///
+///     bool extend(std::size_t item);        adds an item if the itemset is then essential and frequent;
+///     otherwise
+///                                           false, and nothing changes
+///     void retract();                       takes the item out again that was added last
+///     Count support() const;                disjunctive support of the itemset
+///     bool covers(std::size_t item) const;  whether each transaction with this item holds one of the itemset
+///     Positions promising(candidates);      those of the candidates that are worth a call of extend; all
+///     others
+///                                           would not be frequent
+
+/// Positions in Database::items.
+using Positions = std::vector<std::size_t>;
+
+/// Suits items that are in more than about one of a hundred transactions.
+///
+/// Invariant: for each prefix of the itemset there are three bit vectors over the transactions: `any` holds
+/// at least one of its items, `once` exactly one, `all` all of them.
+class DenseCover {
+public:
+    DenseCover(const Database& database, Count min_support);
+
+    bool extend(std::size_t item);
+    void retract();
+    Count support() const { return prefixes_[itemset_.size()].support; }
+    bool covers(std::size_t item) const;
+    /// All of them: extend is fast.
+    static Positions promising(const Positions& candidates) { return candidates; }
+
+private:
+    using Word = std::uint64_t;
+    static constexpr std::size_t word_bits = 64;
+
+    struct Prefix {
+        std::vector<Word> any;
+        std::vector<Word> once;
+        std::vector<Word> all;
+        Count support = 0;
+    };
+
+    const Word* row(std::size_t item) const { return rows_.data() + item * words_; }
+    bool is_frequent_with(std::size_t item, Prefix& longer);
+    bool is_essential_with(std::size_t item) const;
+
+    Count min_support_;
+    std::size_t words_;       ///< of a bit vector
+    std::vector<Word> rows_;  ///< the transactions of each item, one behind the other
+    std::vector<std::size_t> itemset_;
+    std::vector<Prefix> prefixes_;  ///< by size, and at least one more: room for the next
+};
+
+/// Suits items that are in few transactions.
+///
+/// Invariant: for each transaction it is known how many items of the itemset it holds, and which one if it is
+/// one; for each item of the itemset, how many transactions hold no other; for each prefix of the itemset,
+/// which transactions hold all of it.
+class SparseCover {
+public:
+    /// `database` must outlive the cover.
+    SparseCover(const Database& database, Count min_support);
+
+    bool extend(std::size_t item);
+    void retract();
+    Count support() const { return support_; }
+    bool covers(std::size_t item) const;
+    /// Those that are frequent, counted in the transactions that hold all of the itemset.
+    Positions promising(const Positions& candidates);
+
+private:
+    struct Held {
+        std::uint32_t items = 0;      ///< how many items of the itemset the transaction holds
+        std::uint32_t exclusive = 0;  ///< their exclusive or: the item, if it is one
+    };
+
+    const std::vector<Transaction>& transactions(std::size_t item) const {
+        return database_.items[item].transactions;
+    }
+    bool is_frequent_and_essential_with(std::size_t item);
+
+    const Database& database_;
+    Count min_support_;
+    std::vector<Held> held_;           ///< by transaction
+    std::vector<Count> own_;           ///< by item of the itemset: transactions that hold no other of it
+    std::vector<Count> lost_;          ///< by item: of these, those with the item that is tried; else 0
+    std::vector<Count> together_;      ///< by item: transactions with it and all of the itemset; else 0
+    std::vector<Transaction> first_;   ///< by item: its first transaction
+    std::vector<Positions> items_of_;  ///< by transaction
+    std::vector<std::size_t> itemset_;
+    std::vector<std::vector<Transaction>>
+        all_;  ///< by size of a prefix, and at least one more: room for the next
+    Count support_ = 0;
+};
+
+}  // namespace korv::tools

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "itemset.h"
+
+namespace korv::tools {
+
+/// The number of a transaction, from 0.
+using Transaction = Count;
+
+/// A transaction database, item by item.
+struct Database {
+    struct ItemColumn {
+        Item item;                              ///< as it is written
+        std::vector<Transaction> transactions;  ///< those that hold it: ascending, each once, at least one
+    };
+
+    std::vector<ItemColumn> items;   ///< by item, ascending
+    Count transactions = 0;          ///< all of them, the empty ones too
+    std::vector<std::string> names;  ///< of `items`, in their order; empty when items are numbers only
+};
+
+}  // namespace korv::tools

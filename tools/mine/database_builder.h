@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+#include "database.h"
+
+namespace korv::tools {
+
+/// Turns transactions, one after the other, into a Database.
+class DatabaseBuilder {
+public:
+    /// Adds an item to the transaction begun last. A second time in the same transaction it changes nothing.
+    void add(Item item);
+
+    /// Begins a transaction. It stays empty unless items are added.
+    void begin_transaction() { ++database_.transactions; }
+
+    /// The database of the transactions so far. To be called once, last.
+    Database finish();
+
+private:
+    Database database_;
+    std::unordered_map<Item, std::size_t> positions_;  ///< in `database_.items`, which are not sorted yet
+};
+
+}  // namespace korv::tools

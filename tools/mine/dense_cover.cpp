@@ -1,0 +1,85 @@
+#include <algorithm>
+#include <bit>
+
+#include "cover.h"
+
+namespace korv::tools {
+
+DenseCover::DenseCover(const Database& database, Count min_support)
+    : min_support_(min_support),
+      words_((database.transactions + word_bits - 1) / word_bits),
+      rows_(database.items.size() * words_) {
+    for (std::size_t item = 0; item < database.items.size(); ++item) {
+        for (const Transaction transaction : database.items[item].transactions) {
+            rows_[item * words_ + transaction / word_bits] |= Word{1} << transaction % word_bits;
+        }
+    }
+    const std::vector<Word> none(words_);
+    prefixes_.push_back({none, none, std::vector<Word>(words_, ~Word{0}), 0});
+}
+
+bool DenseCover::extend(std::size_t item) {
+    const std::size_t size = itemset_.size();
+    if (prefixes_.size() == size + 1) {
+        prefixes_.push_back(
+            {std::vector<Word>(words_), std::vector<Word>(words_), std::vector<Word>(words_)});
+    }
+    Prefix& longer = prefixes_[size + 1];
+    if (!is_frequent_with(item, longer) || !is_essential_with(item)) {
+        return false;
+    }
+    const Prefix& prefix = prefixes_[size];
+    const Word* const held = row(item);
+    longer.support = 0;
+    for (std::size_t i = 0; i < words_; ++i) {
+        longer.any[i] = prefix.any[i] | held[i];
+        longer.once[i] = (prefix.once[i] & ~held[i]) | (held[i] & ~prefix.any[i]);
+        longer.support += static_cast<Count>(std::popcount(longer.any[i]));
+    }
+    itemset_.push_back(item);
+    return true;
+}
+
+void DenseCover::retract() {
+    itemset_.pop_back();
+}
+
+bool DenseCover::covers(std::size_t item) const {
+    const Word* const held = row(item);
+    const std::vector<Word>& any = prefixes_[itemset_.size()].any;
+    for (std::size_t i = 0; i < words_; ++i) {
+        if ((held[i] & ~any[i]) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Fills `longer.all` on the way.
+bool DenseCover::is_frequent_with(std::size_t item, Prefix& longer) {
+    const Word* const held = row(item);
+    const std::vector<Word>& all = prefixes_[itemset_.size()].all;
+    std::size_t common = 0;
+    for (std::size_t i = 0; i < words_; ++i) {
+        longer.all[i] = all[i] & held[i];
+        common += static_cast<std::size_t>(std::popcount(longer.all[i]));
+    }
+    return common >= min_support_;
+}
+
+bool DenseCover::is_essential_with(std::size_t item) const {
+    const Word* const held = row(item);
+    const Prefix& prefix = prefixes_[itemset_.size()];
+    const auto keeps_a_transaction = [&](std::size_t other) {
+        const Word* const of_other = row(other);
+        for (std::size_t i = 0; i < words_; ++i) {
+            if ((prefix.once[i] & of_other[i] & ~held[i]) != 0) {
+                return true;
+            }
+        }
+        return false;
+    };
+    return !covers(item) && std::ranges::all_of(itemset_, keeps_a_transaction);
+}
+
+}  // namespace korv::tools

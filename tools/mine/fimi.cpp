@@ -1,0 +1,58 @@
+#include "fimi.h"
+
+#include <charconv>
+#include <string_view>
+#include <system_error>
+
+#include "database_builder.h"
+#include "error.h"
+#include "lines.h"
+
+namespace korv::tools {
+
+namespace {
+
+constexpr std::string_view blanks = " \t";
+
+/// The number that a word is.
+Item item_of(std::string_view word, const TextInput& input) {
+    Item item = 0;
+    const char* const end = word.data() + word.size();
+    const auto [last, problem] = std::from_chars(word.data(), end, item);
+    if (problem == std::errc() && last == end) {
+        return item;
+    }
+    const auto position = static_cast<std::size_t>(word.data() - input.text.data());
+    const bool too_large = problem == std::errc::result_out_of_range && last == end;
+    throw input_error(input.name, place_of(input.text, position), shown(word),
+                      too_large ? "an item number below 4294967296" : "an item number");
+}
+
+void add_items(std::string_view line, const TextInput& input, DatabaseBuilder& builder) {
+    for (;;) {
+        const std::size_t begin = line.find_first_not_of(blanks);
+        if (begin == std::string_view::npos) {
+            return;
+        }
+        const std::string_view word = line.substr(begin, line.find_first_of(blanks, begin) - begin);
+        builder.add(item_of(word, input));
+        line.remove_prefix(begin + word.size());
+    }
+}
+
+}  // namespace
+
+Database read_fimi(const TextInput& input) {
+    DatabaseBuilder builder;
+    for_each_line(input.text, [&](std::string_view line) {
+        builder.begin_transaction();
+        add_items(line, input, builder);
+    });
+    Database database = builder.finish();
+    if (database.items.empty()) {
+        throw Error(input.name + ": found no item; expected one transaction a line");
+    }
+    return database;
+}
+
+}  // namespace korv::tools

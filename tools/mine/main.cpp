@@ -1,0 +1,108 @@
+#include <unistd.h>
+
+#include <chrono>
+#include <exception>
+#include <iostream>
+#include <optional>
+
+#include "arguments.h"
+#include "atomic_output.h"
+#include "basket.h"
+#include "class_record.h"
+#include "error.h"
+#include "fimi.h"
+#include "miner.h"
+#include "named_items.h"
+#include "progress.h"
+#include "summary.h"
+#include "table.h"
+#include "text_input.h"
+
+namespace {
+
+using namespace korv;
+using namespace korv::tools;
+
+std::vector<MinedClass> mine_with_progress(const Database& database, const MiningOptions& options,
+                                           bool quiet) {
+    if (quiet || ::isatty(STDERR_FILENO) == 0) {
+        return mine(database, options);
+    }
+    ProgressDisplay display(std::cerr);
+    return mine(database, options, [&display](const MiningProgress& progress) { display.show(progress); });
+}
+
+Database read_database(const Arguments& arguments) {
+    const TextInput input = read_text(arguments.transactions);
+    switch (arguments.format) {
+        case Format::basket:
+            return read_basket(input, arguments.separator);
+        case Format::table:
+            return read_table(input, arguments.separator, arguments.bins);
+        case Format::fimi:
+            break;
+    }
+    return read_fimi(input);
+}
+
+/// A class file without classes would be of no use to anybody.
+void require_classes(const std::vector<MinedClass>& classes, const Database& database, Count min_support) {
+    if (!classes.empty()) {
+        return;
+    }
+    std::size_t most = 0;
+    for (const Database::ItemColumn& column : database.items) {
+        most = std::max(most, column.transactions.size());
+    }
+    throw Error("--min-support: no item is in " + std::to_string(min_support) +
+                " transactions; the most frequent one is in " + std::to_string(most));
+}
+
+void write_classes(const std::vector<MinedClass>& classes, AtomicOutput& output) {
+    std::string record;
+    for (const MinedClass& each : classes) {
+        record.clear();
+        append_class_record(each.closure, each.support, each.essentials, record);
+        output.write(record);
+    }
+    output.commit();
+}
+
+void run(Arguments arguments) {
+    const auto start = std::chrono::steady_clock::now();
+    remove_outputs_on_signals();
+    const Database database = read_database(arguments);
+    const Count min_support = in_transactions(arguments.min_support, database.transactions);
+    arguments.mining.min_support = min_support;
+    // Before the work, so that a wrong path is not found after it.
+    AtomicOutput output(arguments.output);
+    std::optional<AtomicOutput> names;
+    if (!arguments.names.empty()) {
+        names.emplace(arguments.names);
+        names->write(names_file(database.names));
+    }
+
+    const std::vector<MinedClass> classes = mine_with_progress(database, arguments.mining, arguments.quiet);
+    require_classes(classes, database, min_support);
+    if (names) {
+        names->commit();
+    }
+    write_classes(classes, output);
+
+    if (!arguments.quiet) {
+        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+        std::cerr << summary(database, min_support, classes, arguments.output, elapsed.count());
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        run(parse_arguments(argc, argv));
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "korv-mine: " << error.what() << '\n';
+        return 1;
+    }
+}

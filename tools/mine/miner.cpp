@@ -1,0 +1,177 @@
+#include "miner.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+#include "cover.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// FNV-1a, then the high bits mixed into the low ones.
+struct ItemsetHash {
+    std::size_t operator()(const Itemset& itemset) const {
+        std::uint64_t value = 0xCBF29CE484222325;
+        for (const Item item : itemset) {
+            value = (value ^ item) * 0x100000001B3;
+        }
+        return static_cast<std::size_t>(value ^ value >> 32U);
+    }
+};
+
+struct SupportAndEssentials {
+    Count support = 0;
+    std::vector<Itemset> essentials;
+};
+using ClassesByClosure = std::unordered_map<Itemset, SupportAndEssentials, ItemsetHash>;
+
+bool is_frequent(const Database::ItemColumn& column, const MiningOptions& options) {
+    return column.transactions.size() >= options.min_support;
+}
+
+/// The depth-first walk over the frequent essential itemsets.
+template <typename Cover>
+class Walk {
+public:
+    Walk(const Database& database, const MiningOptions& options, const ReportProgress& report)
+        : database_(database), options_(options), report_(report), cover_(database, options.min_support) {}
+
+    ClassesByClosure run() {
+        Positions roots;
+        Positions outside;
+        for (std::size_t item = 0; item < database_.items.size(); ++item) {
+            const bool frequent = is_frequent(database_.items[item], options_);
+            if (frequent) {
+                roots.push_back(item);
+            }
+            if (frequent || options_.closure_over_all) {
+                outside.push_back(item);
+            }
+        }
+        // Rare items first: the frequent ones, which can be extended least, then have the most candidates.
+        std::ranges::stable_sort(
+            roots, {}, [this](std::size_t item) { return database_.items[item].transactions.size(); });
+        roots_ = roots.size();
+        grow({roots, {}, outside});
+        return std::move(classes_);
+    }
+
+private:
+    /// What is known of the itemset whose extensions are looked for.
+    struct Node {
+        const Positions& candidates;  ///< items by which it can be extended, if at all
+        const Positions& closure;     ///< ascending
+        const Positions& outside;     ///< the other items that a closure can have, ascending
+    };
+
+    /// Records and extends all extensions of an itemset. Those by one candidate are extended by the
+    /// candidates before it only, so that each itemset is met once; and only by those that could be added
+    /// themselves, since no extension of what is not essential or frequent is.
+    void grow(const Node& node) {
+        Positions usable;
+        for (const std::size_t item : cover_.promising(node.candidates)) {
+            if (cover_.extend(item)) {
+                itemset_.push_back(item);
+                visit(node, usable);
+                itemset_.pop_back();
+                cover_.retract();
+                usable.push_back(item);
+            }
+            if (itemset_.empty()) {
+                report_root();
+            }
+        }
+    }
+
+    /// Records the itemset, an extension of that of `parent`, and goes on to its extensions.
+    void visit(const Node& parent, const Positions& candidates) {
+        Positions covered;
+        Positions outside;
+        for (const std::size_t item : parent.outside) {
+            (cover_.covers(item) ? covered : outside).push_back(item);
+        }
+        Positions closure;
+        std::ranges::merge(parent.closure, covered, std::back_inserter(closure));
+        record(closure);
+        if (itemset_.size() < options_.max_size) {
+            grow({candidates, closure, outside});
+        }
+    }
+
+    void record(const Positions& closure) {
+        SupportAndEssentials& found = classes_[items_of(closure)];
+        found.support = cover_.support();
+        Itemset essential = items_of(itemset_);
+        std::ranges::sort(essential);
+        found.essentials.push_back(std::move(essential));
+    }
+
+    void report_root() {
+        ++roots_done_;
+        if (report_) {
+            report_({roots_done_, roots_, classes_.size()});
+        }
+    }
+
+    Itemset items_of(const Positions& positions) const {
+        Itemset itemset(positions.size());
+        std::ranges::transform(positions, itemset.begin(),
+                               [this](std::size_t position) { return database_.items[position].item; });
+        return itemset;
+    }
+
+    const Database& database_;
+    const MiningOptions& options_;
+    const ReportProgress& report_;
+    Cover cover_;
+    Positions itemset_;
+    ClassesByClosure classes_;
+    std::size_t roots_ = 0;
+    std::size_t roots_done_ = 0;
+};
+
+/// Whether sets of transactions are to be bit vectors.
+bool is_dense(const Database& database, Representation representation) {
+    if (representation != Representation::by_density) {
+        return representation == Representation::dense;
+    }
+    constexpr std::uint64_t one_in = 30;
+    const auto occurrences = std::accumulate(database.items.begin(), database.items.end(), std::uint64_t{0},
+                                             [](std::uint64_t sum, const Database::ItemColumn& column) {
+                                                 return sum + column.transactions.size();
+                                             });
+    return occurrences * one_in >= std::uint64_t{database.transactions} * database.items.size();
+}
+
+auto by_size(const Itemset& itemset) {
+    return std::pair<std::size_t, const Itemset&>(itemset.size(), itemset);
+}
+
+std::vector<MinedClass> sorted(ClassesByClosure found) {
+    std::vector<MinedClass> classes;
+    classes.reserve(found.size());
+    while (!found.empty()) {
+        auto node = found.extract(found.begin());
+        std::ranges::sort(node.mapped().essentials, {}, by_size);
+        classes.push_back(
+            {std::move(node.key()), node.mapped().support, std::move(node.mapped().essentials)});
+    }
+    std::ranges::sort(classes, {}, [](const MinedClass& each) { return by_size(each.closure); });
+    return classes;
+}
+
+}  // namespace
+
+std::vector<MinedClass> mine(const Database& database, const MiningOptions& options,
+                             const ReportProgress& report) {
+    return sorted(is_dense(database, options.representation)
+                      ? Walk<DenseCover>(database, options, report).run()
+                      : Walk<SparseCover>(database, options, report).run());
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,114 @@
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+
+#include "cover.h"
+
+namespace korv::tools {
+
+SparseCover::SparseCover(const Database& database, Count min_support)
+    : database_(database),
+      min_support_(min_support),
+      held_(database.transactions),
+      own_(database.items.size()),
+      lost_(database.items.size()),
+      together_(database.items.size()),
+      items_of_(database.transactions),
+      all_(2) {
+    for (std::size_t item = 0; item < database.items.size(); ++item) {
+        first_.push_back(transactions(item).front());
+        for (const Transaction transaction : transactions(item)) {
+            items_of_[transaction].push_back(item);
+        }
+    }
+    all_.front().resize(database.transactions);
+    std::iota(all_.front().begin(), all_.front().end(), Transaction{0});
+}
+
+bool SparseCover::extend(std::size_t item) {
+    if (!is_frequent_and_essential_with(item)) {
+        return false;
+    }
+    for (const Transaction transaction : transactions(item)) {
+        Held& held = held_[transaction];
+        if (held.items == 0) {
+            ++own_[item];
+        } else if (held.items == 1) {
+            --own_[held.exclusive];
+        }
+        ++held.items;
+        held.exclusive ^= static_cast<std::uint32_t>(item);
+    }
+    support_ += own_[item];
+    itemset_.push_back(item);
+    all_.resize(std::max(all_.size(), itemset_.size() + 2));
+    return true;
+}
+
+void SparseCover::retract() {
+    const std::size_t item = itemset_.back();
+    itemset_.pop_back();
+    support_ -= own_[item];
+    own_[item] = 0;
+    for (const Transaction transaction : transactions(item)) {
+        Held& held = held_[transaction];
+        --held.items;
+        held.exclusive ^= static_cast<std::uint32_t>(item);
+        if (held.items == 1) {
+            ++own_[held.exclusive];
+        }
+    }
+}
+
+bool SparseCover::covers(std::size_t item) const {
+    // Nearly always decided by the first transaction, which has a place of its own: no list is touched.
+    return held_[first_[item]].items > 0 &&
+           std::ranges::all_of(transactions(item),
+                               [this](Transaction transaction) { return held_[transaction].items > 0; });
+}
+
+Positions SparseCover::promising(const Positions& candidates) {
+    if (candidates.empty()) {
+        return {};
+    }
+    const std::vector<Transaction>& all = all_[itemset_.size()];
+    for (const Transaction transaction : all) {
+        for (const std::size_t item : items_of_[transaction]) {
+            ++together_[item];
+        }
+    }
+    Positions frequent;
+    std::ranges::copy_if(candidates, std::back_inserter(frequent),
+                         [this](std::size_t item) { return together_[item] >= min_support_; });
+    for (const Transaction transaction : all) {
+        for (const std::size_t item : items_of_[transaction]) {
+            together_[item] = 0;
+        }
+    }
+    return frequent;
+}
+
+/// Fills, for the next prefix, the transactions that hold all of it on the way.
+bool SparseCover::is_frequent_and_essential_with(std::size_t item) {
+    std::vector<Transaction>& all = all_[itemset_.size() + 1];
+    all.clear();
+    bool has_own = false;
+    for (const Transaction transaction : transactions(item)) {
+        const Held& held = held_[transaction];
+        has_own = has_own || held.items == 0;
+        if (held.items == itemset_.size()) {
+            all.push_back(transaction);
+        }
+        if (held.items == 1) {
+            ++lost_[held.exclusive];
+        }
+    }
+    bool all_keep_one = true;
+    for (const std::size_t other : itemset_) {
+        all_keep_one = all_keep_one && lost_[other] < own_[other];
+        lost_[other] = 0;
+    }
+    return all.size() >= min_support_ && has_own && all_keep_one;
+}
+
+}  // namespace korv::tools

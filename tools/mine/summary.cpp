@@ -1,0 +1,66 @@
+#include "summary.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+namespace korv::tools {
+
+namespace {
+
+/// Of this process so far, in MiB.
+long peak_memory() {
+    struct rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;  // given in KiB
+}
+
+std::string with_two_decimals(double number) {
+    std::array<char, 32> text = {};
+    const int size = std::snprintf(text.data(), text.size(), "%.2f", number);
+    return {text.data(), static_cast<std::size_t>(size)};
+}
+
+/// The command by which korv derives rules from the class file, with thresholds to begin with.
+std::string next_command(const std::string& output, Count min_support, Count transactions) {
+    const bool is_file = output != "-";
+    const std::string name = is_file ? std::filesystem::path(output).stem().string() : "NAME";
+    return "korv " + name + " " + (is_file ? output : "CLASSES") + " " + std::to_string(min_support) +
+           " 0.8 " + std::to_string(transactions);
+}
+
+}  // namespace
+
+std::string summary(const Database& database, Count min_support, const std::vector<MinedClass>& classes,
+                    const std::string& output, double seconds) {
+    std::size_t essentials = 0;
+    std::size_t largest = 0;
+    for (const MinedClass& each : classes) {
+        essentials += each.essentials.size();
+        largest = std::max(largest, each.closure.size());
+    }
+    const auto frequent = std::ranges::count_if(database.items, [min_support](const auto& column) {
+        return column.transactions.size() >= min_support;
+    });
+
+    std::string text;
+    const auto add = [&text](const std::string& label, const std::string& value) {
+        text += label + std::string(20 - label.size(), ' ') + value + '\n';
+    };
+    add("transactions", std::to_string(database.transactions));
+    add("items", std::to_string(database.items.size()));
+    add("frequent items", std::to_string(frequent));
+    add("essential itemsets", std::to_string(essentials));
+    add("classes", std::to_string(classes.size()));
+    add("largest closure", std::to_string(largest) + " items");
+    add("time", with_two_decimals(seconds) + " s");
+    add("peak memory", std::to_string(peak_memory()) + " MiB");
+    text += "To derive rules: " + next_command(output, min_support, database.transactions) + '\n';
+    return text;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,199 @@
+#include "table.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "csv.h"
+#include "database_builder.h"
+#include "error.h"
+#include "named_items.h"
+
+namespace korv::tools {
+
+namespace {
+
+using Row = std::vector<CsvCell>;
+
+struct Table {
+    Row header;
+    std::vector<Row> rows;  ///< of as many cells as the header, or of none
+};
+
+std::optional<double> number_in(const CsvCell& cell) {
+    double number = 0.0;
+    const char* const end = cell.text.data() + cell.text.size();
+    const auto [last, problem] = std::from_chars(cell.text.data(), end, number);
+    const bool is_number = problem == std::errc() && last == end && std::isfinite(number);
+    return is_number ? std::optional(number) : std::nullopt;
+}
+
+void check_header(const Row& header, const TextInput& input) {
+    std::set<std::string> names;
+    for (const CsvCell& cell : header) {
+        check_name(cell, input);
+        if (cell.text.empty() || !names.insert(cell.text).second) {
+            throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
+                              "a name of a column that no other has");
+        }
+    }
+}
+
+Table parse(const TextInput& input, char separator) {
+    CsvReader reader(input, separator);
+    Table table;
+    if (!reader.next(table.header) || table.header.empty()) {
+        throw input_error(input.name, {1, 1}, "nothing", "a line with the names of the columns");
+    }
+    check_header(table.header, input);
+    for (Row row; reader.next(row);) {
+        if (!row.empty() && row.size() != table.header.size()) {
+            throw input_error(input.name, place_of(input.text, row.front().position),
+                              std::to_string(row.size()) + " cells",
+                              std::to_string(table.header.size()) + ", as the header has");
+        }
+        for (const CsvCell& cell : row) {
+            check_name(cell, input);
+        }
+        table.rows.push_back(std::move(row));
+    }
+    return table;
+}
+
+/// The cells of one column that are not empty.
+std::vector<const CsvCell*> cells_of(const Table& table, std::size_t column) {
+    std::vector<const CsvCell*> cells;
+    for (const Row& row : table.rows) {
+        if (!row.empty() && !row[column].text.empty()) {
+            cells.push_back(&row[column]);
+        }
+    }
+    return cells;
+}
+
+/// Into how many bins a column is to be cut; nothing when it is not.
+std::optional<std::size_t> bins_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
+                                   const std::vector<BinRule>& rules, const TextInput& input) {
+    const auto is_number = [](const CsvCell* cell) { return number_in(*cell).has_value(); };
+    const auto rule_for = [&rules](const std::string& column) {
+        return std::ranges::find(rules, column, &BinRule::column);
+    };
+    if (const auto rule = rule_for(header.text); rule != rules.end()) {
+        const auto other = std::ranges::find_if_not(cells, is_number);
+        if (other != cells.end()) {
+            throw input_error(input.name, place_of(input.text, (*other)->position), shown((*other)->text),
+                              "a number, since --bins cuts the column " + shown(header.text));
+        }
+        return rule->bins;
+    }
+    const auto rule = rule_for("");
+    const bool applies = rule != rules.end() && std::ranges::all_of(cells, is_number);
+    return applies ? std::optional(rule->bins) : std::nullopt;
+}
+
+/// What each number of a column is called once it is cut into bins.
+std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cells, std::size_t bins) {
+    struct Value {
+        std::string text;
+        std::size_t count = 0;
+    };
+    std::map<double, Value> values;
+    for (const CsvCell* const cell : cells) {
+        Value& value = values[*number_in(*cell)];
+        value.text = value.count == 0 ? cell->text : value.text;
+        ++value.count;
+    }
+    // A number is in the bin of its first place among all, sorted.
+    std::map<std::size_t, std::pair<std::string, std::string>> ends;
+    std::map<double, std::size_t> bin_of;
+    std::size_t smaller = 0;
+    for (const auto& [number, value] : values) {
+        const std::size_t bin = smaller * bins / cells.size();
+        ends.try_emplace(bin, value.text, value.text).first->second.second = value.text;
+        bin_of[number] = bin;
+        smaller += value.count;
+    }
+    std::map<double, std::string> labels;
+    for (const auto& [number, bin] : bin_of) {
+        const auto& [first, last] = ends[bin];
+        labels[number] = first == last ? first : first + ".." + last;
+    }
+    return labels;
+}
+
+std::string item_name(const CsvCell& header, const std::string& value) {
+    std::string name = header.text;
+    name.append("=").append(value);
+    return name;
+}
+
+/// The items of one column, by what is in its cells. Numbers them on the way.
+std::map<std::string, Item> items_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
+                                     std::optional<std::size_t> bins, NamedItems& items) {
+    std::map<std::string, Item> item_of;
+    if (!bins) {
+        for (const CsvCell* const cell : cells) {
+            item_of.try_emplace(cell->text, items.number_of(item_name(header, cell->text)));
+        }
+        return item_of;
+    }
+    const std::map<double, std::string> labels = bin_labels(cells, *bins);
+    for (const auto& [number, label] : labels) {
+        items.number_of(item_name(header, label));  // from the smallest
+    }
+    for (const CsvCell* const cell : cells) {
+        item_of.try_emplace(cell->text, items.number_of(item_name(header, labels.at(*number_in(*cell)))));
+    }
+    return item_of;
+}
+
+void check_rules(const std::vector<BinRule>& rules, const Table& table, const TextInput& input) {
+    for (const BinRule& rule : rules) {
+        if (!rule.column.empty() &&
+            std::ranges::find(table.header, rule.column, &CsvCell::text) == table.header.end()) {
+            std::string columns;
+            for (const CsvCell& cell : table.header) {
+                columns += (columns.empty() ? "" : ", ") + shown(cell.text);
+            }
+            throw Error("--bins: found the column " + shown(rule.column) + "; expected one of " + input.name +
+                        ": " + columns);
+        }
+    }
+}
+
+}  // namespace
+
+Database read_table(const TextInput& input, char separator, const std::vector<BinRule>& rules) {
+    const Table table = parse(input, separator);
+    check_rules(rules, table, input);
+
+    NamedItems items;
+    std::vector<std::map<std::string, Item>> item_of;  // by column, then by text
+    for (std::size_t column = 0; column < table.header.size(); ++column) {
+        const CsvCell& header = table.header[column];
+        const std::vector<const CsvCell*> cells = cells_of(table, column);
+        item_of.push_back(items_of(header, cells, bins_of(header, cells, rules, input), items));
+    }
+
+    DatabaseBuilder builder;
+    for (const Row& row : table.rows) {
+        builder.begin_transaction();
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            if (!row[column].text.empty()) {
+                builder.add(item_of[column].at(row[column].text));
+            }
+        }
+    }
+    Database database = builder.finish();
+    if (database.items.empty()) {
+        throw Error(input.name + ": found no item; expected a header and one transaction a line");
+    }
+    database.names = std::move(items).names();
+    return database;
+}
+
+}  // namespace korv::tools
