@@ -114,6 +114,18 @@ TYPED_TEST(CoverTest, SaysWhatTheTransactionsSay) {
                 ASSERT_TRUE(!promising.empty() || !is_frequent);
                 const bool extended = cover.extend(item);
                 ASSERT_EQ(extended, is_frequent && counted.is_essential());
+                if (extended) {
+                    const Counted before(database, itemset);
+                    std::vector<char> wanted(items);
+                    Positions expected;
+                    for (std::size_t other = 0; other < items; ++other) {
+                        wanted[other] = before.covers(other) || random() % 5 == 0 ? 0 : 1;
+                        if (wanted[other] != 0 && counted.covers(other)) {
+                            expected.push_back(other);
+                        }
+                    }
+                    ASSERT_EQ(cover.newly_covered(wanted), expected);
+                }
                 itemset = extended ? longer : itemset;
             }
             const Counted counted(database, itemset);

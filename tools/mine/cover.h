@@ -11,23 +11,22 @@ namespace korv::tools {
 /// What the transactions say about an itemset that grows and shrinks at its end. Items are positions in
 /// Database::items.
 ///
-/// Two representations with the same operations, each tested against a count in the transactions:
-/// DenseCover keeps sets of transactions as bit vectors, SparseCover counts for each transaction.
+/// Two representations with the same operations, each tested against a count in the transactions: DenseCover
+/// keeps sets of transactions as bit vectors, SparseCover counts for each transaction.
 ///
-///     bool extend(std::size_t item);        adds an item if the itemset is then essential and frequent;
-///     otherwise
-///                                           false, and nothing changes
-///     void retract();                       takes the item out again that was added last
-///     Count support() const;                disjunctive support of the itemset
-///     bool covers(std::size_t item) const;  whether each transaction with this item holds one of the itemset
-///     Positions promising(candidates);      those of the candidates that are worth a call of extend; all
-///     others
-///                                           would not be frequent
+/// - extend(item): adds an item if the itemset is then essential and frequent; otherwise false, and nothing
+/// changes.
+/// - retract(): takes the item out again that was added last.
+/// - support(): the disjunctive support of the itemset.
+/// - covers(item): whether each transaction with this item holds one of the itemset.
+/// - newly_covered(wanted): the items, ascending, that are covered since the last extend; only those of which
+///   `wanted`, by item, is not 0, which must not have been covered before.
+/// - promising(candidates): those that are worth a call of extend; no other would be frequent.
 
 /// Positions in Database::items.
 using Positions = std::vector<std::size_t>;
 
-/// Suits items that are in more than about one of a hundred transactions.
+/// Suits items that are in more than about one of thirty transactions.
 ///
 /// Invariant: for each prefix of the itemset there are three bit vectors over the transactions: `any` holds
 /// at least one of its items, `once` exactly one, `all` all of them.
@@ -39,6 +38,7 @@ public:
     void retract();
     Count support() const { return prefixes_[itemset_.size()].support; }
     bool covers(std::size_t item) const;
+    Positions newly_covered(const std::vector<char>& wanted) const;
     /// All of them: extend is fast.
     static Positions promising(const Positions& candidates) { return candidates; }
 
@@ -78,6 +78,8 @@ public:
     void retract();
     Count support() const { return support_; }
     bool covers(std::size_t item) const;
+    /// Looks only at items of transactions that hold nothing of the itemset but the item added last.
+    Positions newly_covered(const std::vector<char>& wanted);
     /// Those that are frequent, counted in the transactions that hold all of the itemset.
     Positions promising(const Positions& candidates);
 
@@ -98,7 +100,7 @@ private:
     std::vector<Count> own_;           ///< by item of the itemset: transactions that hold no other of it
     std::vector<Count> lost_;          ///< by item: of these, those with the item that is tried; else 0
     std::vector<Count> together_;      ///< by item: transactions with it and all of the itemset; else 0
-    std::vector<Transaction> first_;   ///< by item: its first transaction
+    std::vector<char> is_seen_;        ///< by item: whether newly_covered met it; else 0
     std::vector<Positions> items_of_;  ///< by transaction
     std::vector<std::size_t> itemset_;
     std::vector<std::vector<Transaction>>

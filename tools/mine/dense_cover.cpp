@@ -55,6 +55,16 @@ bool DenseCover::covers(std::size_t item) const {
     return true;
 }
 
+Positions DenseCover::newly_covered(const std::vector<char>& wanted) const {
+    Positions covered;
+    for (std::size_t item = 0; item < wanted.size(); ++item) {
+        if (wanted[item] != 0 && covers(item)) {
+            covered.push_back(item);
+        }
+    }
+    return covered;
+}
+
 /// Fills `longer.all` on the way.
 bool DenseCover::is_frequent_with(std::size_t item, Prefix& longer) {
     const Word* const held = row(item);

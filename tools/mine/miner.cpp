@@ -43,21 +43,18 @@ public:
 
     ClassesByClosure run() {
         Positions roots;
-        Positions outside;
         for (std::size_t item = 0; item < database_.items.size(); ++item) {
             const bool frequent = is_frequent(database_.items[item], options_);
             if (frequent) {
                 roots.push_back(item);
             }
-            if (frequent || options_.closure_over_all) {
-                outside.push_back(item);
-            }
+            is_outside_.push_back(frequent || options_.closure_over_all ? 1 : 0);
         }
         // Rare items first: the frequent ones, which can be extended least, then have the most candidates.
         std::ranges::stable_sort(
             roots, {}, [this](std::size_t item) { return database_.items[item].transactions.size(); });
         roots_ = roots.size();
-        grow({roots, {}, outside});
+        grow({roots, {}});
         return std::move(classes_);
     }
 
@@ -66,7 +63,6 @@ private:
     struct Node {
         const Positions& candidates;  ///< items by which it can be extended, if at all
         const Positions& closure;     ///< ascending
-        const Positions& outside;     ///< the other items that a closure can have, ascending
     };
 
     /// Records and extends all extensions of an itemset. Those by one candidate are extended by the
@@ -90,16 +86,20 @@ private:
 
     /// Records the itemset, an extension of that of `parent`, and goes on to its extensions.
     void visit(const Node& parent, const Positions& candidates) {
-        Positions covered;
-        Positions outside;
-        for (const std::size_t item : parent.outside) {
-            (cover_.covers(item) ? covered : outside).push_back(item);
-        }
+        const Positions covered = cover_.newly_covered(is_outside_);
         Positions closure;
         std::ranges::merge(parent.closure, covered, std::back_inserter(closure));
         record(closure);
-        if (itemset_.size() < options_.max_size) {
-            grow({candidates, closure, outside});
+        if (itemset_.size() < options_.max_size && !candidates.empty()) {
+            set_outside(covered, 0);
+            grow({candidates, closure});
+            set_outside(covered, 1);
+        }
+    }
+
+    void set_outside(const Positions& items, char is_outside) {
+        for (const std::size_t item : items) {
+            is_outside_[item] = is_outside;
         }
     }
 
@@ -130,6 +130,8 @@ private:
     const ReportProgress& report_;
     Cover cover_;
     Positions itemset_;
+    std::vector<char>
+        is_outside_;  ///< by item: whether a closure can have it, and that of the itemset does not
     ClassesByClosure classes_;
     std::size_t roots_ = 0;
     std::size_t roots_done_ = 0;

@@ -13,10 +13,10 @@ SparseCover::SparseCover(const Database& database, Count min_support)
       own_(database.items.size()),
       lost_(database.items.size()),
       together_(database.items.size()),
+      is_seen_(database.items.size()),
       items_of_(database.transactions),
       all_(2) {
     for (std::size_t item = 0; item < database.items.size(); ++item) {
-        first_.push_back(transactions(item).front());
         for (const Transaction transaction : transactions(item)) {
             items_of_[transaction].push_back(item);
         }
@@ -61,10 +61,29 @@ void SparseCover::retract() {
 }
 
 bool SparseCover::covers(std::size_t item) const {
-    // Nearly always decided by the first transaction, which has a place of its own: no list is touched.
-    return held_[first_[item]].items > 0 &&
-           std::ranges::all_of(transactions(item),
+    return std::ranges::all_of(transactions(item),
                                [this](Transaction transaction) { return held_[transaction].items > 0; });
+}
+
+Positions SparseCover::newly_covered(const std::vector<char>& wanted) {
+    Positions seen;
+    for (const Transaction transaction : transactions(itemset_.back())) {
+        if (held_[transaction].items > 1) {
+            continue;
+        }
+        for (const std::size_t item : items_of_[transaction]) {
+            if (wanted[item] != 0 && is_seen_[item] == 0) {
+                is_seen_[item] = 1;
+                seen.push_back(item);
+            }
+        }
+    }
+    for (const std::size_t item : seen) {
+        is_seen_[item] = 0;
+    }
+    std::erase_if(seen, [this](std::size_t item) { return !covers(item); });
+    std::ranges::sort(seen);
+    return seen;
 }
 
 Positions SparseCover::promising(const Positions& candidates) {
