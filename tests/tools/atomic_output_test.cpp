@@ -73,6 +73,33 @@ TEST_F(AtomicOutputFile, GetsTheRightsOfAnyNewFile) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
+TEST_F(AtomicOutputFile, KeepsTheRightsOfTheFileThatItReplaces) {
+    test::write_file(path(), "earlier");
+    ASSERT_EQ(chmod(path().c_str(), 0600), 0);
+    AtomicOutput output(path());
+    output.commit();
+    struct stat status = {};
+    ASSERT_EQ(stat(path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(AtomicOutputFile, IsWrittenBehindASymbolicLink) {
+    std::filesystem::create_symlink("target", path());
+    AtomicOutput output(path());
+    output.write("text");
+    output.commit();
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_EQ(test::read_file(directory_.path() / "target"), "text");
+}
+
+TEST_F(AtomicOutputFile, IsTheSameByAnyPath) {
+    EXPECT_TRUE(is_same_file(path(), (directory_.path() / "." / "out").string()));
+    EXPECT_FALSE(is_same_file(path(), path() + "2"));
+    EXPECT_TRUE(is_same_file("-", "-"));
+    EXPECT_FALSE(is_same_file("-", path()));
+    EXPECT_FALSE(is_same_file("/dev/null", "/dev/null"));
+}
+
 TEST_F(AtomicOutputFile, InAMissingDirectoryIsReported) {
     const std::string missing = (directory_.path() / "missing" / "out").string();
     try {

@@ -50,7 +50,8 @@ TEST(Basket, TakesAnySeparator) {
 
 TEST(Basket, ReportsANameThatTheNamesFileCannotHold) {
     EXPECT_EQ(complaint("milk,\"rye\tbread\"\n"),
-              "a.csv:1:6: found \"rye\\x09bread\"; expected a name without tabs and line ends");
+              "a.csv:1:6: found \"rye\\x09bread\"; expected a name in UTF-8 without tabs, line "
+              "ends and NUL bytes");
 }
 
 TEST(Basket, ReportsAFileWithoutItems) {

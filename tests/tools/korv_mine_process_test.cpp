@@ -116,6 +116,29 @@ TEST_F(KorvMine, WritesNoNamesAfterAnError) {
     EXPECT_EQ(files().size(), 1U);
 }
 
+TEST_F(KorvMine, RefusesToReplaceItsInputOrOneOutputByTheOther) {
+    put("a.csv", small_baskets);
+    for (const std::vector<std::string>& paths :
+         std::vector<std::vector<std::string>>{{"-o", "a.csv"},
+                                               {"-o", "./a.csv"},
+                                               {"--names", "a.csv"},
+                                               {"-o", "a.names"},
+                                               {"-o", "x", "--names", "./x"},
+                                               {"--names", "-"}}) {
+        std::vector<std::string> arguments = {"a.csv", "--format", "basket", "-s", "1"};
+        arguments.insert(arguments.end(), paths.begin(), paths.end());
+        EXPECT_EQ(mine(arguments).ending, exited(1)) << testing::PrintToString(paths);
+        EXPECT_EQ(files(), (Files{{"a.csv", small_baskets}})) << testing::PrintToString(paths);
+    }
+}
+
+TEST_F(KorvMine, WritesNoNamesWhereTheClassesCannotBeWritten) {
+    put("a.csv", small_baskets);
+    EXPECT_EQ(mine({"a.csv", "--format", "basket", "-s", "1", "-o", "/dev/full", "--names", "n"}).ending,
+              exited(1));
+    EXPECT_EQ(files(), (Files{{"a.csv", small_baskets}}));
+}
+
 TEST_F(KorvMine, ReplacesAnEarlierFileOnlyByAWholeOne) {
     put("a.dat", "1 2\nx\n");
     put("a.classes", "earlier");
@@ -174,6 +197,9 @@ TEST_F(KorvMine, ReportsWrongArguments) {
              {"a.dat", "-s", "1", "--closure-items", "some"},
              {"a.dat", "-s", "1", "--unknown"},
              {"a.dat", "-s", "1", "--format", "other"},
+             {"a.dat", "-s", "1", "--format", "1"},
+             {"a.dat", "-s", "1", "-o", ""},
+             {"a.dat", "-s", "1", "--format", "table", "--bins", "2", "--bins", "3"},
              {"a.dat", "-s", "1", "--names", "a.names"},
              {"a.dat", "-s", "1", "--separator", ";"},
              {"a.dat", "-s", "1", "--format", "basket", "--bins", "3"},

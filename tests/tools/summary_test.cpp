@@ -26,6 +26,11 @@ TEST(Summary, CountsAndSaysHowToGoOn) {
         << text;
 }
 
+TEST(Summary, QuotesPathsForTheShell) {
+    EXPECT_TRUE(summary(database, 2, classes, "my t's.classes", 0.0)
+                    .ends_with("korv 'my t'\\''s' 'my t'\\''s.classes' 2 0.8 3\n"));
+}
+
 TEST(Summary, LeavesTheNamesOpenForStandardOutput) {
     EXPECT_TRUE(summary(database, 2, classes, "-", 0.0).ends_with("korv NAME CLASSES 2 0.8 3\n"));
 }

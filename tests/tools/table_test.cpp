@@ -86,15 +86,27 @@ TEST(Table, ReportsWhatCannotBeCut) {
 }
 
 TEST(Table, ReportsALineWithMoreOrFewerCells) {
-    EXPECT_EQ(complaint("a,b\n1,2\n1\n"), "a.csv:3:1: found 1 cells; expected 2, as the header has");
-    EXPECT_EQ(complaint("a,b\n1,2,3\n"), "a.csv:2:1: found 3 cells; expected 2, as the header has");
+    EXPECT_EQ(complaint("a,b\n1,2\n1\n"),
+              "a.csv:3:1: found a line of 1; expected 2 cells, as many as the header has");
+    EXPECT_EQ(complaint("a,b\n1,2,3\n"),
+              "a.csv:2:1: found a line of 3; expected 2 cells, as many as the header has");
 }
 
 TEST(Table, ReportsAHeaderWithoutOrWithTheSameNames) {
-    EXPECT_EQ(complaint("a,\n1,2\n"), "a.csv:1:3: found \"\"; expected a name of a column that no other has");
+    EXPECT_EQ(complaint("a,\n1,2\n"),
+              "a.csv:1:3: found a column without a name; expected a name for each column");
     EXPECT_EQ(complaint("a,a\n1,2\n"),
               "a.csv:1:3: found \"a\"; expected a name of a column that no other has");
     EXPECT_EQ(complaint(""), "a.csv:1:1: found nothing; expected a line with the names of the columns");
+}
+
+TEST(Table, ReportsItemsOfTwoColumnsThatHaveOneName) {
+    EXPECT_EQ(complaint("a,a=b\nb=c,c\n"),
+              "a.csv:2:5: found \"a=b=c\"; expected an item that no column before has");
+}
+
+TEST(Table, HasNoMoreBinsThanCells) {
+    EXPECT_EQ(read("n\n2\n1\n3\n", {{"n", 18446744073709551615U}}).names, (Names{"n=1", "n=2", "n=3"}));
 }
 
 TEST(Table, ReportsATableWithoutItems) {

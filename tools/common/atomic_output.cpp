@@ -10,13 +10,19 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "error.h"
 
 namespace korv::tools {
 
+namespace fs = std::filesystem;
+
 namespace {
+
+constexpr std::array ending_signals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 constexpr std::size_t buffer_bytes = std::size_t{1} << 18;
 
@@ -50,14 +56,46 @@ extern "C" void remove_and_end(int signal) {
     std::raise(signal);
 }
 
-/// Whether there is something at `path` that a file must not replace: a device or a pipe.
-bool is_special(const std::string& path) {
+/// Holds back the signals that end the program, in its scope.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t signals;
+        ::sigemptyset(&signals);
+        for (const int signal : ending_signals) {
+            ::sigaddset(&signals, signal);
+        }
+        ::sigprocmask(SIG_BLOCK, &signals, &before_);
+    }
+    ~SignalsBlocked() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t before_ = {};
+};
+
+/// What is at a path, behind symbolic links; nothing if there is nothing.
+std::optional<struct stat> status_of(const std::string& path) {
     struct stat status = {};
-    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+    return ::stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
-/// The rights that a new file gets.
-mode_t rights_of_a_new_file() {
+/// The path to which symbolic links lead, whether there is something or not.
+std::string behind_links(const std::string& path) {
+    constexpr int most_links = 40;  // as for the system
+    fs::path target = path;
+    for (int i = 0; i < most_links && fs::is_symlink(fs::symlink_status(target)); ++i) {
+        target = target.parent_path() / fs::read_symlink(target);
+    }
+    return target.string();
+}
+
+/// The rights that a file at `path` gets: those of the one that it replaces, or of any new file.
+mode_t rights_at(const std::string& path) {
+    if (const auto status = status_of(path)) {
+        return status->st_mode & 0777;
+    }
     const mode_t mask = ::umask(0);
     ::umask(mask);
     return 0666 & ~mask;
@@ -65,17 +103,22 @@ mode_t rights_of_a_new_file() {
 
 }  // namespace
 
+bool is_special(const std::string& path) {
+    const auto status = status_of(path);
+    return (status && !S_ISREG(status->st_mode)) || path.starts_with("/dev/") || path.starts_with("/proc/");
+}
+
 AtomicOutput::AtomicOutput(std::string path) : path_(std::move(path)) {
     buffer_.reserve(buffer_bytes);
     if (path_ == "-") {
         path_ = "standard output";
         return;
     }
+    target_ = behind_links(path_);
     if (is_special(path_)) {
-        descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+        descriptor_ = ::open(path_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
     } else {
-        temporary_ = path_ + ".XXXXXX";
-        descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+        create_temporary();
     }
     if (descriptor_ < 0) {
         fail("cannot be created");
@@ -83,9 +126,17 @@ AtomicOutput::AtomicOutput(std::string path) : path_(std::move(path)) {
     if (temporary_.empty()) {
         return;
     }
-    remember(temporary_.c_str());
     // A temporary file is for its owner alone.
-    ::fchmod(descriptor_, rights_of_a_new_file());
+    ::fchmod(descriptor_, rights_at(target_));
+}
+
+void AtomicOutput::create_temporary() {
+    temporary_ = target_ + ".XXXXXX";
+    const SignalsBlocked blocked;  // until the file's name is known to their handler
+    descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+    if (descriptor_ >= 0) {
+        remember(temporary_.c_str());
+    }
 }
 
 AtomicOutput::~AtomicOutput() {
@@ -105,16 +156,20 @@ void AtomicOutput::write(std::string_view text) {
     }
 }
 
-void AtomicOutput::commit() {
+void AtomicOutput::finish() {
     flush();
+    // Some file systems tell only now that the disk is full.
+    if (!temporary_.empty() && ::fsync(descriptor_) != 0) {
+        fail("cannot be written");
+    }
+}
+
+void AtomicOutput::commit() {
+    finish();
     if (temporary_.empty()) {
         return;
     }
-    // Some file systems tell only now that the disk is full.
-    if (::fsync(descriptor_) != 0 && errno != EINVAL) {
-        fail("cannot be written");
-    }
-    if (::rename(temporary_.c_str(), path_.c_str()) != 0) {
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
         fail("cannot be given its name");
     }
     forget(temporary_.c_str());
@@ -141,9 +196,27 @@ void AtomicOutput::fail(std::string_view what) const {
     throw Error(message);
 }
 
+bool is_same_file(const std::string& one, const std::string& other) {
+    if (one == "-" || other == "-") {
+        return one == other;
+    }
+    if (is_special(one) || is_special(other)) {
+        return false;
+    }
+    const auto whole_path = [](const std::string& path) {
+        return fs::weakly_canonical(fs::absolute(behind_links(path)));
+    };
+    std::error_code ignored;
+    return fs::equivalent(one, other, ignored) || whole_path(one) == whole_path(other);
+}
+
 void remove_outputs_on_signals() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
-        std::signal(signal, remove_and_end);
+    for (const int signal : ending_signals) {
+        // One that is ignored stays so: nohup relies on it.
+        struct sigaction action = {};
+        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            std::signal(signal, remove_and_end);
+        }
     }
     std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -1,14 +1,15 @@
 #include "arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
 #include <string_view>
 #include <system_error>
 
+#include "atomic_output.h"
 #include "error.h"
 
 namespace korv::tools {
@@ -78,7 +79,9 @@ std::optional<char> parse_separator(const std::string& text) {
 }
 
 std::string default_names(const std::string& output) {
-    return output == "-" ? "" : std::filesystem::path(output).replace_extension(".names").string();
+    return output == "-" || is_special(output)
+               ? ""
+               : std::filesystem::path(output).replace_extension(".names").string();
 }
 
 namespace {
@@ -87,6 +90,7 @@ namespace {
 struct Words {
     std::string min_support;
     std::string closure_items = "frequent";
+    std::string format = "fimi";
     std::string separator = ",";
     std::vector<std::string> bins;
 };
@@ -105,19 +109,17 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
     app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
         ->capture_default_str();
     app.add_option("--max-size", arguments.mining.max_size, "Essential itemsets have at most so many items")
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(1, 1'000'000'000));
     app.add_option("--closure-items", words.closure_items,
                    "Items that a closed itemset can have: those in --min-support transactions, or all")
         ->check(CLI::IsMember({"frequent", "all"}))
         ->capture_default_str();
-    const std::map<std::string, Format> formats = {
-        {"fimi", Format::fimi}, {"basket", Format::basket}, {"table", Format::table}};
-    app.add_option("--format", arguments.format,
+    app.add_option("--format", words.format,
                    "fimi: items as numbers with blanks between them; basket: item names with separators "
                    "between them; "
-                   "table: CSV with a header, each cell an item column=value (default: fimi)")
-        ->transform(CLI::Transformer(formats).description("{fimi,basket,table}"))
-        ->type_name("");
+                   "table: CSV with a header, each cell an item column=value")
+        ->check(CLI::IsMember({"fimi", "basket", "table"}))
+        ->capture_default_str();
     app.add_option("--separator", words.separator,
                    "Between the cells of baskets and tables: one byte, or tab")
         ->check(check(parse_separator, "one byte, or tab"))
@@ -135,6 +137,13 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
         "Where the names of the items go, for baskets and tables: item TAB name (default: beside the class "
         "file, with the extension .names)");
     app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
+}
+
+Format format_of(std::string_view word) {
+    if (word == "basket") {
+        return Format::basket;
+    }
+    return word == "table" ? Format::table : Format::fimi;
 }
 
 /// Throws CLI::ValidationError for options that do not go together.
@@ -161,6 +170,7 @@ Arguments parse_arguments(int argc, char** argv) {
     add_options(app, arguments, words);
     try {
         app.parse(argc, argv);
+        arguments.format = format_of(words.format);
         check_together(app, arguments.format);
     } catch (const CLI::ParseError& error) {
         std::exit(app.exit(error));
@@ -169,8 +179,14 @@ Arguments parse_arguments(int argc, char** argv) {
     arguments.min_support = *parse_threshold(words.min_support);
     arguments.mining.closure_over_all = words.closure_items == "all";
     arguments.separator = *parse_separator(words.separator);
-    for (const std::string& rule : words.bins) {
-        arguments.bins.push_back(*parse_bin_rule(rule));
+    for (const std::string& word : words.bins) {
+        const BinRule rule = *parse_bin_rule(word);
+        if (std::ranges::find(arguments.bins, rule.column, &BinRule::column) != arguments.bins.end()) {
+            throw Error("--bins: found two rules for " +
+                        (rule.column.empty() ? "all columns" : "the column " + shown(rule.column)) +
+                        "; expected one");
+        }
+        arguments.bins.push_back(rule);
     }
     if (arguments.names.empty() && arguments.format != Format::fimi) {
         arguments.names = default_names(arguments.output);

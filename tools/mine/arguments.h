@@ -51,11 +51,11 @@ std::optional<BinRule> parse_bin_rule(const std::string& text);
 std::optional<char> parse_separator(const std::string& text);
 
 /// Where the names of items go by default: beside the class file, with ".names" in the place of its
-/// extension. Empty for standard output.
+/// extension. Empty for standard output, a device or a pipe.
 std::string default_names(const std::string& output);
 
 /// Reads the command line. Prints help, version or what is wrong with the arguments, and ends the program,
-/// where they ask for that.
+/// where they ask for that. Throws Error for rules that contradict each other.
 Arguments parse_arguments(int argc, char** argv);
 
 }  // namespace korv::tools

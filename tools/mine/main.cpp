@@ -58,6 +58,20 @@ void require_classes(const std::vector<MinedClass>& classes, const Database& dat
                 " transactions; the most frequent one is in " + std::to_string(most));
 }
 
+/// An output must not replace the input or the other output.
+void require_different_files(const Arguments& arguments) {
+    const auto require_different = [](const std::string& one, const std::string& other) {
+        if (!one.empty() && is_same_file(one, other)) {
+            throw Error(one + ": found for two of transactions, class file and names; expected three files");
+        }
+    };
+    if (arguments.output != "-") {
+        require_different(arguments.output, arguments.transactions);
+    }
+    require_different(arguments.names, arguments.transactions);
+    require_different(arguments.names, arguments.output);
+}
+
 void write_classes(const std::vector<MinedClass>& classes, AtomicOutput& output) {
     std::string record;
     for (const MinedClass& each : classes) {
@@ -65,12 +79,13 @@ void write_classes(const std::vector<MinedClass>& classes, AtomicOutput& output)
         append_class_record(each.closure, each.support, each.essentials, record);
         output.write(record);
     }
-    output.commit();
+    output.finish();
 }
 
 void run(Arguments arguments) {
     const auto start = std::chrono::steady_clock::now();
     remove_outputs_on_signals();
+    require_different_files(arguments);
     const Database database = read_database(arguments);
     const Count min_support = in_transactions(arguments.min_support, database.transactions);
     arguments.mining.min_support = min_support;
@@ -84,10 +99,11 @@ void run(Arguments arguments) {
 
     const std::vector<MinedClass> classes = mine_with_progress(database, arguments.mining, arguments.quiet);
     require_classes(classes, database, min_support);
+    write_classes(classes, output);
     if (names) {
         names->commit();
     }
-    write_classes(classes, output);
+    output.commit();
 
     if (!arguments.quiet) {
         const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;

@@ -1,5 +1,7 @@
 #include "named_items.h"
 
+#include <string_view>
+
 #include "error.h"
 
 namespace korv::tools {
@@ -13,9 +15,10 @@ Item NamedItems::number_of(const std::string& name) {
 }
 
 void check_name(const CsvCell& cell, const TextInput& input) {
-    if (cell.text.find_first_of("\t\n") != std::string::npos) {
+    constexpr std::string_view forbidden("\t\n\r\0", 4);
+    if (cell.text.find_first_of(forbidden) != std::string::npos) {
         throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
-                          "a name without tabs and line ends");
+                          "a name in UTF-8 without tabs, line ends and NUL bytes");
     }
 }
 

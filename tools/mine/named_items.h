@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "csv.h"
@@ -14,6 +15,9 @@ class NamedItems {
 public:
     /// The number of the item that is called so.
     Item number_of(const std::string& name);
+
+    /// How many there are so far: the largest number.
+    std::size_t size() const { return names_.size(); }
 
     /// The names in the order of the numbers. To be called once, last.
     std::vector<std::string> names() && { return std::move(names_); }

@@ -4,9 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
-#include <utility>
+#include <string_view>
 
 namespace korv::tools {
 
@@ -25,12 +26,28 @@ std::string with_two_decimals(double number) {
     return {text.data(), static_cast<std::size_t>(size)};
 }
 
+/// A word as a shell reads it: in single quotes where it holds anything but what never needs them.
+std::string shell_word(const std::string& word) {
+    const auto is_plain = [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+               std::string_view("./_-+,:@%").find(c) != std::string_view::npos;
+    };
+    if (!word.empty() && std::ranges::all_of(word, is_plain)) {
+        return word;
+    }
+    std::string quoted = "'";
+    for (const char c : word) {
+        quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    }
+    return quoted + "'";
+}
+
 /// The command by which korv derives rules from the class file, with thresholds to begin with.
 std::string next_command(const std::string& output, Count min_support, Count transactions) {
     const bool is_file = output != "-";
     const std::string name = is_file ? std::filesystem::path(output).stem().string() : "NAME";
-    return "korv " + name + " " + (is_file ? output : "CLASSES") + " " + std::to_string(min_support) +
-           " 0.8 " + std::to_string(transactions);
+    return "korv " + shell_word(name) + " " + (is_file ? shell_word(output) : "CLASSES") + " " +
+           std::to_string(min_support) + " 0.8 " + std::to_string(transactions);
 }
 
 }  // namespace

@@ -36,7 +36,11 @@ void check_header(const Row& header, const TextInput& input) {
     std::set<std::string> names;
     for (const CsvCell& cell : header) {
         check_name(cell, input);
-        if (cell.text.empty() || !names.insert(cell.text).second) {
+        if (cell.text.empty()) {
+            throw input_error(input.name, place_of(input.text, cell.position), "a column without a name",
+                              "a name for each column");
+        }
+        if (!names.insert(cell.text).second) {
             throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
                               "a name of a column that no other has");
         }
@@ -53,8 +57,8 @@ Table parse(const TextInput& input, char separator) {
     for (Row row; reader.next(row);) {
         if (!row.empty() && row.size() != table.header.size()) {
             throw input_error(input.name, place_of(input.text, row.front().position),
-                              std::to_string(row.size()) + " cells",
-                              std::to_string(table.header.size()) + ", as the header has");
+                              "a line of " + std::to_string(row.size()),
+                              std::to_string(table.header.size()) + " cells, as many as the header has");
         }
         for (const CsvCell& cell : row) {
             check_name(cell, input);
@@ -112,7 +116,7 @@ std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cell
     std::map<double, std::size_t> bin_of;
     std::size_t smaller = 0;
     for (const auto& [number, value] : values) {
-        const std::size_t bin = smaller * bins / cells.size();
+        const std::size_t bin = smaller * std::min(bins, cells.size()) / cells.size();
         ends.try_emplace(bin, value.text, value.text).first->second.second = value.text;
         bin_of[number] = bin;
         smaller += value.count;
@@ -120,7 +124,10 @@ std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cell
     std::map<double, std::string> labels;
     for (const auto& [number, bin] : bin_of) {
         const auto& [first, last] = ends[bin];
-        labels[number] = first == last ? first : first + ".." + last;
+        std::string& label = labels[number] = first;
+        if (first != last) {
+            label.append("..").append(last);
+        }
     }
     return labels;
 }
@@ -133,11 +140,21 @@ std::string item_name(const CsvCell& header, const std::string& value) {
 
 /// The items of one column, by what is in its cells. Numbers them on the way.
 std::map<std::string, Item> items_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
-                                     std::optional<std::size_t> bins, NamedItems& items) {
+                                     std::optional<std::size_t> bins, const TextInput& input,
+                                     NamedItems& items) {
+    const std::size_t earlier = items.size();
+    const auto new_item = [&](const CsvCell& cell, const std::string& value) {
+        const Item item = items.number_of(item_name(header, value));
+        if (item <= earlier) {
+            throw input_error(input.name, place_of(input.text, cell.position),
+                              shown(item_name(header, value)), "an item that no column before has");
+        }
+        return item;
+    };
     std::map<std::string, Item> item_of;
     if (!bins) {
         for (const CsvCell* const cell : cells) {
-            item_of.try_emplace(cell->text, items.number_of(item_name(header, cell->text)));
+            item_of.try_emplace(cell->text, new_item(*cell, cell->text));
         }
         return item_of;
     }
@@ -146,7 +163,7 @@ std::map<std::string, Item> items_of(const CsvCell& header, const std::vector<co
         items.number_of(item_name(header, label));  // from the smallest
     }
     for (const CsvCell* const cell : cells) {
-        item_of.try_emplace(cell->text, items.number_of(item_name(header, labels.at(*number_in(*cell)))));
+        item_of.try_emplace(cell->text, new_item(*cell, labels.at(*number_in(*cell))));
     }
     return item_of;
 }
@@ -176,7 +193,7 @@ Database read_table(const TextInput& input, char separator, const std::vector<Bi
     for (std::size_t column = 0; column < table.header.size(); ++column) {
         const CsvCell& header = table.header[column];
         const std::vector<const CsvCell*> cells = cells_of(table, column);
-        item_of.push_back(items_of(header, cells, bins_of(header, cells, rules, input), items));
+        item_of.push_back(items_of(header, cells, bins_of(header, cells, rules, input), input, items));
     }
 
     DatabaseBuilder builder;
