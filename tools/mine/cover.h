@@ -78,7 +78,7 @@ public:
     void retract();
     Count support() const { return support_; }
     bool covers(std::size_t item) const;
-    /// Looks only at items of transactions that hold nothing of the itemset but the item added last.
+    /// Looks at all items, or at those of newly covered transactions where these are fewer.
     Positions newly_covered(const std::vector<char>& wanted);
     /// Those that are frequent, counted in the transactions that hold all of the itemset.
     Positions promising(const Positions& candidates);
@@ -93,15 +93,18 @@ private:
         return database_.items[item].transactions;
     }
     bool is_frequent_and_essential_with(std::size_t item);
+    Positions wanted_in_newly_covered(const std::vector<char>& wanted);
 
     const Database& database_;
     Count min_support_;
-    std::vector<Held> held_;           ///< by transaction
-    std::vector<Count> own_;           ///< by item of the itemset: transactions that hold no other of it
-    std::vector<Count> lost_;          ///< by item: of these, those with the item that is tried; else 0
-    std::vector<Count> together_;      ///< by item: transactions with it and all of the itemset; else 0
-    std::vector<char> is_seen_;        ///< by item: whether newly_covered met it; else 0
-    std::vector<Positions> items_of_;  ///< by transaction
+    std::vector<Held> held_;          ///< by transaction
+    std::vector<Count> own_;          ///< by item of the itemset: transactions that hold no other of it
+    std::vector<Count> lost_;         ///< by item: of these, those with the item that is tried; else 0
+    std::vector<Count> together_;     ///< by item: transactions with it and all of the itemset; else 0
+    std::vector<char> is_seen_;       ///< by item: whether newly_covered met it; else 0
+    std::vector<Transaction> first_;  ///< by item: its first transaction
+    std::size_t items_of_a_transaction_ = 0;  ///< on average, rounded up
+    std::vector<Positions> items_of_;         ///< by transaction
     std::vector<std::size_t> itemset_;
     std::vector<std::vector<Transaction>>
         all_;  ///< by size of a prefix, and at least one more: room for the next

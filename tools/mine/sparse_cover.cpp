@@ -16,11 +16,15 @@ SparseCover::SparseCover(const Database& database, Count min_support)
       is_seen_(database.items.size()),
       items_of_(database.transactions),
       all_(2) {
+    std::size_t occurrences = 0;
     for (std::size_t item = 0; item < database.items.size(); ++item) {
+        first_.push_back(transactions(item).front());
+        occurrences += transactions(item).size();
         for (const Transaction transaction : transactions(item)) {
             items_of_[transaction].push_back(item);
         }
     }
+    items_of_a_transaction_ = occurrences / database.transactions + 1;
     all_.front().resize(database.transactions);
     std::iota(all_.front().begin(), all_.front().end(), Transaction{0});
 }
@@ -61,11 +65,36 @@ void SparseCover::retract() {
 }
 
 bool SparseCover::covers(std::size_t item) const {
-    return std::ranges::all_of(transactions(item),
+    // Nearly always decided by the first transaction, which has a place of its own: no list is touched.
+    return held_[first_[item]].items > 0 &&
+           std::ranges::all_of(transactions(item),
                                [this](Transaction transaction) { return held_[transaction].items > 0; });
 }
 
 Positions SparseCover::newly_covered(const std::vector<char>& wanted) {
+    const std::size_t newly_held = own_[itemset_.back()] * items_of_a_transaction_;
+    Positions covered;
+    const auto add_if_covered = [&](std::size_t item) {
+        if (covers(item)) {
+            covered.push_back(item);
+        }
+    };
+    if (newly_held < wanted.size()) {
+        std::ranges::for_each(wanted_in_newly_covered(wanted), add_if_covered);
+        std::ranges::sort(covered);
+        return covered;
+    }
+    for (std::size_t item = 0; item < wanted.size(); ++item) {
+        if (wanted[item] != 0) {
+            add_if_covered(item);
+        }
+    }
+    return covered;
+}
+
+/// The wanted items of transactions that hold nothing of the itemset but the item added last: no other item
+/// can be newly covered. Each once, in any order.
+Positions SparseCover::wanted_in_newly_covered(const std::vector<char>& wanted) {
     Positions seen;
     for (const Transaction transaction : transactions(itemset_.back())) {
         if (held_[transaction].items > 1) {
@@ -81,8 +110,6 @@ Positions SparseCover::newly_covered(const std::vector<char>& wanted) {
     for (const std::size_t item : seen) {
         is_seen_[item] = 0;
     }
-    std::erase_if(seen, [this](std::size_t item) { return !covers(item); });
-    std::ranges::sort(seen);
     return seen;
 }
 
