@@ -72,13 +72,14 @@ TEST(Mine, FindsNothingWhereNoItemIsFrequent) {
     EXPECT_EQ(mine(database_of(persons), {.min_support = 4}), Classes{});
 }
 
-TEST(Mine, ReportsEachRootItem) {
-    std::vector<std::size_t> done;
-    mine(database_of(persons), {.min_support = 3}, [&done](const MiningProgress& progress) {
+TEST(Mine, ReportsEachRootItemAndEachOfItsExtensions) {
+    std::vector<std::pair<std::size_t, double>> reported;
+    mine(database_of(persons), {.min_support = 3}, [&reported](const MiningProgress& progress) {
         EXPECT_EQ(progress.roots, 2U);
-        done.push_back(progress.roots_done);
+        reported.emplace_back(progress.roots_done, progress.current);
     });
-    EXPECT_EQ(done, (std::vector<std::size_t>{1, 2}));
+    // The first root has nothing before it, the second can be tried with the first.
+    EXPECT_EQ(reported, (std::vector<std::pair<std::size_t, double>>{{1, 0.0}, {1, 1.0}, {2, 0.0}}));
 }
 
 // Any database.

@@ -8,9 +8,11 @@ namespace korv::tools {
 namespace {
 
 TEST(ProgressLine, SaysWhatIsDoneAndAboutHowLongItTakes) {
-    // Half of the roots: a quarter of the work.
+    // Half of the roots: a sixteenth of the work.
     EXPECT_EQ(progress_line({50, 100, 1234}, 10.0),
-              "50 of 100 root items, 1234 classes, 10 s, about 30 s left");
+              "50 of 100 root items, 1234 classes, 10 s, about 150 s left");
+    EXPECT_EQ(progress_line({99, 100, 1234, 1.0}, 10.0),
+              "99 of 100 root items, 1234 classes, 10 s, about 0 s left");
 }
 
 TEST(ProgressLine, SaysNothingOfTheTimeLeftAtTheBeginning) {

@@ -70,7 +70,9 @@ private:
     /// themselves, since no extension of what is not essential or frequent is.
     void grow(const Node& node) {
         Positions usable;
-        for (const std::size_t item : cover_.promising(node.candidates)) {
+        const Positions promising = cover_.promising(node.candidates);
+        for (std::size_t tried = 0; tried < promising.size(); ++tried) {
+            const std::size_t item = promising[tried];
             if (cover_.extend(item)) {
                 itemset_.push_back(item);
                 visit(node, usable);
@@ -79,7 +81,10 @@ private:
                 usable.push_back(item);
             }
             if (itemset_.empty()) {
-                report_root();
+                ++roots_done_;
+                report(0.0);
+            } else if (itemset_.size() == 1) {
+                report(static_cast<double>(tried + 1) / static_cast<double>(promising.size()));
             }
         }
     }
@@ -111,10 +116,9 @@ private:
         found.essentials.push_back(std::move(essential));
     }
 
-    void report_root() {
-        ++roots_done_;
+    void report(double current) const {
         if (report_) {
-            report_({roots_done_, roots_, classes_.size()});
+            report_({roots_done_, roots_, classes_.size(), current});
         }
     }
 

@@ -36,11 +36,12 @@ struct MinedClass {
     std::vector<Itemset> essentials;  ///< by size, then lexicographically; at least one
 };
 
-/// How far the walk is: called after each root item.
+/// How far the walk is: reported after each root item, and while it extends one.
 struct MiningProgress {
     std::size_t roots_done;
     std::size_t roots;
-    std::size_t classes;  ///< found so far
+    std::size_t classes;   ///< found so far
+    double current = 0.0;  ///< part of the extensions of the next root item that is done, by their number
 };
 using ReportProgress = std::function<void(const MiningProgress&)>;
 

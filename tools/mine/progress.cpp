@@ -1,5 +1,6 @@
 #include "progress.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -21,8 +22,9 @@ std::string progress_line(const MiningProgress& progress, double seconds) {
                        " root items, " + std::to_string(progress.classes) + " classes, " +
                        whole_seconds(seconds);
     if (progress.roots_done > 0) {
-        const double part = static_cast<double>(progress.roots_done) / static_cast<double>(progress.roots);
-        line += ", about " + whole_seconds(seconds / (part * part) - seconds) + " left";
+        const double part = std::min(1.0, (static_cast<double>(progress.roots_done) + progress.current) /
+                                              static_cast<double>(progress.roots));
+        line += ", about " + whole_seconds(seconds / std::pow(part, 4) - seconds) + " left";
     }
     return line;
 }

@@ -9,8 +9,10 @@
 namespace korv::tools {
 
 /// What a progress line says: root items done, classes found, seconds since the start, and about how many are
-/// left. The time left is a rough guess: it takes the work for a root item to grow with the number of those
-/// before it, by which its itemsets can be extended.
+/// left.
+///
+/// The time left is a rough guess: it takes the work done to grow with the fourth power of the part of the
+/// root items that is done, since each is extended by those before it, and these extensions by each other.
 std::string progress_line(const MiningProgress& progress, double seconds);
 
 /// Keeps one line of progress up to date on a terminal.
