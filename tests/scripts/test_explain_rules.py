@@ -48,6 +48,12 @@ class ExplainRules(unittest.TestCase):
     def test_keeps_the_number_of_an_item_without_a_name(self) -> None:
         self.assertIn("If 9,", self.explain("9-->1\nsupport:1\n\n").stdout)
 
+    def test_keeps_a_name_with_an_unusual_separator_whole(self) -> None:
+        self.assertIn("If rye\u2028bread,", self.explain("1-->2\nsupport:1\n\n", names="1\trye\u2028bread\n").stdout)
+
+    def test_takes_an_empty_names_file(self) -> None:
+        self.assertIn("If 1,", self.explain("1-->2\nsupport:1\n\n", names="").stdout)
+
     def test_stops_after_the_first_rules_asked_for(self) -> None:
         rules = "1-->2\nsupport:1\n\n2-->3\nsupport:1\n\n"
         self.assertEqual(self.explain(rules, "--first", "1").stdout.count("If "), 1)
