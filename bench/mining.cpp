@@ -11,11 +11,11 @@
 #include <string>
 #include <string_view>
 
-#include "class_record.h"
-#include "error.h"
-#include "fimi.h"
-#include "miner.h"
-#include "text_input.h"
+#include "common/class_record.h"
+#include "common/error.h"
+#include "common/text_input.h"
+#include "mine/fimi.h"
+#include "mine/miner.h"
 
 namespace korv::tools {
 namespace {

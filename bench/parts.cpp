@@ -14,10 +14,10 @@
 #include <string_view>
 #include <vector>
 
-#include "bounds_cache.h"
-#include "difference_supports.h"
-#include "globals.h"
-#include "lattice.h"
+#include "app/globals.h"
+#include "app/lattice.h"
+#include "engine/difference_supports.h"
+#include "index/bounds_cache.h"
 
 namespace korv {
 namespace {

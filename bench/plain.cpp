@@ -2,8 +2,8 @@
 
 #include <fstream>
 
-#include "plain_run.h"
-#include "process_arguments.h"
+#include "app/process_arguments.h"
+#include "support/plain_run.h"
 
 int main(int argc, char** argv) {
     std::ifstream input;

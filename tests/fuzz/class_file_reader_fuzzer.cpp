@@ -8,7 +8,7 @@
 #include <sstream>
 #include <tuple>
 
-#include "Input_Output_Manager.h"
+#include "io/Input_Output_Manager.h"
 
 namespace {
 

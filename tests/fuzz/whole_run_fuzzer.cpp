@@ -14,8 +14,8 @@
 #include <string>
 #include <string_view>
 
-#include "globals.h"
-#include "lattice.h"
+#include "app/globals.h"
+#include "app/lattice.h"
 
 namespace {
 

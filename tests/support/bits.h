@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <random>
 
-#include "itemset.h"
+#include "base/itemset.h"
 
 namespace korv::test {
 

@@ -1,4 +1,4 @@
-#include "itemset_tables.h"
+#include "support/itemset_tables.h"
 
 #include <algorithm>
 #include <cstdint>

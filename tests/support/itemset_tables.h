@@ -3,7 +3,7 @@
 #include <random>
 #include <vector>
 
-#include "itemset_table.h"
+#include "base/itemset_table.h"
 
 namespace korv::test {
 

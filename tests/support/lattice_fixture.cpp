@@ -1,9 +1,9 @@
-#include "lattice_fixture.h"
+#include "support/lattice_fixture.h"
 
 #include <ostream>
 #include <stdexcept>
 
-#include "globals.h"
+#include "app/globals.h"
 
 namespace korv {
 

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "files.h"
-#include "lattice.h"
+#include "app/lattice.h"
+#include "support/files.h"
 
 namespace korv {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lattice.h"
+#include "app/lattice.h"
 
 namespace korv::test {
 

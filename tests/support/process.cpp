@@ -1,4 +1,4 @@
-#include "process.h"
+#include "support/process.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "files.h"
+#include "support/files.h"
 
 namespace korv::test {
 

@@ -1,4 +1,4 @@
-#include "random_classes.h"
+#include "support/random_classes.h"
 
 #include <algorithm>
 #include <iterator>

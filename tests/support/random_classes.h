@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "lattice.h"
+#include "app/lattice.h"
 
 namespace korv::test {
 

@@ -1,4 +1,4 @@
-#include "rule_file.h"
+#include "support/rule_file.h"
 
 #include <algorithm>
 #include <charconv>

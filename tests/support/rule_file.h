@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "itemset.h"
-#include "rule_printing.h"
+#include "base/itemset.h"
+#include "io/rule_printing.h"
 
 namespace korv::test {
 

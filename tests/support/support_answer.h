@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "itemset.h"
+#include "base/itemset.h"
 
 namespace korv::test {
 

@@ -1,8 +1,8 @@
-#include "arguments.h"
+#include "mine/arguments.h"
 
 #include <gtest/gtest.h>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 namespace {

@@ -1,13 +1,13 @@
-#include "atomic_output.h"
+#include "common/atomic_output.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 
-#include "error.h"
-#include "files.h"
-#include "process.h"
+#include "common/error.h"
+#include "support/files.h"
+#include "support/process.h"
 
 namespace korv::tools {
 namespace {

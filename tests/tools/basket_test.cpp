@@ -1,9 +1,9 @@
-#include "basket.h"
+#include "mine/basket.h"
 
 #include <gtest/gtest.h>
 
-#include "error.h"
-#include "named_database.h"
+#include "common/error.h"
+#include "tools/named_database.h"
 
 namespace korv::tools {
 namespace {

@@ -1,4 +1,4 @@
-#include "class_record.h"
+#include "common/class_record.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cover.h"
+#include "mine/cover.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <bit>
 #include <set>
 
-#include "random_database.h"
+#include "tools/random_database.h"
 
 namespace korv::tools {
 namespace {

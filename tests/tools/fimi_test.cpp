@@ -1,10 +1,10 @@
-#include "fimi.h"
+#include "mine/fimi.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 namespace {

@@ -6,8 +6,8 @@
 #include <csignal>
 #include <random>
 
-#include "files.h"
-#include "process.h"
+#include "support/files.h"
+#include "support/process.h"
 
 namespace korv::test {
 namespace {

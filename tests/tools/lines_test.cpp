@@ -1,4 +1,4 @@
-#include "lines.h"
+#include "common/lines.h"
 
 #include <gtest/gtest.h>
 

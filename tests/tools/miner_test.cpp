@@ -1,4 +1,4 @@
-#include "miner.h"
+#include "mine/miner.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <ostream>
 #include <tuple>
 
-#include "random_database.h"
+#include "tools/random_database.h"
 
 namespace korv::tools {
 

@@ -1,4 +1,4 @@
-#include "named_items.h"
+#include "mine/named_items.h"
 
 #include <gtest/gtest.h>
 

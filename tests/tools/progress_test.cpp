@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "mine/progress.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "database.h"
+#include "mine/database.h"
 
 namespace korv::tools {
 

@@ -1,8 +1,8 @@
-#include "summary.h"
+#include "mine/summary.h"
 
 #include <gtest/gtest.h>
 
-#include "random_database.h"
+#include "tools/random_database.h"
 
 namespace korv::tools {
 namespace {

@@ -1,9 +1,9 @@
-#include "table.h"
+#include "mine/table.h"
 
 #include <gtest/gtest.h>
 
-#include "error.h"
-#include "named_database.h"
+#include "common/error.h"
+#include "tools/named_database.h"
 
 namespace korv::tools {
 namespace {

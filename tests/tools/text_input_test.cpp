@@ -1,9 +1,9 @@
-#include "text_input.h"
+#include "common/text_input.h"
 
 #include <gtest/gtest.h>
 
-#include "error.h"
-#include "files.h"
+#include "common/error.h"
+#include "support/files.h"
 
 namespace korv::tools {
 namespace {

@@ -1,4 +1,4 @@
-#include "atomic_output.h"
+#include "common/atomic_output.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +14,7 @@
 #include <optional>
 #include <utility>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "itemset.h"
+#include "base/itemset.h"
 
 namespace korv::tools {
 

@@ -1,8 +1,8 @@
-#include "csv.h"
+#include "common/csv.h"
 
 #include <string_view>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "text_input.h"
+#include "common/text_input.h"
 
 namespace korv::tools {
 

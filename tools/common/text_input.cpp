@@ -1,4 +1,4 @@
-#include "text_input.h"
+#include "common/text_input.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 

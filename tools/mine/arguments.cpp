@@ -1,4 +1,4 @@
-#include "arguments.h"
+#include "mine/arguments.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -9,8 +9,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "atomic_output.h"
-#include "error.h"
+#include "common/atomic_output.h"
+#include "common/error.h"
 
 namespace korv::tools {
 

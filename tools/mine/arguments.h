@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "miner.h"
-#include "table.h"
+#include "mine/miner.h"
+#include "mine/table.h"
 
 namespace korv::tools {
 

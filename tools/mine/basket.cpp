@@ -1,11 +1,11 @@
-#include "basket.h"
+#include "mine/basket.h"
 
 #include <utility>
 
-#include "csv.h"
-#include "database_builder.h"
-#include "error.h"
-#include "named_items.h"
+#include "common/csv.h"
+#include "common/error.h"
+#include "mine/database_builder.h"
+#include "mine/named_items.h"
 
 namespace korv::tools {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "database.h"
+#include "mine/database.h"
 
 namespace korv::tools {
 

@@ -1,4 +1,4 @@
-#include "database_builder.h"
+#include "mine/database_builder.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "cover.h"
+#include "mine/cover.h"
 
 namespace korv::tools {
 

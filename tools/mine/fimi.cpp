@@ -1,12 +1,12 @@
-#include "fimi.h"
+#include "mine/fimi.h"
 
 #include <charconv>
 #include <string_view>
 #include <system_error>
 
-#include "database_builder.h"
-#include "error.h"
-#include "lines.h"
+#include "common/error.h"
+#include "common/lines.h"
+#include "mine/database_builder.h"
 
 namespace korv::tools {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "database.h"
-#include "text_input.h"
+#include "common/text_input.h"
+#include "mine/database.h"
 
 namespace korv::tools {
 

@@ -6,18 +6,18 @@
 #include <iostream>
 #include <optional>
 
-#include "arguments.h"
-#include "atomic_output.h"
-#include "basket.h"
-#include "class_record.h"
-#include "error.h"
-#include "fimi.h"
-#include "miner.h"
-#include "named_items.h"
-#include "progress.h"
-#include "summary.h"
-#include "table.h"
-#include "text_input.h"
+#include "common/atomic_output.h"
+#include "common/class_record.h"
+#include "common/error.h"
+#include "common/text_input.h"
+#include "mine/arguments.h"
+#include "mine/basket.h"
+#include "mine/fimi.h"
+#include "mine/miner.h"
+#include "mine/named_items.h"
+#include "mine/progress.h"
+#include "mine/summary.h"
+#include "mine/table.h"
 
 namespace {
 

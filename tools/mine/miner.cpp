@@ -1,4 +1,4 @@
-#include "miner.h"
+#include "mine/miner.h"
 
 #include <algorithm>
 #include <iterator>
@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "cover.h"
+#include "mine/cover.h"
 
 namespace korv::tools {
 

@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
-#include "database.h"
-#include "itemset.h"
+#include "base/itemset.h"
+#include "mine/database.h"
 
 namespace korv::tools {
 

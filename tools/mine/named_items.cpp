@@ -1,8 +1,8 @@
-#include "named_items.h"
+#include "mine/named_items.h"
 
 #include <string_view>
 
-#include "error.h"
+#include "common/error.h"
 
 namespace korv::tools {
 

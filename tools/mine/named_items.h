@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "csv.h"
-#include "itemset.h"
+#include "base/itemset.h"
+#include "common/csv.h"
 
 namespace korv::tools {
 

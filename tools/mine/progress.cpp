@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "mine/progress.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-#include "miner.h"
+#include "mine/miner.h"
 
 namespace korv::tools {
 

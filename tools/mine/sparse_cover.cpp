@@ -2,7 +2,7 @@
 #include <iterator>
 #include <numeric>
 
-#include "cover.h"
+#include "mine/cover.h"
 
 namespace korv::tools {
 

@@ -1,4 +1,4 @@
-#include "summary.h"
+#include "mine/summary.h"
 
 #include <sys/resource.h>
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "database.h"
-#include "miner.h"
+#include "mine/database.h"
+#include "mine/miner.h"
 
 namespace korv::tools {
 

@@ -1,4 +1,4 @@
-#include "table.h"
+#include "mine/table.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,10 +8,10 @@
 #include <set>
 #include <utility>
 
-#include "csv.h"
-#include "database_builder.h"
-#include "error.h"
-#include "named_items.h"
+#include "common/csv.h"
+#include "common/error.h"
+#include "mine/database_builder.h"
+#include "mine/named_items.h"
 
 namespace korv::tools {
 

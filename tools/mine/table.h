@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "database.h"
-#include "text_input.h"
+#include "common/text_input.h"
+#include "mine/database.h"
 
 namespace korv::tools {
 

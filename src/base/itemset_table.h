@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "base/itemset.h"
+
+namespace korv {
+
+/// Itemsets one behind the other in one buffer. An itemset is known by its position.
+class ItemsetTable {
+public:
+    /// Appends an itemset.
+    void push_back(ItemSpan itemset) {
+        items_.insert(items_.end(), itemset.begin(), itemset.end());
+        ends_.push_back(items_.size());
+    }
+
+    /// Takes all itemsets out; keeps the memory.
+    void clear() {
+        items_.clear();
+        ends_.clear();
+    }
+
+    std::size_t size() const { return ends_.size(); }
+
+    /// Number of items of all itemsets.
+    std::size_t items() const { return items_.size(); }
+
+    /// Valid until the next push_back.
+    ItemSpan operator[](std::size_t position) const {
+        const std::size_t begin = position == 0 ? 0 : ends_[position - 1];
+        return ItemSpan(items_).subspan(begin, ends_[position] - begin);
+    }
+
+private:
+    std::vector<Item> items_;
+    std::vector<std::size_t> ends_;
+};
+
+}  // namespace korv

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "base/itemset_table.h"
+
+namespace korv {
+
+/// The keys of all classes: their essential itemsets, or the closed itemset of a class that stores none.
+/// Whatever contains a key has at least the support of its class.
+///
+/// A prefix tree, each node an item of the path that is a key's items.
+///
+/// Invariant: every node knows the largest support of the keys whose paths go through it, and siblings stand
+/// by that support, descending. So a search follows the items of an itemset only, and leaves siblings as soon
+/// as none of them can have more support than what is found (branch and bound). The items of a path stand by
+/// descending smallest support of a key that holds them: what comes further down a path adds little to its
+/// support, so the bounds are tight.
+class KeyIndex {
+public:
+    /// `keys`: sets of item numbers below `items`, ascending and not empty; `supports`: theirs. Of two equal
+    /// keys the larger support counts. O(total length of the keys * log keys).
+    KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items);
+
+    /// The largest support of a key within `itemset`, if it is more than `least`; otherwise `least`. At worst
+    /// all nodes are looked at; as a rule, some dozens.
+    Count largest_support_within(ItemSpan itemset, Count least = 0);
+
+private:
+    struct Node {
+        Item item = 0;
+        /// The largest support of the keys whose paths go through the node.
+        Count largest = 0;
+        /// The support of the key whose path ends here; 0 if there is none.
+        Count own = 0;
+        /// The children stand one behind the other, before those of the next node.
+        std::uint32_t first_child = 0;
+    };
+    struct Siblings {
+        std::uint32_t first;
+        std::uint32_t end;
+    };
+    class Builder;
+
+    static constexpr std::uint32_t no_node = 0;
+
+    Count search_below(std::uint32_t node, Count largest);
+    Count search_below_wanted_tops(ItemSpan itemset, Count largest);
+
+    Siblings children(std::uint32_t node) const {
+        return {nodes_[node].first_child, nodes_[node + 1].first_child};
+    }
+
+    std::vector<Node> nodes_;         ///< level by level, the root first; one more at the end
+    std::vector<std::uint32_t> top_;  ///< by item: the child of the root
+
+    // Working space of a search.
+    std::vector<char> is_wanted_;             ///< by item: whether the itemset asked for holds it
+    std::vector<std::uint32_t> wanted_tops_;  ///< children of the root whose item is wanted
+    std::vector<Siblings> pending_;           ///< on the path: those still to be looked at
+};
+
+}  // namespace korv

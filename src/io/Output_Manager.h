@@ -1,0 +1,79 @@
+#pragma once
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/itemset.h"
+
+namespace korv {
+
+/// A file's buffer to which short texts can be appended without the calls of the stream in between.
+///
+/// Once a text could not be written, because the disk is full for example, nothing more is.
+class FileBuffer : public std::filebuf {
+public:
+    FileBuffer();
+    ~FileBuffer() override;
+    FileBuffer(const FileBuffer&) = delete;
+    FileBuffer& operator=(const FileBuffer&) = delete;
+
+    /// False when the text, or an earlier one, could not be written.
+    bool append(std::string_view text) {
+        if (std::cmp_greater(text.size(), epptr() - pptr())) {
+            return append_through(text);
+        }
+        std::ranges::copy(text, pptr());
+        pbump(static_cast<int>(text.size()));
+        return true;
+    }
+
+private:
+    bool append_through(std::string_view text);
+
+    bool failed_ = false;
+    std::vector<char> memory_;
+};
+
+/// A text output file: created, or emptied, at construction; whole on disk after destruction.
+///
+/// Text goes in through the stream operators: numbers in decimal, doubles with six significant digits. It is
+/// kept in a large buffer, since a run can write gigabytes in short lines: end lines with '\n', not
+/// std::endl. A file that cannot be created is not reported: the stream stays failed and what is written to
+/// it is lost.
+class Output_Manager : public std::ofstream {
+public:
+    explicit Output_Manager(const std::string& file_name);
+    Output_Manager(const Output_Manager&) = delete;
+    Output_Manager& operator=(const Output_Manager&) = delete;
+
+    // Of the file that is written, not of the one that the base would write.
+    bool is_open() const { return file_.is_open(); }
+    FileBuffer* rdbuf() { return &file_; }
+    void open(const char*) = delete;
+    void close() = delete;
+
+    /// Appends text or a number, a double as "%g" would print it. The bytes are those of the stream
+    /// operators; these go to the buffer without the stream's formatting, for the files that hold millions of
+    /// numbers.
+    Output_Manager& put(std::string_view text) {
+        if (!file_.append(text)) {
+            setstate(std::ios::badbit);
+        }
+        return *this;
+    }
+    Output_Manager& put(Count number);
+    Output_Manager& put(double number);
+
+    /// Writes each item in decimal, followed by one blank: {1, 4} as "1 4 ", the empty itemset as nothing.
+    void write_out_basket(const Itemset& itemset);
+
+private:
+    /// The buffer of the stream, in the place of its own.
+    FileBuffer file_;
+};
+
+}  // namespace korv
