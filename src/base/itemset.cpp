@@ -34,4 +34,23 @@ Itemset difference(const Itemset& a, const Itemset& b) {
     return rest;
 }
 
+std::uint64_t beginning(ItemSpan itemset, unsigned item_bits) {
+    constexpr unsigned bits = 64;
+    const std::uint64_t too_large = (std::uint64_t{1} << item_bits) - 2;
+    std::uint64_t number = 0;  // of a missing item, too
+    unsigned shift = bits;
+    for (const Item each : itemset) {
+        if (shift < item_bits) {
+            break;
+        }
+        shift -= item_bits;
+        const std::uint64_t item = std::min<std::uint64_t>(each, too_large);
+        number |= (item + 1) << shift;
+        if (item == too_large) {
+            break;  // equal here to other large items, whatever follows
+        }
+    }
+    return number;
+}
+
 }  // namespace korv

@@ -31,4 +31,9 @@ bool intersects(const Itemset& a, const Itemset& b);
 /// The items of `a` that are not in `b`, ascending: {1 2 2} without {2} is {1 2}. O(|a| + |b|).
 Itemset difference(const Itemset& a, const Itemset& b);
 
+/// The first items of an itemset as one number of `item_bits` for each item. Where the numbers of two
+/// itemsets differ, they are in the lexicographic order of the itemsets, so most comparisons need no more;
+/// where they do not, nothing is known. `item_bits`: from 2 to 32.
+std::uint64_t beginning(ItemSpan itemset, unsigned item_bits);
+
 }  // namespace korv

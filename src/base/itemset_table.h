@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "base/itemset.h"
@@ -22,6 +23,12 @@ public:
         ends_.clear();
     }
 
+    /// Makes room for so many itemsets, and items of all of them.
+    void reserve(std::size_t itemsets, std::size_t items) {
+        items_.reserve(items);
+        ends_.reserve(itemsets);
+    }
+
     std::size_t size() const { return ends_.size(); }
 
     /// Number of items of all itemsets.
@@ -31,6 +38,12 @@ public:
     ItemSpan operator[](std::size_t position) const {
         const std::size_t begin = position == 0 ? 0 : ends_[position - 1];
         return ItemSpan(items_).subspan(begin, ends_[position] - begin);
+    }
+
+    /// The items of an itemset, to be changed: their number stays. Valid until the next push_back.
+    std::span<Item> mutable_items(std::size_t position) {
+        const std::size_t begin = position == 0 ? 0 : ends_[position - 1];
+        return std::span(items_).subspan(begin, ends_[position] - begin);
     }
 
 private:

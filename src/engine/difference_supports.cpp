@@ -1,74 +1,87 @@
 #include "engine/difference_supports.h"
 
 #include <algorithm>
+#include <bit>
+#include <numeric>
 #include <ranges>
-
-#include "app/lattice.h"
 
 namespace korv {
 
 namespace {
 
-/// Whether an itemset has items, and every essential itemset has items and lies within it.
-bool is_well_formed(const Itemset& itemset, const data& of_class) {
-    return !itemset.empty() && std::ranges::all_of(of_class.essentials, [&](const Itemset& essential) {
-        return !essential.empty() && is_contained(essential, itemset);
+/// Whether every essential itemset has items and lies within the closed itemset.
+bool is_regular(const LatticeEntry& entry) {
+    return std::ranges::all_of(entry.essentials(), [&entry](const Itemset& essential) {
+        return !essential.empty() && is_contained(essential, entry.itemset());
     });
+}
+
+std::vector<std::uint32_t> irregular_classes(const LatticeEntries& entries) {
+    std::vector<std::uint32_t> irregular;
+    for (std::uint32_t position = 0; position < entries.size(); ++position) {
+        if (!is_regular(entries[position])) {
+            irregular.push_back(position);
+        }
+    }
+    return irregular;
 }
 
 }  // namespace
 
-DifferenceSupports::Classes::Classes(const std::map<Itemset, data>& classes)
-    : numbering(korv::closed_itemsets(classes)) {
-    std::vector<NodeRef> by_support;
-    by_support.reserve(classes.size());
-    for (NodeRef node = classes.begin(); node != classes.end(); ++node) {
-        by_support.push_back(node);
-        well_formed = well_formed && is_well_formed(node->first, node->second);
-    }
-    std::ranges::stable_sort(by_support, {}, [](NodeRef node) { return node->second.support; });
+DifferenceSupports::Classes::Classes(const LatticeEntries& entries)
+    : numbering(korv::closed_itemsets(entries)), positions(entries.size()) {
+    std::iota(positions.begin(), positions.end(), Position{0});
+    std::ranges::sort(positions, [&entries](Position a, Position b) {
+        const Count of_a = entries[a].support();
+        const Count of_b = entries[b].support();
+        return of_a != of_b ? of_a < of_b : a < b;
+    });
+    supports.reserve(entries.size());
     Itemset numbers;
-    for (const NodeRef node : by_support) {
-        numbering.translate(node->first, numbers);
+    for (const Position position : positions) {
+        numbering.translate(entries[position].itemset(), numbers);
         closed_itemsets.push_back(numbers);
-        supports.push_back(node->second.support);
+        supports.push_back(entries[position].support());
     }
 }
 
-/// The keys of well-formed classes; of others, of which some cannot be numbered, none.
-KeyIndex DifferenceSupports::make_key_index(const std::map<Itemset, data>& of, const Classes& classes) {
+/// The keys of the regular classes.
+KeyIndex DifferenceSupports::make_key_index(const LatticeEntries& entries, const Classes& classes) {
     ItemsetTable keys;
-    std::vector<Count> supports;
+    std::vector<KeyOwner> owners;
     Itemset numbers;
-    const auto add = [&](const Itemset& key, Count support) {
-        classes.numbering.translate(key, numbers);
-        keys.push_back(numbers);
-        supports.push_back(support);
-    };
-    for (const auto& [itemset, of_class] : of) {
-        if (!classes.well_formed) {
-            break;
+    for (Position position = 0; position < entries.size(); ++position) {
+        const LatticeEntry& entry = entries[position];
+        if (!is_regular(entry)) {
+            continue;
         }
-        if (of_class.essentials.empty()) {
-            add(itemset, of_class.support);
+        const auto add = [&](const Itemset& key) {
+            classes.numbering.translate(key, numbers);
+            keys.push_back(numbers);
+            owners.push_back({entry.support(), position});
+        };
+        if (entry.essentials().empty()) {
+            add(entry.itemset());
         }
-        for (const Itemset& essential : of_class.essentials) {
-            add(essential, of_class.support);
-        }
+        std::ranges::for_each(entry.essentials(), add);
     }
-    return {keys, supports, classes.numbering.size()};
+    return {std::move(keys), owners, classes.numbering.size()};
 }
 
-DifferenceSupports::DifferenceSupports(const std::map<Itemset, data>& classes)
-    : classes_(classes),
+DifferenceSupports::DifferenceSupports(const LatticeEntries& entries)
+    : entries_(entries),
+      empty_itemset_is_closed_(!entries.empty() && entries.front().itemset().empty()),
+      irregular_(irregular_classes(entries)),
+      classes_(entries),
       class_index_(classes_.closed_itemsets, classes_.numbering.size()),
-      key_index_(make_key_index(classes, classes_)),
-      consistent_(classes_.well_formed && classes_agree()) {}
+      key_index_(make_key_index(entries, classes_)),
+      consistent_(irregular_.empty() && classes_agree()),
+      walk_(entries) {}
 
 bool DifferenceSupports::classes_agree() {
-    for (std::size_t position = 0; position < classes_.supports.size(); ++position) {
-        const Count support = classes_.supports[position];
-        if (key_index_.largest_support_within(classes_.closed_itemsets[position], support) != support) {
+    for (std::size_t column = 0; column < classes_.supports.size(); ++column) {
+        const Count support = classes_.supports[column];
+        if (key_index_.largest_support_within(classes_.closed_itemsets[column], support) != support) {
             return false;
         }
     }
@@ -81,34 +94,98 @@ Column DifferenceSupports::first_class_of_support(Count support) const {
                                classes_.supports.begin());
 }
 
-/// The largest support of a key within an itemset and the smallest of a class around it.
+/// L and U of an itemset.
 SupportBounds DifferenceSupports::find_bounds(const Itemset& itemset) {
     classes_.numbering.translate(itemset, numbers_);
-    const Count lower = key_index_.largest_support_within(numbers_);
-    // Around a key there is no class of less support.
-    const Column around = class_index_.first_superset(numbers_, first_class_of_support(lower),
-                                                      static_cast<Column>(classes_.supports.size()));
+    Count lower = key_index_.largest_support_within(numbers_);
+    for (const Position position : irregular_) {
+        const LatticeEntry& entry = entries_[position];
+        if (entry.support() > lower && (entry.itemset() == itemset || bounds_from_below(entry, itemset))) {
+            lower = entry.support();
+        }
+    }
+    const Column from = consistent_ ? first_class_of_support(lower) : 0;
+    const Column around =
+        class_index_.first_superset(numbers_, from, static_cast<Column>(classes_.supports.size()));
     return {lower, classes_.supports[around]};
 }
 
-std::optional<Count> DifferenceSupports::settle(const Itemset& itemset, Count& lower, Count& upper) {
-    if (!consistent_ || itemset.empty()) {
-        return std::nullopt;
+Count DifferenceSupports::settle(const Itemset& itemset, SupportBounds& bounds) {
+    if (empty_itemset_is_closed_ || itemset.empty()) {
+        return walk_.settle(itemset, bounds);
     }
     const auto [known, is_new] = known_.try_emplace(itemset);
     if (is_new) {
         known = find_bounds(itemset);
     }
-    const Count low = std::max(lower, known.lower);
-    const Count high = std::min(upper, known.upper);
-    // A closed itemset of support 0 ends the walk when it comes to its class, with bounds as far as they were
-    // narrowed by then.
+    const Count low = std::max(bounds.lower, known.lower);
+    const Count high = std::min(bounds.upper, known.upper);
     if (low > high || high == 0) {
-        return std::nullopt;
+        return replay(itemset, bounds);
     }
-    lower = low;
-    upper = high;
+    bounds = {low, high};
     return low == high ? low : 0;
+}
+
+/// The walk, but only past the classes that move a bound.
+Count DifferenceSupports::replay(const Itemset& itemset, SupportBounds& bounds) {
+    classes_.numbering.translate(itemset, numbers_);
+    // Where the walk ends: at the class of the itemset, or behind the last one.
+    const auto end = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
+    Position raising = next_to_raise(itemset, bounds.lower, end);
+    Position lowering = next_to_lower(bounds.upper, end);
+    if (bounds.lower == bounds.upper && std::min(raising, lowering) > 0) {
+        return bounds.lower;  // after the first class, which moves neither
+    }
+    for (;;) {
+        const Position next = std::min(raising, lowering);
+        if (next == end) {
+            return end < entries_.size() ? entries_[end].support() : 0;
+        }
+        const Count support = entries_[next].support();
+        if (next == raising) {
+            bounds.lower = support;
+        }
+        if (next == lowering) {
+            bounds.upper = support;
+        }
+        if (bounds.lower == bounds.upper) {
+            return bounds.lower;
+        }
+        // Only the bound that moved needs another class to move it.
+        raising = next == raising ? next_to_raise(itemset, bounds.lower, end) : raising;
+        lowering = next == lowering ? next_to_lower(bounds.upper, end) : lowering;
+    }
+}
+
+/// The first class before `before` that raises the lower bound of an itemset, whose numbers are in
+/// `numbers_`, beyond `lower`; otherwise `before`.
+DifferenceSupports::Position DifferenceSupports::next_to_raise(const Itemset& itemset, Count lower,
+                                                               Position before) {
+    before = key_index_.first_position_within(numbers_, lower, before);
+    for (const Position position : irregular_) {
+        if (position >= before) {
+            break;
+        }
+        if (entries_[position].support() > lower && bounds_from_below(entries_[position], itemset)) {
+            return position;
+        }
+    }
+    return before;
+}
+
+/// The first class before `before` that lowers the upper bound of the itemset whose numbers are in `numbers_`
+/// below `upper`; otherwise `before`.
+DifferenceSupports::Position DifferenceSupports::next_to_lower(Count upper, Position before) {
+    class_index_.find_supersets(numbers_, 0, first_class_of_support(upper), around_);
+    for (const ColumnWord& word : around_) {
+        for (std::uint64_t bits = word.bits; bits != 0; bits &= bits - 1) {
+            const auto column =
+                word.index * ItemIndex::word_bits + static_cast<std::size_t>(std::countr_zero(bits));
+            before = std::min(before, classes_.positions[column]);
+        }
+    }
+    return before;
 }
 
 }  // namespace korv

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
-#include <optional>
+#include <cstdint>
 #include <vector>
 
 #include "base/itemset_table.h"
+#include "engine/lattice_entries.h"
+#include "engine/support_walk.h"
+#include "engine/supports.h"
 #include "index/bounds_cache.h"
 #include "index/item_index.h"
 #include "index/item_numbering.h"
@@ -13,53 +15,75 @@
 
 namespace korv {
 
-struct data;
-
-/// Answers what Lattice::generate_difference_support finds by a walk over all classes, from indexes.
+/// Answers what SupportWalk finds by a walk over all classes, from indexes.
 ///
-/// Invariant: it answers only where the order of the walk does not matter. The walk raises the lower bound to
-/// the largest support of a key within the itemset and lowers the upper bound to the smallest support of a
-/// class around it; as long as the bounds do not cross, it returns a support exactly when they meet. (At the
-/// class of a closed itemset it returns at once. There they meet as well: one of its keys lies within it, and
-/// no class around it has less support.) Where they may cross, because the classes contradict each other or
-/// the starting bounds, there is no answer, and the walk must decide.
-class DifferenceSupports {
+/// Let L be the largest support of a class with a key within the itemset X, U the smallest support of a class
+/// around X, and low and high the starting bounds, narrowed by L and U. The walk raises the lower bound at
+/// the classes of keys within X, to low in the end, and lowers the upper bound at the classes around X, to
+/// high in the end. There are two cases.
+///
+/// - low <= high. Until then the lower bound is at most low and the upper bound at least high. So the bounds
+///   meet exactly if low = high, in that value, and a walk that ends without that leaves low and high. If X
+///   itself is closed, of support s, the walk may return s before its end. But then L >= s >= U, since a key
+///   of its class lies within X and the class is around X; so low = high = s, and the answer is the same.
+///   Only a support of 0 needs more care: there the bounds are looked at, which the walk leaves as they were
+///   before the class of X. This case therefore needs a high that is not 0.
+/// - Otherwise the order of the walk matters. It is replayed: only the classes that move a bound are visited,
+///   each found from the indexes as the next one to do so.
+///
+/// Neither case asks whether the classes contradict each other elsewhere, so one wrong support costs no more
+/// than the queries that it touches.
+///
+/// Two kinds of classes are outside this. One with an essential itemset that is empty or sticks out of the
+/// closed itemset is irregular: it is not indexed by its keys but asked, each time, as the walk asks it. And
+/// if the empty itemset is closed, or asked for, the walk itself decides.
+class DifferenceSupports final : public Supports {
 public:
-    /// `classes` are not referred to later. About O(total length of the itemsets * log keys).
-    explicit DifferenceSupports(const std::map<Itemset, data>& classes);
-    DifferenceSupports(const DifferenceSupports&) = delete;
-    DifferenceSupports& operator=(const DifferenceSupports&) = delete;
+    /// `entries` must outlive it unchanged; their successors are not needed. About O(total length of the
+    /// itemsets * log keys).
+    explicit DifferenceSupports(const LatticeEntries& entries);
 
-    /// The support of `itemset`, which must lie within a class; 0 if it is not known. `lower` and `upper` are
-    /// narrowed as by the walk when 0 is returned. No answer when the walk must decide; the bounds are then
-    /// as they were. The second time an itemset is asked for it is only looked up.
-    std::optional<Count> settle(const Itemset& itemset, Count& lower, Count& upper);
+    /// The second time an itemset is asked for its L and U are only looked up.
+    Count settle(const Itemset& itemset, SupportBounds& bounds) override;
 
 private:
+    /// The position of a class in the order of the entries.
+    using Position = std::uint32_t;
+
     struct Classes {
-        explicit Classes(const std::map<Itemset, data>& classes);
+        explicit Classes(const LatticeEntries& entries);
 
         ItemNumbering numbering;
         /// By ascending support: the first class around an itemset gives its upper bound.
         ItemsetTable closed_itemsets;
         std::vector<Count> supports;
-        /// Whether every itemset has items, and every essential itemset lies within its closed itemset.
-        bool well_formed = true;
+        std::vector<Position> positions;
     };
 
-    static KeyIndex make_key_index(const std::map<Itemset, data>& of, const Classes& classes);
+    static KeyIndex make_key_index(const LatticeEntries& entries, const Classes& classes);
+
     bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
+    Count replay(const Itemset& itemset, SupportBounds& bounds);
+    Position next_to_raise(const Itemset& itemset, Count lower, Position before);
+    Position next_to_lower(Count upper, Position before);
     Column first_class_of_support(Count support) const;
 
+    const LatticeEntries& entries_;
+    const bool empty_itemset_is_closed_;
+    std::vector<Position> irregular_;  ///< ascending
     const Classes classes_;
     const ItemIndex class_index_;
     KeyIndex key_index_;
-    /// Whether all classes are well formed and none holds a key of more support than its own.
+    /// Whether no class holds a key of more support than its own. The classes around an itemset then begin
+    /// at its lower bound.
     bool consistent_;
 
-    Itemset numbers_;
-    BoundsCache known_;
+    SupportWalk walk_;
+    BoundsCache known_;  ///< L and U
+    // Working space.
+    Itemset numbers_;  ///< of the itemset that is looked up
+    ColumnSet around_;
 };
 
 }  // namespace korv

@@ -4,49 +4,32 @@ namespace korv {
 
 namespace {
 
-/// The table is read by position, and every counter row belongs to one form.
+/// Whether `text`, one side of the text of a form, reads as `side` says: "not(f1-e1)" is a negated
+/// difference.
+consteval bool reads_as(std::string_view text, const FormSide& side) {
+    const Part part = text.find('-') != std::string_view::npos ? Part::difference : Part::base;
+    const Mode mode = text.starts_with("not") ? Mode::negation : Mode::disjunction;
+    return side == FormSide{part, mode};
+}
+
+/// The table is read by position, the texts say the sides, and every counter row belongs to one form.
 consteval bool catalogue_is_consistent() {
+    constexpr std::string_view arrow = "-->";
     std::array<bool, rule_catalogue.size()> taken{};
     for (std::size_t i = 0; i < rule_catalogue.size(); ++i) {
-        const FormDescription& description = rule_catalogue[i];
-        if (description.form != Form{i} || taken[description.counter_row]) {
+        const FormDescription& each = rule_catalogue[i];
+        const std::size_t at = each.text.find(arrow);
+        if (each.form != Form{i} || taken[each.counter_row] ||
+            !reads_as(each.text.substr(0, at), premise(each.form)) ||
+            !reads_as(each.text.substr(at + arrow.size()), conclusion(each.form))) {
             return false;
         }
-        taken[description.counter_row] = true;
+        taken[each.counter_row] = true;
     }
     return true;
 }
 static_assert(catalogue_is_consistent());
 
-constexpr std::size_t column(Kind kind) {
-    return static_cast<std::size_t>(kind);
-}
-
-/// The run total of each kind, by column.
-constexpr std::array<Count RuleCounts::*, all_kinds.size()> run_totals = {
-    &RuleCounts::exact_total, &RuleCounts::appro_total, &RuleCounts::apped_total};
-
 }  // namespace
-
-void RuleCounts::add(Form form, Kind kind) {
-    ++counters[counter_row(form)][column(kind)];
-    ++(this->*run_totals[column(kind)]);
-}
-
-Count RuleCounts::count(Form form, Kind kind) const {
-    return counters[counter_row(form)][column(kind)];
-}
-
-Count RuleCounts::column_sum(Kind kind) const {
-    Count sum = 0;
-    for (const auto& row : counters) {
-        sum += row[column(kind)];
-    }
-    return sum;
-}
-
-Count RuleCounts::total(Kind kind) const {
-    return this->*run_totals[column(kind)];
-}
 
 }  // namespace korv

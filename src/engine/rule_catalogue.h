@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "base/itemset.h"
-
 namespace korv {
 
 /// How much is known of a rule; at the same time the column of its counter.
@@ -37,10 +35,28 @@ enum class Form : std::size_t {
 };
 // clang-format on
 
+/// How a side of a rule is read and written.
+enum class Mode : char {
+    disjunction = 'O',  ///< a transaction holds at least one of the items: "1 v 4"
+    negation = '!',     ///< it holds none of them: "not(1)not(4)"
+};
+
+/// The itemsets of a pair: a base (f1 or e1) and the difference, the rest of the class.
+enum class Part { base, difference };
+
+/// A side of the rules of a form.
+struct FormSide {
+    Part part;
+    Mode mode;
+
+    bool operator==(const FormSide&) const = default;
+};
+
 struct FormDescription {
     Form form;
     std::string_view label;
     std::string_view text;
+    Part premise;  ///< the other part is the conclusion
     /// Row of the form in RuleCounts::counters. A numbering of its own, not the order of the labels.
     std::size_t counter_row;
 };
@@ -48,49 +64,60 @@ struct FormDescription {
 inline constexpr std::size_t forms_in_a_group = 6;
 
 /// All forms in the order of their labels, which is the order of the report: group after group.
+// clang-format off
 inline constexpr std::array<FormDescription, 24> rule_catalogue = {{
-    {Form::R111, "R111", "e1-->(f1-e1)", 1},          {Form::R112, "R112", "(f1-e1)-->e1", 0},
-    {Form::R121, "R121", "e1-->(f2-e1)", 17},         {Form::R122, "R122", "(f2-e1)-->e1", 16},
-    {Form::R131, "R131", "f1-->(f2-f1)", 9},          {Form::R132, "R132", "(f2-f1)-->f1", 8},
+    {Form::R111, "R111", "e1-->(f1-e1)",           Part::base,       1},
+    {Form::R112, "R112", "(f1-e1)-->e1",           Part::difference, 0},
+    {Form::R121, "R121", "e1-->(f2-e1)",           Part::base,       17},
+    {Form::R122, "R122", "(f2-e1)-->e1",           Part::difference, 16},
+    {Form::R131, "R131", "f1-->(f2-f1)",           Part::base,       9},
+    {Form::R132, "R132", "(f2-f1)-->f1",           Part::difference, 8},
 
-    {Form::R211, "R211", "not(e1)-->not(f1-e1)", 2},  {Form::R212, "R212", "not(f1-e1)-->not(e1)", 3},
-    {Form::R221, "R221", "not(e1)-->not(f2-e1)", 18}, {Form::R222, "R222", "not(f2-e1)-->not(e1)", 19},
-    {Form::R231, "R231", "not(f1)-->not(f2-f1)", 10}, {Form::R232, "R232", "not(f2-f1)-->not(f1)", 11},
+    {Form::R211, "R211", "not(e1)-->not(f1-e1)",   Part::base,       2},
+    {Form::R212, "R212", "not(f1-e1)-->not(e1)",   Part::difference, 3},
+    {Form::R221, "R221", "not(e1)-->not(f2-e1)",   Part::base,       18},
+    {Form::R222, "R222", "not(f2-e1)-->not(e1)",   Part::difference, 19},
+    {Form::R231, "R231", "not(f1)-->not(f2-f1)",   Part::base,       10},
+    {Form::R232, "R232", "not(f2-f1)-->not(f1)",   Part::difference, 11},
 
-    {Form::R311, "R311", "e1-->not(f1-e1)", 4},       {Form::R312, "R312", "(f1-e1)-->not(e1)", 7},
-    {Form::R321, "R321", "e1-->not(f2-e1)", 20},      {Form::R322, "R322", "(f2-e1)-->not(e1)", 23},
-    {Form::R331, "R331", "f1-->not(f2-f1)", 12},      {Form::R332, "R332", "(f2-f1)-->not(f1)", 15},
+    {Form::R311, "R311", "e1-->not(f1-e1)",        Part::base,       4},
+    {Form::R312, "R312", "(f1-e1)-->not(e1)",      Part::difference, 7},
+    {Form::R321, "R321", "e1-->not(f2-e1)",        Part::base,       20},
+    {Form::R322, "R322", "(f2-e1)-->not(e1)",      Part::difference, 23},
+    {Form::R331, "R331", "f1-->not(f2-f1)",        Part::base,       12},
+    {Form::R332, "R332", "(f2-f1)-->not(f1)",      Part::difference, 15},
 
-    {Form::R411, "R411", "not(e1)-->(f1-e1)", 6},     {Form::R412, "R412", "not(f1-e1)-->e1", 5},
-    {Form::R421, "R421", "not(f2-e1)-->e1", 21},      {Form::R422, "R422", "not(e1)-->(f2-e1)", 22},
-    {Form::R431, "R431", "not(f1)-->(f2-f1)", 14},    {Form::R432, "R432", "not(f2-f1)-->f1", 13},
+    {Form::R411, "R411", "not(e1)-->(f1-e1)",      Part::base,       6},
+    {Form::R412, "R412", "not(f1-e1)-->e1",        Part::difference, 5},
+    {Form::R421, "R421", "not(f2-e1)-->e1",        Part::difference, 21},
+    {Form::R422, "R422", "not(e1)-->(f2-e1)",      Part::base,       22},
+    {Form::R431, "R431", "not(f1)-->(f2-f1)",      Part::base,       14},
+    {Form::R432, "R432", "not(f2-f1)-->f1",        Part::difference, 13},
 }};
+// clang-format on
 
-constexpr std::size_t counter_row(Form form) {
-    return rule_catalogue[static_cast<std::size_t>(form)].counter_row;
+constexpr const FormDescription& description(Form form) {
+    return rule_catalogue[static_cast<std::size_t>(form)];
 }
 
-/// What was written, counted twice: by form and kind, and by kind alone. The two are kept separately and both
-/// reported; neither is derived from the other.
-struct RuleCounts {
-    /// Rules by counter row (see counter_row) and kind.
-    std::array<std::array<Count, all_kinds.size()>, rule_catalogue.size()> counters{};
+constexpr std::size_t counter_row(Form form) {
+    return description(form).counter_row;
+}
 
-    Count exact_total = 0;
-    Count appro_total = 0;
-    Count apped_total = 0;
+/// The group of a form, from 1: the first digit of its label.
+constexpr std::size_t group(Form form) {
+    return static_cast<std::size_t>(form) / forms_in_a_group + 1;
+}
 
-    /// Counts one rule of `kind` under `form`, and in the total of its kind.
-    void add(Form form, Kind kind);
+constexpr FormSide premise(Form form) {
+    const bool is_plain = group(form) == 1 || group(form) == 3;
+    return {description(form).premise, is_plain ? Mode::disjunction : Mode::negation};
+}
 
-    /// The counter of a form and kind.
-    Count count(Form form, Kind kind) const;
-
-    /// The sum of a kind's counters over all forms.
-    Count column_sum(Kind kind) const;
-
-    /// The run total of a kind: exact_total, appro_total or apped_total.
-    Count total(Kind kind) const;
-};
+constexpr FormSide conclusion(Form form) {
+    const bool is_plain = group(form) == 1 || group(form) == 4;
+    return {description(form).premise == Part::base ? Part::difference : Part::base,
+            is_plain ? Mode::disjunction : Mode::negation};
+}
 
 }  // namespace korv

@@ -2,27 +2,15 @@
 
 #include <algorithm>
 
+#include "base/itemset_hash.h"
+
 namespace korv {
-
-namespace {
-
-/// FNV-1a over the items; then the high bits are mixed into the low ones, which choose the slot.
-std::uint32_t hash_of(ItemSpan itemset) {
-    std::uint64_t value = 0xCBF29CE484222325;
-    for (const Item item : itemset) {
-        value = (value ^ item) * 0x100000001B3;
-    }
-    value = (value ^ value >> 33) * 0xFF51AFD7ED558CCD;
-    return static_cast<std::uint32_t>(value ^ value >> 33);
-}
-
-}  // namespace
 
 BoundsCache::BoundsCache(std::size_t most_bytes) : most_bytes_(most_bytes), slots_(first_slots) {}
 
 std::pair<SupportBounds&, bool> BoundsCache::try_emplace(ItemSpan itemset) {
     make_room();
-    const std::uint32_t hash = hash_of(itemset);
+    const auto hash = static_cast<std::uint32_t>(hash_of(itemset));
     Slot& slot = slot_of(itemset, hash);
     if (slot.position != no_position) {
         return {bounds_[slot.position], false};

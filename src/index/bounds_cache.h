@@ -6,14 +6,9 @@
 #include <vector>
 
 #include "base/itemset_table.h"
+#include "base/support_bounds.h"
 
 namespace korv {
-
-/// Bounds on the support of an itemset, in transactions.
-struct SupportBounds {
-    Count lower = 0;
-    Count upper = 0;
-};
 
 /// Remembers the bounds of itemsets: a hash table with open addressing.
 ///

@@ -168,18 +168,24 @@ Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const
     return to;
 }
 
-void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const {
+void ItemIndex::find_supersets(ItemSpan itemset, Column from, Column to, ColumnSet& found) const {
     found.clear();
     if (bitmap(itemset.front()) != nullptr) {
-        const auto all = static_cast<Column>(itemsets_.size());
-        for_each_superset_word(itemset, from, all, nullptr,
-                               [&found](std::uint32_t index, std::uint64_t bits) {
-                                   found.push_back({index, bits});
-                                   return false;
-                               });
+        for_each_superset_word(itemset, from, to, nullptr, [&](std::uint32_t index, std::uint64_t bits) {
+            if (index >= word_of(to)) {
+                bits &= index == word_of(to) ? bit_of(to) - 1 : 0;
+            }
+            if (bits != 0) {
+                found.push_back({index, bits});
+            }
+            return index >= word_of(to);
+        });
         return;
     }
     for (const Column column : list(itemset.front(), from)) {
+        if (column >= to) {
+            break;
+        }
         if (!contains(column, itemset)) {
             continue;
         }
@@ -188,6 +194,10 @@ void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) 
         }
         found.back().bits |= bit_of(column);
     }
+}
+
+void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const {
+    find_supersets(itemset, from, static_cast<Column>(itemsets_.size()), found);
 }
 
 void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from) {

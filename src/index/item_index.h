@@ -44,8 +44,11 @@ public:
     /// The same among the columns that are set in the bitmap `among`, of bitmap_words() words.
     Column first_superset(ItemSpan itemset, Column from, Column to, const std::uint64_t* among) const;
 
-    /// Replaces `found` by all columns from `from` on that contain `itemset`, which must not be empty. Costs
+    /// Replaces `found` by all columns of [from, to) that contain `itemset`, which must not be empty. Costs
     /// as much as a search for the first one that finds none.
+    void find_supersets(ItemSpan itemset, Column from, Column to, ColumnSet& found) const;
+
+    /// The same of all columns from `from` on.
     void find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const;
 
     /// Takes out of `columns`, from its word at position `from` on, those that contain `itemset`, which must

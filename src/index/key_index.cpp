@@ -1,6 +1,8 @@
 #include "index/key_index.h"
 
 #include <algorithm>
+#include <bit>
+#include <compare>
 #include <functional>
 #include <limits>
 #include <numeric>
@@ -15,102 +17,200 @@ namespace {
 /// the itemset asked for. With many thousand items there are many more.
 constexpr std::size_t few_tops_for_each_item = 16;
 
+constexpr std::uint32_t no_position = std::numeric_limits<std::uint32_t>::max();
+
+/// The items in the order in which they stand on paths: by descending smallest support of a key that holds
+/// them, then ascending.
+Itemset items_by_rank(const ItemsetTable& keys, const std::vector<KeyOwner>& owners, std::size_t items) {
+    std::vector<Count> smallest_support(items, std::numeric_limits<Count>::max());
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        for (const Item item : keys[key]) {
+            smallest_support[item] = std::min(smallest_support[item], owners[key].support);
+        }
+    }
+    Itemset by_rank(items);
+    std::iota(by_rank.begin(), by_rank.end(), Item{0});
+    std::ranges::sort(by_rank, [&](Item a, Item b) {
+        return smallest_support[a] != smallest_support[b] ? smallest_support[a] > smallest_support[b] : a < b;
+    });
+    return by_rank;
+}
+
 }  // namespace
 
 /// Lays out the nodes, level by level.
 class KeyIndex::Builder {
 public:
-    Builder(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items)
-        : supports_(supports), order_(keys.size()) {
-        make_paths(keys, items);
-        std::iota(order_.begin(), order_.end(), std::uint32_t{0});
-        std::ranges::sort(order_, [this](std::uint32_t a, std::uint32_t b) {
-            return std::ranges::lexicographical_compare(paths_[a], paths_[b]);
-        });
+    Builder(ItemsetTable keys, const std::vector<KeyOwner>& owners, std::size_t items)
+        : item_of_rank_(items_by_rank(keys, owners, items)) {
+        turn_into_paths(keys);
+        sort(keys, owners);
     }
 
-    std::vector<Node> nodes() {
-        nodes_.push_back({});
-        std::vector<Keys> level = {order_};
+    /// Fills what an index is made of.
+    void build(KeyIndex& index) {
+        index.nodes_.push_back({});
+        index.positions_.push_back({no_position, no_position});
+        std::vector<Keys> level = {{0, owners_.size()}};
         for (std::size_t depth = 0; !level.empty(); ++depth) {
-            level = add_children(level, depth);
+            level = add_children(index, level, depth);
         }
-        nodes_.push_back({.first_child = static_cast<std::uint32_t>(nodes_.size())});
-        return std::move(nodes_);
+        index.nodes_.push_back({.first_child = static_cast<std::uint32_t>(index.nodes_.size())});
     }
 
 private:
-    /// The keys whose paths go through a node, in the order of their paths.
-    using Keys = std::span<const std::uint32_t>;
+    /// The keys whose paths go through a node: those from `begin` to `end` - 1.
+    struct Keys {
+        std::size_t begin;
+        std::size_t end;
+    };
+    struct Child {
+        Count largest;
+        Keys keys;
+    };
 
-    void make_paths(const ItemsetTable& keys, std::size_t items) {
-        std::vector<Count> smallest_support(items, std::numeric_limits<Count>::max());
-        for (std::size_t key = 0; key < keys.size(); ++key) {
-            for (const Item item : keys[key]) {
-                smallest_support[item] = std::min(smallest_support[item], supports_[key]);
-            }
+    /// Turns each key into its path: the ranks of its items, ascending.
+    void turn_into_paths(ItemsetTable& keys) const {
+        Itemset rank_of_item(item_of_rank_.size());
+        for (Item rank = 0; rank < item_of_rank_.size(); ++rank) {
+            rank_of_item[item_of_rank_[rank]] = rank;
         }
-        Itemset path;
         for (std::size_t key = 0; key < keys.size(); ++key) {
-            path.assign(keys[key].begin(), keys[key].end());
-            // Stable, so that items of one support stand in one order everywhere.
-            std::ranges::stable_sort(path, std::greater{}, [&](Item item) { return smallest_support[item]; });
-            paths_.push_back(path);
+            const std::span<Item> items = keys.mutable_items(key);
+            std::ranges::transform(items, items.begin(), [&](Item item) { return rank_of_item[item]; });
+            std::ranges::sort(items);
+        }
+    }
+
+    /// Fills `paths_` and `owners_` with the paths in lexicographic order.
+    void sort(const ItemsetTable& paths, const std::vector<KeyOwner>& owners) {
+        // Of few items many fit into the number that decides most comparisons.
+        const auto item_bits = std::max(2U, static_cast<unsigned>(std::bit_width(item_of_rank_.size() + 1)));
+        std::vector<std::pair<std::uint64_t, std::uint32_t>> order;
+        order.reserve(paths.size());
+        for (std::uint32_t key = 0; key < paths.size(); ++key) {
+            order.emplace_back(beginning(paths[key], item_bits), key);
+        }
+        std::ranges::sort(order, [&paths](const auto& a, const auto& b) {
+            return a.first != b.first
+                       ? a.first < b.first
+                       : std::ranges::lexicographical_compare(paths[a.second], paths[b.second]);
+        });
+        paths_.reserve(paths.size(), paths.items());
+        owners_.reserve(owners.size());
+        for (const auto& [begin, key] : order) {
+            paths_.push_back(paths[key]);
+            owners_.push_back(owners[key]);
         }
     }
 
     /// Completes the nodes of a level, the last ones so far, and adds their children. `level`: the keys of
     /// each node. Returns those of each child.
-    std::vector<Keys> add_children(const std::vector<Keys>& level, std::size_t depth) {
+    std::vector<Keys> add_children(KeyIndex& index, const std::vector<Keys>& level, std::size_t depth) {
         std::vector<Keys> next;
-        std::size_t node = nodes_.size() - level.size();
+        std::size_t node = index.nodes_.size() - level.size();
         for (Keys keys : level) {
-            nodes_[node].first_child = static_cast<std::uint32_t>(nodes_.size());
+            index.nodes_[node].first_child = static_cast<std::uint32_t>(index.nodes_.size());
             // A path that ends here comes before those that go on.
-            for (; !keys.empty() && paths_[keys.front()].size() == depth; keys = keys.subspan(1)) {
-                nodes_[node].own = std::max(nodes_[node].own, supports_[keys.front()]);
+            const std::size_t first = keys.begin;
+            while (keys.begin < keys.end && paths_[keys.begin].size() == depth) {
+                ++keys.begin;
             }
-            add_siblings(keys, depth, next);
+            if (first < keys.begin) {
+                set_own(index, node, {first, keys.begin});
+            }
+            add_siblings(index, keys, depth, next);
             ++node;
         }
         return next;
     }
 
-    /// Adds a node for each item that `keys` have at `depth` of their paths.
-    void add_siblings(Keys keys, std::size_t depth, std::vector<Keys>& next) {
+    /// Sets a node's own support and position to those of the equal keys whose paths end there.
+    void set_own(KeyIndex& index, std::size_t node, Keys keys) {
+        const auto begin = owners_.begin() + static_cast<std::ptrdiff_t>(keys.begin);
+        const auto end = owners_.begin() + static_cast<std::ptrdiff_t>(keys.end);
+        // The largest support first; of equal ones the smallest position.
+        const auto own = std::min_element(begin, end, [](const KeyOwner& a, const KeyOwner& b) {
+            return a.support != b.support ? a.support > b.support : a.position < b.position;
+        });
+        index.nodes_[node].own = own->support;
+        index.positions_[node].own = own->position;
+        for (auto twin = begin; twin != end; ++twin) {
+            if (twin->position < own->position) {
+                index.earlier_twins_.push_back({items_of(keys.begin), *twin});
+            }
+        }
+    }
+
+    Itemset items_of(std::size_t key) const {
+        Itemset items;
+        for (const Item rank : paths_[key]) {
+            items.push_back(item_of_rank_[rank]);
+        }
+        return items;
+    }
+
+    /// Adds a node for each rank that `keys` have at `depth` of their paths.
+    void add_siblings(KeyIndex& index, Keys keys, std::size_t depth, std::vector<Keys>& next) {
         siblings_.clear();
-        while (!keys.empty()) {
-            const Item item = paths_[keys.front()][depth];
-            const auto end =
-                std::ranges::find_if(keys, [&](std::uint32_t key) { return paths_[key][depth] != item; });
-            const Keys of_item = keys.first(static_cast<std::size_t>(end - keys.begin()));
-            siblings_.emplace_back(largest_support(of_item), of_item);
-            keys = keys.subspan(of_item.size());
+        while (keys.begin < keys.end) {
+            const Item rank = paths_[keys.begin][depth];
+            Child child = {0, {keys.begin, keys.begin}};
+            for (; child.keys.end < keys.end && paths_[child.keys.end][depth] == rank; ++child.keys.end) {
+                child.largest = std::max(child.largest, owners_[child.keys.end].support);
+            }
+            siblings_.push_back(child);
+            keys.begin = child.keys.end;
         }
-        std::ranges::stable_sort(siblings_, std::greater{}, &std::pair<Count, Keys>::first);
-        for (const auto& [largest, of_item] : siblings_) {
-            nodes_.push_back({.item = paths_[of_item.front()][depth], .largest = largest});
-            next.push_back(of_item);
+        std::ranges::sort(siblings_, [](const Child& a, const Child& b) {
+            return a.largest != b.largest ? a.largest > b.largest : a.keys.begin < b.keys.begin;
+        });
+        for (const auto& [largest, of_child] : siblings_) {
+            index.nodes_.push_back(
+                {.item = item_of_rank_[paths_[of_child.begin][depth]], .largest = largest});
+            index.positions_.push_back({smallest_position(of_child), no_position});
+            next.push_back(of_child);
         }
     }
 
-    Count largest_support(Keys keys) const {
-        Count largest = 0;
-        for (const std::uint32_t key : keys) {
-            largest = std::max(largest, supports_[key]);
+    std::uint32_t smallest_position(Keys keys) const {
+        std::uint32_t smallest = no_position;
+        for (std::size_t key = keys.begin; key < keys.end; ++key) {
+            smallest = std::min(smallest, owners_[key].position);
         }
-        return largest;
+        return smallest;
     }
 
-    const std::vector<Count>& supports_;
-    ItemsetTable paths_;                ///< of each key
-    std::vector<std::uint32_t> order_;  ///< the keys by their paths
-    std::vector<Node> nodes_;
-    std::vector<std::pair<Count, Keys>> siblings_;
+    Itemset item_of_rank_;
+    ItemsetTable paths_;            ///< in lexicographic order
+    std::vector<KeyOwner> owners_;  ///< of each path
+    std::vector<Child> siblings_;
 };
 
-KeyIndex::KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports, std::size_t items)
-    : nodes_(Builder(keys, supports, items).nodes()), top_(items, no_node), is_wanted_(items) {
+/// Marks the items of an itemset as wanted, in its scope.
+class KeyIndex::Wanted {
+public:
+    Wanted(ItemSpan itemset, std::vector<char>& is_wanted) : itemset_(itemset), is_wanted_(is_wanted) {
+        mark(1);
+    }
+    ~Wanted() { mark(0); }
+    Wanted(const Wanted&) = delete;
+    Wanted& operator=(const Wanted&) = delete;
+
+private:
+    void mark(char wanted) {
+        for (const Item item : itemset_) {
+            is_wanted_[item] = wanted;
+        }
+    }
+
+    ItemSpan itemset_;
+    std::vector<char>& is_wanted_;
+};
+
+KeyIndex::KeyIndex(ItemsetTable keys, const std::vector<KeyOwner>& owners, std::size_t items)
+    : top_(items, no_node), is_wanted_(items) {
+    Builder(std::move(keys), owners, items).build(*this);
     const Siblings tops = children(0);
     for (std::uint32_t node = tops.first; node < tops.end; ++node) {
         top_[nodes_[node].item] = node;
@@ -118,15 +218,9 @@ KeyIndex::KeyIndex(const ItemsetTable& keys, const std::vector<Count>& supports,
 }
 
 Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
-    for (const Item item : itemset) {
-        is_wanted_[item] = 1;
-    }
+    const Wanted wanted(itemset, is_wanted_);
     const bool few_tops = children(0).end - children(0).first <= few_tops_for_each_item * itemset.size();
-    const Count largest = few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
-    for (const Item item : itemset) {
-        is_wanted_[item] = 0;
-    }
-    return largest;
+    return few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
 }
 
 /// The same from the root, without looking at those of its children whose item is not wanted.
@@ -163,6 +257,32 @@ Count KeyIndex::search_below(std::uint32_t node, Count largest) {
         }
     }
     return largest;
+}
+
+std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
+    const Wanted wanted(itemset, is_wanted_);
+    pending_.assign(1, children(0));
+    while (!pending_.empty()) {
+        Siblings& siblings = pending_.back();
+        if (siblings.first == siblings.end || nodes_[siblings.first].largest <= least) {
+            pending_.pop_back();
+            continue;
+        }
+        const std::uint32_t next = siblings.first++;
+        if (positions_[next].smallest < before && is_wanted_[nodes_[next].item] != 0) {
+            if (nodes_[next].own > least) {
+                before = std::min(before, positions_[next].own);
+            }
+            pending_.push_back(children(next));
+        }
+    }
+    for (const auto& [key, owner] : earlier_twins_) {
+        const bool is_candidate = owner.support > least && owner.position < before;
+        if (is_candidate && std::ranges::all_of(key, [this](Item item) { return is_wanted_[item] != 0; })) {
+            before = owner.position;
+        }
+    }
+    return before;
 }
 
 }  // namespace korv

@@ -2,6 +2,9 @@
 
 #include <array>
 #include <charconv>
+#include <cstring>
+
+#include "base/number_text.h"
 
 namespace korv {
 
@@ -19,6 +22,16 @@ FileBuffer::FileBuffer() : memory_(buffer_bytes) {
 FileBuffer::~FileBuffer() {
     // Before the members go: the file is still written from the memory.
     close();
+}
+
+char* FileBuffer::room_for(std::size_t bytes) {
+    if (std::cmp_greater(bytes, epptr() - pptr())) {
+        // Writes the buffer.
+        if (failed_ || std::cmp_greater(bytes, buffer_bytes) || pubsync() != 0) {
+            return nullptr;
+        }
+    }
+    return pptr();
 }
 
 /// Appends a text for which there is no room: the buffer, and a text longer than it, are written.
@@ -40,9 +53,8 @@ Output_Manager::Output_Manager(const std::string& file_name) {
 }
 
 Output_Manager& Output_Manager::put(Count number) {
-    std::array<char, 10> digits;
-    const auto* const last = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    return put(std::string_view(digits.begin(), last));
+    std::array<char, most_digits> digits;
+    return put(std::string_view(digits.data(), write_number(number, digits.data())));
 }
 
 Output_Manager& Output_Manager::put(double number) {
@@ -54,9 +66,39 @@ Output_Manager& Output_Manager::put(double number) {
 }
 
 void Output_Manager::write_out_basket(const Itemset& itemset) {
-    for (const Item item : itemset) {
-        put(item).put(" ");
+    constexpr std::size_t most_bytes = most_digits + 1;  // of an item and a blank
+    char* next = file_.room_for(itemset.size() * most_bytes);
+    if (next == nullptr) {
+        for (const Item item : itemset) {
+            put(item).put(" ");
+        }
+        return;
     }
+    for (const Item item : itemset) {
+        if (item < most_texts) {
+            const ItemText& text = text_of(item);
+            std::memcpy(next, &text, sizeof text);
+            next += text.size;
+        } else {
+            next = write_number(item, next);
+            *next++ = ' ';
+        }
+    }
+    file_.advance(next);
+}
+
+/// The text of an item below most_texts.
+const Output_Manager::ItemText& Output_Manager::text_of(Item item) {
+    if (item >= item_texts_.size()) {
+        item_texts_.resize(std::max<std::size_t>(item + 1, 2 * item_texts_.size()));
+    }
+    ItemText& text = item_texts_[item];
+    if (text.size == 0) {
+        char* const blank = write_number(item, text.text.data());
+        *blank = ' ';
+        text.size = static_cast<unsigned char>(blank + 1 - text.text.data());
+    }
+    return text;
 }
 
 }  // namespace korv

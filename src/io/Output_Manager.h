@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -20,6 +22,13 @@ public:
     ~FileBuffer() override;
     FileBuffer(const FileBuffer&) = delete;
     FileBuffer& operator=(const FileBuffer&) = delete;
+
+    /// Where at least so many bytes can be written, which `advance` then appends; nullptr when they would not
+    /// fit even into an empty buffer, or when a text could not be written.
+    char* room_for(std::size_t bytes);
+
+    /// Appends what was written to the room, up to `end`.
+    void advance(const char* end) { pbump(static_cast<int>(end - pptr())); }
 
     /// False when the text, or an earlier one, could not be written.
     bool append(std::string_view text) {
@@ -72,8 +81,19 @@ public:
     void write_out_basket(const Itemset& itemset);
 
 private:
+    /// An item and a blank, as a word of 8 bytes that is copied at once, the rest of it too.
+    struct ItemText {
+        std::array<char, 7> text;
+        unsigned char size = 0;  ///< 0: not made
+    };
+    /// Items below this have a text of their own: at most six digits and a blank.
+    static constexpr Item most_texts = 1'000'000;
+
+    const ItemText& text_of(Item item);
+
     /// The buffer of the stream, in the place of its own.
     FileBuffer file_;
+    std::vector<ItemText> item_texts_;  ///< by item, made when first written
 };
 
 }  // namespace korv

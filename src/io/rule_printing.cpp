@@ -1,9 +1,9 @@
 #include "io/rule_printing.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
-#include <string_view>
+
+#include "base/number_text.h"
 
 namespace korv {
 
@@ -11,22 +11,14 @@ namespace {
 
 constexpr std::string_view separator = "---------------------------\n";
 
-/// Room for an item as it is written on either side, "not(4294967295)".
-constexpr std::size_t item_bytes = 15;
-constexpr std::size_t item_digits = 10;
-
 char* write(std::string_view text, char* out) {
     return std::ranges::copy(text, out).out;
-}
-
-char* write(Item item, char* out) {
-    return std::to_chars(out, out + item_digits, item).ptr;
 }
 
 char* write_disjunction(const Itemset& itemset, char* out) {
     std::string_view before_item;
     for (const Item item : itemset) {
-        out = write(item, write(before_item, out));
+        out = write_number(item, write(before_item, out));
         before_item = " v ";
     }
     return out;
@@ -34,33 +26,37 @@ char* write_disjunction(const Itemset& itemset, char* out) {
 
 char* write_negation(const Itemset& itemset, char* out) {
     for (const Item item : itemset) {
-        out = write(")", write(item, write("not(", out)));
+        out = write(")", write_number(item, write("not(", out)));
     }
     return out;
 }
 
+void make_text(Mode mode, const Itemset& itemset, std::string& text) {
+    if (itemset.empty()) {
+        text = "empty_set";
+        return;
+    }
+    constexpr std::size_t most_item_bytes = most_digits + std::string_view("not()").size();
+    text.resize(itemset.size() * most_item_bytes);
+    const char* const end =
+        (mode == Mode::disjunction ? write_disjunction : write_negation)(itemset, text.data());
+    text.resize(static_cast<std::size_t>(end - text.data()));
+}
+
 }  // namespace
 
-const std::string& Side::text() const {
-    if (!text_.empty()) {
-        return text_;
+void Sides::refer_to(const Itemset& itemset) {
+    itemset_ = &itemset;
+    disjunction_.clear();
+    negation_.clear();
+}
+
+const std::string& Sides::text(Mode mode) {
+    std::string& text = mode == Mode::disjunction ? disjunction_ : negation_;
+    if (text.empty()) {
+        make_text(mode, *itemset_, text);
     }
-    if (itemset_.empty()) {
-        text_ = "empty_set";
-        return text_;
-    }
-    text_.resize(itemset_.size() * item_bytes);
-    char* end = text_.data();
-    switch (mode_) {
-        case Mode::disjunction:
-            end = write_disjunction(itemset_, end);
-            break;
-        case Mode::negation:
-            end = write_negation(itemset_, end);
-            break;
-    }
-    text_.resize(static_cast<std::size_t>(end - text_.data()));
-    return text_;
+    return text;
 }
 
 void entete_fichier(const char* title, Output_Manager& out) {
@@ -68,24 +64,24 @@ void entete_fichier(const char* title, Output_Manager& out) {
     out << stars << title << stars;
 }
 
-void afficher_regle(const Side& premise, const Side& conclusion, Output_Manager& out) {
-    out.put(premise.text()).put("-->").put(conclusion.text()).put("\n");
+void afficher_regle(std::string_view premise, std::string_view conclusion, Output_Manager& out) {
+    out.put(premise).put("-->").put(conclusion).put("\n");
 }
 
 void afficher_supp(Count support, Output_Manager& out) {
     out.put("support:").put(support).put("\n\n");
 }
 
-void afficher_supp_approx(const SupportInterval& support, Output_Manager& out) {
-    out.put(support.low).put("< support <").put(support.high).put("\n");
+void afficher_supp_approx(Count low, Count high, Output_Manager& out) {
+    out.put(low).put("< support <").put(high).put("\n");
 }
 
 void afficher_conf(double confidence, Output_Manager& out) {
     out.put("confiance:").put(confidence).put("\n").put(separator);
 }
 
-void afficher_conf_approx(const ConfidenceInterval& confidence, Output_Manager& out) {
-    out.put(confidence.low).put("< confiance <").put(confidence.high).put("\n").put(separator);
+void afficher_conf_approx(double low, double high, Output_Manager& out) {
+    out.put(low).put("< confiance <").put(high).put("\n").put(separator);
 }
 
 }  // namespace korv

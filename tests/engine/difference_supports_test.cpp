@@ -24,17 +24,13 @@ protected:
         lattice_.dci_map = classes;
         lattice_.hash_table.clear();
         lattice_.Load_Hash_table();
-        indexes_.emplace(lattice_.dci_map);
+        indexes_.emplace(lattice_.hash_table);
     }
 
-    std::optional<Answer> settle(NodeRef whole, const Itemset& part, Count lower) {
-        Answer answer = {0, lower, whole->second.support};
-        const auto settled = indexes_->settle(part, answer.lower, answer.upper);
-        if (!settled) {
-            return std::nullopt;
-        }
-        answer.support = *settled;
-        return answer;
+    Answer settle(NodeRef whole, const Itemset& part, Count lower) {
+        SupportBounds bounds = {lower, whole->second.support};
+        const Count support = indexes_->settle(part, bounds);
+        return {support, bounds.lower, bounds.upper};
     }
 
     Answer walk(NodeRef whole, const Itemset& part, Count lower) const {
@@ -50,18 +46,13 @@ protected:
             std::ranges::copy_if(whole->first, std::back_inserter(part),
                                  [&](Item) { return random() % 3 != 0; });
             const Count lower = random() % 2 == 0 ? 0 : static_cast<Count>(random() % 6);
-            ++asked_;
-            auto answer = settle(whole, part, lower);
-            if (!answer) {
-                continue;
-            }
-            ++answered_;
+            Answer answer = settle(whole, part, lower);
             Answer walked = walk(whole, part, lower);
             if (walked.support != 0) {
                 walked = {walked.support, 0, 0};
-                *answer = {answer->support, 0, 0};
+                answer = {answer.support, 0, 0};
             }
-            ASSERT_EQ(*answer, walked)
+            ASSERT_EQ(answer, walked)
                 << testing::PrintToString(part) << " of " << testing::PrintToString(whole->first);
         }
     }
@@ -77,8 +68,6 @@ protected:
 
     Lattice& lattice_;
     std::optional<DifferenceSupports> indexes_;
-    std::size_t asked_ = 0;
-    std::size_t answered_ = 0;
 };
 
 TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverContradictoryClasses) {
@@ -89,9 +78,6 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverContradictoryClasses) {
         fill(test::contradictory_classes(random));
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
-    // Most families contradict themselves; those that do not are answered.
-    EXPECT_GT(answered_, asked_ / 50);
-    EXPECT_LT(answered_, asked_);
 }
 
 TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverSomeClassesOfADatabase) {
@@ -103,7 +89,6 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverSomeClassesOfADatabase) {
         fill(test::some_classes(transactions, 7, 10, random));
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
-    EXPECT_GT(answered_, asked_ / 2);
 }
 
 TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
@@ -116,35 +101,12 @@ TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverManyClasses) {
         ASSERT_GT(lattice_.dci_map.size(), 600U);  // many words of a bitmap
         ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
     }
-    EXPECT_GT(answered_, asked_ / 2);
 }
 
 TEST_F(DifferenceSupportsTest, AnswersAsTheWalkDoesOverClassesOfManyItems) {
     std::mt19937 random(4);
     fill(test::sparse_classes(4500, 700, random));
     ASSERT_NO_FATAL_FAILURE(expect_all_as_walked(random));
-    EXPECT_GT(answered_, asked_ / 2);
-}
-
-TEST_F(DifferenceSupportsTest, LeaveAClosedItemsetOfSupport0ToTheWalk) {
-    fill({{{1}, {0, {}}}, {{1, 2}, {0, {}}}});
-    EXPECT_EQ(settle(node({1, 2}), {1}, 0), std::nullopt);
-}
-
-TEST_F(DifferenceSupportsTest, LeaveClassesWithAnEmptyEssentialToTheWalk) {
-    fill({{{1, 2}, {5, {{}}}}});
-    EXPECT_EQ(settle(node({1, 2}), {1}, 0), std::nullopt);
-}
-
-TEST_F(DifferenceSupportsTest, LeaveAClassThatHoldsAKeyOfMoreSupportToTheWalk) {
-    fill({{{1}, {6, {}}}, {{1, 2}, {5, {}}}});
-    EXPECT_EQ(settle(node({1, 2}), {2}, 0), std::nullopt);
-}
-
-TEST_F(DifferenceSupportsTest, LeaveAClassBelowTheStartingBoundToTheWalk) {
-    fill({{{1, 2}, {3, {}}}, {{1, 3, 4}, {7, {}}}});
-    EXPECT_EQ(settle(node({1, 3, 4}), {1}, 2), (Answer{0, 2, 3}));
-    EXPECT_EQ(settle(node({1, 3, 4}), {1}, 4), std::nullopt);
 }
 
 TEST_F(DifferenceSupportsTest, FindTheSupportWhereBoundsMeet) {

@@ -1,11 +1,11 @@
-#include "engine/rule_catalogue.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <numeric>
 #include <ostream>
 #include <string>
+
+#include "engine/rule_counts.h"
 
 namespace korv {
 namespace {

@@ -10,7 +10,11 @@ namespace korv {
 namespace {
 
 KeyIndex index_of(const std::vector<Itemset>& keys, const std::vector<Count>& supports, std::size_t items) {
-    return {test::table_of(keys), supports, items};
+    std::vector<KeyOwner> owners;
+    for (const Count support : supports) {
+        owners.push_back({support, static_cast<std::uint32_t>(owners.size())});
+    }
+    return {test::table_of(keys), owners, items};
 }
 
 /// The definition of KeyIndex::largest_support_within.

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/itemset.h"
-#include "io/rule_printing.h"
+#include "engine/rule_catalogue.h"
 
 namespace korv::test {
 

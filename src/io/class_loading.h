@@ -1,0 +1,23 @@
+#pragma once
+
+#include <istream>
+#include <utility>
+#include <vector>
+
+#include "base/itemset.h"
+#include "engine/classes.h"
+
+namespace korv {
+
+/// Records of a class file, in its order: closed itemset and data.
+using Records = std::vector<std::pair<Itemset, data>>;
+
+/// The classes of the records; of two records of the same closed itemset the later one stays. No threshold is
+/// applied. O(total length of the itemsets + records * log records).
+ClassMap to_classes(Records records);
+
+/// The classes of a class file: of its records up to its end, or to the first one without items. See
+/// ClassFileReader for what becomes of malformed records.
+ClassMap read_classes(std::istream& input);
+
+}  // namespace korv
