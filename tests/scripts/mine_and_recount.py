@@ -4,8 +4,9 @@
 usage: mine_and_recount.py KORV_MINE KORV TRANSACTIONS MIN_SUPPORT MINSUPP MINCONF
 
 TRANSACTIONS is in the FIMI format. Mines classes, closed over all items, derives the rules, and counts the support and
-the confidence of each exact and approximative rule in the transactions; of the others, whether the ends hold. Prints how
-many rules were counted; ends with status 1 at the first that is wrong.
+the confidence of each rule in the transactions. Those of exact and approximative rules must be as printed, those of
+approximated rules within the printed bounds. Prints how many rules were counted; ends with status 1 at the first rule
+that is wrong.
 """
 
 import pathlib
@@ -71,8 +72,8 @@ def main():
         directory = pathlib.Path(name)
         subprocess.run([korv_mine, transactions, "-s", min_support, "--closure-items", "all", "-q", "-o", "classes"],
                        cwd=directory, check=True)
-        subprocess.run([korv, "run", "classes", minsupp, minconf, str(database.transactions)], cwd=directory, check=True,
-                       stdout=subprocess.DEVNULL)
+        subprocess.run([korv, "run", "classes", minsupp, minconf, str(database.transactions)], cwd=directory,
+                       check=True, stdout=subprocess.DEVNULL)
         counted = 0
         for path in sorted(directory.glob("int*.txt")):
             text = path.read_text(encoding="ascii")

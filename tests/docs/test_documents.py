@@ -1,0 +1,601 @@
+#!/usr/bin/env python3
+"""The documents against the programs: commands are run, excerpts are found in what was written, numbers are counted.
+
+usage: test_documents.py KORV KORV_MINE
+
+Each document has a table that says of each of its blocks, in order, what it is. A block that the table does not have
+fails the test, and so does one that the table has and the document has not.
+"""
+
+import itertools
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from collections import Counter
+from pathlib import Path
+from typing import Callable, NamedTuple, Union
+
+from documents import MAN_PAGES, MARKDOWN, TOP, Block, anchors, blocks, links, section, table_rows, text_of
+
+PROGRAMS: dict[str, Path] = {}  # set from the command line, by name
+
+
+class Run(NamedTuple):
+    """Commands that are run. Their output goes to the files run-1.stdout, run-1.stderr, run-2.stdout and so on."""
+
+    begins: str
+    status: int = 0
+
+
+class Records(NamedTuple):
+    """Records of a rule file, each of them there as it is, but not necessarily one behind the other."""
+
+    begins: str
+    file: str
+
+
+class Pieces(NamedTuple):
+    """The beginning of a file; a line "..." stands for any lines."""
+
+    begins: str
+    file: str
+
+
+class Excerpt(NamedTuple):
+    """Lines of a file, one behind the other. Times and memory may differ."""
+
+    begins: str
+    file: str
+
+
+class Whole(NamedTuple):
+    """All that a file holds, but for `before`, which stands before it. Times and memory may differ."""
+
+    begins: str
+    file: str
+    before: str = ""
+
+
+class ClassFile(NamedTuple):
+    """A class file as it is shown, <TAB> for TAB: a run reads one class from it."""
+
+    begins: str
+    closed_itemset: str
+    support: int
+    essentials: str
+
+
+class Successors(NamedTuple):
+    """Successors in a notation of the document's own, against a lattice file."""
+
+    begins: str
+    file: str
+
+
+class ForShow(NamedTuple):
+    """Neither run nor compared, and why."""
+
+    begins: str
+    why: str
+
+
+Entry = Union[Run, Records, Pieces, Excerpt, Whole, ClassFile, Successors, ForShow]
+
+BUILDS = "builds the project; .ci/run does it"
+DEVELOPS = "for people who work on the project; .ci/run does it"
+
+TABLE: dict[str, list[Entry]] = {
+    "README.md": [
+        ForShow("./scripts/demo", BUILDS),
+        ForShow("cmake -S . -B build", BUILDS),
+        Run("build/korv-mine persons.csv"),
+        Run("build/korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
+        Pieces("If class=crew,", "run-2.explained"),
+        Records("7-->3 v 10", "intra_exact_titanic_100_0.6.txt"),
+        Records("8-->4 v 9", "inter_approx_titanic_100_0.6.txt"),
+        ForShow("korv LABEL CLASSFILE MINSUPP MINCONF N", "a synopsis"),
+        ClassFile("1 4<TAB>5<TAB> 1,", "1 4", 5, "1"),
+    ],
+    "docs/class-file.md": [
+        ForShow("file       = { record } ;", "a grammar; test_class_file.py runs the examples of this document"),
+        Run("grep -nvP", status=1),
+    ],
+    "docs/mining.md": [
+        Run("korv-mine persons.csv --format table"),
+        Run("korv-mine examples/titanic/titanic.dat"),
+        Whole("transactions        2201", "run-2.stderr"),
+    ],
+    "docs/output-files.md": [
+        Pieces("\t\t\t*****", "Lattice_shop_1.txt"),
+        Excerpt("*****", "Lattice_shop_1.txt"),
+        Pieces("\t\t\t*****", "intra_exact_shop_1_0.5.txt"),
+        Records("3-->2 v 4", "intra_exact_shop_1_0.5.txt"),
+        Records("2 v 4-->3", "intra_approx_shop_1_0.5.txt"),
+        Records("1 v 4-->not(2)not(3)", "inter_approx_part_1_0.5.txt"),
+        Records("not(2)not(3)-->not(4)", "inter_approx_part_1_0.5.txt"),
+        Excerpt("3-->2 v 4", "intra_exact_zero_0_0.txt"),
+        Records("not(2)not(3)-->4", "inter_approx_zero_0_0.txt"),
+        Pieces("Number of exact rules: 32", "number_rules_shop_1_0.5.txt"),
+        Excerpt("Number of exact rules: 32", "number_rules_shop_1_0.5.txt"),
+        Whole("  ******", "shop.stdout", before="\n"),
+    ],
+    "docs/rules.md": [
+        Run("printf "),
+        Successors("{1 2 3 4} -> {1 4}, {2 3 4}", "Lattice_shop_1.txt"),
+        Run("grep -vP '^2 3"),
+        Records("not(3)-->not(2)not(4)", "intra_approx_part_1_0.5.txt"),
+        Records("1 v 4-->not(2)not(3)", "inter_approx_part_1_0.5.txt"),
+    ],
+    "examples/titanic/README.md": [
+        Run("build/korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
+        Pieces("If class=crew,", "run-1.explained"),
+        Records("7-->3 v 10", "intra_exact_titanic_100_0.6.txt"),
+        Records("not(3)not(10)-->not(7)", "intra_exact_titanic_100_0.6.txt"),
+        Records("not(8)-->not(4)", "intra_exact_titanic_100_0.6.txt"),
+        Records("1-->10", "inter_approx_titanic_100_0.6.txt"),
+        Records("8-->4 v 9", "inter_approx_titanic_100_0.6.txt"),
+        Records("1 v 2 v 4-->8 v 10", "intra_exact_titanic_100_0.6.txt"),
+    ],
+    "man/korv-mine.1": [
+        Run("korv-mine persons.csv"),
+    ],
+    "man/korv.1": [
+        Run("korv mush mushroom.txt 300 0.8 8124"),
+        Run("gzip -dc mushroom.txt.gz"),
+        Run("printf "),
+    ],
+    "ARCHITECTURE.md": [],
+    "CHANGELOG.md": [],
+    "CONTRIBUTING.md": [
+        ForShow("./scripts/test", DEVELOPS),
+    ],
+    "bench/README.md": [
+        ForShow("bench/run", "measures for minutes, and files that are not bundled; .ci/run runs it on the sample"),
+    ],
+}
+
+
+def sample(name: str) -> Path:
+    return TOP / "examples" / "titanic" / name
+
+
+def sample_transactions() -> list[frozenset[str]]:
+    return [frozenset(line.split()) for line in sample("titanic.dat").read_text(encoding="ascii").splitlines()]
+
+
+def write_persons(directory: Path) -> None:
+    """A table of as many persons as the documents speak of, with a column of numbers to cut."""
+    names = dict(line.split("\t") for line in sample("titanic.names").read_text(encoding="ascii").splitlines())
+    rows = ["class,sex,grown,survived,age"]
+    for number, items in enumerate(sample_transactions()):
+        values = [names[item].partition("=")[2] for item in sorted(items, key=int)]
+        rows.append(",".join(values + [str(number * 7 % 80)]))
+    (directory / "persons.csv").write_text("\n".join(rows) + "\n", encoding="ascii")
+
+
+def write_class_file(directory: Path) -> None:
+    shutil.copy(sample("titanic.classes"), directory / "classes.txt")
+
+
+def write_mushrooms(directory: Path) -> None:
+    """Any class file will do for the man page."""
+    shutil.copy(sample("titanic.classes"), directory / "mushroom.txt")
+    subprocess.run(["gzip", "-k", "mushroom.txt"], cwd=directory, check=True)
+
+
+def run_worked_example(directory: Path) -> None:
+    """The two runs of docs/rules.md, and one of the class file of the second with both thresholds 0."""
+    first, _, second, *_ = blocks("docs/rules.md")
+    commands = first.text + "korv shop shop.txt 1 0.5 6 >shop.stdout\n" + second.text + "korv zero part.txt 0 0 6\n"
+    shell(commands, directory)
+
+
+# What a document takes for granted in the current directory.
+GIVEN: dict[str, Callable[[Path], None]] = {
+    "README.md": write_persons,
+    "docs/class-file.md": write_class_file,
+    "docs/mining.md": write_persons,
+    "docs/output-files.md": run_worked_example,
+    "man/korv-mine.1": write_persons,
+    "man/korv.1": write_mushrooms,
+}
+
+
+def shell(commands: str, directory: Path) -> subprocess.CompletedProcess[bytes]:
+    """Runs commands as if the programs were installed."""
+    environment = dict(os.environ, PATH=f"{directory / 'build'}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
+    return subprocess.run(["sh", "-e", "-c", commands], cwd=directory, env=environment, check=False,
+                          capture_output=True)
+
+
+def laid_out(document: str, directory: Path) -> None:
+    """The directory as a document takes it to be: programs, sample, scripts and what is given."""
+    (directory / "build").mkdir()
+    for name, path in PROGRAMS.items():
+        (directory / "build" / name).symlink_to(path)
+    (directory / "examples").symlink_to(TOP / "examples")
+    (directory / "scripts").symlink_to(TOP / "scripts")
+    GIVEN.get(document, lambda _: None)(directory)
+
+
+def run_blocks(document: str, directory: Path) -> list[str]:
+    """Runs the commands of a document in order; what went wrong."""
+    laid_out(document, directory)
+    wrong = []
+    number = 0
+    for entry, block in zip(TABLE[document], blocks(document)):
+        if not isinstance(entry, Run):
+            continue
+        number += 1
+        done = shell(block.text, directory)
+        (directory / f"run-{number}.stdout").write_bytes(done.stdout)
+        (directory / f"run-{number}.stderr").write_bytes(done.stderr)
+        # Of a run of korv and explain-rules, what the latter says.
+        (directory / f"run-{number}.explained").write_bytes(done.stdout[done.stdout.find(b"\nIf ") + 1:])
+        if done.returncode != entry.status:
+            wrong.append(f"{document}:{block.line}: status {done.returncode}; expected {entry.status}\n"
+                         + done.stderr.decode(errors="replace"))
+    return wrong
+
+
+def masked(text: str) -> str:
+    """The text without the numbers that differ from run to run: times, and memory."""
+    text = re.sub(r"^(Time spent by .* = )[0-9.e-]+$", r"\1#", text, flags=re.MULTILINE)
+    return re.sub(r"^(time|peak memory)( +)[0-9.]+ (s|MiB)$", r"\1\2# \3", text, flags=re.MULTILINE)
+
+
+def records_of(text: str) -> list[str]:
+    """A text cut before each rule line; what stands before the first one belongs to it."""
+    return re.split(r"\n(?=[^\n]*-->)", text.removesuffix("\n"))
+
+
+def has_lines(text: str, lines: str) -> bool:
+    """Whether whole lines are in a text, one behind the other."""
+    return ("\n" + lines) in ("\n" + text)
+
+
+def pieces_are_in(text: str, excerpt: str) -> bool:
+    """Whether a text begins with the first piece of an excerpt, and holds the others behind it in their order."""
+    first, *others = re.split(r"^\.\.\.\n", excerpt, flags=re.MULTILINE)
+    if not text.startswith(first):
+        return False
+    position = len(first)
+    for piece in others:
+        position = text.find("\n" + piece, position - 1)
+        if position < 0:
+            return False
+        position += 1 + len(piece)
+    return True
+
+
+def lattice_of(text: str) -> dict[str, dict[str, object]]:
+    """The classes of a lattice file: support, essential itemsets and successors by closed itemset."""
+    def itemsets(line: str) -> list[str]:
+        return [] if line == "VIDE" else [part.strip() for part in line.split(";") if part.strip()]
+
+    found = {}
+    for closed, support, essentials, successors in re.findall(
+            r"^DCP:  (.*)\nDisjonctive support: (\d+)\nles essentiels:  (.*)\nles successeurs: (.*)\n", text,
+            re.MULTILINE):
+        found[closed.strip()] = {"support": int(support), "essentials": itemsets(essentials),
+                                 "successors": itemsets(successors)}
+    return found
+
+
+def shown_successors(text: str) -> dict[str, list[str]]:
+    found = {}
+    for line in text.splitlines():
+        closed, successors = re.split(r" *-> *", line)
+        found[closed.strip("{}")] = re.findall(r"\{([^}]*)\}", successors)
+    return found
+
+
+def agrees(entry: Entry, block: Block, directory: Path) -> bool:
+    """Whether an excerpt is what was written."""
+    if isinstance(entry, ClassFile):
+        (directory / "shown.classes").write_text(block.text.replace("<TAB>", "\t"), encoding="ascii")
+        done = shell("korv shown shown.classes 1 0.5 100", directory)
+        lattice = lattice_of((directory / "Lattice_shown_1.txt").read_text(encoding="utf-8"))
+        return b"fin de fichier" not in done.stdout and lattice == {
+            entry.closed_itemset: {"support": entry.support, "essentials": [entry.essentials], "successors": []}}
+    written = masked((directory / entry.file).read_text(encoding="utf-8"))
+    shown = masked(block.text)
+    if isinstance(entry, Records):
+        ends = [record if record.endswith("\n") else record + "\n" for record in records_of(shown)]
+        return "-->" in shown and all(has_lines(written, record) for record in ends)
+    if isinstance(entry, Pieces):
+        return pieces_are_in(written, shown)
+    if isinstance(entry, Excerpt):
+        return has_lines(written, shown)
+    if isinstance(entry, Whole):
+        return written == entry.before + shown
+    return isinstance(entry, Successors) and shown_successors(shown) == {
+        closed: of_class["successors"] for closed, of_class in lattice_of(written).items()}
+
+
+class InDirectory(unittest.TestCase):
+    def setUp(self) -> None:
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = Path(directory.name)
+
+    def ran(self, document: str) -> Path:
+        """A directory of its own in which the commands of a document were run."""
+        directory = self.directory / document.replace("/", "_")
+        directory.mkdir()
+        self.assertEqual(run_blocks(document, directory), [])
+        return directory
+
+
+class Blocks(InDirectory):
+    def test_every_document_has_a_table_of_its_blocks(self) -> None:
+        self.assertEqual(sorted(TABLE), sorted(MARKDOWN + MAN_PAGES))
+
+    def test_the_table_says_of_every_block_what_it_is(self) -> None:
+        for document, entries in TABLE.items():
+            found = blocks(document)
+            for entry, block in itertools.zip_longest(entries, found):
+                with self.subTest(document=document, line=block.line if block else None):
+                    self.assertIsNotNone(entry, "this block is not in the table of test_documents.py")
+                    self.assertIsNotNone(block, f"the document has no block {entry}")
+                    self.assertEqual(block.first_line[:len(entry.begins)], entry.begins)
+
+    def test_commands_run_and_excerpts_are_what_is_written(self) -> None:
+        for document, entries in TABLE.items():
+            directory = self.ran(document)
+            for entry, block in zip(entries, blocks(document)):
+                if not isinstance(entry, (Run, ForShow)):
+                    with self.subTest(document=document, line=block.line):
+                        self.assertTrue(agrees(entry, block, directory), "not found as it is shown:\n" + block.text)
+
+    def test_programs_of_commands_for_show_are_there(self) -> None:
+        programs = set()
+        for document, entries in TABLE.items():
+            for entry, block in zip(entries, blocks(document)):
+                if isinstance(entry, ForShow):
+                    for program in re.findall(r"(?:^|&& )((?:\./)?\.?\w+/[\w.-]+)", block.text, re.MULTILINE):
+                        programs.add(program)
+                        with self.subTest(document=document, program=program):
+                            self.assertTrue(os.access(TOP / program, os.X_OK))
+        self.assertLess({"./scripts/demo", "./scripts/test", ".ci/run", "bench/run"}, programs)
+
+
+class Links(unittest.TestCase):
+    def test_lead_to_files_and_headings(self) -> None:
+        for document in MARKDOWN:
+            for link in links(text_of(document)):
+                if re.match(r"https?:", link):
+                    continue
+                with self.subTest(document=document, link=link):
+                    file, _, anchor = link.partition("#")
+                    target = ((TOP / document).parent / file).resolve() if file else TOP / document
+                    self.assertTrue(target.exists(), "there is no such file")
+                    if anchor:
+                        self.assertIn(anchor, anchors(target.read_text(encoding="utf-8")))
+
+    def test_lists_of_sections_name_them_all(self) -> None:
+        for document in ("docs/output-files.md", "docs/rules.md"):
+            text = text_of(document)
+            listed = re.findall(r"^- \[.*\]\(#(.*)\)$", text, re.MULTILINE)
+            headings = re.findall(r"^## (.*)$", text, re.MULTILINE)
+            self.assertEqual(listed, [heading.lower().replace(" ", "-") for heading in headings], document)
+
+
+class Text(unittest.TestCase):
+    def test_code_spans_are_closed_in_their_line(self) -> None:
+        for document in MARKDOWN:
+            fenced = False
+            for number, line in enumerate(text_of(document).split("\n"), start=1):
+                if line.startswith("```"):
+                    fenced = not fenced
+                elif not fenced:
+                    self.assertEqual(line.count("`") % 2, 0, f"{document}:{number}: a code span that is not closed")
+
+
+class Numbers(InDirectory):
+    """Numbers in sentences."""
+
+    def numbers(self, document: str, pattern: str) -> list[int]:
+        """The numbers in the one sentence that a pattern matches; a blank stands for any white space."""
+        found = re.findall(pattern.replace(" ", r"\s+"), text_of(document))
+        self.assertEqual(len(found), 1, f"{document}: {pattern}")
+        groups = found[0] if isinstance(found[0], tuple) else (found[0],)
+        return [int(number.replace(",", "")) for number in groups]
+
+    def printed(self, output: Path) -> list[int]:
+        """The numbers of exact, approximative and approximated rules that a run printed."""
+        return [int(re.search(rf"^Number of {kind} rules: (\d+)$", output.read_text(), re.MULTILINE)[1])
+                for kind in ("exact", "approximative", "approximated")]
+
+    def test_of_the_rules_of_the_sample(self) -> None:
+        directory = self.ran("examples/titanic/README.md")
+        exact, approximative, approximated = self.printed(directory / "run-1.stdout")
+        texts = {path.name.partition("_titanic")[0]: path.read_text() for path in directory.glob("int*.txt")}
+        rules = {name: re.findall(r"^.*-->.*$", text, re.MULTILINE) for name, text in texts.items()}
+        every = [rule for of_file in rules.values() for rule in of_file]
+        self.assertEqual(
+            self.numbers("examples/titanic/README.md",
+                         r"writes ([\d,]+) rules: (\d+) exact, (\d+) approximative, (\d+) approximated"),
+            [len(every), exact, approximative, approximated])
+        self.assertEqual(self.numbers("examples/titanic/README.md", r"\((\d+) of them repeat another one"),
+                         [len(every) - len(set(every))])
+        self.assertEqual(
+            self.numbers("README.md", r"there are (\d+) of them, so the two exact files hold (\d+) rules although the "
+                                      r"program reports (\d+)"),
+            [texts["intra_exact"].count("< support <"), len(rules["intra_exact"]) + len(rules["inter_exact"]), exact])
+        intervals = re.findall(r"`(\d+< support <\d+|[\d.]+< confiance <[\d.]+)`", text_of("README.md"))
+        self.assertEqual(len(intervals), 2)
+        self.assertTrue(has_lines(texts["intra_approx"], "\n".join(intervals) + "\n"))
+
+    def test_of_the_persons_of_the_sample(self) -> None:
+        document = "examples/titanic/README.md"
+        persons = sample_transactions()
+
+        def count(some: Callable[[frozenset[str]], object]) -> int:
+            return sum(1 for person in persons if some(person))
+
+        adults = count(lambda person: "8" in person)
+        lost = count(lambda person: "8" in person and person & {"4", "9"})
+        first_class, saved = count(lambda person: "1" in person), count(lambda person: {"1", "10"} <= person)
+        self.assertEqual(self.numbers(document, r"# The sample: ([\d,]+) persons"), [len(persons)])
+        self.assertEqual(self.numbers(document, r"All (\d+) children"), [count(lambda person: "7" in person)])
+        self.assertEqual(self.numbers(document, r"of the (\d+) persons who neither travelled third class nor survived"),
+                         [count(lambda person: not person & {"3", "10"})])
+        self.assertEqual(count(lambda person: not person & {"3", "10"} and "7" in person), 0)
+        self.assertEqual(self.numbers(document, r"None of the (\d+) who were not adults"),
+                         [count(lambda person: "8" not in person)])
+        self.assertEqual(count(lambda person: "4" in person and "8" not in person), 0)
+        self.assertEqual(self.numbers(document, r"Of the (\d+) passengers of the first class, (\d+) \((\d+) %\)"),
+                         [first_class, saved, round(100 * saved / first_class)])
+        self.assertEqual(
+            self.numbers(document, r"Of the ([\d,]+) adults, ([\d,]+) \((\d+) %\) .* survivors were a minority of "
+                                   r"(\d+)"),
+            [adults, lost, round(100 * lost / adults), adults - lost])
+        self.assertEqual(self.numbers("README.md", r"Of the adults, ([\d,]+) \((\d+) %\)"),
+                         [lost, round(100 * lost / adults)])
+        self.assertEqual(self.numbers(document, r"In the transactions there are ([\d,]+) of them"),
+                         [count(lambda person: person & {"1", "2", "4"})])
+
+    def test_of_the_classes_of_the_sample(self) -> None:
+        persons = set(sample_transactions())
+        items = sorted(set().union(*persons))
+
+        def closure(itemset: frozenset[str]) -> frozenset[str]:
+            return frozenset(item for item in items
+                             if all(person & itemset for person in persons if item in person))
+
+        closed = {closure(frozenset(some)) for size in range(1, len(items) + 1)
+                  for some in itertools.combinations(items, size)}
+        listed = len(sample("titanic.classes").read_text(encoding="ascii").splitlines())
+        self.assertEqual(self.numbers("examples/titanic/README.md", r"(\d+) of the (\d+) classes of the database"),
+                         [listed, len(closed)])
+
+    def test_of_the_rules_of_the_worked_example(self) -> None:
+        directory = self.ran("docs/rules.md")
+        exact, approximative, approximated = self.printed(directory / "run-1.stdout")
+        self.assertEqual(self.numbers("docs/rules.md", r"whole run writes (\d+) exact and (\d+) approximative rules"),
+                         [exact, approximative])
+        self.assertEqual(approximated, 0)
+        self.assertEqual(
+            self.numbers("docs/rules.md", r"writes (\d+) exact, (\d+) approximative and (\d+) approximated rules"),
+            self.printed(directory / "run-2.stdout"))
+
+    def test_of_the_counters_of_the_worked_example(self) -> None:
+        directory = self.ran("docs/output-files.md")
+        counts = (directory / "number_rules_shop_1_0.5.txt").read_text()
+        rules = {name: (directory / f"{name}_shop_1_0.5.txt").read_text() for name in ("intra_approx", "inter_exact")}
+        sides = {name: Counter(re.findall(r"^(not)?[^-\n]*-->(not)?", text, re.MULTILINE))
+                 for name, text in rules.items()}
+
+        def counter(kind: str, form: str) -> int:
+            return int(re.search(rf"{kind}  of the form  {form} = .*\t(\d+)$", counts, re.MULTILINE)[1])
+
+        self.assertEqual(self.numbers("docs/output-files.md", r"section shows (\d+) for R111: four of .* and two are"),
+                         [counter("appro", "R111")])
+        self.assertEqual((sides["intra_approx"]["", ""], sides["intra_approx"]["not", "not"]), (4, 2))
+        self.assertEqual(self.numbers("docs/output-files.md", r"section shows (\d+) for R232: one of .* and two are"),
+                         [counter("exact", "R232")])
+        self.assertEqual(sides["inter_exact"]["not", "not"], 1 + 2)
+
+
+class NextCommand(InDirectory):
+    def test_is_printed_by_korv_mine_as_the_documents_show_it(self) -> None:
+        for document, position in (("README.md", 2), ("docs/mining.md", 0), ("man/korv-mine.1", 0)):
+            with self.subTest(document=document):
+                _, shown = blocks(document)[position].text.splitlines()
+                summary = (self.ran(document) / "run-1.stderr").read_text()
+                self.assertTrue(summary.endswith("To derive rules: " + shown.removeprefix("build/") + "\n"), summary)
+
+
+class Tables(InDirectory):
+    def test_rules_of_the_worked_example_are_written_as_the_tables_say(self) -> None:
+        directory = self.ran("docs/rules.md")
+        text = text_of("docs/rules.md")
+        tried = 0
+        for heading, pair in (("An intra-node pair", "intra"), ("An inter-node pair", "inter")):
+            exact, approximate = ((directory / f"{pair}_{kind}_shop_1_0.5.txt").read_text()
+                                  for kind in ("exact", "approx"))
+            for form, rule, support, confidence, _, written in table_rows(section(text, heading))[2:]:
+                if not rule:
+                    continue
+                tried += 1
+                with self.subTest(form=form):
+                    line = rule.strip("`") + "\n"
+                    record = line + "support:" + support.split(" = ")[-1] + "\n\n"
+                    value = eval_quotient(confidence)
+                    if written == "exact":
+                        self.assertEqual(value, 1)
+                        self.assertTrue(has_lines(exact, record))
+                    elif written == "appro":
+                        self.assertTrue(has_lines(approximate, record + f"confiance:{value:g}\n"))
+                    else:
+                        self.assertEqual(written, "no: below 0.5")
+                        self.assertLess(value, 0.5)
+                        self.assertFalse(has_lines(exact + approximate, line))
+        self.assertEqual(tried, 12)
+
+    def test_files_have_the_names_and_titles_of_the_tables(self) -> None:
+        text = text_of("docs/output-files.md")
+        names = table_rows(section(text, "Files and their names"))
+        titles = dict(row for row in table_rows(section(text, "Header"))[2:])
+        laid_out("docs/output-files.md", self.directory)
+        shutil.copy(sample("titanic.classes"), self.directory / "data.txt")
+        before = {path.name for path in self.directory.iterdir()}
+        command = names[0][2].removeprefix("For ").strip("`")
+        self.assertEqual(shell(command, self.directory).returncode, 0)
+        self.assertEqual({path.name for path in self.directory.iterdir()} - before,
+                         {name.strip("`") for _, _, name in names[2:]})
+        for file, pattern, name in names[2:]:
+            for part, word in (("LABEL", "mush"), ("MINSUPP", "300"), ("MINCONF", "0.80")):
+                pattern = pattern.replace(part, word)
+            self.assertEqual(pattern, name)
+            if title := titles.pop(file.removesuffix(" rules"), None):
+                lines = (self.directory / name.strip("`")).read_text().splitlines()
+                self.assertEqual(lines[1], "\t\t\t" + title.strip("`"))
+        self.assertEqual(titles, {})
+
+    def test_messages_on_standard_error_are_those_of_the_table(self) -> None:
+        laid_out("docs/rules.md", self.directory)
+        (self.directory / "empty").touch()
+        rows = table_rows(section(text_of("docs/output-files.md"), "Standard error"))[2:]
+        commands = ["korv a b c d", "korv a missing 1 1 1", "korv a empty 1 1 1"]
+        self.assertEqual(len(rows), len(commands))
+        for (message, _, layout), command in zip(rows, commands):
+            expected = "".join(re.findall(r"`([^`]*)`", message))
+            if "empty line before" in layout:
+                expected = "\n" + expected
+            if "no line end" not in layout:
+                expected += "\n"
+            self.assertEqual(shell(command, self.directory).stderr.decode(), expected)
+
+    def test_statuses_are_those_of_the_table(self) -> None:
+        laid_out("docs/rules.md", self.directory)
+        (self.directory / "empty").touch()
+        shutil.copy(sample("titanic.classes"), self.directory / "classes")
+        rows = table_rows(section(text_of("docs/output-files.md"), "Exit status"))[2:]
+        listed = [int(status) for status, _, _ in rows]
+        self.assertEqual(listed, [0, 0, 1, 2])
+        # No run ends with 1, as the document says.
+        for command, status in (("korv a classes 1 1 2201", 0), ("korv a", 0), ("korv a missing 1 1 1", 0),
+                                ("korv a . 1 1 1", 0), ("korv a empty 1 1 1", 2)):
+            self.assertEqual(shell(command, self.directory).returncode, status, command)
+
+
+def eval_quotient(text: str) -> float:
+    """What "1", "2/3" or "2/3 = 0.666667" stands for. Raises ValueError when the two ends are not equal."""
+    quotient, *rest = text.split(" = ")
+    numerator, _, denominator = quotient.partition("/")
+    value = int(numerator) / int(denominator or 1)
+    if rest and rest[0] != f"{value:g}":
+        raise ValueError(f"{text} is wrong")
+    return value
+
+
+if __name__ == "__main__":
+    for program in ("korv-mine", "korv"):
+        PROGRAMS[program] = Path(sys.argv.pop()).resolve()
+    unittest.main()
