@@ -37,7 +37,7 @@ struct Linked {
     Lattice lattice;
 };
 
-/// What a run asks for: the support of `whole` without `base`, between the bounds.
+/// A query of a run: the support of `whole` without `base`, between the bounds.
 struct Query {
     const Itemset* whole;
     const Itemset* base;
@@ -76,7 +76,7 @@ void add_inter_node_queries(const LatticeEntry& entry, std::vector<Query>& queri
     }
 }
 
-/// All queries of a run, in its order.
+/// All queries of a run, in their order.
 std::vector<Query> queries_of(const Lattice& lattice) {
     std::vector<Query> queries;
     for (NodeRef node = lattice.dci_map.begin(); node != lattice.dci_map.end(); ++node) {
@@ -88,7 +88,7 @@ std::vector<Query> queries_of(const Lattice& lattice) {
     return queries;
 }
 
-/// Seconds for one of `count` things, all done in each iteration.
+/// Seconds for one of `count` things, all of which each iteration does.
 benchmark::Counter seconds_for_each(std::size_t count) {
     return {static_cast<double>(count),
             benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert};
@@ -139,8 +139,8 @@ std::size_t distinct_differences(const std::vector<Query>& queries) {
     }));
 }
 
-/// All queries of a run, each difference made and settled. What is remembered of earlier queries is part of
-/// it: every iteration begins without.
+/// Computes and settles the difference of each query of a run. Remembering earlier queries is part of what is
+/// measured: every iteration begins with nothing remembered.
 void queries_by_index(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
     const std::vector<Query> queries = queries_of(linked->lattice);
     std::size_t known = 0;
@@ -164,7 +164,7 @@ void queries_by_index(benchmark::State& state, const std::shared_ptr<Linked>& li
     state.counters["each"] = seconds_for_each(queries.size());
 }
 
-/// A hundred of the queries, spread evenly.
+/// At most a hundred of the queries, spread evenly.
 void queries_by_walk(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
     const std::vector<Query> queries = queries_of(linked->lattice);
     const std::size_t step = queries.size() / 100 + 1;
@@ -181,8 +181,8 @@ void queries_by_walk(benchmark::State& state, const std::shared_ptr<Linked>& lin
     state.counters["each"] = seconds_for_each(asked);
 }
 
-/// Rules of sides with five and twenty items, as a pair's rules are written: four records for each pair of
-/// sides.
+/// Writes rules with sides of five and twenty items as the rules of a pair are written: four records for each
+/// pair of sides.
 void write_records(benchmark::State& state) {
     Output_Manager out("/dev/null");
     RuleCounts counts;

@@ -26,7 +26,7 @@ constexpr std::array ending_signals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 constexpr std::size_t buffer_bytes = std::size_t{1} << 18;
 
-/// The names of temporary files, for the signal handler: it may follow nothing but such plain pointers.
+/// The names of temporary files. These are plain atomic pointers, since the signal handler reads them.
 std::array<std::atomic<const char*>, 8> names_to_remove = {};
 
 void remember(const char* name) {
@@ -51,12 +51,12 @@ extern "C" void remove_and_end(int signal) {
             ::unlink(name);
         }
     }
-    // Ends as if there were no handler, so that a shell sees which signal it was.
+    // The program ends as if there were no handler, so that a shell sees which signal it was.
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }
 
-/// Holds back the signals that end the program, in its scope.
+/// Holds back the signals that end the program for as long as it exists.
 class SignalsBlocked {
 public:
     SignalsBlocked() {
@@ -75,15 +75,15 @@ private:
     sigset_t before_ = {};
 };
 
-/// What is at a path, behind symbolic links; nothing if there is nothing.
+/// What a path leads to, through symbolic links; nothing when it leads nowhere.
 std::optional<struct stat> status_of(const std::string& path) {
     struct stat status = {};
     return ::stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
-/// The path to which symbolic links lead, whether there is something or not.
+/// The path to which symbolic links lead, whether or not there is a file.
 std::string behind_links(const std::string& path) {
-    constexpr int most_links = 40;  // as for the system
+    constexpr int most_links = 40;  // the system's own limit
     fs::path target = path;
     for (int i = 0; i < most_links && fs::is_symlink(fs::symlink_status(target)); ++i) {
         target = target.parent_path() / fs::read_symlink(target);
@@ -91,7 +91,7 @@ std::string behind_links(const std::string& path) {
     return target.string();
 }
 
-/// The rights that a file at `path` gets: those of the one that it replaces, or of any new file.
+/// The permissions for a file at `path`: those of the file that it replaces, or those of any new file.
 mode_t rights_at(const std::string& path) {
     if (const auto status = status_of(path)) {
         return status->st_mode & 0777;
@@ -126,13 +126,13 @@ AtomicOutput::AtomicOutput(std::string path) : path_(std::move(path)) {
     if (temporary_.empty()) {
         return;
     }
-    // A temporary file is for its owner alone.
+    // Until now, the temporary file is readable by its owner only.
     ::fchmod(descriptor_, rights_at(target_));
 }
 
 void AtomicOutput::create_temporary() {
     temporary_ = target_ + ".XXXXXX";
-    const SignalsBlocked blocked;  // until the file's name is known to their handler
+    const SignalsBlocked blocked;  // until their handler knows the name of the file
     descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
     if (descriptor_ >= 0) {
         remember(temporary_.c_str());
@@ -158,7 +158,7 @@ void AtomicOutput::write(std::string_view text) {
 
 void AtomicOutput::finish() {
     flush();
-    // Some file systems tell only now that the disk is full.
+    // Some file systems report only now that the disk is full.
     if (!temporary_.empty() && ::fsync(descriptor_) != 0) {
         fail("cannot be written");
     }
@@ -212,7 +212,7 @@ bool is_same_file(const std::string& one, const std::string& other) {
 
 void remove_outputs_on_signals() {
     for (const int signal : ending_signals) {
-        // One that is ignored stays so: nohup relies on it.
+        // A signal that is ignored stays ignored: nohup relies on it.
         struct sigaction action = {};
         if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
             std::signal(signal, remove_and_end);

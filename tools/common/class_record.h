@@ -8,8 +8,8 @@
 namespace korv::tools {
 
 /// Appends a record of a class file: the items of `closed_itemset`, TAB, the support, TAB, the essential
-/// itemsets, each behind a blank and closed by a comma, and a line end. All in the order given; at least one
-/// essential itemset is needed.
+/// itemsets, each with a blank before it and a comma behind it, and a line end. Items and essential itemsets
+/// keep their order. There must be at least one essential itemset.
 void append_class_record(const Itemset& closed_itemset, Count support, const std::vector<Itemset>& essentials,
                          std::string& text);
 

@@ -30,7 +30,7 @@ bool CsvReader::at_line_end() const {
     return rest.empty() || rest.starts_with('\n') || rest.starts_with("\r\n") || rest == "\r";
 }
 
-/// True when there was a line end, or the end of the input.
+/// Returns true when there was a line end, or the end of the input.
 bool CsvReader::skip_line_end() {
     if (!at_line_end()) {
         return false;

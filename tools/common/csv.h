@@ -13,16 +13,15 @@ struct CsvCell {
     std::size_t position;  ///< of its first byte in the input, for messages
 };
 
-/// Reads comma-separated values as RFC 4180 has them, with any separator: cells in double quotes may hold
-/// separators, line ends and doubled quotes. Blanks around other cells are left out. Lines end with LF or CR
-/// LF.
+/// Reads comma-separated values as RFC 4180 defines them, with any separator: cells in double quotes may hold
+/// separators, line ends and doubled quotes. Blanks around a cell are ignored. Lines end with LF or CR LF.
 class CsvReader {
 public:
     /// `input` must outlive the reader.
     CsvReader(const TextInput& input, char separator) : input_(input), separator_(separator) {}
 
-    /// Replaces `row` by the cells of the next line; a blank line has none. False at the end. Throws Error,
-    /// with the place, at a quote that is not closed and at text behind one.
+    /// Replaces `row` by the cells of the next line; a blank line has none. Returns false at the end. Throws
+    /// Error, with the place, for a quote that is not closed and for text behind a closing quote.
     bool next(std::vector<CsvCell>& row);
 
 private:

@@ -7,8 +7,8 @@
 
 namespace korv::tools {
 
-/// What goes wrong in a companion program, in words for the person who runs it. `main` prints it on standard
-/// error and ends with a status that is not 0.
+/// An error of a companion program, in words for the person who runs it. `main` prints it on standard error
+/// and ends with a status that is not 0.
 class Error : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -26,7 +26,7 @@ Error input_error(std::string_view file, Place place, std::string_view found, st
 /// The place of a byte in a text, for an error: O(position).
 Place place_of(std::string_view text, std::size_t position);
 
-/// A piece of input as it can be shown in a message: in double quotes, shortened to 40 bytes, control
+/// A piece of input as a message can show it: in double quotes, cut off after 40 bytes, with control
 /// characters as \xHH.
 std::string shown(std::string_view text);
 

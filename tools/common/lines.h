@@ -4,8 +4,8 @@
 
 namespace korv::tools {
 
-/// Calls `visit` with each line of a text, without its line end, LF or CR LF. The last line needs none;
-/// behind a line end there is no line any more.
+/// Calls `visit` with each line of a text, without its line end, which is LF or CR LF. The last line may lack
+/// one; no empty line follows the last line end.
 template <typename Visit>
 void for_each_line(std::string_view text, Visit visit) {
     while (!text.empty()) {

@@ -12,7 +12,7 @@ namespace korv::tools {
 
 namespace {
 
-/// A descriptor that is closed at the end of the scope, but for standard input.
+/// A descriptor that is closed at the end of the scope, unless it is standard input.
 class Source {
 public:
     explicit Source(const std::string& path)

@@ -16,7 +16,7 @@ namespace korv::tools {
 
 namespace {
 
-/// The number that the whole of `text` is.
+/// The number for which the whole of `text` stands; nothing when it stands for none.
 template <typename Number>
 std::optional<Number> number(std::string_view text) {
     Number value = {};
@@ -25,7 +25,7 @@ std::optional<Number> number(std::string_view text) {
     return problem == std::errc() && last == end ? std::optional(value) : std::nullopt;
 }
 
-/// A check for CLI11: what is wrong with a text that `parse` makes nothing of; empty when nothing is.
+/// A check for CLI11: says what is wrong with a text that `parse` rejects; empty for any other text.
 template <typename Parse>
 auto check(Parse parse, const std::string& expected) {
     return [parse, expected](const std::string& text) {
@@ -48,7 +48,7 @@ std::optional<Threshold> parse_threshold(const std::string& text) {
 }
 
 Count in_transactions(const Threshold& threshold, Count transactions) {
-    // Not up by one because a percentage is no exact binary number.
+    // So that a percentage without an exact binary form is not rounded up to one transaction too many.
     constexpr double tolerance = 1e-9;
     const double count = threshold.is_percentage ? std::ceil(threshold.value / 100 * transactions - tolerance)
                                                  : threshold.value;
@@ -86,7 +86,7 @@ std::string default_names(const std::string& output) {
 
 namespace {
 
-/// The command line as it is given.
+/// The options as they are typed.
 struct Words {
     std::string min_support;
     std::string closure_items = "frequent";
@@ -146,7 +146,7 @@ Format format_of(std::string_view word) {
     return word == "table" ? Format::table : Format::fimi;
 }
 
-/// Throws CLI::ValidationError for options that do not go together.
+/// Throws CLI::ValidationError for options that do not go with the format.
 void check_together(const CLI::App& app, Format format) {
     const auto require = [&app](const std::string& option, bool allowed, const std::string& formats) {
         if (app.count(option) > 0 && !allowed) {

@@ -9,18 +9,18 @@
 
 namespace korv::tools {
 
-/// A minimum support as it is given: a number of transactions, or a part of all of them.
+/// A minimum support as it is given: a number of transactions, or a percentage of all of them.
 struct Threshold {
     double value = 0.0;
     bool is_percentage = false;
 };
 
-/// What `text` says: a whole number ("100"), or a number and a percent sign ("2.5%"). Nothing for anything
+/// Parses a whole number ("100"), or a number with a percent sign ("2.5%"). Returns nothing for anything
 /// else.
 std::optional<Threshold> parse_threshold(const std::string& text);
 
-/// The threshold in transactions of a database of so many: a percentage is rounded up. Throws Error when that
-/// is 0 or more than there are.
+/// The threshold as a number of transactions, in a database of `transactions`: a percentage is rounded up.
+/// Throws Error when the result is 0 or larger than `transactions`.
 Count in_transactions(const Threshold& threshold, Count transactions);
 
 /// How transactions are written.
@@ -39,23 +39,23 @@ struct Arguments {
     std::string output = "-";   ///< path, or "-" for standard output
     std::string names;          ///< path of the names file; empty for none
     Threshold min_support;
-    MiningOptions mining;  ///< but for the minimum support
+    MiningOptions mining;  ///< all but the minimum support
     bool quiet = false;
 };
 
-/// What `text` says: "4" for all columns of numbers, "age=4" for one column. Nothing for anything else.
+/// Parses "4", for all columns of numbers, or "age=4", for one column. Returns nothing for anything else.
 std::optional<BinRule> parse_bin_rule(const std::string& text);
 
-/// What `text` says: one byte, or "tab". Nothing for anything else, and for what cannot separate: a quote, a
-/// line end.
+/// Parses one byte, or "tab". Returns nothing for anything else, and for a quote and a line end, which cannot
+/// be separators.
 std::optional<char> parse_separator(const std::string& text);
 
-/// Where the names of items go by default: beside the class file, with ".names" in the place of its
-/// extension. Empty for standard output, a device or a pipe.
+/// Where the names of items go by default: beside the class file, with ".names" in place of its extension.
+/// Empty for standard output, a device or a pipe.
 std::string default_names(const std::string& output);
 
-/// Reads the command line. Prints help, version or what is wrong with the arguments, and ends the program,
-/// where they ask for that. Throws Error for rules that contradict each other.
+/// Reads the command line. When it asks for help or the version, or when it is wrong, prints that and ends
+/// the program. Throws Error for rules that contradict each other.
 Arguments parse_arguments(int argc, char** argv);
 
 }  // namespace korv::tools

@@ -8,28 +8,29 @@
 
 namespace korv::tools {
 
-/// What the transactions say about an itemset that grows and shrinks at its end. Items are positions in
+/// Answers questions about an itemset that grows and shrinks at its end. Items are positions in
 /// Database::items.
 ///
-/// Two representations with the same operations, each tested against a count in the transactions: DenseCover
-/// keeps sets of transactions as bit vectors, SparseCover counts for each transaction.
+/// There are two representations with the same operations, and each is tested against a count in the
+/// transactions: DenseCover keeps sets of transactions as bit vectors, SparseCover keeps counts for each
+/// transaction.
 ///
-/// - extend(item): adds an item if the itemset is then essential and frequent; otherwise false, and nothing
-/// changes.
-/// - retract(): takes the item out again that was added last.
+/// - extend(item): adds an item and returns true if the itemset is then essential and frequent; otherwise
+///   returns false, and nothing changes.
+/// - retract(): removes the item that was added last.
 /// - support(): the disjunctive support of the itemset.
-/// - covers(item): whether each transaction with this item holds one of the itemset.
-/// - newly_covered(wanted): the items, ascending, that are covered since the last extend; only those of which
-///   `wanted`, by item, is not 0, which must not have been covered before.
-/// - promising(candidates): those that are worth a call of extend; no other would be frequent.
+/// - covers(item): whether each transaction with this item holds an item of the itemset.
+/// - newly_covered(wanted): the items, ascending, that the last extend covered. Only items for which `wanted`
+///   is not 0 are looked for; these must not have been covered before.
+/// - promising(candidates): the candidates for which extend is worth a call; no other would be frequent.
 
 /// Positions in Database::items.
 using Positions = std::vector<std::size_t>;
 
 /// Suits items that are in more than about one of thirty transactions.
 ///
-/// Invariant: for each prefix of the itemset there are three bit vectors over the transactions: `any` holds
-/// at least one of its items, `once` exactly one, `all` all of them.
+/// Invariant: for each prefix of the itemset there are three bit vectors over the transactions: `any` marks
+/// those that hold at least one of its items, `once` exactly one, `all` all of them.
 class DenseCover {
 public:
     DenseCover(const Database& database, Count min_support);
@@ -39,7 +40,7 @@ public:
     Count support() const { return prefixes_[itemset_.size()].support; }
     bool covers(std::size_t item) const;
     Positions newly_covered(const std::vector<char>& wanted) const;
-    /// All of them: extend is fast.
+    /// Returns all of them, since extend is fast.
     static Positions promising(const Positions& candidates) { return candidates; }
 
 private:
@@ -61,14 +62,14 @@ private:
     std::size_t words_;       ///< of a bit vector
     std::vector<Word> rows_;  ///< the transactions of each item, one behind the other
     std::vector<std::size_t> itemset_;
-    std::vector<Prefix> prefixes_;  ///< by size, and at least one more: room for the next
+    std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
 };
 
 /// Suits items that are in few transactions.
 ///
-/// Invariant: for each transaction it is known how many items of the itemset it holds, and which one if it is
-/// one; for each item of the itemset, how many transactions hold no other; for each prefix of the itemset,
-/// which transactions hold all of it.
+/// Invariant: for each transaction, the cover knows how many items of the itemset it holds, and which one if
+/// there is only one; for each item of the itemset, how many transactions hold no other item of it; for each
+/// prefix of the itemset, which transactions hold all of it.
 class SparseCover {
 public:
     /// `database` must outlive the cover.
@@ -78,15 +79,15 @@ public:
     void retract();
     Count support() const { return support_; }
     bool covers(std::size_t item) const;
-    /// Looks at all items, or at those of newly covered transactions where these are fewer.
+    /// Looks at all items, or only at those of newly covered transactions when these are fewer.
     Positions newly_covered(const std::vector<char>& wanted);
-    /// Those that are frequent, counted in the transactions that hold all of the itemset.
+    /// Counts the candidates in the transactions that hold all of the itemset, and returns the frequent ones.
     Positions promising(const Positions& candidates);
 
 private:
     struct Held {
         std::uint32_t items = 0;      ///< how many items of the itemset the transaction holds
-        std::uint32_t exclusive = 0;  ///< their exclusive or: the item, if it is one
+        std::uint32_t exclusive = 0;  ///< their exclusive or: the item itself, if there is only one
     };
 
     const std::vector<Transaction>& transactions(std::size_t item) const {
@@ -97,17 +98,16 @@ private:
 
     const Database& database_;
     Count min_support_;
-    std::vector<Held> held_;          ///< by transaction
-    std::vector<Count> own_;          ///< by item of the itemset: transactions that hold no other of it
-    std::vector<Count> lost_;         ///< by item: of these, those with the item that is tried; else 0
-    std::vector<Count> together_;     ///< by item: transactions with it and all of the itemset; else 0
-    std::vector<char> is_seen_;       ///< by item: whether newly_covered met it; else 0
-    std::vector<Transaction> first_;  ///< by item: its first transaction
+    std::vector<Held> held_;       ///< by transaction
+    std::vector<Count> own_;       ///< by item of the itemset: transactions that hold no other of its items
+    std::vector<Count> lost_;      ///< by item: how many of these hold the item that is tried; else 0
+    std::vector<Count> together_;  ///< by item: transactions that hold it and all of the itemset; else 0
+    std::vector<char> is_seen_;    ///< by item: whether newly_covered met it; else 0
+    std::vector<Transaction> first_;          ///< by item: its first transaction
     std::size_t items_of_a_transaction_ = 0;  ///< on average, rounded up
     std::vector<Positions> items_of_;         ///< by transaction
     std::vector<std::size_t> itemset_;
-    std::vector<std::vector<Transaction>>
-        all_;  ///< by size of a prefix, and at least one more: room for the next
+    std::vector<std::vector<Transaction>> all_;  ///< by size of a prefix, with room for at least one more
     Count support_ = 0;
 };
 

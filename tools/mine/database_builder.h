@@ -11,13 +11,13 @@ namespace korv::tools {
 /// Turns transactions, one after the other, into a Database.
 class DatabaseBuilder {
 public:
-    /// Adds an item to the transaction begun last. A second time in the same transaction it changes nothing.
+    /// Adds an item to the transaction that was begun last. To add it again has no effect.
     void add(Item item);
 
     /// Begins a transaction. It stays empty unless items are added.
     void begin_transaction() { ++database_.transactions; }
 
-    /// The database of the transactions so far. To be called once, last.
+    /// The database of all transactions. Call this once, last.
     Database finish();
 
 private:

@@ -65,7 +65,7 @@ Positions DenseCover::newly_covered(const std::vector<char>& wanted) const {
     return covered;
 }
 
-/// Fills `longer.all` on the way.
+/// Sets `longer.all` on the way.
 bool DenseCover::is_frequent_with(std::size_t item, Prefix& longer) {
     const Word* const held = row(item);
     const std::vector<Word>& all = prefixes_[itemset_.size()].all;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view blanks = " \t";
 
-/// The number that a word is.
+/// The number for which a word stands. Throws Error when it stands for none.
 Item item_of(std::string_view word, const TextInput& input) {
     Item item = 0;
     const char* const end = word.data() + word.size();

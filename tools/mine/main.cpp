@@ -46,7 +46,7 @@ Database read_database(const Arguments& arguments) {
     return read_fimi(input);
 }
 
-/// A class file without classes would be of no use to anybody.
+/// Throws Error when there are no classes, since korv stops at an empty class file.
 void require_classes(const std::vector<MinedClass>& classes, const Database& database, Count min_support) {
     if (!classes.empty()) {
         return;
@@ -59,7 +59,7 @@ void require_classes(const std::vector<MinedClass>& classes, const Database& dat
                 " transactions; the most frequent one is in " + std::to_string(most));
 }
 
-/// An output must not replace the input or the other output.
+/// Throws Error when an output would replace the input or the other output.
 void require_different_files(const Arguments& arguments) {
     const auto require_different = [](const std::string& one, const std::string& other) {
         if (!one.empty() && is_same_file(one, other)) {
@@ -90,7 +90,7 @@ void run(Arguments arguments) {
     const Database database = read_database(arguments);
     const Count min_support = in_transactions(arguments.min_support, database.transactions);
     arguments.mining.min_support = min_support;
-    // Before the work, so that a wrong path is not found after it.
+    // The outputs are opened before the work begins, so that a wrong path is found early.
     AtomicOutput output(arguments.output);
     std::optional<AtomicOutput> names;
     if (!arguments.names.empty()) {

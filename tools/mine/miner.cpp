@@ -50,7 +50,8 @@ public:
             }
             is_outside_.push_back(frequent || options_.closure_over_all ? 1 : 0);
         }
-        // Rare items first: the frequent ones, which can be extended least, then have the most candidates.
+        // Rare items come first, so that the frequent ones, which can be extended least, have the most
+        // candidates.
         std::ranges::stable_sort(
             roots, {}, [this](std::size_t item) { return database_.items[item].transactions.size(); });
         roots_ = roots.size();
@@ -61,13 +62,13 @@ public:
 private:
     /// What is known of the itemset whose extensions are looked for.
     struct Node {
-        const Positions& candidates;  ///< items by which it can be extended, if at all
+        const Positions& candidates;  ///< no other item can extend it
         const Positions& closure;     ///< ascending
     };
 
-    /// Records and extends all extensions of an itemset. Those by one candidate are extended by the
-    /// candidates before it only, so that each itemset is met once; and only by those that could be added
-    /// themselves, since no extension of what is not essential or frequent is.
+    /// Records and extends all extensions of an itemset. An extension by one candidate is itself extended
+    /// only by the candidates before that one, so that each itemset is met once. Of these, only those that
+    /// extended the itemset are tried: what is not essential and frequent has no such extension.
     void grow(const Node& node) {
         Positions usable;
         const Positions promising = cover_.promising(node.candidates);
@@ -89,7 +90,7 @@ private:
         }
     }
 
-    /// Records the itemset, an extension of that of `parent`, and goes on to its extensions.
+    /// Records the itemset, which extends that of `parent`, and goes on to its extensions.
     void visit(const Node& parent, const Positions& candidates) {
         const Positions covered = cover_.newly_covered(is_outside_);
         Positions closure;
@@ -135,13 +136,13 @@ private:
     Cover cover_;
     Positions itemset_;
     std::vector<char>
-        is_outside_;  ///< by item: whether a closure can have it, and that of the itemset does not
+        is_outside_;  ///< by item: whether closures can have it, but that of the itemset does not
     ClassesByClosure classes_;
     std::size_t roots_ = 0;
     std::size_t roots_done_ = 0;
 };
 
-/// Whether sets of transactions are to be bit vectors.
+/// Whether to represent sets of transactions as bit vectors.
 bool is_dense(const Database& database, Representation representation) {
     if (representation != Representation::by_density) {
         return representation == Representation::dense;

@@ -10,7 +10,7 @@
 
 namespace korv::tools {
 
-/// How sets of transactions are represented: see cover.h. The result is the same.
+/// How sets of transactions are represented: see cover.h. The result does not depend on it.
 enum class Representation {
     by_density,
     dense,
@@ -19,12 +19,12 @@ enum class Representation {
 
 /// What is mined.
 struct MiningOptions {
-    /// Essential itemsets are in at least so many common transactions, items too; at least 1.
+    /// The smallest number of transactions that hold all items of an essential itemset; at least 1.
     Count min_support = 1;
-    /// Essential itemsets have at most so many items; at least 1.
+    /// The largest number of items of an essential itemset; at least 1.
     std::size_t max_size = std::numeric_limits<std::size_t>::max();
-    /// Whether closures are taken over all items; otherwise over the frequent ones, those in at least
-    /// `min_support` transactions.
+    /// Whether a closure can have any item, or only frequent ones: those in at least `min_support`
+    /// transactions.
     bool closure_over_all = false;
     Representation representation = Representation::by_density;
 };
@@ -36,12 +36,12 @@ struct MinedClass {
     std::vector<Itemset> essentials;  ///< by size, then lexicographically; at least one
 };
 
-/// How far the walk is: reported after each root item, and while it extends one.
+/// How far the walk has come. This is reported after each root item, and while one is extended.
 struct MiningProgress {
     std::size_t roots_done;
     std::size_t roots;
     std::size_t classes;   ///< found so far
-    double current = 0.0;  ///< part of the extensions of the next root item that is done, by their number
+    double current = 0.0;  ///< how many of the next root item's extensions are done, as a fraction of 1
 };
 using ReportProgress = std::function<void(const MiningProgress&)>;
 
@@ -49,9 +49,9 @@ using ReportProgress = std::function<void(const MiningProgress&)>;
 /// lexicographically.
 ///
 /// An itemset is essential when each of its items is in a transaction that holds no other item of it, and
-/// frequent when at least `min_support` transactions hold all its items. Both hold for all subsets of an
-/// itemset for which they hold, so a depth-first walk that extends only such itemsets meets each once. The
-/// closure of an itemset are the items all of whose transactions hold an item of it.
+/// frequent when at least `min_support` transactions hold all its items. Subsets of an essential and frequent
+/// itemset are essential and frequent, too, so a depth-first walk that extends only such itemsets meets each
+/// of them once. The closure of an itemset consists of every item whose transactions all hold an item of it.
 std::vector<MinedClass> mine(const Database& database, const MiningOptions& options,
                              const ReportProgress& report = {});
 

@@ -10,16 +10,16 @@
 
 namespace korv::tools {
 
-/// Numbers items by their names, from 1, in the order in which they first come up.
+/// Gives items numbers by their names, from 1, in the order in which the names first occur.
 class NamedItems {
 public:
-    /// The number of the item that is called so.
+    /// The number of the item with this name, which gets the next number when it is new.
     Item number_of(const std::string& name);
 
-    /// How many there are so far: the largest number.
+    /// The number of items so far, which is also the largest number.
     std::size_t size() const { return names_.size(); }
 
-    /// The names in the order of the numbers. To be called once, last.
+    /// The names in the order of the numbers. Call this once, last.
     std::vector<std::string> names() && { return std::move(names_); }
 
 private:
@@ -27,10 +27,11 @@ private:
     std::vector<std::string> names_;
 };
 
-/// Throws Error when a cell cannot be part of a name: the names file has a line for each and a tab in it.
+/// Throws Error when a cell cannot be part of a name, since the names file has a line for each name, with a
+/// tab in it.
 void check_name(const CsvCell& cell, const TextInput& input);
 
-/// The names file: for each item its number, TAB and its name.
+/// The text of the names file: a line for each item, with its number, TAB and its name.
 std::string names_file(const std::vector<std::string>& names);
 
 }  // namespace korv::tools

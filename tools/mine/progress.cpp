@@ -8,7 +8,7 @@ namespace korv::tools {
 
 namespace {
 
-/// Goes to the beginning of the line and clears it.
+/// Moves a terminal to the beginning of the line, and clears it.
 constexpr std::string_view clear_line = "\r\x1B[K";
 
 std::string whole_seconds(double seconds) {

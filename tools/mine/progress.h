@@ -8,11 +8,12 @@
 
 namespace korv::tools {
 
-/// What a progress line says: root items done, classes found, seconds since the start, and about how many are
-/// left.
+/// The text of a progress line: how many root items are done, how many classes were found, how many seconds
+/// have passed, and about how many are left.
 ///
-/// The time left is a rough guess: it takes the work done to grow with the fourth power of the part of the
-/// root items that is done, since each is extended by those before it, and these extensions by each other.
+/// The time left is a rough guess. It assumes that the work grows with the fourth power of the fraction of
+/// root items that are done, since each root item is extended by those before it, and these extensions by
+/// each other.
 std::string progress_line(const MiningProgress& progress, double seconds);
 
 /// Keeps one line of progress up to date on a terminal.
@@ -25,7 +26,7 @@ public:
     ProgressDisplay(const ProgressDisplay&) = delete;
     ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
-    /// Shows the progress, unless that was done a moment ago.
+    /// Shows the progress, unless it was shown a moment ago.
     void show(const MiningProgress& progress);
 
 private:

@@ -65,7 +65,7 @@ void SparseCover::retract() {
 }
 
 bool SparseCover::covers(std::size_t item) const {
-    // Nearly always decided by the first transaction, which has a place of its own: no list is touched.
+    // The first transaction nearly always decides. It is stored apart, so that no list has to be read.
     return held_[first_[item]].items > 0 &&
            std::ranges::all_of(transactions(item),
                                [this](Transaction transaction) { return held_[transaction].items > 0; });
@@ -92,8 +92,8 @@ Positions SparseCover::newly_covered(const std::vector<char>& wanted) {
     return covered;
 }
 
-/// The wanted items of transactions that hold nothing of the itemset but the item added last: no other item
-/// can be newly covered. Each once, in any order.
+/// The wanted items of transactions that hold no item of the itemset but the one that was added last; no
+/// other item can be newly covered. Each is there once, in any order.
 Positions SparseCover::wanted_in_newly_covered(const std::vector<char>& wanted) {
     Positions seen;
     for (const Transaction transaction : transactions(itemset_.back())) {
@@ -134,7 +134,7 @@ Positions SparseCover::promising(const Positions& candidates) {
     return frequent;
 }
 
-/// Fills, for the next prefix, the transactions that hold all of it on the way.
+/// On the way, stores which transactions hold all of the next prefix.
 bool SparseCover::is_frequent_and_essential_with(std::size_t item) {
     std::vector<Transaction>& all = all_[itemset_.size() + 1];
     all.clear();

@@ -13,7 +13,7 @@ namespace korv::tools {
 
 namespace {
 
-/// Of this process so far, in MiB.
+/// The peak memory of this process until now, in MiB.
 long peak_memory() {
     struct rusage usage = {};
     getrusage(RUSAGE_SELF, &usage);
@@ -26,7 +26,7 @@ std::string with_two_decimals(double number) {
     return {text.data(), static_cast<std::size_t>(size)};
 }
 
-/// A word as a shell reads it: in single quotes where it holds anything but what never needs them.
+/// A word as it is typed in a shell: in single quotes, unless it holds only characters that do not need them.
 std::string shell_word(const std::string& word) {
     const auto is_plain = [](char c) {
         return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
@@ -42,7 +42,7 @@ std::string shell_word(const std::string& word) {
     return quoted + "'";
 }
 
-/// The command by which korv derives rules from the class file, with thresholds to begin with.
+/// The korv command that derives rules from the class file, with thresholds to start from.
 std::string next_command(const std::string& output, Count min_support, Count transactions) {
     const bool is_file = output != "-";
     const std::string name = is_file ? std::filesystem::path(output).stem().string() : "NAME";

@@ -8,7 +8,7 @@
 
 namespace korv::tools {
 
-/// What a run made, in a line for each number, and the korv command that goes on with it. `output` is the
+/// The results of a run, with a line for each number, and the korv command to go on with. `output` is the
 /// path of the class file, or "-".
 std::string summary(const Database& database, Count min_support, const std::vector<MinedClass>& classes,
                     const std::string& output, double seconds);

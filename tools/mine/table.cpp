@@ -21,7 +21,7 @@ using Row = std::vector<CsvCell>;
 
 struct Table {
     Row header;
-    std::vector<Row> rows;  ///< of as many cells as the header, or of none
+    std::vector<Row> rows;  ///< each with as many cells as the header, or with none
 };
 
 std::optional<double> number_in(const CsvCell& cell) {
@@ -79,7 +79,7 @@ std::vector<const CsvCell*> cells_of(const Table& table, std::size_t column) {
     return cells;
 }
 
-/// Into how many bins a column is to be cut; nothing when it is not.
+/// The number of bins into which a column is to be cut; nothing when it is not to be cut.
 std::optional<std::size_t> bins_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
                                    const std::vector<BinRule>& rules, const TextInput& input) {
     const auto is_number = [](const CsvCell* cell) { return number_in(*cell).has_value(); };
@@ -99,7 +99,7 @@ std::optional<std::size_t> bins_of(const CsvCell& header, const std::vector<cons
     return applies ? std::optional(rule->bins) : std::nullopt;
 }
 
-/// What each number of a column is called once it is cut into bins.
+/// The label of the bin for each number of a column.
 std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cells, std::size_t bins) {
     struct Value {
         std::string text;
@@ -111,7 +111,7 @@ std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cell
         value.text = value.count == 0 ? cell->text : value.text;
         ++value.count;
     }
-    // A number is in the bin of its first place among all, sorted.
+    // The first position of a number among all sorted numbers decides its bin.
     std::map<std::size_t, std::pair<std::string, std::string>> ends;
     std::map<double, std::size_t> bin_of;
     std::size_t smaller = 0;
@@ -138,7 +138,7 @@ std::string item_name(const CsvCell& header, const std::string& value) {
     return name;
 }
 
-/// The items of one column, by what is in its cells. Numbers them on the way.
+/// The items of one column by the text of its cells. Items that are new get their numbers here.
 std::map<std::string, Item> items_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
                                      std::optional<std::size_t> bins, const TextInput& input,
                                      NamedItems& items) {
