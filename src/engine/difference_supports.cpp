@@ -1,9 +1,9 @@
 #include "engine/difference_supports.h"
 
 #include <algorithm>
-#include <bit>
+#include <limits>
 #include <numeric>
-#include <ranges>
+#include <utility>
 
 namespace korv {
 
@@ -118,13 +118,47 @@ Count DifferenceSupports::settle(const Itemset& itemset, SupportBounds& bounds) 
     if (is_new) {
         known = find_bounds(itemset);
     }
+    const bool is_contradicted = known.upper < known.lower;
+    const Count upper = is_contradicted ? upper_before_contradiction(itemset, known.lower) : known.upper;
     const Count low = std::max(bounds.lower, known.lower);
-    const Count high = std::min(bounds.upper, known.upper);
+    const Count high = std::min(bounds.upper, upper);
     if (low > high || high == 0) {
         return replay(itemset, bounds);
     }
-    bounds = {low, high};
+    bounds = {low, std::min(bounds.upper, known.upper)};
     return low == high ? low : 0;
+}
+
+/// U' of an itemset whose L is `lower`, or only_replay_tells.
+Count DifferenceSupports::upper_before_contradiction(const Itemset& itemset, Count lower) {
+    const auto [known, is_new] = contradicted_.try_emplace(itemset);
+    if (is_new) {
+        const Count upper = find_upper_before_contradiction(itemset, lower);
+        known = {upper, upper};
+    }
+    return known.upper;
+}
+
+Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset, Count lower) {
+    constexpr Count no_class_around = std::numeric_limits<Count>::max();
+    classes_.numbering.translate(itemset, numbers_);
+    const auto all = static_cast<Position>(entries_.size());
+    const Position contradiction = first_of_less_support(lower, all);
+    const auto closed = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
+    const bool ends_behind = closed < all && contradiction <= closed;
+    const bool reaches_lower = key_index_.has_position_within(numbers_, lower - 1, contradiction) ||
+                               first_irregular_to_raise(itemset, lower - 1, contradiction) < contradiction;
+    if (ends_behind || !reaches_lower) {
+        return only_replay_tells;
+    }
+    Column around = first_class_of_support(lower);
+    while ((around = class_index_.first_superset(numbers_, around, all)) != all) {
+        if (classes_.positions[around] < contradiction) {
+            return classes_.supports[around];
+        }
+        ++around;
+    }
+    return no_class_around;
 }
 
 /// The walk, but only past the classes that move a bound.
@@ -132,8 +166,8 @@ Count DifferenceSupports::replay(const Itemset& itemset, SupportBounds& bounds) 
     classes_.numbering.translate(itemset, numbers_);
     // Where the walk ends: at the class of the itemset, or behind the last one.
     const auto end = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
-    Position raising = next_to_raise(itemset, bounds.lower, end);
-    Position lowering = next_to_lower(bounds.upper, end);
+    Position raising = first_to_raise(itemset, bounds.lower, end);
+    Position lowering = first_of_less_support(bounds.upper, end);
     if (bounds.lower == bounds.upper && std::min(raising, lowering) > 0) {
         return bounds.lower;  // after the first class, which moves neither
     }
@@ -153,16 +187,22 @@ Count DifferenceSupports::replay(const Itemset& itemset, SupportBounds& bounds) 
             return bounds.lower;
         }
         // Only the bound that moved needs another class to move it.
-        raising = next == raising ? next_to_raise(itemset, bounds.lower, end) : raising;
-        lowering = next == lowering ? next_to_lower(bounds.upper, end) : lowering;
+        raising = next == raising ? first_to_raise(itemset, bounds.lower, end) : raising;
+        lowering = next == lowering ? first_of_less_support(bounds.upper, end) : lowering;
     }
 }
 
 /// The first class before `before` that raises the lower bound of an itemset, whose numbers are in
 /// `numbers_`, beyond `lower`; otherwise `before`.
-DifferenceSupports::Position DifferenceSupports::next_to_raise(const Itemset& itemset, Count lower,
-                                                               Position before) {
-    before = key_index_.first_position_within(numbers_, lower, before);
+DifferenceSupports::Position DifferenceSupports::first_to_raise(const Itemset& itemset, Count lower,
+                                                                Position before) {
+    return first_irregular_to_raise(itemset, lower,
+                                    key_index_.first_position_within(numbers_, lower, before));
+}
+
+/// The same among the irregular classes.
+DifferenceSupports::Position DifferenceSupports::first_irregular_to_raise(const Itemset& itemset, Count lower,
+                                                                          Position before) const {
     for (const Position position : irregular_) {
         if (position >= before) {
             break;
@@ -174,15 +214,13 @@ DifferenceSupports::Position DifferenceSupports::next_to_raise(const Itemset& it
     return before;
 }
 
-/// The first class before `before` that lowers the upper bound of the itemset whose numbers are in `numbers_`
-/// below `upper`; otherwise `before`.
-DifferenceSupports::Position DifferenceSupports::next_to_lower(Count upper, Position before) {
-    class_index_.find_supersets(numbers_, 0, first_class_of_support(upper), around_);
+/// The first class before `before` that is around the itemset whose numbers are in `numbers_` and has less
+/// than `support`; otherwise `before`.
+DifferenceSupports::Position DifferenceSupports::first_of_less_support(Count support, Position before) {
+    class_index_.find_supersets(numbers_, 0, first_class_of_support(support), around_);
     for (const ColumnWord& word : around_) {
         for (std::uint64_t bits = word.bits; bits != 0; bits &= bits - 1) {
-            const auto column =
-                word.index * ItemIndex::word_bits + static_cast<std::size_t>(std::countr_zero(bits));
-            before = std::min(before, classes_.positions[column]);
+            before = std::min(before, classes_.positions[lowest_column({word.index, bits})]);
         }
     }
     return before;

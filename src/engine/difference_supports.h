@@ -17,21 +17,27 @@ namespace korv {
 
 /// Answers what SupportWalk finds by a walk over all classes, from indexes.
 ///
-/// Let L be the largest support of a class with a key within the itemset X, U the smallest support of a class
-/// around X, and low and high the starting bounds, narrowed by L and U. The walk raises the lower bound at
-/// the classes of keys within X, to low in the end, and lowers the upper bound at the classes around X, to
-/// high in the end. There are two cases.
+/// Let L be the largest support of a class with a key within the itemset X, and U the smallest support of a
+/// class around X. The walk raises the lower bound at the classes of keys within X, and lowers the upper
+/// bound at the classes around X. Consider the part of the walk before the first class around X whose support
+/// is below L (all of it, where there is none), and let U' be the smallest support around X there. So U' >=
+/// L. Let low and high be the starting bounds, narrowed by L and U'. If a class of support L with a key
+/// within X comes in that part, and low <= high:
 ///
-/// - low <= high. Until then the lower bound is at most low and the upper bound at least high. So the bounds
-///   meet exactly if low = high, in that value, and a walk that ends without that leaves low and high. If X
-///   itself is closed, of support s, the walk may return s before its end. But then L >= s >= U, since a key
-///   of its class lies within X and the class is around X; so low = high = s, and the answer is the same.
-///   Only a support of 0 needs more care: there the bounds are looked at, which the walk leaves as they were
-///   before the class of X. This case therefore needs a high that is not 0.
-/// - Otherwise the order of the walk matters. It is replayed: only the classes that move a bound are visited,
-///   each found from the indexes as the next one to do so.
+/// - During that part the lower bound is at most low and the upper bound at least high, and both are reached.
+///   So the bounds meet there exactly if low = high, and the answer is that value.
+/// - Otherwise the part ends with low < high. If there is a class of less support than L, it lowers the upper
+///   bound below low: the bounds have crossed and never meet. So the support stays unknown, and the bounds in
+///   the end are low and the starting one narrowed by U.
+/// - If X itself is closed, of support s, and its class comes in that part, the walk may return s there. But
+///   then L >= s >= U', since a key of its class lies within X and the class is around X; so low = high = s,
+///   and the answer is the same. Only a support of 0 needs more care: there the bounds are looked at, which
+///   the walk leaves as they were before the class of X. The above therefore needs a high that is not 0.
 ///
-/// Neither case asks whether the classes contradict each other elsewhere, so one wrong support costs no more
+/// Everywhere else the order of the walk matters. It is replayed: only the classes that move a bound are
+/// visited, each found from the indexes as the next one to do so.
+///
+/// None of this asks whether the classes contradict each other elsewhere, so a wrong support costs no more
 /// than the queries that it touches.
 ///
 /// Two kinds of classes are outside this. One with an essential itemset that is empty or sticks out of the
@@ -43,12 +49,14 @@ public:
     /// itemsets * log keys).
     explicit DifferenceSupports(const LatticeEntries& entries);
 
-    /// The second time an itemset is asked for its L and U are only looked up.
+    /// The second time an itemset is asked for, L, U and U' are only looked up.
     Count settle(const Itemset& itemset, SupportBounds& bounds) override;
 
 private:
     /// The position of a class in the order of the entries.
     using Position = std::uint32_t;
+
+    static constexpr Count only_replay_tells = 0;
 
     struct Classes {
         explicit Classes(const LatticeEntries& entries);
@@ -64,9 +72,12 @@ private:
 
     bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
+    Count upper_before_contradiction(const Itemset& itemset, Count lower);
+    Count find_upper_before_contradiction(const Itemset& itemset, Count lower);
     Count replay(const Itemset& itemset, SupportBounds& bounds);
-    Position next_to_raise(const Itemset& itemset, Count lower, Position before);
-    Position next_to_lower(Count upper, Position before);
+    Position first_to_raise(const Itemset& itemset, Count lower, Position before);
+    Position first_irregular_to_raise(const Itemset& itemset, Count lower, Position before) const;
+    Position first_of_less_support(Count support, Position before);
     Column first_class_of_support(Count support) const;
 
     const LatticeEntries& entries_;
@@ -81,6 +92,9 @@ private:
 
     SupportWalk walk_;
     BoundsCache known_;  ///< L and U
+    /// U' of the itemsets whose U is below their L, as both bounds; only_replay_tells where the answer above
+    /// does not hold.
+    BoundsCache contradicted_;
     // Working space.
     Itemset numbers_;  ///< of the itemset that is looked up
     ColumnSet around_;

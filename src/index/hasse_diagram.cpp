@@ -9,11 +9,6 @@ namespace korv {
 
 namespace {
 
-Column lowest(const ColumnWord& word) {
-    return static_cast<Column>(word.index * ItemIndex::word_bits +
-                               static_cast<std::uint32_t>(std::countr_zero(word.bits)));
-}
-
 /// Appends the upper neighbours of an itemset to `uppers`, ascending. `candidates` are columns of larger
 /// itemsets, all that contain `itemset` among them; they are used up.
 ///
@@ -26,7 +21,7 @@ void take_neighbours(const ItemsetTable& itemsets, ItemSpan itemset, ItemIndex& 
     for (std::size_t position = 0; position < candidates.size(); ++position) {
         ColumnWord& word = candidates[position];
         while (word.bits != 0) {
-            const Column candidate = lowest(word);
+            const Column candidate = lowest_column(word);
             const ItemSpan larger = itemsets[candidate];
             rest.clear();
             std::ranges::set_difference(larger, itemset, std::back_inserter(rest));

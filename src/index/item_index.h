@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "base/bit_words.h"
 #include "base/itemset_table.h"
 
 namespace korv {
@@ -18,6 +19,11 @@ struct ColumnWord {
     std::uint64_t bits;   ///< bit b stands for the column 64 * index + b
 };
 using ColumnSet = std::vector<ColumnWord>;
+
+/// The lowest column of a word that is not empty.
+constexpr Column lowest_column(const ColumnWord& word) {
+    return static_cast<Column>(lowest_number(word.index, word.bits));
+}
 
 /// An inverted index over a sequence of itemsets, its columns: for each item, which of them hold it.
 ///

@@ -260,20 +260,41 @@ Count KeyIndex::search_below(std::uint32_t node, Count largest) {
 }
 
 std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
+    return search_positions(itemset, least, before, 0);
+}
+
+bool KeyIndex::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
+    return search_positions(itemset, least, before, before) < before;
+}
+
+/// A position as first_position_within finds it, or any that is below `enough`.
+std::uint32_t KeyIndex::search_positions(ItemSpan itemset, Count least, std::uint32_t before,
+                                         std::uint32_t enough) {
     const Wanted wanted(itemset, is_wanted_);
-    pending_.assign(1, children(0));
-    while (!pending_.empty()) {
+    const auto visit = [&](std::uint32_t node) {
+        if (nodes_[node].largest <= least || positions_[node].smallest >= before) {
+            return;
+        }
+        if (nodes_[node].own > least) {
+            before = std::min(before, positions_[node].own);
+        }
+        pending_.push_back(children(node));
+    };
+    pending_.clear();
+    for (const Item item : itemset) {
+        if (top_[item] != no_node) {
+            visit(top_[item]);
+        }
+    }
+    while (!pending_.empty() && before >= enough) {
         Siblings& siblings = pending_.back();
         if (siblings.first == siblings.end || nodes_[siblings.first].largest <= least) {
             pending_.pop_back();
             continue;
         }
         const std::uint32_t next = siblings.first++;
-        if (positions_[next].smallest < before && is_wanted_[nodes_[next].item] != 0) {
-            if (nodes_[next].own > least) {
-                before = std::min(before, positions_[next].own);
-            }
-            pending_.push_back(children(next));
+        if (is_wanted_[nodes_[next].item] != 0) {
+            visit(next);
         }
     }
     for (const auto& [key, owner] : earlier_twins_) {

@@ -38,6 +38,9 @@ public:
     /// `before`; otherwise `before`. Costs as much.
     std::uint32_t first_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
+    /// Whether there is such a position. Costs less: the search ends at the first one.
+    bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
+
 private:
     struct Node {
         Item item = 0;
@@ -70,6 +73,7 @@ private:
 
     Count search_below(std::uint32_t node, Count largest);
     Count search_below_wanted_tops(ItemSpan itemset, Count largest);
+    std::uint32_t search_positions(ItemSpan itemset, Count least, std::uint32_t before, std::uint32_t enough);
 
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};
