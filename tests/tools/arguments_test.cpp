@@ -2,18 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "common/error.h"
+#include "tools/complaint.h"
 
 namespace korv::tools {
 namespace {
 
 std::string complaint(const Threshold& threshold, Count transactions) {
-    try {
-        in_transactions(threshold, transactions);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "";
+    return complaint_of([&] { in_transactions(threshold, transactions); });
 }
 
 TEST(ParseThreshold, TakesACount) {

@@ -5,9 +5,9 @@
 
 #include <filesystem>
 
-#include "common/error.h"
 #include "support/files.h"
 #include "support/process.h"
+#include "tools/complaint.h"
 
 namespace korv::tools {
 namespace {
@@ -102,23 +102,15 @@ TEST_F(AtomicOutputFile, IsTheSameByAnyPath) {
 
 TEST_F(AtomicOutputFile, InAMissingDirectoryIsReported) {
     const std::string missing = (directory_.path() / "missing" / "out").string();
-    try {
-        const AtomicOutput output(missing);
-        FAIL() << "nothing reported";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.what(), missing + ": cannot be created: No such file or directory");
-    }
+    EXPECT_EQ(complaint_of([&] { const AtomicOutput output(missing); }),
+              missing + ": cannot be created: No such file or directory");
 }
 
 TEST_F(AtomicOutputFile, OnAFullDiskIsReported) {
     AtomicOutput output("/dev/full");
     output.write("text");
-    try {
-        output.commit();
-        FAIL() << "nothing reported";
-    } catch (const Error& error) {
-        EXPECT_STREQ(error.what(), "/dev/full: cannot be written: No space left on device");
-    }
+    EXPECT_EQ(complaint_of([&] { output.commit(); }),
+              "/dev/full: cannot be written: No space left on device");
 }
 
 TEST_F(AtomicOutputFile, DoesNotReplaceADevice) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/error.h"
+#include "tools/complaint.h"
 #include "tools/named_database.h"
 
 namespace korv::tools {
@@ -13,12 +13,7 @@ Database read(const std::string& text, char separator = ',') {
 }
 
 std::string complaint(const std::string& text) {
-    try {
-        read(text);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "";
+    return complaint_of([&] { read(text); });
 }
 
 TEST(Basket, NumbersItemsAsTheyComeUp) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/error.h"
+#include "tools/complaint.h"
 
 namespace korv::tools {
 namespace {
@@ -23,12 +23,7 @@ Rows rows_of(const std::string& text, char separator = ',') {
 }
 
 std::string complaint(const std::string& text) {
-    try {
-        rows_of(text);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "";
+    return complaint_of([&] { rows_of(text); });
 }
 
 TEST(Csv, HasARowALine) {

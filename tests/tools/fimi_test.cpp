@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "common/error.h"
+#include "tools/complaint.h"
 
 namespace korv::tools {
 namespace {
@@ -25,12 +25,7 @@ Count transactions_in(const std::string& text) {
 }
 
 std::string complaint(const std::string& text) {
-    try {
-        read_fimi({"a.dat", text});
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "";
+    return complaint_of([&] { read_fimi({"a.dat", text}); });
 }
 
 TEST(Fimi, ReadsATransactionALine) {

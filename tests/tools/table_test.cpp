@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/error.h"
+#include "tools/complaint.h"
 #include "tools/named_database.h"
 
 namespace korv::tools {
@@ -15,12 +15,7 @@ Database read(const std::string& text, const std::vector<BinRule>& rules = {}) {
 }
 
 std::string complaint(const std::string& text, const std::vector<BinRule>& rules = {}) {
-    try {
-        read(text, rules);
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "";
+    return complaint_of([&] { read(text, rules); });
 }
 
 TEST(Table, MakesAnItemOfEachCell) {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "common/error.h"
 #include "support/files.h"
+#include "tools/complaint.h"
 
 namespace korv::tools {
 namespace {
@@ -19,12 +19,7 @@ protected:
 
     /// What is said of a file that cannot be read.
     static std::string complaint(const std::string& path) {
-        try {
-            read_text(path);
-        } catch (const Error& error) {
-            return error.what();
-        }
-        return "";
+        return complaint_of([&] { read_text(path); });
     }
 
     test::TemporaryDirectory directory_;
