@@ -1,6 +1,8 @@
 #include "common/atomic_output.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -111,6 +113,25 @@ TEST_F(AtomicOutputFile, OnAFullDiskIsReported) {
     output.write("text");
     EXPECT_EQ(complaint_of([&] { output.commit(); }),
               "/dev/full: cannot be written: No space left on device");
+}
+
+TEST_F(AtomicOutputFile, IsWrittenAsItComesWhereItIsAPipe) {
+    ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);
+    // A reader, so that a writer need not wait for one; and room for all that is written.
+    const test::Descriptor reader = test::open_file(path(), O_RDONLY | O_NONBLOCK);
+    const std::string text(500'000, 'x');
+    ASSERT_GE(fcntl(reader.number(), F_SETPIPE_SZ, 500'000), 500'000);
+    const auto bytes_to_read = [&reader] {
+        int bytes = -1;
+        return ioctl(reader.number(), FIONREAD, &bytes) == 0 ? bytes : -1;
+    };
+    AtomicOutput output(path());
+    for (std::size_t i = 0; i < text.size(); i += 1000) {
+        output.write(text.substr(i, 1000));
+    }
+    EXPECT_GT(bytes_to_read(), 100'000);
+    output.commit();
+    EXPECT_EQ(bytes_to_read(), 500'000);
 }
 
 TEST_F(AtomicOutputFile, DoesNotReplaceADevice) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 
 #include <csignal>
 #include <random>
@@ -234,17 +235,77 @@ std::string large_database() {
     return text;
 }
 
+/// korv-mine while it runs, started by a shell that becomes it and so tells its number beforehand.
+class RunningMine {
+public:
+    /// `signals`: an option of env(1).
+    RunningMine(const std::string& signals, const std::vector<std::string>& arguments,
+                const std::filesystem::path& directory, const Descriptor& in)
+        : process_(command(signals, arguments, directory), in, out_.write, open_file("/dev/null", O_WRONLY)),
+          id_(std::stoi(read_until(out_.read, "\n"))) {}
+
+    void send(int signal) const { ASSERT_EQ(kill(id_, signal), 0); }
+    Ending wait() { return process_.wait(); }
+
+private:
+    static Command command(const std::string& signals, const std::vector<std::string>& arguments,
+                           const std::filesystem::path& directory) {
+        std::vector<std::string> words = {"-c", R"(echo $$; exec env "$@")", "bash", signals,
+                                          KORV_MINE_PROGRAM};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return {"/bin/bash", words, directory};
+    }
+
+    Channel out_ = make_pipe();
+    Process process_;
+    pid_t id_;
+};
+
+/// Tells when a file is created in a directory.
+class Watch {
+public:
+    explicit Watch(const std::filesystem::path& directory) {
+        EXPECT_GE(inotify_add_watch(events_.number(), directory.c_str(), IN_CREATE), 0);
+    }
+
+    /// Waits for the first file that is created from now on, or was since the watch began.
+    void wait_for_a_file() const { read_some(events_); }
+
+private:
+    Descriptor events_{inotify_init1(IN_CLOEXEC)};
+};
+
 TEST_F(KorvMine, RemovesWhatItWroteWhenItIsInterrupted) {
     put("a.dat", large_database());
-    for (const auto& [signal, status] :
-         {std::pair{"INT", 128 + SIGINT}, std::pair{"TERM", 128 + SIGTERM}, std::pair{"HUP", 128 + SIGHUP}}) {
-        const Outcome outcome = run({"/usr/bin/timeout",
-                                     {"--preserve-status", "--signal", signal, "0.5", KORV_MINE_PROGRAM,
-                                      "a.dat", "-s", "1", "-o", "a.classes"},
-                                     directory_.path()});
-        EXPECT_EQ(outcome.ending, exited(status));
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        const Watch watch(directory_.path());
+        RunningMine running("--default-signal", {"a.dat", "-s", "1", "-o", "a.classes"}, directory_.path(),
+                            open_file("/dev/null", O_RDONLY));
+        watch.wait_for_a_file();
+        const Files before = files();
+        ASSERT_EQ(before.size(), 2U);
+        EXPECT_TRUE(before.begin()->first.starts_with("a.classes.")) << before.begin()->first;
+        running.send(signal);
+        EXPECT_EQ(running.wait(), ended_by_signal(signal));
         EXPECT_EQ(files().size(), 1U);
     }
+}
+
+TEST_F(KorvMine, GoesOnWhereHangupsAreIgnored) {
+    Channel in = make_pipe();
+    RunningMine running("--ignore-signal=HUP", {"-", "-s", "1", "-q", "-o", "a.classes"}, directory_.path(),
+                        in.read);
+    // More than a pipe holds: once it is written, korv-mine reads, and so has set up what signals do.
+    std::string transactions;
+    for (int i = 0; i < 100'000; ++i) {
+        transactions += "7\n";
+    }
+    write_all(in.write, transactions);
+    running.send(SIGHUP);
+    in.write.close();
+    EXPECT_EQ(running.wait(), exited(0));
+    EXPECT_EQ(files(), (Files{{"a.classes", "7\t100000\t 7,\n"}}));
 }
 
 const std::string titanic = TITANIC;

@@ -1,6 +1,7 @@
 #include "mine/summary.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "tools/random_database.h"
 
@@ -24,6 +25,25 @@ TEST(Summary, CountsAndSaysHowToGoOn) {
         << text;
     EXPECT_TRUE(text.ends_with(" MiB\nTo derive rules: korv groceries data/groceries.classes 2 0.8 3\n"))
         << text;
+}
+
+/// The most memory that this process has had so far, in whole MiB. The system gives KiB.
+long mebibytes_of_this_process() {
+    struct rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+TEST(Summary, GivesPeakMemoryInMebibytes) {
+    const std::string label = "peak memory         ";
+    const long before = mebibytes_of_this_process();
+    const std::string text = summary(database, 2, classes, "-", 0.0);
+    const long after = mebibytes_of_this_process();
+    ASSERT_NE(text.find(label), std::string::npos);
+    const long shown = std::stol(text.substr(text.find(label) + label.size()));
+    EXPECT_GT(before, 0);
+    EXPECT_GE(shown, before);
+    EXPECT_LE(shown, after);
 }
 
 TEST(Summary, QuotesPathsForTheShell) {

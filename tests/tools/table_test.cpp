@@ -56,6 +56,11 @@ TEST(Table, NamesABinOfOneNumberByIt) {
     EXPECT_EQ(read("n\n2\n1\n", {{"n", 5}}).names, (Names{"n=1", "n=2"}));
 }
 
+TEST(Table, NamesABinByTheFirstSpellingOfItsNumbers) {
+    EXPECT_EQ(read("n\n1.0\n4.0\n1\n2\n3\n4\n", {{"n", 2}}).names, (Names{"n=1.0..2", "n=3..4.0"}));
+    EXPECT_EQ(read("n\n1.0\n1\n1e0\n", {{"n", 1}}).names, (Names{"n=1.0"}));
+}
+
 TEST(Table, OrdersNumbersByTheirValue) {
     EXPECT_EQ(read("n\n10\n9\n-1e1\n0.5\n", {{"n", 2}}).names, (Names{"n=-1e1..0.5", "n=9..10"}));
 }
