@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <set>
 
+#include "support/bits.h"
 #include "support/itemset_tables.h"
 
 namespace korv {
@@ -14,12 +15,16 @@ namespace {
 constexpr std::size_t columns = 9000;
 constexpr Item items = 12;
 
-std::set<Column> columns_of(const ColumnSet& words) {
-    std::set<Column> result;
+using Columns = std::vector<Column>;
+
+/// The columns of words that are not zero and ascend.
+Columns columns_of(const ColumnSet& words) {
+    Columns result;
+    EXPECT_TRUE(std::ranges::is_sorted(words, std::ranges::less_equal(), &ColumnWord::index));
     for (const ColumnWord& word : words) {
         for (Column bit = 0; bit < 64; ++bit) {
             if ((word.bits >> bit & 1U) != 0) {
-                result.insert(word.index * 64 + bit);
+                result.push_back(word.index * 64 + bit);
             }
         }
     }
@@ -41,11 +46,11 @@ std::vector<Itemset> random_columns(std::mt19937& random) {
 
 class RandomIndex : public ::testing::Test {
 protected:
-    std::set<Column> supersets(const Itemset& itemset, Column from) const {
-        std::set<Column> result;
+    Columns supersets(const Itemset& itemset, Column from) const {
+        Columns result;
         for (Column column = from; column < columns; ++column) {
             if (is_contained(itemset, itemsets_[column])) {
-                result.insert(column);
+                result.push_back(column);
             }
         }
         return result;
@@ -89,7 +94,7 @@ TEST_F(RandomIndex, FindsTheFirstSuperset) {
         const Itemset itemset = any_itemset();
         const Column from = any_column();
         const auto to = static_cast<Column>(from + any_column() % (columns - from + 1));
-        const std::set<Column> all = supersets(itemset, from);
+        const Columns all = supersets(itemset, from);
         const Column expected = all.empty() || *all.begin() >= to ? to : *all.begin();
         ASSERT_EQ(index_.first_superset(itemset, from, to), expected) << "round " << round;
     }
@@ -129,7 +134,7 @@ TEST_F(RandomIndex, RemovesSupersets) {
         const Itemset other = any_itemset();
         index_.find_supersets(one, 0, words);
         index_.remove_supersets(other, words, 0);
-        std::set<Column> expected = supersets(one, 0);
+        Columns expected = supersets(one, 0);
         std::erase_if(expected, [&](Column column) { return is_contained(other, itemsets_[column]); });
         ASSERT_EQ(columns_of(words), expected) << "round " << round;
     }
@@ -140,11 +145,201 @@ TEST_F(RandomIndex, RemovesNothingBeforeTheWordAskedFor) {
     const Itemset frequent = {items - 1};
     index_.find_supersets(frequent, 0, words);
     index_.remove_supersets(frequent, words, 3);
-    const std::set<Column> left = columns_of(words);
-    std::set<Column> expected = supersets(frequent, 0);
+    const Columns left = columns_of(words);
+    Columns expected = supersets(frequent, 0);
     const Column removed_from = words[3].index * 64;
     std::erase_if(expected, [removed_from](Column column) { return column >= removed_from; });
     EXPECT_EQ(left, expected);
+}
+
+// By hand.
+
+/// {2} {0 2} {1 2} {0 1 2}: the items 0 and 1 in two columns each, 2 in all.
+class FourColumns : public ::testing::Test {
+protected:
+    Columns supersets(const Itemset& itemset, Column from) const {
+        ColumnSet found = {{7, 7}};
+        index_.find_supersets(itemset, from, found);
+        return columns_of(found);
+    }
+
+    ItemsetTable table_ = test::table_of({{2}, {0, 2}, {1, 2}, {0, 1, 2}});
+    ItemIndex index_{table_, 4};
+};
+
+TEST_F(FourColumns, AreFoundByWhatTheyContain) {
+    EXPECT_EQ(supersets({2}, 0), (Columns{0, 1, 2, 3}));
+    EXPECT_EQ(supersets({0}, 0), (Columns{1, 3}));
+    EXPECT_EQ(supersets({0, 1}, 0), (Columns{3}));
+    EXPECT_EQ(supersets({2}, 2), (Columns{2, 3}));
+    EXPECT_EQ(supersets({2}, 4), Columns{});
+    EXPECT_EQ(supersets({3}, 0), Columns{});
+}
+
+TEST_F(FourColumns, AreFoundOneByOne) {
+    EXPECT_EQ(index_.first_superset(Itemset{2}, 0, 4), 0U);
+    EXPECT_EQ(index_.first_superset(Itemset{2}, 1, 4), 1U);
+    EXPECT_EQ(index_.first_superset(Itemset{1}, 0, 4), 2U);
+    EXPECT_EQ(index_.first_superset(Itemset{0, 1}, 0, 4), 3U);
+    EXPECT_EQ(index_.first_superset(Itemset{0, 1}, 0, 3), 3U);
+    EXPECT_EQ(index_.first_superset(Itemset{1}, 0, 1), 1U);
+    EXPECT_EQ(index_.first_superset(Itemset{1}, 2, 2), 2U);
+    EXPECT_EQ(index_.first_superset(Itemset{3}, 0, 4), 4U);
+    const std::vector<std::uint64_t> among = {0b1001};
+    EXPECT_EQ(index_.first_superset(Itemset{2}, 0, 4, among.data()), 0U);
+    EXPECT_EQ(index_.first_superset(Itemset{2}, 1, 4, among.data()), 3U);
+    EXPECT_EQ(index_.first_superset(Itemset{2}, 1, 3, among.data()), 3U);
+}
+
+TEST_F(FourColumns, AreTakenOut) {
+    ColumnSet all;
+    index_.find_supersets(Itemset{2}, 0, all);
+    index_.remove_supersets(Itemset{0}, all, 1);
+    EXPECT_EQ(columns_of(all), (Columns{0, 1, 2, 3}));
+    index_.remove_supersets(Itemset{0}, all, 0);
+    EXPECT_EQ(columns_of(all), (Columns{0, 2}));
+    index_.remove_supersets(Itemset{2}, all, 0);
+    EXPECT_EQ(columns_of(all), Columns{});
+}
+
+// Where words and groups of words begin and end.
+
+/// So many columns of eight items: one that only columns beside such places hold, the others in nearly all.
+class Boundaries : public ::testing::TestWithParam<Column> {
+protected:
+    static Columns places() {
+        Columns result = {0,    1,    2,    62,   63,   64,   65,   127,  128,
+                          4031, 4032, 4095, 4096, 4097, 4160, 8191, 8192, 8193};
+        std::erase_if(result, [](Column place) { return place >= GetParam(); });
+        result.push_back(GetParam());
+        return result;
+    }
+
+    static std::vector<Itemset> itemsets_with_places() {
+        constexpr Item others = 7;
+        std::mt19937 random(GetParam());
+        std::vector<Itemset> itemsets(GetParam());
+        for (Itemset& itemset : itemsets) {
+            for (Item item = 1; item <= others; ++item) {
+                if (random() % 8 != 0) {
+                    itemset.push_back(item);
+                }
+            }
+            if (itemset.empty()) {
+                itemset.push_back(1);
+            }
+        }
+        for (const Column place : places()) {
+            if (place < itemsets.size()) {
+                itemsets[place].insert(itemsets[place].begin(), 0);
+            }
+        }
+        return test::rarest_first(itemsets, 1 + others);
+    }
+
+    Columns supersets(const Itemset& itemset) const {
+        Columns result;
+        for (Column column = 0; column < itemsets_.size(); ++column) {
+            if (is_contained(itemset, itemsets_[column])) {
+                result.push_back(column);
+            }
+        }
+        return result;
+    }
+
+    /// Calls `visit` with each itemset, the columns that contain it, and each place to begin at.
+    template <typename Visit>
+    void for_each_query(Visit visit) const {
+        for (test::Bits bits = 1; bits < 256; ++bits) {
+            Itemset itemset = test::itemset_of(bits);
+            std::ranges::for_each(itemset, [](Item& item) { --item; });
+            const Columns holding = supersets(itemset);
+            for (const Column from : places()) {
+                SCOPED_TRACE(testing::PrintToString(itemset) + " from " + std::to_string(from));
+                ASSERT_NO_FATAL_FAILURE(visit(itemset, holding, from));
+            }
+        }
+    }
+
+    /// The first of ascending columns in [from, to), or `to`.
+    static Column first_within(const Columns& ascending, Column from, Column to) {
+        const auto first =
+            std::ranges::find_if(ascending, [&](Column column) { return from <= column && column < to; });
+        return first == ascending.end() ? to : *first;
+    }
+
+    std::vector<Itemset> itemsets_ = itemsets_with_places();
+    ItemsetTable table_ = test::table_of(itemsets_);
+    ItemIndex index_{table_, 8};
+};
+
+TEST_P(Boundaries, AreKeptByASearchForTheFirstSuperset) {
+    for_each_query([&](const Itemset& itemset, const Columns& holding, Column from) {
+        for (const Column to : places()) {
+            if (from <= to) {
+                ASSERT_EQ(index_.first_superset(itemset, from, to), first_within(holding, from, to))
+                    << "to " << to;
+            }
+        }
+    });
+}
+
+TEST_P(Boundaries, AreKeptByASearchAmongSomeColumns) {
+    std::mt19937 random(1);
+    for_each_query([&](const Itemset& itemset, Columns holding, Column from) {
+        std::vector<std::uint64_t> among(index_.bitmap_words());
+        for (const Column place : places()) {
+            if (place < GetParam() && random() % 2 == 0) {
+                among[place / 64] |= std::uint64_t{1} << place % 64;
+            }
+        }
+        std::erase_if(holding, [&](Column column) { return (among[column / 64] >> column % 64 & 1U) == 0; });
+        for (const Column to : places()) {
+            if (from <= to) {
+                ASSERT_EQ(index_.first_superset(itemset, from, to, among.data()),
+                          first_within(holding, from, to))
+                    << "to " << to;
+            }
+        }
+    });
+}
+
+TEST_P(Boundaries, AreKeptByASearchForAllSupersets) {
+    ColumnSet found;
+    for_each_query([&](const Itemset& itemset, const Columns& holding, Column from) {
+        index_.find_supersets(itemset, from, found);
+        const auto first = std::ranges::lower_bound(holding, from);
+        ASSERT_EQ(columns_of(found), Columns(first, holding.end()));
+    });
+}
+
+TEST_P(Boundaries, AreKeptByRemoval) {
+    std::mt19937 random(2);
+    ColumnSet words;
+    for_each_query([&](const Itemset& itemset, const Columns& holding, Column from) {
+        const Itemset whence = {static_cast<Item>(random() % 8)};
+        index_.find_supersets(whence, from, words);
+        Columns expected = columns_of(words);
+        const std::size_t position = words.empty() ? 0 : random() % words.size();
+        const Column removed_from = words.empty() ? 0 : words[position].index * 64;
+        std::erase_if(expected, [&](Column column) {
+            return column >= removed_from && std::ranges::binary_search(holding, column);
+        });
+        index_.remove_supersets(itemset, words, position);
+        ASSERT_EQ(columns_of(words), expected) << "of " << whence.front() << ", at " << position;
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Columns, Boundaries,
+                         ::testing::Values(1, 2, 63, 64, 65, 128, 4095, 4096, 4097, 8192, 12000));
+
+TEST(ItemIndex, OfNoColumnsFindsNone) {
+    const ItemsetTable none;
+    const ItemIndex index(none, 1);
+    ColumnSet found;
+    index.find_supersets(Itemset{0}, 0, found);
+    EXPECT_TRUE(found.empty());
+    EXPECT_EQ(index.first_superset(Itemset{0}, 0, 0), 0U);
 }
 
 }  // namespace

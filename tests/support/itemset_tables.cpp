@@ -23,7 +23,7 @@ std::vector<Itemset> random_itemsets(std::size_t count, Item items, std::mt19937
     return rarest_first(itemsets, items);
 }
 
-std::vector<Itemset> rarest_first(const std::vector<Itemset>& itemsets, Item items) {
+std::vector<Item> numbers_rarest_first(const std::vector<Itemset>& itemsets, Item items) {
     std::vector<std::size_t> frequencies(items);
     for (const Itemset& itemset : itemsets) {
         for (const Item item : itemset) {
@@ -33,16 +33,26 @@ std::vector<Itemset> rarest_first(const std::vector<Itemset>& itemsets, Item ite
     std::vector<Item> by_frequency(items);
     std::iota(by_frequency.begin(), by_frequency.end(), 0);
     std::ranges::stable_sort(by_frequency, {}, [&](Item item) { return frequencies[item]; });
-    Itemset number(items);
+    std::vector<Item> numbers(items);
     for (Item rank = 0; rank < items; ++rank) {
-        number[by_frequency[rank]] = rank;
+        numbers[by_frequency[rank]] = rank;
     }
-    std::vector<Itemset> renumbered = itemsets;
-    for (Itemset& itemset : renumbered) {
-        std::ranges::transform(itemset, itemset.begin(), [&](Item item) { return number[item]; });
-        std::ranges::sort(itemset);
+    return numbers;
+}
+
+Itemset renumbered(Itemset itemset, const std::vector<Item>& numbers) {
+    std::ranges::transform(itemset, itemset.begin(), [&](Item item) { return numbers[item]; });
+    std::ranges::sort(itemset);
+    return itemset;
+}
+
+std::vector<Itemset> rarest_first(const std::vector<Itemset>& itemsets, Item items) {
+    const std::vector<Item> numbers = numbers_rarest_first(itemsets, items);
+    std::vector<Itemset> result;
+    for (const Itemset& itemset : itemsets) {
+        result.push_back(renumbered(itemset, numbers));
     }
-    return renumbered;
+    return result;
 }
 
 }  // namespace korv::test

@@ -19,6 +19,12 @@ inline ItemsetTable table_of(const std::vector<Itemset>& itemsets) {
 /// wants.
 std::vector<Itemset> random_itemsets(std::size_t count, Item items, std::mt19937& random);
 
+/// A number for each item below `items`: the rarer it is in `itemsets`, the smaller; from 0, without gaps.
+std::vector<Item> numbers_rarest_first(const std::vector<Itemset>& itemsets, Item items);
+
+/// The set of the items' numbers, ascending.
+Itemset renumbered(Itemset itemset, const std::vector<Item>& numbers);
+
 /// The items renumbered so that the rarer ones have smaller numbers. A set stays a set.
 std::vector<Itemset> rarest_first(const std::vector<Itemset>& itemsets, Item items);
 
