@@ -73,5 +73,64 @@ TEST(BoundsCache, TakesLongItemsetsForMore) {
     EXPECT_EQ(lower_bound_known(cache, Itemset(1000, 7)), -1);
 }
 
+// Caches that forget often. A stale entry shows as an itemset that should be new.
+
+TEST(BoundsCache, ForgetsEachItemsetAtTheNextWhereOneIsAsMuchAsItMayTake) {
+    BoundsCache cache(1);
+    for (Count round = 0; round < 5000; ++round) {
+        const Itemset itemset = {round / 2 % 10};  // each twice in a row
+        const auto [bounds, is_new] = cache.try_emplace(itemset);
+        ASSERT_TRUE(is_new) << "round " << round;
+        bounds = {round, round};
+    }
+}
+
+/// How many itemsets of two items are remembered before the next one makes the cache forget them; 0 if that
+/// is more than there is room for, each with two bounds.
+std::size_t capacity(std::size_t most_bytes) {
+    for (Item count = 1; (count - 1) * (2 * sizeof(Item) + sizeof(SupportBounds)) < most_bytes; ++count) {
+        BoundsCache cache(most_bytes);
+        for (Item item = 0; item < count; ++item) {
+            remember(cache, {item, item + 1}, item);
+        }
+        if (lower_bound_known(cache, {0, 1}) < 0) {
+            return count;
+        }
+    }
+    return 0;
+}
+
+class ForgetfulBoundsCache : public ::testing::TestWithParam<std::size_t> {};
+
+TEST_P(ForgetfulBoundsCache, KnowsWhatWasSetSinceItForgotAndNothingElse) {
+    const std::size_t most = capacity(GetParam());
+    ASSERT_GE(most, 1 + GetParam() / 100);
+    constexpr std::uint32_t seed = 9;
+    std::mt19937 random(seed);
+    BoundsCache cache(GetParam());
+    std::map<Itemset, Count> remembered;
+    std::size_t forgotten = 0;
+    for (Count round = 0; round < 200'000; ++round) {
+        if (remembered.size() == most) {
+            remembered.clear();
+            ++forgotten;
+        }
+        const auto item = static_cast<Item>(random() % (2 + most + most / 2));
+        const Itemset itemset = {item, item + 1};
+        const auto expected = remembered.find(itemset);
+        const auto [bounds, is_new] = cache.try_emplace(itemset);
+        ASSERT_EQ(is_new, expected == remembered.end()) << "seed " << seed << ", round " << round;
+        if (!is_new) {
+            ASSERT_EQ(bounds.lower, expected->second) << "seed " << seed << ", round " << round;
+        }
+        bounds = {round, round};
+        remembered[itemset] = round;
+    }
+    EXPECT_GT(forgotten, 10U);
+}
+
+// Of a few itemsets; and of more than the first slots are for.
+INSTANTIATE_TEST_SUITE_P(Bytes, ForgetfulBoundsCache, ::testing::Values(1, 100, 1000, 60'000));
+
 }  // namespace
 }  // namespace korv
