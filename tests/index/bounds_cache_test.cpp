@@ -73,6 +73,20 @@ TEST(BoundsCache, TakesLongItemsetsForMore) {
     EXPECT_EQ(lower_bound_known(cache, Itemset(1000, 7)), -1);
 }
 
+// Among so many, some have the same hash of 32 bits.
+TEST(BoundsCache, TellsItemsetsOfOneHashApart) {
+    constexpr Item itemsets = 300'000;
+    BoundsCache cache;
+    for (Item item = 0; item < itemsets; ++item) {
+        const auto [bounds, is_new] = cache.try_emplace(Itemset{item});
+        ASSERT_TRUE(is_new) << "item " << item;
+        bounds.lower = item;
+    }
+    for (Item item = 0; item < itemsets; ++item) {
+        ASSERT_EQ(lower_bound_known(cache, {item}), static_cast<int>(item));
+    }
+}
+
 // Caches that forget often. A stale entry shows as an itemset that should be new.
 
 TEST(BoundsCache, ForgetsEachItemsetAtTheNextWhereOneIsAsMuchAsItMayTake) {
