@@ -123,7 +123,7 @@ Count DifferenceSupports::settle(const Itemset& itemset, SupportBounds& bounds) 
     const Count low = std::max(bounds.lower, known.lower);
     const Count high = std::min(bounds.upper, upper);
     if (low > high || high == 0) {
-        return replay(itemset, bounds);
+        return replay(itemset, known, bounds);
     }
     bounds = {low, std::min(bounds.upper, known.upper)};
     return low == high ? low : 0;
@@ -151,44 +151,61 @@ Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset
     if (ends_behind || !reaches_lower) {
         return only_replay_tells;
     }
-    Column around = first_class_of_support(lower);
-    while ((around = class_index_.first_superset(numbers_, around, all)) != all) {
-        if (classes_.positions[around] < contradiction) {
-            return classes_.supports[around];
+    // The first one will do, as a rule.
+    const Column first = class_index_.first_superset(numbers_, first_class_of_support(lower), all);
+    if (first < all && classes_.positions[first] < contradiction) {
+        return classes_.supports[first];
+    }
+    class_index_.find_supersets(numbers_, first, all, around_);
+    for (const ColumnWord& word : around_) {
+        for (std::uint64_t bits = word.bits; bits != 0; bits &= bits - 1) {
+            const Column column = lowest_column({word.index, bits});
+            if (classes_.positions[column] < contradiction) {
+                return classes_.supports[column];
+            }
         }
-        ++around;
     }
     return no_class_around;
 }
 
-/// The walk, but only past the classes that move a bound.
-Count DifferenceSupports::replay(const Itemset& itemset, SupportBounds& bounds) {
+/// The walk, from one class that lowers the upper bound to the next: in between it is asked when the lower
+/// bound reaches the upper one. `known`: L and U.
+Count DifferenceSupports::replay(const Itemset& itemset, const SupportBounds& known, SupportBounds& bounds) {
     classes_.numbering.translate(itemset, numbers_);
     // Where the walk ends: at the class of the itemset, or behind the last one.
     const auto end = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
-    Position raising = first_to_raise(itemset, bounds.lower, end);
-    Position lowering = first_of_less_support(bounds.upper, end);
-    if (bounds.lower == bounds.upper && std::min(raising, lowering) > 0) {
-        return bounds.lower;  // after the first class, which moves neither
+    Count upper = bounds.upper;
+    for (Position from = 0; from < end;) {
+        const Position next = first_of_less_support(upper, end);
+        const Position reached =
+            bounds.lower >= upper ? from : std::max(from, first_to_raise(itemset, upper - 1, next));
+        if (reached < next) {
+            const bool have_crossed =
+                bounds.lower > upper || first_to_raise(itemset, upper, reached + 1) <= reached;
+            if (!have_crossed) {
+                bounds = {upper, upper};
+                return upper;
+            }
+            break;  // they never meet
+        }
+        from = next;
+        upper = next < end ? entries_[next].support() : upper;
     }
-    for (;;) {
-        const Position next = std::min(raising, lowering);
-        if (next == end) {
-            return end < entries_.size() ? entries_[end].support() : 0;
-        }
-        const Count support = entries_[next].support();
-        if (next == raising) {
-            bounds.lower = support;
-        }
-        if (next == lowering) {
-            bounds.upper = support;
-        }
-        if (bounds.lower == bounds.upper) {
-            return bounds.lower;
-        }
-        // Only the bound that moved needs another class to move it.
-        raising = next == raising ? first_to_raise(itemset, bounds.lower, end) : raising;
-        lowering = next == lowering ? first_of_less_support(bounds.upper, end) : lowering;
+    if (end == entries_.size()) {
+        bounds = {std::max(bounds.lower, known.lower), std::min(bounds.upper, known.upper)};
+        return 0;
+    }
+    narrow(itemset, end, bounds);
+    return entries_[end].support();
+}
+
+/// Narrows the bounds by the classes before `end`.
+void DifferenceSupports::narrow(const Itemset& itemset, Position end, SupportBounds& bounds) {
+    for (Position next = 0; (next = first_to_raise(itemset, bounds.lower, end)) < end;) {
+        bounds.lower = entries_[next].support();
+    }
+    for (Position next = 0; (next = first_of_less_support(bounds.upper, end)) < end;) {
+        bounds.upper = entries_[next].support();
     }
 }
 

@@ -34,8 +34,8 @@ namespace korv {
 ///   and the answer is the same. Only a support of 0 needs more care: there the bounds are looked at, which
 ///   the walk leaves as they were before the class of X. The above therefore needs a high that is not 0.
 ///
-/// Everywhere else the order of the walk matters. It is replayed: only the classes that move a bound are
-/// visited, each found from the indexes as the next one to do so.
+/// Everywhere else the order of the walk matters, and it is replayed: only the few classes that lower the
+/// upper bound are visited, each found from the indexes as the next one to do so.
 ///
 /// None of this asks whether the classes contradict each other elsewhere, so a wrong support costs no more
 /// than the queries that it touches.
@@ -74,7 +74,8 @@ private:
     SupportBounds find_bounds(const Itemset& itemset);
     Count upper_before_contradiction(const Itemset& itemset, Count lower);
     Count find_upper_before_contradiction(const Itemset& itemset, Count lower);
-    Count replay(const Itemset& itemset, SupportBounds& bounds);
+    Count replay(const Itemset& itemset, const SupportBounds& known, SupportBounds& bounds);
+    void narrow(const Itemset& itemset, Position end, SupportBounds& bounds);
     Position first_to_raise(const Itemset& itemset, Count lower, Position before);
     Position first_irregular_to_raise(const Itemset& itemset, Count lower, Position before) const;
     Position first_of_less_support(Count support, Position before);

@@ -236,7 +236,7 @@ Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
         if (nodes_[node].largest <= largest) {
             break;
         }
-        largest = search_below(node, std::max(largest, nodes_[node].own));
+        largest = search_below(node, take_own(node, largest));
     }
     return largest;
 }
@@ -252,24 +252,30 @@ Count KeyIndex::search_below(std::uint32_t node, Count largest) {
         }
         const std::uint32_t next = siblings.first++;
         if (is_wanted_[nodes_[next].item] != 0) {
-            largest = std::max(largest, nodes_[next].own);
+            largest = take_own(next, largest);
             pending_.push_back(children(next));
         }
     }
     return largest;
 }
 
-std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
-    return search_positions(itemset, least, before, 0);
+/// The larger of a node's own support and `largest`.
+Count KeyIndex::take_own(std::uint32_t node, Count largest) {
+    if (nodes_[node].own > largest) {
+        found_ = node;
+        return nodes_[node].own;
+    }
+    return largest;
 }
 
 bool KeyIndex::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
-    return search_positions(itemset, least, before, before) < before;
+    // Most often the key of the largest support will do, and it is found fastest.
+    const bool is_there = largest_support_within(itemset, least) > least;
+    return is_there && (positions_[found_].own < before ||
+                        first_position_within(itemset, least, before) < before);
 }
 
-/// A position as first_position_within finds it, or any that is below `enough`.
-std::uint32_t KeyIndex::search_positions(ItemSpan itemset, Count least, std::uint32_t before,
-                                         std::uint32_t enough) {
+std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
     const Wanted wanted(itemset, is_wanted_);
     const auto visit = [&](std::uint32_t node) {
         if (nodes_[node].largest <= least || positions_[node].smallest >= before) {
@@ -286,7 +292,7 @@ std::uint32_t KeyIndex::search_positions(ItemSpan itemset, Count least, std::uin
             visit(top_[item]);
         }
     }
-    while (!pending_.empty() && before >= enough) {
+    while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
         if (siblings.first == siblings.end || nodes_[siblings.first].largest <= least) {
             pending_.pop_back();

@@ -38,7 +38,7 @@ public:
     /// `before`; otherwise `before`. Costs as much.
     std::uint32_t first_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
-    /// Whether there is such a position. Costs less: the search ends at the first one.
+    /// Whether there is such a position. Costs less, as a rule.
     bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
 private:
@@ -73,7 +73,7 @@ private:
 
     Count search_below(std::uint32_t node, Count largest);
     Count search_below_wanted_tops(ItemSpan itemset, Count largest);
-    std::uint32_t search_positions(ItemSpan itemset, Count least, std::uint32_t before, std::uint32_t enough);
+    Count take_own(std::uint32_t node, Count largest);
 
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};
@@ -88,6 +88,7 @@ private:
     std::vector<char> is_wanted_;             ///< by item: whether the itemset asked for holds it
     std::vector<std::uint32_t> wanted_tops_;  ///< children of the root whose item is wanted
     std::vector<Siblings> pending_;           ///< on the path: those still to be looked at
+    std::uint32_t found_ = no_node;           ///< where the largest support was found
 };
 
 }  // namespace korv
