@@ -4,88 +4,83 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <limits>
 #include <memory>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
-#include "app/globals.h"
-#include "app/lattice.h"
 #include "engine/difference_supports.h"
+#include "engine/lattice_building.h"
+#include "engine/pairs.h"
+#include "engine/rule_gate.h"
 #include "index/bounds_cache.h"
+#include "io/class_loading.h"
+#include "io/rule_files.h"
 
 namespace korv {
 namespace {
 
-constexpr Count minsupp = 1;
-constexpr double minconf = 0.5;
-
 /// A class file, loaded and linked.
 struct Linked {
-    explicit Linked(const std::string& path) : file(path), lattice(file, minconf, minsupp) {
-        lattice.Load_DCI();
-        lattice.Load_Hash_table();
-        lattice.build_lattice();
+    explicit Linked(const std::string& path) {
+        std::ifstream file(path);
+        classes = read_classes(file);
+        entries = lattice_entries(classes);
+        link_successors(entries);
     }
 
-    std::ifstream file;
-    Lattice lattice;
+    ClassMap classes;
+    LatticeEntries entries;
 };
 
-/// A query of a run: the support of `whole` without `base`, between the bounds.
-struct Query {
-    const Itemset* whole;
-    const Itemset* base;
-    Count lower;
-    Count upper;
+/// Counts pairs, and those whose support is known.
+class CountedPairs final : public PairSink {
+public:
+    void add(const Pair& pair) override { known += pair.is_known ? 1 : 0; }
+
+    std::size_t known = 0;
 };
 
-bool partition(const Itemset& whole, const Itemset& first, const Itemset& second) {
-    return difference(whole, first) == second;
+/// Answers no query, but looks at each.
+template <typename Look>
+class LookedAt final : public Supports {
+public:
+    explicit LookedAt(Look look) : look_(std::move(look)) {}
+
+    Count settle(const Itemset& itemset, SupportBounds& bounds) override {
+        look_(itemset, bounds);
+        return 0;
+    }
+
+private:
+    Look look_;
+};
+
+/// Calls `look` with each query of a run, in its order: the itemset and the bounds that are known.
+template <typename Look>
+void look_at_queries(const Linked& linked, Look look) {
+    LookedAt supports(std::move(look));
+    CountedPairs pairs;
+    for_each_pair(linked.classes, linked.entries, supports, pairs);
 }
 
-void add_intra_node_queries(NodeRef node, std::vector<Query>& queries) {
-    const auto& [itemset, of_class] = *node;
-    const std::vector<Itemset>& essentials = of_class.essentials;
-    if (essentials.size() == 2 && partition(itemset, essentials.front(), essentials.back())) {
-        return;
-    }
-    for (const Itemset& essential : essentials) {
-        queries.push_back({&itemset, &essential, 0, of_class.support});
-    }
-}
+struct QueryCounts {
+    std::size_t all = 0;
+    std::size_t distinct = 0;
+};
 
-void add_inter_node_queries(const LatticeEntry& entry, std::vector<Query>& queries) {
-    const SuccessorList& successors = entry.successors;
-    const bool partitioned = successors.size() == 2 &&
-                             partition(entry.itemset(), successors.front()->first, successors.back()->first);
-    const Count upper = entry.node->second.support;
-    for (const NodeRef successor : successors) {
-        const Count lower = upper - successor->second.support;
-        if (!partitioned) {
-            queries.push_back({&entry.itemset(), &successor->first, lower, upper});
-        }
-        for (const Itemset& essential : successor->second.essentials) {
-            queries.push_back({&entry.itemset(), &essential, lower, upper});
-        }
-    }
-}
-
-/// All queries of a run, in their order.
-std::vector<Query> queries_of(const Lattice& lattice) {
-    std::vector<Query> queries;
-    for (NodeRef node = lattice.dci_map.begin(); node != lattice.dci_map.end(); ++node) {
-        add_intra_node_queries(node, queries);
-    }
-    for (const LatticeEntry& entry : lattice.hash_table) {
-        add_inter_node_queries(entry, queries);
-    }
-    return queries;
+QueryCounts count_queries(const Linked& linked) {
+    BoundsCache differences(std::numeric_limits<std::size_t>::max());
+    QueryCounts counts;
+    look_at_queries(linked, [&](const Itemset& itemset, const SupportBounds&) {
+        ++counts.all;
+        counts.distinct += differences.try_emplace(itemset).second ? 1 : 0;
+    });
+    return counts;
 }
 
 /// Seconds for one of `count` things, all of which each iteration does.
@@ -98,12 +93,12 @@ void load(benchmark::State& state, const std::string& path) {
     for (auto _ : state) {
         state.PauseTiming();
         auto file = std::make_unique<std::ifstream>(path);
-        auto lattice = std::make_unique<Lattice>(*file, minconf, minsupp);
+        auto classes = std::make_unique<ClassMap>();
         state.ResumeTiming();
-        lattice->Load_DCI();
+        *classes = read_classes(*file);
         state.PauseTiming();
-        state.counters["classes"] = static_cast<double>(lattice->dci_map.size());
-        lattice.reset();
+        state.counters["classes"] = static_cast<double>(classes->size());
+        classes.reset();
         state.ResumeTiming();
     }
     const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path));
@@ -111,16 +106,14 @@ void load(benchmark::State& state, const std::string& path) {
 }
 
 void build_lattice(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
-    Lattice& lattice = linked->lattice;
     for (auto _ : state) {
         state.PauseTiming();
-        lattice.hash_table.clear();
-        lattice.Load_Hash_table();
+        linked->entries = lattice_entries(linked->classes);
         state.ResumeTiming();
-        lattice.build_lattice();
+        link_successors(linked->entries);
     }
     std::size_t edges = 0;
-    for (const LatticeEntry& entry : lattice.hash_table) {
+    for (const LatticeEntry& entry : linked->entries) {
         edges += entry.successors.size();
     }
     state.counters["edges"] = static_cast<double>(edges);
@@ -128,78 +121,71 @@ void build_lattice(benchmark::State& state, const std::shared_ptr<Linked>& linke
 
 void index_supports(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
     for (auto _ : state) {
-        linked->lattice.index_supports();
+        const DifferenceSupports supports(linked->entries);
+        benchmark::DoNotOptimize(&supports);
     }
 }
 
-std::size_t distinct_differences(const std::vector<Query>& queries) {
-    BoundsCache differences(std::numeric_limits<std::size_t>::max());
-    return static_cast<std::size_t>(std::ranges::count_if(queries, [&differences](const Query& query) {
-        return differences.try_emplace(difference(*query.whole, *query.base)).second;
-    }));
-}
-
-/// Computes and settles the difference of each query of a run. Remembering earlier queries is part of what is
-/// measured: every iteration begins with nothing remembered.
+/// Makes and settles all pairs of a run. Remembering earlier queries is part of what is measured: every
+/// iteration begins with nothing remembered.
 void queries_by_index(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
-    const std::vector<Query> queries = queries_of(linked->lattice);
+    const QueryCounts queries = count_queries(*linked);
     std::size_t known = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto supports = std::make_unique<DifferenceSupports>(linked->lattice.dci_map);
-        known = 0;
+        auto supports = std::make_unique<DifferenceSupports>(linked->entries);
+        CountedPairs pairs;
         state.ResumeTiming();
-        for (Query query : queries) {
-            const auto support =
-                supports->settle(difference(*query.whole, *query.base), query.lower, query.upper);
-            known += support.value_or(0) != 0 ? 1 : 0;
-        }
+        for_each_pair(linked->classes, linked->entries, *supports, pairs);
         state.PauseTiming();
+        known = pairs.known;
         supports.reset();
         state.ResumeTiming();
     }
-    state.counters["queries"] = static_cast<double>(queries.size());
+    state.counters["queries"] = static_cast<double>(queries.all);
     state.counters["known"] = static_cast<double>(known);
-    state.counters["distinct"] = static_cast<double>(distinct_differences(queries));
-    state.counters["each"] = seconds_for_each(queries.size());
+    state.counters["distinct"] = static_cast<double>(queries.distinct);
+    state.counters["each"] = seconds_for_each(queries.all);
 }
 
 /// At most a hundred of the queries, spread evenly.
 void queries_by_walk(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
-    const std::vector<Query> queries = queries_of(linked->lattice);
-    const std::size_t step = queries.size() / 100 + 1;
-    std::size_t asked = 0;
+    const std::size_t step = count_queries(*linked).all / 100 + 1;
+    std::vector<std::pair<Itemset, SupportBounds>> sample;
+    std::size_t seen = 0;
+    look_at_queries(*linked, [&](const Itemset& itemset, const SupportBounds& bounds) {
+        if (seen++ % step == 0) {
+            sample.emplace_back(itemset, bounds);
+        }
+    });
+    SupportWalk walk(linked->entries);
     for (auto _ : state) {
-        asked = 0;
-        for (std::size_t i = 0; i < queries.size(); i += step) {
-            Query query = queries[i];
-            benchmark::DoNotOptimize(linked->lattice.generate_difference_support(
-                difference(*query.whole, *query.base), query.lower, query.upper));
-            ++asked;
+        for (auto [itemset, bounds] : sample) {
+            benchmark::DoNotOptimize(walk.settle(itemset, bounds));
         }
     }
-    state.counters["each"] = seconds_for_each(asked);
+    state.counters["each"] = seconds_for_each(sample.size());
 }
 
 /// Writes rules with sides of five and twenty items as the rules of a pair are written: four records for each
 /// pair of sides.
 void write_records(benchmark::State& state) {
     Output_Manager out("/dev/null");
-    RuleCounts counts;
-    RuleRecorder rules(out, out, minconf, counts);
+    RuleFiles files({out, out}, {out, out});
     Itemset few;
     Itemset many;
     for (Item item = 100; item < 125; ++item) {
         (item % 5 == 0 ? few : many).push_back(item);
     }
+    const Pair pair = {PairKind::successor, {}, few, many, 5678, 1345, {2345, 2345}, true};
+    RuleGate rules(0.5, files);
     constexpr std::size_t records = 4;
     for (auto _ : state) {
-        const Sides D(many);
-        const Sides B(few);
-        rules.approximative(Form::R132, D.plain, B.plain, 1234, ratio(1234, 2345));
-        rules.approximative(Form::R131, B.plain, D.plain, 1234, ratio(1234, 1345));
-        rules.approximated(Form::R232, D.negated, B.negated, 4321, {ratio(4321, 5678), ratio(4321, 5432)});
-        rules.approximated(Form::R331, B.plain, D.negated, {34, 56}, {ratio(34, 56), 1.0});
+        files.begin(pair);
+        rules.approximative(Form::R132, 1234, ratio(1234, 2345));
+        rules.approximative(Form::R131, 1234, ratio(1234, 1345));
+        rules.approximated(Form::R232, known(Count{4321}), {ratio(4321, 5678), ratio(4321, 5432)});
+        rules.approximated(Form::R331, between(Count{34}, Count{56}), {ratio(34, 56), 1.0});
     }
     state.counters["each"] = seconds_for_each(records);
 }
@@ -224,9 +210,6 @@ void register_file(const std::string& path) {
 }  // namespace korv
 
 int main(int argc, char** argv) {
-    for (std::string* const name : {&korv::S1, &korv::S2, &korv::S3, &korv::S4, &korv::S5, &korv::S6}) {
-        *name = "/dev/null";
-    }
     benchmark::Initialize(&argc, argv);
     for (int i = 1; i < argc; ++i) {
         if (!std::ifstream(argv[i])) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
+#include <tuple>
 #include <utility>
 
 namespace korv {
@@ -26,16 +26,25 @@ std::vector<std::uint32_t> irregular_classes(const LatticeEntries& entries) {
     return irregular;
 }
 
+/// The classes by ascending support. Those of one support stand about in the order of their itemsets, so that
+/// classes side by side share items: bitmaps over them then have many empty words.
+std::vector<std::uint32_t> by_support(const LatticeEntries& entries) {
+    constexpr unsigned item_bits = 16;
+    std::vector<std::tuple<Count, std::uint64_t, std::uint32_t>> order;
+    order.reserve(entries.size());
+    for (const LatticeEntry& entry : entries) {
+        order.emplace_back(entry.support(), beginning(entry.itemset(), item_bits), order.size());
+    }
+    std::ranges::sort(order);
+    std::vector<std::uint32_t> positions(order.size());
+    std::ranges::transform(order, positions.begin(), [](const auto& each) { return std::get<2>(each); });
+    return positions;
+}
+
 }  // namespace
 
 DifferenceSupports::Classes::Classes(const LatticeEntries& entries)
-    : numbering(korv::closed_itemsets(entries)), positions(entries.size()) {
-    std::iota(positions.begin(), positions.end(), Position{0});
-    std::ranges::sort(positions, [&entries](Position a, Position b) {
-        const Count of_a = entries[a].support();
-        const Count of_b = entries[b].support();
-        return of_a != of_b ? of_a < of_b : a < b;
-    });
+    : numbering(korv::closed_itemsets(entries)), positions(by_support(entries)) {
     supports.reserve(entries.size());
     Itemset numbers;
     for (const Position position : positions) {
@@ -46,13 +55,14 @@ DifferenceSupports::Classes::Classes(const LatticeEntries& entries)
 }
 
 /// The keys of the regular classes.
-KeyIndex DifferenceSupports::make_key_index(const LatticeEntries& entries, const Classes& classes) {
+KeyIndex DifferenceSupports::make_key_index(const LatticeEntries& entries, const Classes& classes,
+                                            const std::vector<Position>& irregular) {
     ItemsetTable keys;
     std::vector<KeyOwner> owners;
     Itemset numbers;
     for (Position position = 0; position < entries.size(); ++position) {
         const LatticeEntry& entry = entries[position];
-        if (!is_regular(entry)) {
+        if (std::ranges::binary_search(irregular, position)) {
             continue;
         }
         const auto add = [&](const Itemset& key) {
@@ -74,7 +84,7 @@ DifferenceSupports::DifferenceSupports(const LatticeEntries& entries)
       irregular_(irregular_classes(entries)),
       classes_(entries),
       class_index_(classes_.closed_itemsets, classes_.numbering.size()),
-      key_index_(make_key_index(entries, classes_)),
+      key_index_(make_key_index(entries, classes_, irregular_)),
       consistent_(irregular_.empty() && classes_agree()),
       walk_(entries) {}
 

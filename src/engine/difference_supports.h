@@ -68,7 +68,8 @@ private:
         std::vector<Position> positions;
     };
 
-    static KeyIndex make_key_index(const LatticeEntries& entries, const Classes& classes);
+    static KeyIndex make_key_index(const LatticeEntries& entries, const Classes& classes,
+                                   const std::vector<Position>& irregular);
 
     bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
