@@ -17,9 +17,10 @@ constexpr std::size_t words_for(std::size_t bound) {
     return (bound + word_bits - 1) / word_bits;
 }
 
-/// The word in which a number has its bit.
-constexpr std::size_t word_of(std::size_t number) {
-    return number / word_bits;
+/// The position of the word in which a number has its bit.
+template <typename Number>
+constexpr Number word_of(Number number) {
+    return static_cast<Number>(number / word_bits);
 }
 
 /// The bit of a number in its word.

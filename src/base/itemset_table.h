@@ -36,17 +36,17 @@ public:
 
     /// Valid until the next push_back.
     ItemSpan operator[](std::size_t position) const {
-        const std::size_t begin = position == 0 ? 0 : ends_[position - 1];
-        return ItemSpan(items_).subspan(begin, ends_[position] - begin);
+        return ItemSpan(items_).subspan(begin(position), ends_[position] - begin(position));
     }
 
     /// The items of an itemset, to be changed: their number stays. Valid until the next push_back.
     std::span<Item> mutable_items(std::size_t position) {
-        const std::size_t begin = position == 0 ? 0 : ends_[position - 1];
-        return std::span(items_).subspan(begin, ends_[position] - begin);
+        return std::span(items_).subspan(begin(position), ends_[position] - begin(position));
     }
 
 private:
+    std::size_t begin(std::size_t position) const { return position == 0 ? 0 : ends_[position - 1]; }
+
     std::vector<Item> items_;
     std::vector<std::size_t> ends_;
 };

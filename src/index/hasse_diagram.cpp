@@ -99,9 +99,9 @@ public:
             sort_by_discovery(position, lowers);
         }
         for (const Column lower : lowers) {
-            frontier_[lower / ItemIndex::word_bits] &= ~ItemIndex::bit_of(lower);
+            frontier_[word_of(lower)] &= ~bit_of(lower);
         }
-        frontier_[position / ItemIndex::word_bits] |= ItemIndex::bit_of(position);
+        frontier_[word_of(position)] |= bit_of(position);
     }
 
 private:
@@ -166,7 +166,7 @@ private:
     const ItemIndex& index_;
     const Adjacency& uppers_;
     Adjacency& lowers_;
-    std::vector<std::uint64_t> frontier_;           ///< a bitmap of columns
+    std::vector<BitWord> frontier_;                 ///< a bitmap of columns
     std::vector<std::pair<Column, Column>> below_;  ///< frontier superset and lower neighbour
     std::vector<Column> wanted_;                    ///< lower neighbours not yet found
 };

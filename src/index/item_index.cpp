@@ -13,16 +13,12 @@ namespace {
 /// the memory of a list.
 constexpr std::size_t sparse_from = 512;
 
-std::uint32_t word_of(Column column) {
-    return column / ItemIndex::word_bits;
-}
-
 }  // namespace
 
 ItemIndex::ItemIndex(const ItemsetTable& itemsets, std::size_t items)
     : itemsets_(itemsets),
-      bitmap_words_((itemsets.size() + word_bits - 1) / word_bits),
-      summary_words_((bitmap_words_ + word_bits - 1) / word_bits),
+      bitmap_words_(words_for(itemsets.size())),
+      summary_words_(words_for(bitmap_words_)),
       rows_(items, no_row),
       list_begins_(items + 1) {
     std::vector<std::size_t> frequencies(items);
@@ -69,7 +65,7 @@ std::span<const Column> ItemIndex::list(Item item, Column from) const {
 bool ItemIndex::contains(Column column, ItemSpan itemset) const {
     bool all_have_bitmaps = true;
     for (const Item item : itemset.subspan(1)) {
-        const std::uint64_t* const held = bitmap(item);
+        const BitWord* const held = bitmap(item);
         if (held != nullptr && (held[word_of(column)] & bit_of(column)) == 0) {
             return false;
         }
@@ -81,7 +77,7 @@ bool ItemIndex::contains(Column column, ItemSpan itemset) const {
 /// The bitmaps of the items of an itemset, all of which have one, and one more if wanted.
 class ItemIndex::Intersection {
 public:
-    Intersection(const ItemIndex& index, ItemSpan itemset, const std::uint64_t* among)
+    Intersection(const ItemIndex& index, ItemSpan itemset, const BitWord* among)
         : index_(index),
           rarest_items_(itemset.first(std::min(itemset.size(), rarest_.size() - 1))),
           others_(itemset.subspan(rarest_items_.size())) {
@@ -91,17 +87,17 @@ public:
     }
 
     /// A bit for each of 64 words from 64 * `group` on: 0 where the word has no columns.
-    std::uint64_t occupied(std::size_t group) const {
-        std::uint64_t words = ~std::uint64_t{0};
+    BitWord occupied(std::size_t group) const {
+        BitWord words = ~BitWord{0};
         for (const Item item : rarest_items_) {
             words &= index_.summary(item)[group];
         }
         return words;
     }
 
-    std::uint64_t word(std::size_t position) const {
-        std::uint64_t bits = ~std::uint64_t{0};
-        for (const std::uint64_t* const words : rarest_) {
+    BitWord word(std::size_t position) const {
+        BitWord bits = ~BitWord{0};
+        for (const BitWord* const words : rarest_) {
             bits &= words[position];
         }
         for (std::size_t i = 0; bits != 0 && i < others_.size(); ++i) {
@@ -113,7 +109,7 @@ public:
 private:
     const ItemIndex& index_;
     /// One test behind six loads costs less than six tests: they seldom leave anything.
-    std::array<const std::uint64_t*, 6> rarest_;
+    std::array<const BitWord*, 6> rarest_;
     ItemSpan rarest_items_;
     ItemSpan others_;
 };
@@ -122,18 +118,18 @@ private:
 /// whose items all have bitmaps, until it returns true or all columns before `to` were visited. The last
 /// words may have columns of `to` and beyond.
 template <typename Visit>
-void ItemIndex::for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
+void ItemIndex::for_each_superset_word(ItemSpan itemset, Column from, Column to, const BitWord* among,
                                        Visit visit) const {
     const Intersection common(*this, itemset, among);
     const std::size_t first = word_of(from);
-    std::uint64_t wanted_words = ~std::uint64_t{0} << first % word_bits;
+    BitWord wanted_words = ~BitWord{0} << first % word_bits;
     for (std::size_t group = first / word_bits; group * group_bits < to; ++group) {
-        std::uint64_t words = common.occupied(group) & std::exchange(wanted_words, ~std::uint64_t{0});
+        BitWord words = common.occupied(group) & std::exchange(wanted_words, ~BitWord{0});
         for (; words != 0; words &= words - 1) {
             const std::size_t index = group * word_bits + static_cast<std::size_t>(std::countr_zero(words));
-            std::uint64_t bits = common.word(index);
+            BitWord bits = common.word(index);
             if (index == first) {
-                bits &= ~std::uint64_t{0} << from % word_bits;
+                bits &= ~BitWord{0} << from % word_bits;
             }
             if (bits != 0 && visit(static_cast<std::uint32_t>(index), bits)) {
                 return;
@@ -146,10 +142,10 @@ Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to) const
     return first_superset(itemset, from, to, nullptr);
 }
 
-Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const std::uint64_t* among) const {
+Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const BitWord* among) const {
     Column first = to;
     if (bitmap(itemset.front()) != nullptr) {
-        for_each_superset_word(itemset, from, to, among, [&first](std::uint32_t index, std::uint64_t bits) {
+        for_each_superset_word(itemset, from, to, among, [&first](std::uint32_t index, BitWord bits) {
             const auto bit = static_cast<std::uint32_t>(std::countr_zero(bits));
             first = std::min(first, static_cast<Column>(index * word_bits + bit));
             return true;
@@ -171,7 +167,7 @@ Column ItemIndex::first_superset(ItemSpan itemset, Column from, Column to, const
 void ItemIndex::find_supersets(ItemSpan itemset, Column from, Column to, ColumnSet& found) const {
     found.clear();
     if (bitmap(itemset.front()) != nullptr) {
-        for_each_superset_word(itemset, from, to, nullptr, [&](std::uint32_t index, std::uint64_t bits) {
+        for_each_superset_word(itemset, from, to, nullptr, [&](std::uint32_t index, BitWord bits) {
             if (index >= word_of(to)) {
                 bits &= index == word_of(to) ? bit_of(to) - 1 : 0;
             }
@@ -205,16 +201,16 @@ void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size
     if (words.empty()) {
         return;
     }
-    if (const std::uint64_t* const rarest = bitmap(itemset.front())) {
+    if (const BitWord* const rarest = bitmap(itemset.front())) {
         // Item after item rather than word after word: each bitmap is then walked in one direction.
         hits_.clear();
         for (ColumnWord& word : words) {
-            if (const std::uint64_t bits = word.bits & rarest[word.index]) {
+            if (const BitWord bits = word.bits & rarest[word.index]) {
                 hits_.push_back({&word, bits});
             }
         }
         for (const Item item : itemset.subspan(1)) {
-            const std::uint64_t* const held = bitmap(item);
+            const BitWord* const held = bitmap(item);
             for (Hit& hit : hits_) {
                 hit.bits &= held[hit.word->index];
             }

@@ -16,7 +16,7 @@ using Column = std::uint32_t;
 /// A set of columns: the words of its bitmap that are not all zero, ascending by index.
 struct ColumnWord {
     std::uint32_t index;  ///< stands for the columns 64 * index to 64 * index + 63
-    std::uint64_t bits;   ///< bit b stands for the column 64 * index + b
+    BitWord bits;         ///< bit b stands for the column 64 * index + b
 };
 using ColumnSet = std::vector<ColumnWord>;
 
@@ -48,7 +48,7 @@ public:
     Column first_superset(ItemSpan itemset, Column from, Column to) const;
 
     /// The same among the columns that are set in the bitmap `among`, of bitmap_words() words.
-    Column first_superset(ItemSpan itemset, Column from, Column to, const std::uint64_t* among) const;
+    Column first_superset(ItemSpan itemset, Column from, Column to, const BitWord* among) const;
 
     /// Replaces `found` by all columns of [from, to) that contain `itemset`, which must not be empty. Costs
     /// as much as a search for the first one that finds none.
@@ -64,11 +64,6 @@ public:
     /// Number of words of a bitmap.
     std::size_t bitmap_words() const { return bitmap_words_; }
 
-    static constexpr std::size_t word_bits = 64;
-
-    /// The bit of a column in the word of its bitmap, columns / word_bits.
-    static constexpr std::uint64_t bit_of(Column column) { return std::uint64_t{1} << column % word_bits; }
-
 private:
     static constexpr std::uint32_t no_row = 0xFFFFFFFF;
     /// Columns for which a word of a summary stands.
@@ -79,30 +74,30 @@ private:
     /// A word of a bitmap and those of its columns that hold all items looked at so far.
     struct Hit {
         ColumnWord* word;
-        std::uint64_t bits;
+        BitWord bits;
     };
 
     /// nullptr when the item has a list.
-    const std::uint64_t* bitmap(Item item) const {
+    const BitWord* bitmap(Item item) const {
         return rows_[item] == no_row ? nullptr : words_.data() + rows_[item] * bitmap_words_;
     }
     /// Of an item with a bitmap.
-    const std::uint64_t* summary(Item item) const { return summaries_.data() + rows_[item] * summary_words_; }
+    const BitWord* summary(Item item) const { return summaries_.data() + rows_[item] * summary_words_; }
     std::span<const Column> list(Item item) const {
         return std::span(lists_).subspan(list_begins_[item], list_begins_[item + 1] - list_begins_[item]);
     }
     std::span<const Column> list(Item item, Column from) const;
     bool contains(Column column, ItemSpan itemset) const;
     template <typename Visit>
-    void for_each_superset_word(ItemSpan itemset, Column from, Column to, const std::uint64_t* among,
+    void for_each_superset_word(ItemSpan itemset, Column from, Column to, const BitWord* among,
                                 Visit visit) const;
 
     const ItemsetTable& itemsets_;
     std::size_t bitmap_words_;
     std::size_t summary_words_;
     std::vector<std::uint32_t> rows_;       ///< by item: number of its bitmap
-    std::vector<std::uint64_t> words_;      ///< the bitmaps, one behind the other
-    std::vector<std::uint64_t> summaries_;  ///< for each bitmap, a bit for each of its words that is not zero
+    std::vector<BitWord> words_;            ///< the bitmaps, one behind the other
+    std::vector<BitWord> summaries_;        ///< for each bitmap, a bit for each of its words that is not zero
     std::vector<std::size_t> list_begins_;  ///< by item
     std::vector<Column> lists_;             ///< the lists, one behind the other
     std::vector<Hit> hits_;                 ///< working space of remove_supersets

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cstdint>
 #include <map>
+
+#include "base/bit_words.h"
 
 namespace korv {
 
@@ -18,15 +18,14 @@ constexpr std::size_t few_numbers = 512;
 
 /// Sorts distinct numbers below few_numbers.
 void sort_few(Itemset& numbers) {
-    constexpr std::size_t word_bits = 64;
-    std::array<std::uint64_t, few_numbers / word_bits> bitmap = {};
+    std::array<BitWord, words_for(few_numbers)> bitmap = {};
     for (const Item number : numbers) {
-        bitmap[number / word_bits] |= std::uint64_t{1} << number % word_bits;
+        bitmap[word_of(number)] |= bit_of(number);
     }
     auto next = numbers.begin();
     for (std::size_t word = 0; word < bitmap.size(); ++word) {
-        for (std::uint64_t bits = bitmap[word]; bits != 0; bits &= bits - 1) {
-            *next++ = static_cast<Item>(word * word_bits + static_cast<std::size_t>(std::countr_zero(bits)));
+        for (BitWord bits = bitmap[word]; bits != 0; bits &= bits - 1) {
+            *next++ = static_cast<Item>(lowest_number(word, bits));
         }
     }
 }

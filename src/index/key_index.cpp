@@ -271,8 +271,8 @@ Count KeyIndex::take_own(std::uint32_t node, Count largest) {
 bool KeyIndex::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
     // Most often the key of the largest support will do, and it is found fastest.
     const bool is_there = largest_support_within(itemset, least) > least;
-    return is_there && (positions_[found_].own < before ||
-                        first_position_within(itemset, least, before) < before);
+    return is_there &&
+           (positions_[found_].own < before || first_position_within(itemset, least, before) < before);
 }
 
 std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
-#include <string_view>
+
+#include "io/class_record.h"
 
 namespace korv::test {
 
@@ -18,14 +19,6 @@ Itemset random_part(const Itemset& itemset, std::mt19937& random) {
 Count disjunctive_support(const Itemset& itemset, const std::vector<Itemset>& transactions) {
     return static_cast<Count>(std::ranges::count_if(
         transactions, [&itemset](const Itemset& transaction) { return intersects(transaction, itemset); }));
-}
-
-void append_items(const Itemset& itemset, std::string& text) {
-    std::string_view before_item;
-    for (const Item item : itemset) {
-        text.append(before_item).append(std::to_string(item));
-        before_item = " ";
-    }
 }
 
 }  // namespace
@@ -124,15 +117,9 @@ std::map<Itemset, data> sparse_classes(std::size_t count, Item twins, std::mt199
 std::string class_file(const std::map<Itemset, data>& classes) {
     std::string text;
     for (const auto& [itemset, of_class] : classes) {
-        append_items(itemset, text);
-        text.append("\t").append(std::to_string(of_class.support)).append("\t");
         const std::vector<Itemset> itself = {itemset};
-        for (const Itemset& essential : of_class.essentials.empty() ? itself : of_class.essentials) {
-            text += ' ';
-            append_items(essential, text);
-            text += ',';
-        }
-        text += '\n';
+        append_class_record(itemset, of_class.support,
+                            of_class.essentials.empty() ? itself : of_class.essentials, text);
     }
     return text;
 }

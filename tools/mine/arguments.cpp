@@ -2,28 +2,18 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 
+#include "base/number_text.h"
 #include "common/atomic_output.h"
 #include "common/error.h"
 
 namespace korv::tools {
 
 namespace {
-
-/// The number for which the whole of `text` stands; nothing when it stands for none.
-template <typename Number>
-std::optional<Number> number(std::string_view text) {
-    Number value = {};
-    const char* const end = text.data() + text.size();
-    const auto [last, problem] = std::from_chars(text.data(), end, value);
-    return problem == std::errc() && last == end ? std::optional(value) : std::nullopt;
-}
 
 /// A check for CLI11: says what is wrong with a text that `parse` rejects; empty for any other text.
 template <typename Parse>
@@ -37,10 +27,10 @@ auto check(Parse parse, const std::string& expected) {
 
 std::optional<Threshold> parse_threshold(const std::string& text) {
     if (!text.ends_with('%')) {
-        const auto count = number<Count>(text);
+        const auto count = parse_number<Count>(text);
         return count ? std::optional(Threshold{static_cast<double>(*count), false}) : std::nullopt;
     }
-    const auto percentage = number<double>(std::string_view(text).substr(0, text.size() - 1));
+    const auto percentage = parse_number<double>(std::string_view(text).substr(0, text.size() - 1));
     if (!percentage || !std::isfinite(*percentage) || *percentage < 0) {
         return std::nullopt;
     }
@@ -63,7 +53,7 @@ Count in_transactions(const Threshold& threshold, Count transactions) {
 std::optional<BinRule> parse_bin_rule(const std::string& text) {
     const std::size_t equals = text.rfind('=');
     const bool for_all = equals == std::string::npos;
-    const auto bins = number<std::size_t>(std::string_view(text).substr(for_all ? 0 : equals + 1));
+    const auto bins = parse_number<std::size_t>(std::string_view(text).substr(for_all ? 0 : equals + 1));
     if (!bins || *bins == 0 || equals == 0) {
         return std::nullopt;
     }

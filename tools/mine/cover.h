@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/bit_words.h"
 #include "mine/database.h"
 
 namespace korv::tools {
@@ -44,23 +45,20 @@ public:
     static Positions promising(const Positions& candidates) { return candidates; }
 
 private:
-    using Word = std::uint64_t;
-    static constexpr std::size_t word_bits = 64;
-
     struct Prefix {
-        std::vector<Word> any;
-        std::vector<Word> once;
-        std::vector<Word> all;
+        std::vector<BitWord> any;
+        std::vector<BitWord> once;
+        std::vector<BitWord> all;
         Count support = 0;
     };
 
-    const Word* row(std::size_t item) const { return rows_.data() + item * words_; }
+    const BitWord* row(std::size_t item) const { return rows_.data() + item * words_; }
     bool is_frequent_with(std::size_t item, Prefix& longer);
     bool is_essential_with(std::size_t item) const;
 
     Count min_support_;
-    std::size_t words_;       ///< of a bit vector
-    std::vector<Word> rows_;  ///< the transactions of each item, one behind the other
+    std::size_t words_;          ///< of a bit vector
+    std::vector<BitWord> rows_;  ///< the transactions of each item, one behind the other
     std::vector<std::size_t> itemset_;
     std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
 };

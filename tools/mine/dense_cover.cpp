@@ -7,29 +7,29 @@ namespace korv::tools {
 
 DenseCover::DenseCover(const Database& database, Count min_support)
     : min_support_(min_support),
-      words_((database.transactions + word_bits - 1) / word_bits),
+      words_(words_for(database.transactions)),
       rows_(database.items.size() * words_) {
     for (std::size_t item = 0; item < database.items.size(); ++item) {
         for (const Transaction transaction : database.items[item].transactions) {
-            rows_[item * words_ + transaction / word_bits] |= Word{1} << transaction % word_bits;
+            rows_[item * words_ + word_of(transaction)] |= bit_of(transaction);
         }
     }
-    const std::vector<Word> none(words_);
-    prefixes_.push_back({none, none, std::vector<Word>(words_, ~Word{0}), 0});
+    const std::vector<BitWord> none(words_);
+    prefixes_.push_back({none, none, std::vector<BitWord>(words_, ~BitWord{0}), 0});
 }
 
 bool DenseCover::extend(std::size_t item) {
     const std::size_t size = itemset_.size();
     if (prefixes_.size() == size + 1) {
         prefixes_.push_back(
-            {std::vector<Word>(words_), std::vector<Word>(words_), std::vector<Word>(words_)});
+            {std::vector<BitWord>(words_), std::vector<BitWord>(words_), std::vector<BitWord>(words_)});
     }
     Prefix& longer = prefixes_[size + 1];
     if (!is_frequent_with(item, longer) || !is_essential_with(item)) {
         return false;
     }
     const Prefix& prefix = prefixes_[size];
-    const Word* const held = row(item);
+    const BitWord* const held = row(item);
     longer.support = 0;
     for (std::size_t i = 0; i < words_; ++i) {
         longer.any[i] = prefix.any[i] | held[i];
@@ -45,8 +45,8 @@ void DenseCover::retract() {
 }
 
 bool DenseCover::covers(std::size_t item) const {
-    const Word* const held = row(item);
-    const std::vector<Word>& any = prefixes_[itemset_.size()].any;
+    const BitWord* const held = row(item);
+    const std::vector<BitWord>& any = prefixes_[itemset_.size()].any;
     for (std::size_t i = 0; i < words_; ++i) {
         if ((held[i] & ~any[i]) != 0) {
             return false;
@@ -67,8 +67,8 @@ Positions DenseCover::newly_covered(const std::vector<char>& wanted) const {
 
 /// Sets `longer.all` on the way.
 bool DenseCover::is_frequent_with(std::size_t item, Prefix& longer) {
-    const Word* const held = row(item);
-    const std::vector<Word>& all = prefixes_[itemset_.size()].all;
+    const BitWord* const held = row(item);
+    const std::vector<BitWord>& all = prefixes_[itemset_.size()].all;
     std::size_t common = 0;
     for (std::size_t i = 0; i < words_; ++i) {
         longer.all[i] = all[i] & held[i];
@@ -78,10 +78,10 @@ bool DenseCover::is_frequent_with(std::size_t item, Prefix& longer) {
 }
 
 bool DenseCover::is_essential_with(std::size_t item) const {
-    const Word* const held = row(item);
+    const BitWord* const held = row(item);
     const Prefix& prefix = prefixes_[itemset_.size()];
     const auto keeps_a_transaction = [&](std::size_t other) {
-        const Word* const of_other = row(other);
+        const BitWord* const of_other = row(other);
         for (std::size_t i = 0; i < words_; ++i) {
             if ((prefix.once[i] & of_other[i] & ~held[i]) != 0) {
                 return true;

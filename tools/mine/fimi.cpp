@@ -1,9 +1,8 @@
 #include "mine/fimi.h"
 
-#include <charconv>
 #include <string_view>
-#include <system_error>
 
+#include "base/number_text.h"
 #include "common/error.h"
 #include "common/lines.h"
 #include "mine/database_builder.h"
@@ -16,16 +15,13 @@ constexpr std::string_view blanks = " \t";
 
 /// The number for which a word stands. Throws Error when it stands for none.
 Item item_of(std::string_view word, const TextInput& input) {
-    Item item = 0;
-    const char* const end = word.data() + word.size();
-    const auto [last, problem] = std::from_chars(word.data(), end, item);
-    if (problem == std::errc() && last == end) {
-        return item;
+    if (const auto item = parse_number<Item>(word)) {
+        return *item;
     }
     const auto position = static_cast<std::size_t>(word.data() - input.text.data());
-    const bool too_large = problem == std::errc::result_out_of_range && last == end;
+    const bool is_too_large = word.find_first_not_of("0123456789") == std::string_view::npos;
     throw input_error(input.name, place_of(input.text, position), shown(word),
-                      too_large ? "an item number below 4294967296" : "an item number");
+                      is_too_large ? "an item number below 4294967296" : "an item number");
 }
 
 void add_items(std::string_view line, const TextInput& input, DatabaseBuilder& builder) {

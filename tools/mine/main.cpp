@@ -7,9 +7,9 @@
 #include <optional>
 
 #include "common/atomic_output.h"
-#include "common/class_record.h"
 #include "common/error.h"
 #include "common/text_input.h"
+#include "io/class_record.h"
 #include "mine/arguments.h"
 #include "mine/basket.h"
 #include "mine/fimi.h"

@@ -7,22 +7,12 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/itemset_hash.h"
 #include "mine/cover.h"
 
 namespace korv::tools {
 
 namespace {
-
-/// FNV-1a, then the high bits mixed into the low ones.
-struct ItemsetHash {
-    std::size_t operator()(const Itemset& itemset) const {
-        std::uint64_t value = 0xCBF29CE484222325;
-        for (const Item item : itemset) {
-            value = (value ^ item) * 0x100000001B3;
-        }
-        return static_cast<std::size_t>(value ^ value >> 32U);
-    }
-};
 
 struct SupportAndEssentials {
     Count support = 0;

@@ -1,13 +1,13 @@
 #include "mine/table.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <optional>
 #include <set>
 #include <utility>
 
+#include "base/number_text.h"
 #include "common/csv.h"
 #include "common/error.h"
 #include "mine/database_builder.h"
@@ -25,11 +25,8 @@ struct Table {
 };
 
 std::optional<double> number_in(const CsvCell& cell) {
-    double number = 0.0;
-    const char* const end = cell.text.data() + cell.text.size();
-    const auto [last, problem] = std::from_chars(cell.text.data(), end, number);
-    const bool is_number = problem == std::errc() && last == end && std::isfinite(number);
-    return is_number ? std::optional(number) : std::nullopt;
+    const auto number = parse_number<double>(cell.text);
+    return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 void check_header(const Row& header, const TextInput& input) {

@@ -1,8 +1,8 @@
-#include "common/class_record.h"
+#include "io/class_record.h"
 
 #include <gtest/gtest.h>
 
-namespace korv::tools {
+namespace korv {
 namespace {
 
 std::string record(const Itemset& closed_itemset, Count support, const std::vector<Itemset>& essentials) {
@@ -31,4 +31,4 @@ TEST(ClassRecord, IsAppended) {
 }
 
 }  // namespace
-}  // namespace korv::tools
+}  // namespace korv
