@@ -75,30 +75,30 @@ void Output_Manager::write_out_basket(const Itemset& itemset) {
         return;
     }
     for (const Item item : itemset) {
-        if (item < most_texts) {
-            const ItemText& text = text_of(item);
-            std::memcpy(next, &text, sizeof text);
-            next += text.size;
-        } else {
-            next = write_number(item, next);
-            *next++ = ' ';
+        if (item < item_texts_.size() && item_texts_[item].size != 0) {
+            std::memcpy(next, &item_texts_[item], sizeof(ItemText));
+            next += item_texts_[item].size;
+            continue;
         }
+        const char* const first = next;
+        next = write_number(item, next);
+        *next++ = ' ';
+        remember(item, {first, next});
     }
     file_.advance(next);
 }
 
-/// The text of an item below most_texts.
-const Output_Manager::ItemText& Output_Manager::text_of(Item item) {
+/// Keeps the text of an item for the next time, if it is short enough.
+void Output_Manager::remember(Item item, std::string_view written) {
+    if (item >= most_texts) {
+        return;
+    }
     if (item >= item_texts_.size()) {
         item_texts_.resize(std::max<std::size_t>(item + 1, 2 * item_texts_.size()));
     }
     ItemText& text = item_texts_[item];
-    if (text.size == 0) {
-        char* const blank = write_number(item, text.text.data());
-        *blank = ' ';
-        text.size = static_cast<unsigned char>(blank + 1 - text.text.data());
-    }
-    return text;
+    std::ranges::copy(written, text.text.begin());
+    text.size = static_cast<unsigned char>(written.size());
 }
 
 }  // namespace korv
