@@ -1,0 +1,35 @@
+# Two components: "programs" (with their documents), and "development" for those who link the libraries.
+
+# A program and its man page, made from man/NAME.1.in.
+function(korv_install_program name)
+    configure_file(man/${name}.1.in man/${name}.1 @ONLY)
+    install(TARGETS ${name} COMPONENT programs)
+    install(FILES ${PROJECT_BINARY_DIR}/man/${name}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT programs)
+endfunction()
+
+# The documents, laid out as in the tree, so that the links between them hold.
+function(korv_install_documents)
+    set(to ${CMAKE_INSTALL_DOCDIR})
+    install(FILES README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md LICENSE DESTINATION ${to} COMPONENT programs)
+    install(DIRECTORY docs examples DESTINATION ${to} COMPONENT programs)
+    install(PROGRAMS scripts/explain-rules DESTINATION ${to}/scripts COMPONENT programs)
+    install(FILES bench/README.md DESTINATION ${to}/bench COMPONENT programs)
+endfunction()
+
+# The library korv_NAME as korv::NAME, with the headers of src/NAME: #include "NAME/header.h".
+function(korv_install_library name)
+    set_target_properties(korv_${name} PROPERTIES EXPORT_NAME ${name})
+    install(TARGETS korv_${name} EXPORT korv COMPONENT development INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korv)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${name} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korv
+        COMPONENT development FILES_MATCHING PATTERN "*.h")
+endfunction()
+
+# What find_package(korv) reads. The libraries need no other package.
+function(korv_install_package_file)
+    include(CMakePackageConfigHelpers)
+    # Versions promise the bytes of the output, not the interface of the libraries.
+    write_basic_package_version_file(${PROJECT_BINARY_DIR}/korvConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+    set(to ${CMAKE_INSTALL_LIBDIR}/cmake/korv)
+    install(FILES ${PROJECT_BINARY_DIR}/korvConfigVersion.cmake DESTINATION ${to} COMPONENT development)
+    install(EXPORT korv NAMESPACE korv:: FILE korvConfig.cmake DESTINATION ${to} COMPONENT development)
+endfunction()
