@@ -19,7 +19,8 @@ endfunction()
 # The library korv_NAME as korv::NAME, with the headers of src/NAME: #include "NAME/header.h".
 function(korv_install_library name)
     set_target_properties(korv_${name} PROPERTIES EXPORT_NAME ${name})
-    install(TARGETS korv_${name} EXPORT korv COMPONENT development INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korv)
+    install(TARGETS korv_${name} EXPORT korv COMPONENT development
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korv)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${name} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korv
         COMPONENT development FILES_MATCHING PATTERN "*.h")
 endfunction()
