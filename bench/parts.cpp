@@ -19,6 +19,7 @@
 #include "engine/rule_gate.h"
 #include "index/bounds_cache.h"
 #include "io/class_loading.h"
+#include "io/lattice_file.h"
 #include "io/rule_files.h"
 
 namespace korv {
@@ -119,6 +120,13 @@ void build_lattice(benchmark::State& state, const std::shared_ptr<Linked>& linke
     state.counters["edges"] = static_cast<double>(edges);
 }
 
+void write_lattice_file(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
+    for (auto _ : state) {
+        Output_Manager out("/dev/null");
+        write_lattice(linked->entries, out);
+    }
+}
+
 void index_supports(benchmark::State& state, const std::shared_ptr<Linked>& linked) {
     for (auto _ : state) {
         const DifferenceSupports supports(linked->entries);
@@ -201,6 +209,7 @@ void register_file(const std::string& path) {
     const auto linked = std::make_shared<Linked>(path);
     register_part("load", load, path, path);
     register_part("build_lattice", build_lattice, path, linked);
+    register_part("write_lattice", write_lattice_file, path, linked);
     register_part("index_supports", index_supports, path, linked);
     register_part("queries_by_index", queries_by_index, path, linked);
     register_part("queries_by_walk", queries_by_walk, path, linked);

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <span>
 
 #include "base/number_text.h"
 
@@ -74,31 +75,35 @@ void Output_Manager::write_out_basket(const Itemset& itemset) {
         }
         return;
     }
+    // Locals, since what is written through a pointer to characters might be any member.
+    std::span<const ItemText> texts = item_texts_;
     for (const Item item : itemset) {
-        if (item < item_texts_.size() && item_texts_[item].size != 0) {
-            std::memcpy(next, &item_texts_[item], sizeof(ItemText));
-            next += item_texts_[item].size;
-            continue;
+        if (item < texts.size() && texts[item].size != 0) {
+            const ItemText text = texts[item];
+            std::memcpy(next, &text, sizeof text);
+            next += text.size;
+        } else {
+            next = write_new(item, next);
+            texts = item_texts_;
         }
-        const char* const first = next;
-        next = write_number(item, next);
-        *next++ = ' ';
-        remember(item, {first, next});
     }
     file_.advance(next);
 }
 
-/// Keeps the text of an item for the next time, if it is short enough.
-void Output_Manager::remember(Item item, std::string_view written) {
-    if (item >= most_texts) {
-        return;
+/// Writes an item and a blank to `to`, and keeps the text for the next time if it is short enough. Returns
+/// the end of the text.
+char* Output_Manager::write_new(Item item, char* to) {
+    char* const blank = write_number(item, to);
+    *blank = ' ';
+    if (item < most_texts) {
+        if (item >= item_texts_.size()) {
+            item_texts_.resize(std::max<std::size_t>(item + 1, 2 * item_texts_.size()));
+        }
+        ItemText& text = item_texts_[item];
+        text.size = static_cast<unsigned char>(blank + 1 - to);
+        std::copy_n(to, text.size, text.text.begin());
     }
-    if (item >= item_texts_.size()) {
-        item_texts_.resize(std::max<std::size_t>(item + 1, 2 * item_texts_.size()));
-    }
-    ItemText& text = item_texts_[item];
-    std::ranges::copy(written, text.text.begin());
-    text.size = static_cast<unsigned char>(written.size());
+    return blank + 1;
 }
 
 }  // namespace korv

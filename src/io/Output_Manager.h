@@ -89,7 +89,7 @@ private:
     /// Items below this have a text of their own: at most six digits and a blank.
     static constexpr Item most_texts = 1'000'000;
 
-    void remember(Item item, std::string_view written);
+    char* write_new(Item item, char* to);
 
     /// The buffer of the stream, in the place of its own.
     FileBuffer file_;
