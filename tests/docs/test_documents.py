@@ -89,9 +89,14 @@ BUILDS = "builds the project; .ci/run does it"
 DEVELOPS = "for people who work on the project; .ci/run does it"
 
 TABLE: dict[str, list[Entry]] = {
+    "ARCHITECTURE.md": [
+        ForShow("src/    base", "a drawing"),
+        ForShow("class file -->", "a drawing"),
+    ],
     "README.md": [
         ForShow("./scripts/demo", BUILDS),
         ForShow("cmake -S . -B build", BUILDS),
+        ForShow("g++ -std=c++20", BUILDS),
         Run("build/korv-mine persons.csv"),
         Run("build/korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
         Pieces("If class=crew,", "run-2.explained"),
@@ -148,7 +153,6 @@ TABLE: dict[str, list[Entry]] = {
         Run("gzip -dc mushroom.txt.gz"),
         Run("printf "),
     ],
-    "ARCHITECTURE.md": [],
     "CHANGELOG.md": [],
     "CONTRIBUTING.md": [
         ForShow("./scripts/test", DEVELOPS),
@@ -504,7 +508,7 @@ class Numbers(InDirectory):
 
 class NextCommand(InDirectory):
     def test_is_printed_by_korv_mine_as_the_documents_show_it(self) -> None:
-        for document, position in (("README.md", 2), ("docs/mining.md", 0), ("man/korv-mine.1", 0)):
+        for document, position in (("README.md", 3), ("docs/mining.md", 0), ("man/korv-mine.1", 0)):
             with self.subTest(document=document):
                 _, shown = blocks(document)[position].text.splitlines()
                 summary = (self.ran(document) / "run-1.stderr").read_text()
