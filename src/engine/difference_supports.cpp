@@ -16,16 +16,6 @@ bool is_regular(const LatticeEntry& entry) {
     });
 }
 
-std::vector<std::uint32_t> irregular_classes(const LatticeEntries& entries) {
-    std::vector<std::uint32_t> irregular;
-    for (std::uint32_t position = 0; position < entries.size(); ++position) {
-        if (!is_regular(entries[position])) {
-            irregular.push_back(position);
-        }
-    }
-    return irregular;
-}
-
 /// The classes by ascending support. Those of one support stand about in the order of their itemsets, so that
 /// classes side by side share items: bitmaps over them then have many empty words.
 std::vector<std::uint32_t> by_support(const LatticeEntries& entries) {
@@ -43,48 +33,51 @@ std::vector<std::uint32_t> by_support(const LatticeEntries& entries) {
 
 }  // namespace
 
-DifferenceSupports::Classes::Classes(const LatticeEntries& entries)
-    : numbering(korv::closed_itemsets(entries)), positions(by_support(entries)) {
-    supports.reserve(entries.size());
+/// One pass over the entries, in their order.
+DifferenceSupports::Numbered::Numbered(const LatticeEntries& entries)
+    : numbering(korv::closed_itemsets(entries)) {
     Itemset numbers;
-    for (const Position position : positions) {
-        numbering.translate(entries[position].itemset(), numbers);
+    for (Position position = 0; position < entries.size(); ++position) {
+        const LatticeEntry& entry = entries[position];
+        numbering.translate(entry.itemset(), numbers);
         closed_itemsets.push_back(numbers);
+        if (!is_regular(entry)) {
+            irregular.push_back(position);
+            continue;
+        }
+        if (entry.essentials().empty()) {
+            keys.push_back(numbers);
+            owners.push_back({entry.support(), position});
+        }
+        for (const Itemset& essential : entry.essentials()) {
+            numbering.translate(essential, numbers);
+            keys.push_back(numbers);
+            owners.push_back({entry.support(), position});
+        }
+    }
+}
+
+DifferenceSupports::Classes::Classes(const LatticeEntries& entries, const ItemsetTable& in_order)
+    : positions(by_support(entries)) {
+    closed_itemsets.reserve(in_order.size(), in_order.items());
+    supports.reserve(in_order.size());
+    for (const Position position : positions) {
+        closed_itemsets.push_back(in_order[position]);
         supports.push_back(entries[position].support());
     }
 }
 
-/// The keys of the regular classes.
-KeyIndex DifferenceSupports::make_key_index(const LatticeEntries& entries, const Classes& classes,
-                                            const std::vector<Position>& irregular) {
-    ItemsetTable keys;
-    std::vector<KeyOwner> owners;
-    Itemset numbers;
-    for (Position position = 0; position < entries.size(); ++position) {
-        const LatticeEntry& entry = entries[position];
-        if (std::ranges::binary_search(irregular, position)) {
-            continue;
-        }
-        const auto add = [&](const Itemset& key) {
-            classes.numbering.translate(key, numbers);
-            keys.push_back(numbers);
-            owners.push_back({entry.support(), position});
-        };
-        if (entry.essentials().empty()) {
-            add(entry.itemset());
-        }
-        std::ranges::for_each(entry.essentials(), add);
-    }
-    return {std::move(keys), owners, classes.numbering.size()};
-}
-
 DifferenceSupports::DifferenceSupports(const LatticeEntries& entries)
+    : DifferenceSupports(entries, Numbered(entries)) {}
+
+DifferenceSupports::DifferenceSupports(const LatticeEntries& entries, Numbered numbered)
     : entries_(entries),
       empty_itemset_is_closed_(!entries.empty() && entries.front().itemset().empty()),
-      irregular_(irregular_classes(entries)),
-      classes_(entries),
-      class_index_(classes_.closed_itemsets, classes_.numbering.size()),
-      key_index_(make_key_index(entries, classes_, irregular_)),
+      numbering_(std::move(numbered.numbering)),
+      irregular_(std::move(numbered.irregular)),
+      classes_(entries, std::exchange(numbered.closed_itemsets, {})),
+      class_index_(classes_.closed_itemsets, numbering_.size()),
+      key_index_(std::move(numbered.keys), numbered.owners, numbering_.size()),
       consistent_(irregular_.empty() && classes_agree()),
       walk_(entries) {}
 
@@ -106,7 +99,7 @@ Column DifferenceSupports::first_class_of_support(Count support) const {
 
 /// L and U of an itemset.
 SupportBounds DifferenceSupports::find_bounds(const Itemset& itemset) {
-    classes_.numbering.translate(itemset, numbers_);
+    numbering_.translate(itemset, numbers_);
     Count lower = key_index_.largest_support_within(numbers_);
     for (const Position position : irregular_) {
         const LatticeEntry& entry = entries_[position];
@@ -151,7 +144,7 @@ Count DifferenceSupports::upper_before_contradiction(const Itemset& itemset, Cou
 
 Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset, Count lower) {
     constexpr Count no_class_around = std::numeric_limits<Count>::max();
-    classes_.numbering.translate(itemset, numbers_);
+    numbering_.translate(itemset, numbers_);
     const auto all = static_cast<Position>(entries_.size());
     const Position contradiction = first_of_less_support(lower, all);
     const auto closed = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
@@ -181,7 +174,7 @@ Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset
 /// The walk, from one class that lowers the upper bound to the next: in between it is asked when the lower
 /// bound reaches the upper one. `known`: L and U.
 Count DifferenceSupports::replay(const Itemset& itemset, const SupportBounds& known, SupportBounds& bounds) {
-    classes_.numbering.translate(itemset, numbers_);
+    numbering_.translate(itemset, numbers_);
     // Where the walk ends: at the class of the itemset, or behind the last one.
     const auto end = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
     Count upper = bounds.upper;

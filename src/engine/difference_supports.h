@@ -58,18 +58,29 @@ private:
 
     static constexpr Count only_replay_tells = 0;
 
-    struct Classes {
-        explicit Classes(const LatticeEntries& entries);
+    /// What the indexes are made of, in numbers and in the order of the entries.
+    struct Numbered {
+        explicit Numbered(const LatticeEntries& entries);
 
         ItemNumbering numbering;
-        /// By ascending support: the first class around an itemset gives its upper bound.
         ItemsetTable closed_itemsets;
-        std::vector<Count> supports;
-        std::vector<Position> positions;
+        std::vector<Position> irregular;
+        /// Those of the regular classes.
+        ItemsetTable keys;
+        std::vector<KeyOwner> owners;
     };
 
-    static KeyIndex make_key_index(const LatticeEntries& entries, const Classes& classes,
-                                   const std::vector<Position>& irregular);
+    /// The classes by ascending support: the first one around an itemset gives its upper bound.
+    struct Classes {
+        /// `in_order`: the closed itemsets in the order of the entries.
+        Classes(const LatticeEntries& entries, const ItemsetTable& in_order);
+
+        std::vector<Position> positions;
+        ItemsetTable closed_itemsets;
+        std::vector<Count> supports;
+    };
+
+    DifferenceSupports(const LatticeEntries& entries, Numbered numbered);
 
     bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
@@ -84,13 +95,14 @@ private:
 
     const LatticeEntries& entries_;
     const bool empty_itemset_is_closed_;
-    std::vector<Position> irregular_;  ///< ascending
+    const ItemNumbering numbering_;
+    const std::vector<Position> irregular_;  ///< ascending
     const Classes classes_;
     const ItemIndex class_index_;
     KeyIndex key_index_;
     /// Whether no class holds a key of more support than its own. The classes around an itemset then begin
     /// at its lower bound.
-    bool consistent_;
+    const bool consistent_;
 
     SupportWalk walk_;
     BoundsCache known_;  ///< L and U
