@@ -130,7 +130,7 @@ private:
 
     /// The first itemset that contains the one at `lower` and is on the frontier when `position` is reached.
     Column first_frontier_superset(Column lower, Column position) const {
-        // Whoever has no superset before `position` is on the frontier itself.
+        // An itemset without a superset before `position` is on the frontier itself.
         if (uppers_.of(lower).front() == position) {
             return lower;
         }

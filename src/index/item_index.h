@@ -29,8 +29,8 @@ constexpr Column lowest_column(const ColumnWord& word) {
 ///
 /// Invariant: an item that many columns hold has a bitmap over all columns, any other an ascending list. So
 /// the memory is bounded by that of the itemsets, times a constant, however many items there are; and no list
-/// is long. Where bitmaps are intersected, summaries of them are first: stretches that one of the items
-/// leaves empty are skipped.
+/// is long. Summaries of bitmaps are intersected before the bitmaps are, so that stretches that one of the
+/// items leaves empty are skipped.
 ///
 /// Itemsets are sets of numbers below a bound, ascending, the rarer items first (see ItemNumbering): their
 /// first item decides between bitmap and list. The index refers to the sequence, which must outlive it
