@@ -1,98 +1,58 @@
+#include "engine/lattice_building.h"
+
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
-#include <map>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/lattice.h"
+#include "engine/frontier_walk.h"
 #include "support/bits.h"
-#include "support/lattice_fixture.h"
+#include "support/loaded_classes.h"
 #include "support/random_classes.h"
 
 namespace korv {
 namespace {
 
 using Itemsets = std::vector<Itemset>;
-using test::itemsets;
+using test::LoadedClasses;
 
-class LatticeBuilding : public test::LatticeFixture {
+/// The successors of all entries of these classes as the walk finds them.
+std::vector<Itemsets> walked_successors(const ClassMap& map) {
+    LoadedClasses classes(map);
+    Frontier frontier;
+    VisitedNodes visited;
+    walk_frontier(classes.entries, frontier, visited);
+    return classes.all_successors();
+}
+
+class LatticeBuilding : public ::testing::Test {
 protected:
-    /// The lattice of these closed itemsets, with successors linked.
-    Lattice& build_of(const Itemsets& closed_itemsets) {
-        Lattice& lattice = file_of(closed_itemsets);
-        lattice.build_lattice();
-        return lattice;
+    /// Links these closed itemsets, and expects the walk to find the same.
+    void build_of(const Itemsets& closed_itemsets) { build(test::classes_of_itemsets(closed_itemsets)); }
+
+    void build(const ClassMap& map) {
+        classes_.emplace(map);
+        link_successors(classes_->entries);
+        EXPECT_EQ(classes_->all_successors(), walked_successors(map));
     }
 
-    /// The same, linked by the plain walk, which alone leaves its working containers behind.
-    Lattice& walk_of(const Itemsets& closed_itemsets) {
-        Lattice& lattice = file_of(closed_itemsets);
-        lattice.walk_frontier();
-        return lattice;
-    }
+    Itemsets successors(const Itemset& itemset) const { return classes_->successors(itemset); }
 
-    /// The lattice of these closed itemsets, without successors.
-    Lattice& file_of(const Itemsets& closed_itemsets) {
-        Lattice& lattice = make_lattice("");
-        refill(lattice, closed_itemsets);
-        return lattice;
-    }
-
-    static void refill(Lattice& lattice, const Itemsets& closed_itemsets) {
-        lattice.hash_table.clear();
-        lattice.dci_map.clear();
-        for (const Itemset& itemset : closed_itemsets) {
-            lattice.dci_map[itemset];
-        }
-        lattice.Load_Hash_table();
-    }
-
-    /// The entry of a closed itemset, to be changed.
-    LatticeEntry& entry(Lattice& lattice, const Itemset& itemset) const {
-        const auto position = lattice.find_dci_node(node(itemset)) - lattice.hash_table.cbegin();
-        return lattice.hash_table.at(static_cast<std::size_t>(position));
-    }
+private:
+    std::optional<LoadedClasses> classes_;
 };
 
-Itemsets visited(const Lattice& lattice) {
-    return itemsets({lattice.visited.begin(), lattice.visited.end()});
-}
-
-Itemsets frontier(const Lattice& lattice) {
-    Itemsets result;
-    for (const auto position : lattice.frontier) {
-        result.push_back(position->itemset());
-    }
-    return result;
-}
-
-// Without classes.
-
-class EmptyLattice : public LatticeBuilding {
-protected:
-    void build_without_classes() { build(""); }
-};
-
-TEST_F(EmptyLattice, EndsWithStatus2AndTwoMessagesWithoutLineEnds) {
-    EXPECT_EXIT(build_without_classes(), testing::ExitedWithCode(2),
-                testing::Eq("Erreur: le nombre de classes doit \xEF\xBF\xBDtre non null"
-                            "Arr\xEF\xBF\xBDt du programme"));
-}
-
-TEST_F(EmptyLattice, PrintsNothingOnStandardOutput) {
-    const auto build_with_errors_discarded = [this] {
-        dup2(STDERR_FILENO, STDOUT_FILENO);
-        close(STDERR_FILENO);
-        build_without_classes();
-    };
-    EXPECT_EXIT(build_with_errors_discarded(), testing::ExitedWithCode(2), testing::Eq(""));
+TEST_F(LatticeBuilding, LinksNothingWithoutClasses) {
+    LatticeEntries entries;
+    link_successors(entries);
+    EXPECT_TRUE(entries.empty());
 }
 
 // Who is a successor of whom, and in which order.
@@ -132,8 +92,8 @@ TEST_F(LatticeBuilding, ClassWithoutCommonItemsHasNoSuccessor) {
     EXPECT_EQ(successors({3, 4}), Itemsets{});
 }
 
-TEST_F(LatticeBuilding, ReadsTheClassesOfAFile) {
-    build("1 2\t5\t 1, 2,\n2\t4\t 2,\n1\t3\t 1,\n");
+TEST_F(LatticeBuilding, LooksUpSupersetsByEssentialItemsets) {
+    build(test::classes_of("1 2\t5\t 1, 2,\n2\t4\t 2,\n1\t3\t 1,\n"));
     EXPECT_EQ(successors({1, 2}), (Itemsets{{1}, {2}}));
 }
 
@@ -148,19 +108,6 @@ TEST_F(LatticeBuilding, ExaminesTheElementThatFollowsARemovedOne) {
     EXPECT_EQ(successors({1, 2, 3}), (Itemsets{{1}, {2}, {3}}));
 }
 
-TEST_F(LatticeBuilding, FrontierEndsWithTheItemsetsContainedInNoOther) {
-    const Lattice& lattice = walk_of({{1}, {2}, {3, 4}, {1, 5}});
-    EXPECT_EQ(frontier(lattice), (Itemsets{{2}, {1, 5}, {3, 4}}));
-}
-
-TEST_F(LatticeBuilding, BuildingAgainStartsWithAnEmptyFrontier) {
-    Lattice& lattice = walk_of({{1}, {2}, {1, 2}});
-    refill(lattice, {{1}, {3}, {1, 3}});
-    lattice.walk_frontier();
-    EXPECT_EQ(frontier(lattice), (Itemsets{{1, 3}}));
-    EXPECT_EQ(successors({1, 3}), (Itemsets{{1}, {3}}));
-}
-
 TEST_F(LatticeBuilding, RepeatedItemsCount) {
     build_of({{1, 2}, {2, 2}, {1, 2, 2}, {1, 2, 3}});
     EXPECT_EQ(successors({1, 2, 2}), (Itemsets{{1, 2}, {2, 2}}));
@@ -172,18 +119,6 @@ TEST_F(LatticeBuilding, RepeatedItemsCount) {
 TEST_F(LatticeBuilding, FindsSuccessorsBelowAnOverlappingClass) {
     build_of({{2}, {1, 2}, {2, 3}});
     EXPECT_EQ(successors({2, 3}), Itemsets{{2}});
-}
-
-TEST_F(LatticeBuilding, DescendsAsDeepAsNeeded) {
-    const Lattice& lattice = walk_of({{3}, {3, 4}, {2, 3, 4}, {3, 5, 6, 7}});
-    EXPECT_EQ(successors({3, 5, 6, 7}), Itemsets{{3}});
-    EXPECT_EQ(visited(lattice), (Itemsets{{3}, {3, 4}}));
-}
-
-TEST_F(LatticeBuilding, DescendsNoFurtherBelowAContainedClass) {
-    const Lattice& lattice = walk_of({{1}, {1, 2}, {1, 2, 3}, {1, 2, 4}});
-    EXPECT_EQ(successors({1, 2, 4}), (Itemsets{{1, 2}}));
-    EXPECT_EQ(visited(lattice), (Itemsets{{1, 2}}));
 }
 
 TEST_F(LatticeBuilding, DescentFollowsTheFrontierNotTheNumbers) {
@@ -204,33 +139,10 @@ TEST_F(LatticeBuilding, LargerClassFoundLaterReplacesItsSubset) {
     EXPECT_EQ(successors({1, 3, 4}), (Itemsets{{1, 3}}));
 }
 
-TEST_F(LatticeBuilding, VisitedHoldsContainedOverlappingAndForeignNodes) {
-    const Lattice& lattice = walk_of({{1}, {2, 3}, {4, 5}, {1, 2, 3, 4, 5}, {1, 2, 6, 7, 8}});
-    EXPECT_EQ(successors({1, 2, 6, 7, 8}), Itemsets{{1}});
-    EXPECT_EQ(visited(lattice), (Itemsets{{1}, {2, 3}, {4, 5}}));
-}
-
 TEST_F(LatticeBuilding, ANodeVisitedForOneClassIsExaminedAgainForTheNext) {
     build_of({{2}, {1, 2}, {2, 3}, {2, 4}});
     EXPECT_EQ(successors({2, 3}), Itemsets{{2}});
     EXPECT_EQ(successors({2, 4}), Itemsets{{2}});
-}
-
-TEST_F(LatticeBuilding, ProcessingSuccSkipsVisitedNodes) {
-    Lattice& lattice = file_of({{2}, {3}, {2, 3, 4}, {2, 3, 5}});
-    entry(lattice, {2, 3, 4}).successors = {node({2}), node({3})};
-    lattice.visited.insert(node({2}));
-    lattice.processing_succ(entry(lattice, {2, 3, 4}), entry(lattice, {2, 3, 5}));
-    EXPECT_EQ(successors({2, 3, 5}), Itemsets{{3}});
-}
-
-TEST_F(LatticeBuilding, ProcessingSuccDoesNotDescendBelowAVisitedNode) {
-    Lattice& lattice = file_of({{2}, {1, 2}, {1, 2, 4}, {2, 3, 5}});
-    entry(lattice, {1, 2}).successors = {node({2})};
-    entry(lattice, {1, 2, 4}).successors = {node({1, 2})};
-    lattice.visited.insert(node({1, 2}));
-    lattice.processing_succ(entry(lattice, {1, 2, 4}), entry(lattice, {2, 3, 5}));
-    EXPECT_EQ(successors({2, 3, 5}), Itemsets{});
 }
 
 // The empty closed itemset.
@@ -255,72 +167,10 @@ TEST_F(LatticeBuilding, EmptyItemsetIsNotReachedThroughAClassWithoutCommonItems)
     EXPECT_EQ(successors({3, 4, 5}), Itemsets{});
 }
 
-TEST_F(LatticeBuilding, EmptyItemsetIsRefusedOnceThereIsAnotherSuccessor) {
-    // {3 4} is on the frontier before {1 2 9}, below which {1 2} leads to the empty itemset.
-    const Lattice& lattice = walk_of({{}, {1, 2}, {3, 4}, {1, 2, 9}, {2, 3, 4, 7}});
-    EXPECT_EQ(successors({2, 3, 4, 7}), (Itemsets{{3, 4}}));
-    EXPECT_EQ(visited(lattice), (Itemsets{{}, {1, 2}}));
-}
-
 TEST_F(LatticeBuilding, EmptyItemsetGivesWayToAnotherSuccessor) {
     // Found below {1 2}, then {3 4} is contained.
     build_of({{}, {1, 2}, {3, 4}, {2, 3, 4}});
     EXPECT_EQ(successors({2, 3, 4}), (Itemsets{{3, 4}}));
-}
-
-// insert_succ.
-
-struct Offer {
-    bool accepted;
-    Itemsets list;
-
-    bool operator==(const Offer&) const = default;
-};
-
-/// What an offer of `x` makes of a list.
-Offer offer(const Itemset& x, const Itemsets& listed) {
-    std::map<Itemset, data> classes;
-    SuccessorList list;
-    for (const Itemset& itemset : listed) {
-        list.push_back(classes.try_emplace(itemset).first);
-    }
-    const bool accepted = Lattice::insert_succ(classes.try_emplace(x).first, list);
-    return {accepted, itemsets(list)};
-}
-
-TEST(InsertSucc, AppendsToAnEmptyList) {
-    EXPECT_EQ(offer({1}, {}), (Offer{true, {{1}}}));
-}
-
-TEST(InsertSucc, AppendsAtTheBack) {
-    EXPECT_EQ(offer({1, 2}, {{2, 3}, {4}}), (Offer{true, {{2, 3}, {4}, {1, 2}}}));
-}
-
-TEST(InsertSucc, RefusesASubsetOfAListedItemset) {
-    EXPECT_EQ(offer({2}, {{4}, {1, 2}}), (Offer{false, {{4}, {1, 2}}}));
-}
-
-TEST(InsertSucc, RefusesAListedItemset) {
-    EXPECT_EQ(offer({1, 2}, {{1, 2}, {3}}), (Offer{false, {{1, 2}, {3}}}));
-}
-
-TEST(InsertSucc, RemovesSubsetsAndKeepsTheOrderOfTheOthers) {
-    EXPECT_EQ(offer({1, 2, 3}, {{5}, {1}, {2, 3}, {3, 4}, {2}, {6}}),
-              (Offer{true, {{5}, {3, 4}, {6}, {1, 2, 3}}}));
-}
-
-TEST(InsertSucc, RefusesTheEmptyItemsetUnlessTheListIsEmpty) {
-    EXPECT_EQ(offer({}, {{1}}), (Offer{false, {{1}}}));
-    EXPECT_EQ(offer({}, {}), (Offer{true, {{}}}));
-}
-
-TEST(InsertSucc, RemovesTheEmptyItemset) {
-    EXPECT_EQ(offer({1}, {{}}), (Offer{true, {{1}}}));
-}
-
-TEST(InsertSucc, RepeatedItemsCount) {
-    EXPECT_EQ(offer({2, 2}, {{1, 2}}), (Offer{true, {{1, 2}, {2, 2}}}));
-    EXPECT_EQ(offer({2, 2}, {{1, 2, 2}}), (Offer{false, {{1, 2, 2}}}));
 }
 
 // Any family of classes.
@@ -344,77 +194,58 @@ std::set<Itemset> maximal_proper_subsets(Bits whole, const std::vector<Bits>& fa
     return result;
 }
 
-class AnyFamily : public LatticeBuilding {
-protected:
-    AnyFamily() : lattice_(make_lattice("")) {}
-
-    /// Whether the successors of all classes are the maximal proper subsets among the classes, each listed
-    /// once, in the order in which the plain walk finds them.
-    bool is_linked_well(const std::vector<Bits>& family) {
-        fill(family);
-        lattice_.build_lattice();
-        const std::vector<Itemsets> built = all_successors(family);
-        fill(family);
-        lattice_.walk_frontier();
-        if (all_successors(family) != built) {
-            return false;
-        }
-        return std::ranges::all_of(family, [&](Bits bits) {
-            const Itemsets listed = successors(itemset_of(bits));
-            const std::set<Itemset> expected = maximal_proper_subsets(bits, family);
-            return listed.size() == expected.size() && std::set(listed.begin(), listed.end()) == expected;
-        });
+/// Classes of one essential itemset each, the smallest item. Most others that hold it do not hold the class.
+ClassMap classes_of_family(const std::vector<Bits>& family) {
+    ClassMap classes;
+    for (const Bits bits : family) {
+        const Itemset itemset = itemset_of(bits);
+        classes[itemset].essentials = {{itemset.front()}};
     }
+    return classes;
+}
 
-    /// Classes of one essential itemset each, the smallest item. Most others that hold it do not hold the
-    /// class.
-    void fill(const std::vector<Bits>& family) {
-        Itemsets closed_itemsets;
-        std::ranges::transform(family, std::back_inserter(closed_itemsets), itemset_of);
-        refill(lattice_, closed_itemsets);
-        for (auto& [itemset, of_class] : lattice_.dci_map) {
-            of_class.essentials = {{itemset.front()}};
-        }
+/// Whether the successors of all classes are the maximal proper subsets among the classes, each listed once,
+/// in the order in which the plain walk finds them.
+bool is_linked_well(const std::vector<Bits>& family) {
+    const ClassMap map = classes_of_family(family);
+    LoadedClasses classes(map);
+    link_successors(classes.entries);
+    if (classes.all_successors() != walked_successors(map)) {
+        return false;
     }
+    return std::ranges::all_of(family, [&](Bits bits) {
+        const Itemsets listed = classes.successors(itemset_of(bits));
+        const std::set<Itemset> expected = maximal_proper_subsets(bits, family);
+        return listed.size() == expected.size() && std::set(listed.begin(), listed.end()) == expected;
+    });
+}
 
-    std::vector<Itemsets> all_successors(const std::vector<Bits>& family) const {
-        std::vector<Itemsets> lists;
-        for (const Bits bits : family) {
-            lists.push_back(successors(itemset_of(bits)));
-        }
-        return lists;
-    }
-
-    /// The family without the classes that are not needed for the failure.
-    std::vector<Bits> shrunk(std::vector<Bits> family) {
-        for (std::size_t i = 0; i < family.size() && family.size() > 1;) {
-            std::vector<Bits> smaller = family;
-            smaller.erase(smaller.begin() + static_cast<std::ptrdiff_t>(i));
-            if (is_linked_well(smaller)) {
-                ++i;
-            } else {
-                family = std::move(smaller);
-                i = 0;
-            }
-        }
-        return family;
-    }
-
-    void expect_linked_well(const std::vector<Bits>& family) {
-        if (!is_linked_well(family)) {
-            std::string classes;
-            for (const Bits bits : shrunk(family)) {
-                classes += ' ' + testing::PrintToString(itemset_of(bits));
-            }
-            FAIL() << "wrong successors in the family" << classes;
+/// The family without the classes that are not needed for the failure.
+std::vector<Bits> shrunk(std::vector<Bits> family) {
+    for (std::size_t i = 0; i < family.size() && family.size() > 1;) {
+        std::vector<Bits> smaller = family;
+        smaller.erase(smaller.begin() + static_cast<std::ptrdiff_t>(i));
+        if (is_linked_well(smaller)) {
+            ++i;
+        } else {
+            family = std::move(smaller);
+            i = 0;
         }
     }
+    return family;
+}
 
-private:
-    Lattice& lattice_;
-};
+void expect_linked_well(const std::vector<Bits>& family) {
+    if (!is_linked_well(family)) {
+        std::string classes;
+        for (const Bits bits : shrunk(family)) {
+            classes += ' ' + testing::PrintToString(itemset_of(bits));
+        }
+        FAIL() << "wrong successors in the family" << classes;
+    }
+}
 
-TEST_F(AnyFamily, OverFourItemsHasItsMaximalProperSubsetsAsSuccessors) {
+TEST(AnyFamily, OverFourItemsHasItsMaximalProperSubsetsAsSuccessors) {
     constexpr Bits itemsets_over_four = 15;
     for (Bits chosen = 1; chosen < Bits{1} << itemsets_over_four; ++chosen) {
         std::vector<Bits> family;
@@ -427,7 +258,7 @@ TEST_F(AnyFamily, OverFourItemsHasItsMaximalProperSubsetsAsSuccessors) {
     }
 }
 
-TEST_F(AnyFamily, OverManyItemsHasItsMaximalProperSubsetsAsSuccessors) {
+TEST(AnyFamily, OverManyItemsHasItsMaximalProperSubsetsAsSuccessors) {
     constexpr unsigned seed = 20'240'601;
     std::mt19937 random(seed);
     for (int round = 0; round < 8000; ++round) {
@@ -453,41 +284,13 @@ TEST_F(AnyFamily, OverManyItemsHasItsMaximalProperSubsetsAsSuccessors) {
 
 /// Classes with essential itemsets and repeated items, whose supersets are looked up by other itemsets than
 /// their own.
-class AnyClasses : public LatticeBuilding {
-protected:
-    AnyClasses() : lattice_(make_lattice("")) {}
+void expect_linked_as_by_the_walk(const ClassMap& map) {
+    LoadedClasses classes(map);
+    link_successors(classes.entries);
+    ASSERT_EQ(classes.all_successors(), walked_successors(map)) << test::class_file(map);
+}
 
-    void expect_linked_as_by_the_walk(const std::map<Itemset, data>& classes) {
-        if (classes.empty()) {
-            return;
-        }
-        fill(classes);
-        lattice_.build_lattice();
-        const std::vector<Itemsets> built = all_successors();
-        fill(classes);
-        lattice_.walk_frontier();
-        ASSERT_EQ(built, all_successors()) << test::class_file(classes);
-    }
-
-private:
-    void fill(const std::map<Itemset, data>& classes) {
-        lattice_.dci_map = classes;
-        lattice_.hash_table.clear();
-        lattice_.Load_Hash_table();
-    }
-
-    std::vector<Itemsets> all_successors() const {
-        std::vector<Itemsets> lists;
-        for (const LatticeEntry& each : lattice_.hash_table) {
-            lists.push_back(itemsets(each.successors));
-        }
-        return lists;
-    }
-
-    Lattice& lattice_;
-};
-
-TEST_F(AnyClasses, WithoutSenseAreLinkedAsByTheWalk) {
+TEST(AnyClasses, WithoutSenseAreLinkedAsByTheWalk) {
     constexpr unsigned seed = 4;
     std::mt19937 random(seed);
     for (int round = 0; round < 40'000; ++round) {
@@ -496,7 +299,7 @@ TEST_F(AnyClasses, WithoutSenseAreLinkedAsByTheWalk) {
     }
 }
 
-TEST_F(AnyClasses, OfADatabaseAreLinkedAsByTheWalk) {
+TEST(AnyClasses, OfADatabaseAreLinkedAsByTheWalk) {
     constexpr unsigned seed = 5;
     std::mt19937 random(seed);
     for (int round = 0; round < 30'000; ++round) {

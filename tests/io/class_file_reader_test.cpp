@@ -1,11 +1,8 @@
-#include "io/Input_Output_Manager.h"
+#include "io/class_file_reader.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
@@ -15,18 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "support/files.h"
-
 namespace korv {
 namespace {
 
-using test::read_file;
-using test::TemporaryDirectory;
-using test::write_file;
-
-constexpr auto end_message = "fin de fichier\n";
-
-/// What a call of read_in_a_line gives.
+/// What a call of read gives.
 struct Record {
     bool read;
     Itemset itemset;
@@ -45,11 +34,9 @@ std::ostream& operator<<(std::ostream& out, const Record& record) {
 /// What the outputs hold before each call, so that it shows what a call left alone.
 const Record stale = {false, {98, 99}, 97, {{96}}};
 
-/// A reader over a text, with its output file in a temporary directory.
+/// A reader over a text.
 class Reader : public ::testing::Test {
 protected:
-    Reader() : reader(input, output_path()) {}
-
     /// The first record of `text`.
     Record parse(const std::string& text) {
         input.str(text);
@@ -59,19 +46,14 @@ protected:
 
     /// The record at the read position.
     Record next() {
-        Record record = stale;
-        record.read = reader.read_in_a_line(record.itemset, record.support, record.essentials);
-        return record;
+        Itemset itemset = stale.itemset;
+        data of_class = {stale.support, stale.essentials};
+        const bool read = reader.read(itemset, of_class);
+        return {read, itemset, of_class.support, of_class.essentials};
     }
 
-    std::string output_path() const { return (directory_.path() / "lattice.txt").string(); }
-
-private:
-    TemporaryDirectory directory_;
-
-protected:
     std::istringstream input;
-    Input_Output_Manager reader;
+    ClassFileReader reader{input};
 };
 
 // The record as it should be.
@@ -260,53 +242,33 @@ TEST_F(Reader, LeadingZerosDoNotCount) {
 
 // The end of the file.
 
-TEST_F(Reader, EndAfterALineEndIsNoRecordAndNoMessage) {
+TEST_F(Reader, IsNotAtTheEndBeforeItWasMet) {
     parse("1\t5\t ,\n");
-    testing::internal::CaptureStdout();
+    EXPECT_FALSE(reader.is_at_end());
+}
+
+TEST_F(Reader, EndAfterALineEndIsNoRecord) {
+    parse("1\t5\t ,\n");
     EXPECT_EQ(next(), (Record{false, {}, 0, {}}));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_TRUE(reader.is_at_end());
 }
 
-TEST_F(Reader, SecondCallAtTheEndPrintsTheMessage) {
+TEST_F(Reader, EmptyFileHasNoRecord) {
+    EXPECT_EQ(parse(""), (Record{false, {}, 0, {}}));
+    EXPECT_TRUE(reader.is_at_end());
+}
+
+TEST_F(Reader, PrintsNothing) {
+    testing::internal::CaptureStdout();
     parse("1\t5\t ,\n");
     next();
-    testing::internal::CaptureStdout();
-    EXPECT_FALSE(next().read);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), end_message);
-}
-
-TEST_F(Reader, EveryCallAfterTheEndPrintsTheMessage) {
-    parse("");
-    testing::internal::CaptureStdout();
     next();
-    next();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(end_message) + end_message);
-}
-
-TEST_F(Reader, CallAfterTheEndLeavesTheOutputsAlone) {
-    parse("");
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(next(), stale);
-    testing::internal::GetCapturedStdout();
-}
-
-TEST_F(Reader, EmptyFileHasNoRecordAndNoMessage) {
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(parse(""), (Record{false, {}, 0, {}}));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
 TEST_F(Reader, LastRecordWithoutItsLineEndIsARecord) {
-    testing::internal::CaptureStdout();
     EXPECT_EQ(parse("1 2\t5\t 1,"), (Record{true, {1, 2}, 5, {{1}}}));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-}
-
-TEST_F(Reader, CallAfterALastRecordWithoutItsLineEndPrintsTheMessage) {
-    parse("1 2\t5\t 1,");
-    testing::internal::CaptureStdout();
-    EXPECT_FALSE(next().read);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), end_message);
+    EXPECT_TRUE(reader.is_at_end());
 }
 
 TEST_F(Reader, ItemsCutByTheEndAreARecordWithAnEmptyEssential) {
@@ -342,9 +304,7 @@ TEST_F(Reader, EndsWhereTheFileCannotBeReadOn) {
     UnreadableAfterText text("1 2\t5\t 1");
     input.basic_ios<char>::rdbuf(&text);
     EXPECT_EQ(next(), (Record{true, {1, 2}, 5, {{1}}}));
-    testing::internal::CaptureStdout();
-    EXPECT_FALSE(next().read);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), end_message);
+    EXPECT_TRUE(reader.is_at_end());
 }
 
 /// Text that goes on after its end was met once, as that of a terminal.
@@ -373,7 +333,7 @@ TEST_F(Reader, ReadsNothingBehindTheEndOfTheFile) {
     TextAfterItsEnd text("1 2\t5", "7\t 1,\n");
     input.basic_ios<char>::rdbuf(&text);
     EXPECT_EQ(next(), (Record{true, {1, 2}, 5, {{}}}));
-    EXPECT_FALSE(next().read);
+    EXPECT_TRUE(reader.is_at_end());
 }
 
 // rewind.
@@ -416,55 +376,7 @@ TEST_F(Reader, RewindOfWhatCannotBeRepositionedReadsOn) {
     reader.rewind();
     EXPECT_EQ(next(), (Record{true, {2}, 6, {{}}}));
     EXPECT_FALSE(next().read);
-}
-
-// The output side.
-
-TEST_F(Reader, CreatesAnEmptyOutputFile) {
-    EXPECT_EQ(read_file(output_path()), "");
-}
-
-TEST_F(Reader, EmptiesAnExistingOutputFile) {
-    const TemporaryDirectory directory;
-    const std::string path = (directory.path() / "Lattice.txt").string();
-    write_file(path, "of an earlier run\n");
-    const Input_Output_Manager other(input, path);
-    EXPECT_EQ(read_file(path), "");
-}
-
-TEST_F(Reader, WritesBasketsToTheOutputFile) {
-    reader.write_out_basket({2, 5, 11});
-    reader.write_out_basket({});
-    reader.write_out_basket({7});
-    reader.flush();
-    EXPECT_EQ(read_file(output_path()), "2 5 11 7 ");
-}
-
-TEST_F(Reader, ReadingWritesNothing) {
-    parse("1 2\t5\t 1,\n");
-    reader.flush();
-    EXPECT_EQ(read_file(output_path()), "");
-}
-
-TEST_F(Reader, ReadsWhenItsOutputFileCannotBeCreated) {
-    const TemporaryDirectory directory;
-    input.str("1 2\t5\t 1,\n");
-    testing::internal::CaptureStderr();
-    Input_Output_Manager other(input, (directory.path() / "missing" / "Lattice.txt").string());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_TRUE(other.fail());
-    Record record{};
-    EXPECT_TRUE(other.read_in_a_line(record.itemset, record.support, record.essentials));
-    EXPECT_EQ(record.itemset, (Itemset{1, 2}));
-}
-
-TEST_F(Reader, NeitherReadsNorClosesTheInputByItself) {
-    const TemporaryDirectory directory;
-    write_file(directory.path() / "classes", "1\t5\t ,\n");
-    std::ifstream file(directory.path() / "classes");
-    { const Input_Output_Manager other(file, (directory.path() / "Lattice.txt").string()); }
-    EXPECT_TRUE(file.is_open());
-    EXPECT_EQ(file.tellg(), std::streampos(0));
+    EXPECT_TRUE(reader.is_at_end());
 }
 
 // Damaged files, against a model of what the reader makes of any text.
@@ -509,12 +421,8 @@ struct ModelInput {
     }
 };
 
-/// What a call is to make of `input`, and the text it is to print.
-Record model_call(ModelInput& input, std::string& printed) {
-    if (input.end_met) {
-        printed += end_message;
-        return stale;
-    }
+/// What a call is to make of `input`.
+Record model_call(ModelInput& input) {
     Record record{};
     record.itemset = numbers_in(input.take_until('\t'));
     record.read = !record.itemset.empty();
@@ -547,27 +455,18 @@ Record model_call(ModelInput& input, std::string& printed) {
 
 class DamagedFile : public Reader {
 protected:
-    DamagedFile() : console_(std::cout.rdbuf(&printed_)) {}
-    ~DamagedFile() override { std::cout.rdbuf(console_); }
-
-    /// Compares every call up to the second that gives no record.
+    /// Compares every call up to the end of the text.
     void expect_read_as_modelled(const std::string& text) {
         ModelInput model{text};
-        std::string to_be_printed;
-        printed_.str("");
         input.str(text);
         reader.rewind();
-        for (int without_record = 0; without_record < 2;) {
-            const Record expected = model_call(model, to_be_printed);
-            EXPECT_EQ(next(), expected) << "in " << testing::PrintToString(text);
-            without_record += expected.read ? 0 : 1;
+        while (!model.end_met) {
+            const Record expected = model_call(model);
+            ASSERT_FALSE(reader.is_at_end()) << "in " << testing::PrintToString(text);
+            ASSERT_EQ(next(), expected) << "in " << testing::PrintToString(text);
         }
-        EXPECT_EQ(printed_.str(), to_be_printed) << "in " << testing::PrintToString(text);
+        EXPECT_TRUE(reader.is_at_end()) << "in " << testing::PrintToString(text);
     }
-
-private:
-    std::stringbuf printed_;
-    std::streambuf* console_;
 };
 
 TEST_F(DamagedFile, CutAtAnyByteIsReadByTheRules) {

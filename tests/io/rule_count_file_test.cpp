@@ -1,37 +1,47 @@
+#include "io/rule_count_file.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
-
-#include "app/globals.h"
-#include "support/lattice_fixture.h"
 
 namespace korv {
 namespace {
 
 using enum Kind;
 
-class RuleCountReport : public test::LatticeFixture {
-protected:
-    /// A lattice whose counters have these column sums.
-    Lattice& lattice_with_sums(Count exact_sum, Count appro_sum, Count apped_sum) {
-        Lattice& lattice = make_lattice("");
-        lattice.rule_counts.counters[4] = {exact_sum, appro_sum, apped_sum};
-        return lattice;
-    }
+/// The whole file of these counts.
+std::string report_of(const RuleCounts& counts) {
+    std::ostringstream out;
+    write_rule_counts(counts, out);
+    return out.str();
+}
 
-    /// The lines of the report that begin with `start`.
-    std::string lines_of_report(const std::string& start) {
-        std::string lines;
-        std::istringstream report(rule_counts_file());
-        for (std::string line; std::getline(report, line);) {
-            if (line.starts_with(start)) {
-                lines += line + '\n';
-            }
+/// The breakdown of one kind.
+std::string breakdown_of(Kind kind, const RuleCounts& counts) {
+    std::ostringstream out;
+    number_of_rules(kind, counts, out);
+    return out.str();
+}
+
+/// Counts with these column sums.
+RuleCounts counts_with_sums(Count exact_sum, Count appro_sum, Count apped_sum) {
+    RuleCounts counts;
+    counts.counters[4] = {exact_sum, appro_sum, apped_sum};
+    return counts;
+}
+
+/// The lines of a text that begin with `start`.
+std::string lines_from(const std::string& text, const std::string& start) {
+    std::string lines;
+    std::istringstream report(text);
+    for (std::string line; std::getline(report, line);) {
+        if (line.starts_with(start)) {
+            lines += line + '\n';
         }
-        return lines;
     }
-};
+    return lines;
+}
 
 // clang-format off
 
@@ -265,112 +275,102 @@ const std::string report_of_numbered_counters =
 
 // clang-format on
 
-/// A lattice with the counters of report_of_numbered_counters.
-void number_counters(Lattice& lattice) {
-    RuleCounts& counts = lattice.rule_counts;
+/// The counts of report_of_numbered_counters.
+RuleCounts numbered_counters() {
+    RuleCounts counts;
     for (Count row = 0; row < counts.counters.size(); ++row) {
         counts.counters[row] = {100 + row, 200 + row, 300 + row};
     }
     counts.exact_total = 7;
     counts.appro_total = 8;
     counts.apped_total = 9;
+    return counts;
 }
 
-TEST_F(RuleCountReport, WithoutRulesAllCountsAre0AndThePercentagesAreLeftOut) {
-    make_lattice("").write_rule_counts();
-    EXPECT_EQ(rule_counts_file(), report_of_no_rules);
+TEST(RuleCountFile, WithoutRulesAllCountsAre0AndThePercentagesAreLeftOut) {
+    EXPECT_EQ(report_of({}), report_of_no_rules);
 }
 
-TEST_F(RuleCountReport, ShowsEachCounterAtItsFormAndBothTotalsOfEachKind) {
-    Lattice& lattice = make_lattice("");
-    number_counters(lattice);
-    lattice.write_rule_counts();
-    EXPECT_EQ(rule_counts_file(), report_of_numbered_counters);
+TEST(RuleCountFile, ShowsEachCounterAtItsFormAndBothTotalsOfEachKind) {
+    EXPECT_EQ(report_of(numbered_counters()), report_of_numbered_counters);
 }
 
-TEST_F(RuleCountReport, IsCompleteOnDiskAfterwards) {
-    make_lattice("").write_rule_counts();
-    EXPECT_EQ(test::read_file(S6), report_of_no_rules);
-}
-
-TEST_F(RuleCountReport, BreakdownOfAKindIsWrittenByItself) {
-    Lattice& lattice = make_lattice("");
-    number_counters(lattice);
-    lattice.number_of_rules(appro);
+TEST(RuleCountFile, BreakdownOfAKindIsWrittenByItself) {
     const std::size_t begin =
         report_of_numbered_counters.find("Form 1: ", report_of_numbered_counters.find("***"));
     const std::size_t end = report_of_numbered_counters.find("Number of appro rules: 8");
-    EXPECT_EQ(rule_counts_file(), report_of_numbered_counters.substr(begin, end - begin));
+    EXPECT_EQ(breakdown_of(appro, numbered_counters()),
+              report_of_numbered_counters.substr(begin, end - begin));
 }
 
-TEST_F(RuleCountReport, RunTotalsAloneMakeNoTotalNumberOfRules) {
-    Lattice& lattice = make_lattice("");
-    lattice.rule_counts.exact_total = 5;
-    lattice.write_rule_counts();
-    EXPECT_EQ(lines_of_report("Total number of rules: "), "Total number of rules: 0\n");
-    EXPECT_EQ(lines_of_report("Number of exact rules: "),
+TEST(RuleCountFile, RunTotalsAloneMakeNoTotalNumberOfRules) {
+    RuleCounts counts;
+    counts.exact_total = 5;
+    const std::string report = report_of(counts);
+    EXPECT_EQ(lines_from(report, "Total number of rules: "), "Total number of rules: 0\n");
+    EXPECT_EQ(lines_from(report, "Number of exact rules: "),
               "Number of exact rules: 0\n"
               "Number of exact rules: 5\n"
               "Number of exact rules: 0\n");
-    EXPECT_EQ(lines_of_report("Percentage"), "");
+    EXPECT_EQ(lines_from(report, "Percentage"), "");
 }
 
-TEST_F(RuleCountReport, PercentagesOfThirds) {
-    lattice_with_sums(1, 1, 1).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Percentage"),
+TEST(RuleCountFile, PercentagesOfThirds) {
+    const std::string report = report_of(counts_with_sums(1, 1, 1));
+    EXPECT_EQ(lines_from(report, "Percentage"),
               "Percentage of exact rules: 33.3333 %\n"
               "Percentage of appro rules: 33.3333 %\n"
               "Percentage of apped rules: 33.3333 %\n");
 }
 
-TEST_F(RuleCountReport, PercentagesOfOneKindOnly) {
-    lattice_with_sums(0, 3, 0).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Percentage"),
+TEST(RuleCountFile, PercentagesOfOneKindOnly) {
+    const std::string report = report_of(counts_with_sums(0, 3, 0));
+    EXPECT_EQ(lines_from(report, "Percentage"),
               "Percentage of exact rules: 0 %\n"
               "Percentage of appro rules: 100 %\n"
               "Percentage of apped rules: 0 %\n");
 }
 
-TEST_F(RuleCountReport, HundredfoldOfACountWraps) {
+TEST(RuleCountFile, HundredfoldOfACountWraps) {
     // 100 * 42949673 = 2^32 + 4; 100 * 42949672 = 2^32 - 96 does not wrap. Their sum is 85899345.
-    lattice_with_sums(42949673, 42949672, 0).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Percentage"),
+    const std::string report = report_of(counts_with_sums(42949673, 42949672, 0));
+    EXPECT_EQ(lines_from(report, "Percentage"),
               "Percentage of exact rules: 4.65661e-08 %\n"
               "Percentage of appro rules: 50 %\n"
               "Percentage of apped rules: 0 %\n");
 }
 
-TEST_F(RuleCountReport, TotalIsRoundedToSinglePrecision) {
+TEST(RuleCountFile, TotalIsRoundedToSinglePrecision) {
     // The total of 2^24 + 1 becomes 2^24. 196608000 / 2^24 = 11.71875 is a tie that goes up, to the even
     // digit; over 2^24 + 1 it would be 11.7187. 1481113700 / 2^24 = 88.281256; over 2^24 + 1 it would
     // be 88.281251.
-    lattice_with_sums(1966080, 14811137, 0).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Total number of rules: "), "Total number of rules: 16777217\n");
-    EXPECT_EQ(lines_of_report("Percentage"),
+    const std::string report = report_of(counts_with_sums(1966080, 14811137, 0));
+    EXPECT_EQ(lines_from(report, "Total number of rules: "), "Total number of rules: 16777217\n");
+    EXPECT_EQ(lines_from(report, "Percentage"),
               "Percentage of exact rules: 11.7188 %\n"
               "Percentage of appro rules: 88.2813 %\n"
               "Percentage of apped rules: 0 %\n");
 }
 
-TEST_F(RuleCountReport, HundredfoldIsNotRoundedToSinglePrecision) {
+TEST(RuleCountFile, HundredfoldIsNotRoundedToSinglePrecision) {
     // The total is 2^20, and 67119300 / 2^20 = 64.0099525; the nearest single, 67119296, would
     // give 64.0099487.
-    lattice_with_sums(671193, 377383, 0).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Percentage of exact"), "Percentage of exact rules: 64.01 %\n");
+    const std::string report = report_of(counts_with_sums(671193, 377383, 0));
+    EXPECT_EQ(lines_from(report, "Percentage of exact"), "Percentage of exact rules: 64.01 %\n");
 }
 
-TEST_F(RuleCountReport, TotalThatWrapsTo0HasNoPercentages) {
-    lattice_with_sums(4294967295U, 1, 0).write_rule_counts();
-    EXPECT_EQ(lines_of_report("Total number of rules: "), "Total number of rules: 0\n");
-    EXPECT_EQ(lines_of_report("Percentage"), "");
+TEST(RuleCountFile, TotalThatWrapsTo0HasNoPercentages) {
+    const std::string report = report_of(counts_with_sums(4294967295U, 1, 0));
+    EXPECT_EQ(lines_from(report, "Total number of rules: "), "Total number of rules: 0\n");
+    EXPECT_EQ(lines_from(report, "Percentage"), "");
 }
 
-TEST_F(RuleCountReport, TotalOfAGroupWraps) {
-    Lattice& lattice = make_lattice("");
-    lattice.rule_counts.counters[0][0] = 4294967295U;  // R112
-    lattice.rule_counts.counters[1][0] = 3;            // R111
-    lattice.number_of_rules(exact);
-    EXPECT_EQ(lines_of_report("Total number  of  rules of Form 1"), "Total number  of  rules of Form 1: 2\n");
+TEST(RuleCountFile, TotalOfAGroupWraps) {
+    RuleCounts counts;
+    counts.counters[0][0] = 4294967295U;  // R112
+    counts.counters[1][0] = 3;            // R111
+    EXPECT_EQ(lines_from(breakdown_of(exact, counts), "Total number  of  rules of Form 1"),
+              "Total number  of  rules of Form 1: 2\n");
 }
 
 }  // namespace

@@ -1,21 +1,8 @@
 #include "support/lattice_fixture.h"
 
-#include <ostream>
 #include <stdexcept>
 
 #include "app/globals.h"
-
-namespace korv {
-
-void PrintTo(Form form, std::ostream* out) {
-    *out << rule_catalogue[static_cast<std::size_t>(form)].label;
-}
-
-void PrintTo(Kind kind, std::ostream* out) {
-    *out << kind_name(kind);
-}
-
-}  // namespace korv
 
 namespace korv::test {
 
@@ -92,14 +79,6 @@ NodeRef LatticeFixture::node(const Itemset& itemset) const {
 
 std::vector<Itemset> LatticeFixture::successors(const Itemset& itemset) const {
     return itemsets(lattice_->find_dci_node(node(itemset))->successors);
-}
-
-std::vector<Itemset> itemsets(const SuccessorList& successors) {
-    std::vector<Itemset> result;
-    for (const NodeRef successor : successors) {
-        result.push_back(successor->first);
-    }
-    return result;
 }
 
 CounterCells nonzero_counters(const Lattice& lattice) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <iosfwd>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -12,15 +11,9 @@
 #include <vector>
 
 #include "app/lattice.h"
+#include "support/collected_rules.h"
 #include "support/files.h"
-
-namespace korv {
-
-// For the messages of failed expectations.
-void PrintTo(Form form, std::ostream* out);
-void PrintTo(Kind kind, std::ostream* out);
-
-}  // namespace korv
+#include "support/loaded_classes.h"
 
 namespace korv::test {
 
@@ -64,9 +57,6 @@ private:
     std::istringstream input_;
     std::unique_ptr<Lattice> lattice_;
 };
-
-/// The itemsets of successors, in list order.
-std::vector<Itemset> itemsets(const SuccessorList& successors);
 
 /// Counters by form and kind.
 using CounterCells = std::map<std::pair<Form, Kind>, Count>;
