@@ -1,801 +1,675 @@
 #include <gtest/gtest.h>
 
-#include <array>
-#include <ostream>
+#include <cmath>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "support/lattice_fixture.h"
+#include "engine/rule_makers.h"
+#include "support/collected_rules.h"
+#include "support/rule_cases.h"
 
 namespace korv {
 namespace {
 
-using test::CounterCells;
-using test::nonzero_counters;
-using test::record_of;
-using test::rule_lines;
-using test::run_totals;
+using test::infinity;
+using test::name_of_case;
+using test::rows_of;
+using test::RuleCase;
+using test::ThresholdCase;
+using test::wrapped;
 using enum Form;
 using enum Kind;
+using enum PairKind;
 
-using Lines = std::vector<std::string>;
-using Totals = std::array<Count, 3>;
+using Rules = std::vector<Rule>;
 
-class InterNodeRules : public test::LatticeFixture {
-protected:
-    Lines exact_rules() { return rule_lines(inter_exact()); }
-    Lines approx_rules() { return rule_lines(inter_approx()); }
-};
+// A row of a table of rules is: form as printed, form as counted, kind, support, confidence. Where nothing
+// else is said, it is of a rule between closed itemsets, f1 and f2-f1.
 
-// Rules where the support of the difference is known. Unless a test says otherwise, the base (f1 or e1) is
-// {1}, the difference {2}, and there are 100 transactions. The eight rules, for f1 / e1:
-//
-//   R132/R122  2-->1             R131/R121  1-->2
-//   R231/R221  not(1)-->not(2)   R232/R222  not(2)-->not(1)
-//   R331/R321  1-->not(2)        R432/R421  not(2)-->1
-//   R431/R422  not(1)-->2        R332/R322  2-->not(1)
-const Itemset base = {1};
-const Itemset rest = {2};
+/// With N transactions, s1 of them with an item of the base, s2 with one of f2, and r with one of the
+/// difference.
+RuleCase known_case(std::string name, Count s1, Count s2, Count r, RuleSettings settings, Rules rules) {
+    return {std::move(name), s1, s2, {r, r}, settings, std::move(rules)};
+}
 
-using InterNodeItemset = InterNodeRules;
+/// The same, r from lo to hi.
+RuleCase bounded_case(std::string name, Count s1, Count s2, Count lo, Count hi, RuleSettings settings,
+                      Rules rules) {
+    return {std::move(name), s1, s2, {lo, hi}, settings, std::move(rules)};
+}
+
+Rules rules_of_known(PairKind kind, const RuleCase& each) {
+    return test::rules_by(get_rules_inter_itemset, kind, each, true);
+}
+
+Rules rules_of_bounded(PairKind kind, const RuleCase& each) {
+    return test::rules_by(get_rules_inter_supp_approx, kind, each, false);
+}
+
+/// The form of the same rule of an essential itemset. The last digits of two differ.
+Form of_essential(Form of_closed) {
+    static const std::map<Form, Form> forms = {{R132, R122}, {R131, R121}, {R231, R221}, {R232, R222},
+                                               {R331, R321}, {R432, R421}, {R431, R422}, {R332, R322}};
+    return forms.at(of_closed);
+}
+
+/// Rows of a closed itemset as those of an essential itemset that is counted under its own forms throughout.
+Rules of_essential(Rules rules) {
+    for (Rule& rule : rules) {
+        rule.form = of_essential(rule.form);
+        rule.counted_as = of_essential(rule.counted_as);
+    }
+    return rules;
+}
+
+/// Rows without what they are counted as.
+Rules without_counters(Rules rules) {
+    for (Rule& rule : rules) {
+        rule.counted_as = rule.form;
+    }
+    return rules;
+}
+
+// The support of the difference is known.
 
 // s1 = 50, s2 = 80, r = 40: 10 transactions with an item of both, 20 with none, 40 with one of the base only,
 // 30 with one of the difference only.
-const std::string all_eight_rules = R"(3-->1 v 2
-support:10
+const RuleCase all_known = known_case("AllEightRules", 50, 80, 40, {0, 0.0, 100},
+                                      {
+                                          {R132, R132, appro, known(10U), known(10.0 / 40)},
+                                          {R131, R131, appro, known(10U), known(10.0 / 50)},
+                                          {R231, R231, appro, known(20U), known(20.0 / 50)},
+                                          {R232, R232, appro, known(20U), known(20.0 / 60)},
+                                          {R331, R331, appro, known(40U), known(40.0 / 50)},
+                                          {R432, R432, appro, known(40U), known(40.0 / 60)},
+                                          {R431, R431, appro, known(30U), known(30.0 / 50)},
+                                          {R332, R332, appro, known(30U), known(30.0 / 40)},
+                                      });
 
-confiance:0.25
----------------------------
-1 v 2-->3
-support:10
+class InterNodeKnownThresholds : public ::testing::TestWithParam<ThresholdCase> {};
 
-confiance:0.2
----------------------------
-not(1)not(2)-->not(3)
-support:20
-
-confiance:0.4
----------------------------
-not(3)-->not(1)not(2)
-support:20
-
-confiance:0.333333
----------------------------
-1 v 2-->not(3)
-support:40
-
-confiance:0.8
----------------------------
-not(3)-->1 v 2
-support:40
-
-confiance:0.666667
----------------------------
-not(1)not(2)-->3
-support:30
-
-confiance:0.6
----------------------------
-3-->not(1)not(2)
-support:30
-
-confiance:0.75
----------------------------
-)";
-
-TEST_F(InterNodeItemset, WritesAllEightRulesOfAClosedItemset) {
-    Lattice& lattice = make_lattice("", {.minsupp = 0, .minconf = 0.0});
-    lattice.get_rules_inter_itemset({3}, 40, {1, 2}, 50, 80, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(inter_approx(), all_eight_rules);
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R132, appro}, 1},
-                                                       {{R131, appro}, 1},
-                                                       {{R231, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1}}));
-    EXPECT_EQ(run_totals(lattice), (Totals{0, 8, 0}));
-    EXPECT_EQ(intra_exact() + intra_approx(), "");
+TEST_P(InterNodeKnownThresholds, DecideOnEachRule) {
+    RuleCase each = all_known;
+    each.settings = {GetParam().minsupp, GetParam().minconf, 100};
+    const Rules expected = rows_of(GetParam().forms, all_known.rules);
+    EXPECT_EQ(rules_of_known(successor, each), expected);
+    EXPECT_EQ(without_counters(rules_of_known(essential_of_successor, each)), of_essential(expected));
 }
 
-TEST_F(InterNodeItemset, WritesTheSameRulesOfAnEssentialItemset) {
-    Lattice& lattice = make_lattice("", {.minsupp = 0, .minconf = 0.0});
-    lattice.get_rules_inter_itemset({3}, 40, {1, 2}, 50, 80, false);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(inter_approx(), all_eight_rules);
-    // From the fourth rule on counted as those of a closed itemset.
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, appro}, 1},
-                                                       {{R121, appro}, 1},
-                                                       {{R221, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1}}));
-    EXPECT_EQ(run_totals(lattice), (Totals{0, 8, 0}));
+INSTANTIATE_TEST_SUITE_P(MinimumSupport, InterNodeKnownThresholds,
+                         ::testing::ValuesIn(std::vector<ThresholdCase>{
+                             {"EqualToThatOfBoth", 10, 0.0, {R132, R131, R231, R232, R331, R432, R431, R332}},
+                             {"AboveThatOfBoth", 11, 0.0, {R231, R232, R331, R432, R431, R332}},
+                             {"EqualToThatOfNeither", 20, 0.0, {R231, R232, R331, R432, R431, R332}},
+                             {"AboveThatOfNeither", 21, 0.0, {R331, R432, R431, R332}},
+                             {"EqualToThatOfTheDifferenceOnly", 30, 0.0, {R331, R432, R431, R332}},
+                             {"AboveThatOfTheDifferenceOnly", 31, 0.0, {R331, R432}},
+                             {"EqualToThatOfTheBaseOnly", 40, 0.0, {R331, R432}},
+                             {"AboveThatOfTheBaseOnly", 41, 0.0, {}},
+                         }),
+                         name_of_case);
+
+INSTANTIATE_TEST_SUITE_P(MinimumConfidence, InterNodeKnownThresholds,
+                         ::testing::ValuesIn(std::vector<ThresholdCase>{
+                             {"EqualToThatOfR131", 1, 0.2, {R132, R131, R231, R232, R331, R432, R431, R332}},
+                             {"AboveThatOfR131", 1, 0.2000001, {R132, R231, R232, R331, R432, R431, R332}},
+                             {"EqualToThatOfR132", 1, 0.25, {R132, R231, R232, R331, R432, R431, R332}},
+                             {"AboveThatOfR132", 1, 0.2500001, {R231, R232, R331, R432, R431, R332}},
+                             {"EqualToThatOfR232", 1, 20.0 / 60, {R231, R232, R331, R432, R431, R332}},
+                             {"AboveThatOfR232", 1, 0.3333334, {R231, R331, R432, R431, R332}},
+                             {"EqualToThatOfR231", 1, 0.4, {R231, R331, R432, R431, R332}},
+                             {"AboveThatOfR231", 1, 0.4000001, {R331, R432, R431, R332}},
+                             {"EqualToThatOfR431", 1, 0.6, {R331, R432, R431, R332}},
+                             {"AboveThatOfR431", 1, 0.6000001, {R331, R432, R332}},
+                             {"EqualToThatOfR432", 1, 40.0 / 60, {R331, R432, R332}},
+                             {"AboveThatOfR432", 1, 0.6666667, {R331, R332}},
+                             {"EqualToThatOfR332", 1, 0.75, {R331, R332}},
+                             {"AboveThatOfR332", 1, 0.7500001, {R331}},
+                             {"EqualToThatOfR331", 1, 0.8, {R331}},
+                             {"AboveThatOfR331", 1, 0.8000001, {}},
+                         }),
+                         name_of_case);
+
+class InterNodeKnownSupport : public ::testing::TestWithParam<RuleCase> {};
+
+TEST_P(InterNodeKnownSupport, YieldsTheRulesOfAClosedItemset) {
+    EXPECT_EQ(rules_of_known(successor, GetParam()), GetParam().rules);
 }
 
-TEST_F(InterNodeItemset, EssentialItemsetKeepsItsFormsWhenTheFourthRuleIsTooWeak) {
-    // 20/60 is below the minimum.
-    Lattice& lattice = make_lattice("", {.minconf = 0.34});
-    lattice.get_rules_inter_itemset(rest, 40, base, 50, 80, false);
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R221, appro}, 1},
-                                                       {{R321, appro}, 1},
-                                                       {{R421, appro}, 1},
-                                                       {{R422, appro}, 1},
-                                                       {{R322, appro}, 1}}));
+TEST_P(InterNodeKnownSupport, YieldsTheSameRulesOfAnEssentialItemset) {
+    EXPECT_EQ(without_counters(rules_of_known(essential_of_successor, GetParam())),
+              of_essential(GetParam().rules));
 }
 
-TEST_F(InterNodeItemset, EssentialItemsetKeepsItsFormsWhenTheFourthRuleIsTooRare) {
-    // 20 transactions are too few.
-    Lattice& lattice = make_lattice("", {.minsupp = 21});
-    lattice.get_rules_inter_itemset(rest, 40, base, 50, 80, false);
-    EXPECT_EQ(nonzero_counters(lattice),
-              (CounterCells{{{R321, appro}, 1}, {{R421, appro}, 1}, {{R422, appro}, 1}, {{R322, appro}, 1}}));
-}
-
-TEST_F(InterNodeItemset, FollowingEssentialItemsetStartsWithItsOwnFormsAgain) {
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 40, base, 50, 80, false);
-    const CounterCells after_first = nonzero_counters(lattice);
-    EXPECT_EQ(after_first.count({R321, appro}), 0U);
-    // s1 = 70, s2 = N, r = 50: no transaction without an item of f2; 20, 50, 30 in the other groups.
-    lattice.get_rules_inter_itemset(rest, 50, base, 70, 100, false);
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, appro}, 2},
-                                                       {{R121, appro}, 2},
-                                                       {{R221, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1},
-                                                       // 50/70, 50/50, 30/30 and 30/50 of the second
-                                                       {{R321, appro}, 1},
-                                                       {{R421, exact}, 1},
-                                                       {{R422, exact}, 1},
-                                                       {{R322, appro}, 1}}));
-}
-
-TEST_F(InterNodeItemset, ExactFourthRuleChangesTheFormsTooAndIsCountedAsOfAClosedItemset) {
-    // r = s2 = 80: 50 with an item of both, 20 with none, 30 with one of the difference only.
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 80, base, 50, 80, false);
-    // 50/50 and 20/20
-    EXPECT_EQ(inter_exact(), "1-->2\nsupport:50\n\nnot(2)-->not(1)\nsupport:20\n\n");
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "not(1)-->not(2)", "not(1)-->2", "2-->not(1)"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, appro}, 1},
-                                                       {{R121, exact}, 1},
-                                                       {{R221, appro}, 1},
-                                                       {{R232, exact}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1}}));
-    EXPECT_EQ(run_totals(lattice), (Totals{2, 4, 0}));
-}
-
-TEST_F(InterNodeItemset, BaseThatImpliesTheDifferenceIsExact) {
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 80, base, 50, 80, true);
-    EXPECT_EQ(record_of("1-->2", inter_exact()), "1-->2\nsupport:50\n\n");
-    EXPECT_EQ(nonzero_counters(lattice).at({R131, exact}), 1U);
-    EXPECT_EQ(nonzero_counters(lattice).at({R232, exact}), 1U);
-}
-
-TEST_F(InterNodeItemset, BaseAndDifferenceThatExcludeEachOtherAreExact) {
-    // s1 = 50, r = 30, s2 = 80: 50/50 and 30/30.
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 30, base, 50, 80, true);
-    EXPECT_EQ(inter_exact(), "1-->not(2)\nsupport:50\n\n2-->not(1)\nsupport:30\n\n");
-    // 20/50, 20/70, 50/70, 30/50
-    EXPECT_EQ(approx_rules(), (Lines{"not(1)-->not(2)", "not(2)-->not(1)", "not(2)-->1", "not(1)-->2"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R231, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, exact}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, exact}, 1}}));
-}
-
-TEST_F(InterNodeItemset, EssentialItemsetAndDifferenceThatExcludeEachOtherAreExact) {
-    Lattice& lattice = make_lattice("", {.minconf = 0.3});
-    lattice.get_rules_inter_itemset(rest, 30, base, 50, 80, false);
-    // The fourth rule, 20/70, is not written.
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R221, appro}, 1},
-                                                       {{R321, exact}, 1},
-                                                       {{R421, appro}, 1},
-                                                       {{R422, appro}, 1},
-                                                       {{R322, exact}, 1}}));
-}
-
-TEST_F(InterNodeItemset, BaseAndDifferenceThatCoverAllTransactionsAreExact) {
-    // s1 = 50, r = 60, s2 = N: 40/40 and 50/50; 10 transactions with an item of both.
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 60, base, 50, 100, true);
-    EXPECT_EQ(inter_exact(), "not(2)-->1\nsupport:40\n\nnot(1)-->2\nsupport:50\n\n");
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "1-->2", "1-->not(2)", "2-->not(1)"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R132, appro}, 1},
-                                                       {{R131, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, exact}, 1},
-                                                       {{R431, exact}, 1},
-                                                       {{R332, appro}, 1}}));
-    EXPECT_EQ(run_totals(lattice), (Totals{2, 4, 0}));
-}
-
-TEST_F(InterNodeItemset, EssentialItemsetAndDifferenceThatCoverAllTransactionsAreExact) {
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 60, base, 50, 100, false);
-    EXPECT_EQ(exact_rules(), (Lines{"not(2)-->1", "not(1)-->2"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, appro}, 1},
-                                                       {{R121, appro}, 1},
-                                                       {{R321, appro}, 1},
-                                                       {{R421, exact}, 1},
-                                                       {{R422, exact}, 1},
-                                                       {{R322, appro}, 1}}));
-}
-
-TEST_F(InterNodeItemset, FirstAndThirdRuleOfConfidence1StayApproximative) {
-    // s1 = s2 = 80, r = 50: 50/50 and 20/20.
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 50, base, 80, 80, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(record_of("2-->1", inter_approx()),
-              "2-->1\nsupport:50\n\nconfiance:1\n---------------------------\n");
-    EXPECT_EQ(record_of("not(1)-->not(2)", inter_approx()),
-              "not(1)-->not(2)\nsupport:20\n\nconfiance:1\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R132, appro}, 1},
-                                                       {{R131, appro}, 1},
-                                                       {{R231, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1}}));
-}
-
-TEST_F(InterNodeItemset, DifferenceInAllTransactionsHasNoRulesFromItsAbsence) {
-    // r = s2 = N, s1 = 50: neither the fourth, 0/0, nor the sixth rule.
-    make_lattice("", {.minsupp = 0, .minconf = 0.0}).get_rules_inter_itemset(rest, 100, base, 50, 100, true);
-    EXPECT_EQ(exact_rules(), (Lines{"1-->2", "not(1)-->2"}));
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "not(1)-->not(2)", "1-->not(2)", "2-->not(1)"}));
-}
-
-TEST_F(InterNodeItemset, NeverDividesByTheTransactionsWithoutTheDifferenceIfThereAreNone) {
-    // r = N > s2: 20/0 and 4294967276/0 would be infinite and pass. Without the fourth rule the forms stay.
-    Lattice& lattice = make_lattice("");
-    lattice.get_rules_inter_itemset(rest, 100, base, 50, 80, false);
-    EXPECT_EQ(exact_rules(), Lines{});
-    EXPECT_EQ(approx_rules(),
-              (Lines{"2-->1", "1-->2", "not(1)-->not(2)", "1-->not(2)", "not(1)-->2", "2-->not(1)"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, appro}, 1},
-                                                       {{R121, appro}, 1},
-                                                       {{R221, appro}, 1},
-                                                       {{R321, appro}, 1},
-                                                       {{R422, appro}, 1},
-                                                       {{R322, appro}, 1}}));
-}
-
-TEST_F(InterNodeItemset, ExactnessIsDecidedInDoublePrecision) {
-    // s1 = s2 = N = 2^32 - 1, r = 2^32 - 2: 1-->2 holds in 4294967294 of 4294967295, printed as 1.
-    Lattice& lattice = make_lattice("", {.minsupp = 2, .transactions = 4294967295U});
-    lattice.get_rules_inter_itemset(rest, 4294967294U, base, 4294967295U, 4294967295U, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(record_of("1-->2", inter_approx()),
-              "1-->2\nsupport:4294967294\n\nconfiance:1\n---------------------------\n");
-}
-
-TEST_F(InterNodeItemset, ConfidencesThatAreNotNumbersAreNotWrittenWithoutTheDifference) {
-    // s1 = s2 = 80, r = 0: the first and the last rule are 0/0. 80/80 is exact.
-    make_lattice("", {.minsupp = 0, .minconf = 0.0}).get_rules_inter_itemset(rest, 0, base, 80, 80, true);
-    EXPECT_EQ(exact_rules(), (Lines{"1-->not(2)"}));
-    EXPECT_EQ(approx_rules(),
-              (Lines{"1-->2", "not(1)-->not(2)", "not(2)-->not(1)", "not(2)-->1", "not(1)-->2"}));
-}
-
-TEST_F(InterNodeItemset, ConfidencesThatAreNotNumbersAreNotWrittenWithoutTheBase) {
-    // s1 = 0, r = s2 = 50: the rules from the base are 0/0. 50/50 is exact, twice.
-    make_lattice("", {.minsupp = 0, .minconf = 0.0}).get_rules_inter_itemset(rest, 50, base, 0, 50, true);
-    EXPECT_EQ(exact_rules(), (Lines{"not(2)-->not(1)", "2-->not(1)"}));
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "not(1)-->not(2)", "not(2)-->1", "not(1)-->2"}));
-}
-
-TEST_F(InterNodeItemset, ConfidencesThatAreNotNumbersAreNotWrittenWithTheBaseInAllTransactions) {
-    // s1 = s2 = N, r = 60: the rules from the absence of the base are 0/0. 40/40 is exact.
-    make_lattice("", {.minsupp = 0, .minconf = 0.0}).get_rules_inter_itemset(rest, 60, base, 100, 100, true);
-    EXPECT_EQ(exact_rules(), (Lines{"not(2)-->1"}));
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "1-->2", "not(2)-->not(1)", "1-->not(2)", "2-->not(1)"}));
-}
-
-TEST_F(InterNodeItemset, InfiniteConfidencesAreApproximative) {
-    // s1 = N > s2 = 80: 20/0 and (2^32 - 20)/0.
-    Lattice& lattice = make_lattice("", {.minsupp = 1, .minconf = 1e300});
-    lattice.get_rules_inter_itemset(rest, 50, base, 100, 80, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(inter_approx(),
-              "not(1)-->not(2)\nsupport:20\n\nconfiance:inf\n---------------------------\n"
-              "not(1)-->2\nsupport:4294967276\n\nconfiance:inf\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R231, appro}, 1}, {{R431, appro}, 1}}));
-}
-
-/// Thresholds, and the rules that pass them.
-struct ThresholdCase {
-    std::string name;
-    Count minsupp;
-    double minconf;
-    Lines approx;
-};
-
-void PrintTo(const ThresholdCase& threshold, std::ostream* out) {
-    *out << "minsupp " << threshold.minsupp << ", minconf " << threshold.minconf;
-}
-
-std::string name_of(const ::testing::TestParamInfo<ThresholdCase>& instance) {
-    return instance.param.name;
-}
-
-class InterNodeThresholds : public InterNodeRules, public ::testing::WithParamInterface<ThresholdCase> {};
-
-TEST_P(InterNodeThresholds, DecideOnEachRule) {
-    // s1 = 50, s2 = 80, r = 40 as above: supports 10, 20, 40 and 30 in the four groups.
-    make_lattice("", {.minsupp = GetParam().minsupp, .minconf = GetParam().minconf})
-        .get_rules_inter_itemset(rest, 40, base, 50, 80, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), GetParam().approx);
-}
-
-// clang-format off
 INSTANTIATE_TEST_SUITE_P(
-    MinimumSupport, InterNodeThresholds,
+    All, InterNodeKnownSupport,
     ::testing::Values(
-        ThresholdCase{"EqualToThatOfBoth", 10, 0.0,
-                      {"2-->1", "1-->2", "not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfBoth", 11, 0.0,
-                      {"not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfNeither", 20, 0.0,
-                      {"not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfNeither", 21, 0.0,
-                      {"1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheDifferenceOnly", 30, 0.0,
-                      {"1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheDifferenceOnly", 31, 0.0, {"1-->not(2)", "not(2)-->1"}},
-        ThresholdCase{"EqualToThatOfTheBaseOnly", 40, 0.0, {"1-->not(2)", "not(2)-->1"}},
-        ThresholdCase{"AboveThatOfTheBaseOnly", 41, 0.0, {}}),
-    name_of);
+        all_known,
+        known_case("BaseThatImpliesTheDifferenceIsExact", 50, 80, 80, {1, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(50U), known(50.0 / 80)},
+                       {R131, R131, exact, known(50U), {}},
+                       {R231, R231, appro, known(20U), known(0.4)},
+                       {R232, R232, exact, known(20U), {}},
+                       {R431, R431, appro, known(30U), known(0.6)},
+                       {R332, R332, appro, known(30U), known(30.0 / 80)},
+                   }),
+        known_case("BaseAndDifferenceThatExcludeEachOtherAreExact", 50, 80, 30, {1, 0.0, 100},
+                   {
+                       {R231, R231, appro, known(20U), known(0.4)},
+                       {R232, R232, appro, known(20U), known(20.0 / 70)},
+                       {R331, R331, exact, known(50U), {}},
+                       {R432, R432, appro, known(50U), known(50.0 / 70)},
+                       {R431, R431, appro, known(30U), known(0.6)},
+                       {R332, R332, exact, known(30U), {}},
+                   }),
+        known_case("BaseAndDifferenceThatCoverAllTransactionsAreExact", 50, 100, 60, {1, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(10U), known(10.0 / 60)},
+                       {R131, R131, appro, known(10U), known(0.2)},
+                       {R331, R331, appro, known(40U), known(0.8)},
+                       {R432, R432, exact, known(40U), {}},
+                       {R431, R431, exact, known(50U), {}},
+                       {R332, R332, appro, known(50U), known(50.0 / 60)},
+                   }),
+        known_case("R132AndR231OfConfidence1StayApproximative", 80, 80, 50, {1, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(50U), known(1.0)},
+                       {R131, R131, appro, known(50U), known(50.0 / 80)},
+                       {R231, R231, appro, known(20U), known(1.0)},
+                       {R232, R232, appro, known(20U), known(0.4)},
+                       {R331, R331, appro, known(30U), known(30.0 / 80)},
+                       {R432, R432, appro, known(30U), known(0.6)},
+                   }),
+        known_case("DifferenceInAllTransactionsHasNoRulesFromItsAbsence", 50, 100, 100, {0, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(50U), known(0.5)},
+                       {R131, R131, exact, known(50U), {}},
+                       {R231, R231, appro, known(0U), known(0.0)},
+                       {R331, R331, appro, known(0U), known(0.0)},
+                       {R431, R431, exact, known(50U), {}},
+                       {R332, R332, appro, known(50U), known(0.5)},
+                   }),
+        // 20/0 and (2^32 - 20)/0 would be infinite and pass.
+        known_case("NeverDividesByTheTransactionsWithoutTheDifferenceIfThereAreNone", 50, 80, 100,
+                   {1, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(70U), known(0.7)},
+                       {R131, R131, appro, known(70U), known(1.4)},
+                       {R231, R231, appro, known(20U), known(0.4)},
+                       {R331, R331, appro, known(wrapped(20)), known(4294967276.0 / 50)},
+                       {R431, R431, appro, known(30U), known(0.6)},
+                       {R332, R332, appro, known(30U), known(0.3)},
+                   }),
+        known_case("ExactnessIsDecidedInDoublePrecision", 4294967295U, 4294967295U, 4294967294U,
+                   {2, 0.0, 4294967295U},
+                   {
+                       {R132, R132, appro, known(4294967294U), known(1.0)},
+                       {R131, R131, appro, known(4294967294U), known(4294967294.0 / 4294967295.0)},
+                   }),
+        // R132 and R332 are 0/0.
+        known_case("ConfidencesThatAreNotNumbersAreDroppedWithoutTheDifference", 80, 80, 0, {0, 0.0, 100},
+                   {
+                       {R131, R131, appro, known(0U), known(0.0)},
+                       {R231, R231, appro, known(20U), known(1.0)},
+                       {R232, R232, appro, known(20U), known(0.2)},
+                       {R331, R331, exact, known(80U), {}},
+                       {R432, R432, appro, known(80U), known(0.8)},
+                       {R431, R431, appro, known(0U), known(0.0)},
+                   }),
+        // R131 and R331 are 0/0.
+        known_case("ConfidencesThatAreNotNumbersAreDroppedWithoutTheBase", 0, 50, 50, {0, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(0U), known(0.0)},
+                       {R231, R231, appro, known(50U), known(0.5)},
+                       {R232, R232, exact, known(50U), {}},
+                       {R432, R432, appro, known(0U), known(0.0)},
+                       {R431, R431, appro, known(50U), known(0.5)},
+                       {R332, R332, exact, known(50U), {}},
+                   }),
+        // R231 and R431 are 0/0.
+        known_case("ConfidencesThatAreNotNumbersAreDroppedWithTheBaseInAllTransactions", 100, 100, 60,
+                   {0, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(60U), known(1.0)},
+                       {R131, R131, appro, known(60U), known(0.6)},
+                       {R232, R232, appro, known(0U), known(0.0)},
+                       {R331, R331, appro, known(40U), known(0.4)},
+                       {R432, R432, exact, known(40U), {}},
+                       {R332, R332, appro, known(0U), known(0.0)},
+                   }),
+        known_case("InfiniteConfidencesAreApproximative", 100, 80, 50, {1, 1e300, 100},
+                   {
+                       {R231, R231, appro, known(20U), known(infinity)},
+                       {R431, R431, appro, known(wrapped(20)), known(infinity)},
+                   }),
+        known_case("SecondRuleOfAGroupDoesNotNeedTheFirst", 50, 80, 70, {1, 0.58, 100},
+                   {
+                       // not R132, 40/70, nor R231, 20/50, nor R332, 30/70
+                       {R131, R131, appro, known(40U), known(0.8)},
+                       {R232, R232, appro, known(20U), known(20.0 / 30)},
+                       {R431, R431, appro, known(30U), known(0.6)},
+                   }),
+        known_case("R432DoesNotNeedR331", 50, 80, 70, {1, 0.3, 100},
+                   {
+                       {R132, R132, appro, known(40U), known(40.0 / 70)},
+                       {R131, R131, appro, known(40U), known(0.8)},
+                       {R231, R231, appro, known(20U), known(0.4)},
+                       {R232, R232, appro, known(20U), known(20.0 / 30)},
+                       {R432, R432, appro, known(10U), known(10.0 / 30)},  // R331: 10/50
+                       {R431, R431, appro, known(30U), known(0.6)},
+                       {R332, R332, appro, known(30U), known(30.0 / 70)},
+                   }),
+        known_case("ExactRulesBelowAMinimumConfidenceAbove1AreDropped", 50, 80, 80, {1, 1.5, 100}, {}),
+        known_case("TransactionsWithBothWrap", 20, 80, 50, {100, 0.0, 100},
+                   {
+                       {R132, R132, appro, known(wrapped(10)), known(4294967286.0 / 50)},
+                       {R131, R131, appro, known(wrapped(10)), known(4294967286.0 / 20)},
+                   }),
+        known_case("TransactionsWithNeitherWrap", 40, 80, 50, {100, 0.0, 70},
+                   {
+                       {R231, R231, appro, known(wrapped(10)), known(4294967286.0 / 30)},
+                       {R232, R232, appro, known(wrapped(10)), known(4294967286.0 / 20)},
+                   }),
+        known_case("TransactionsWithTheBaseOnlyWrap", 40, 80, 90, {100, 0.0, 100},
+                   {
+                       {R331, R331, appro, known(wrapped(10)), known(4294967286.0 / 40)},
+                       {R432, R432, appro, known(wrapped(10)), known(4294967286.0 / 10)},
+                   }),
+        known_case("TransactionsWithTheDifferenceOnlyWrap", 90, 80, 50, {100, 0.0, 100},
+                   {
+                       {R431, R431, appro, known(wrapped(10)), known(4294967286.0 / 10)},
+                       {R332, R332, appro, known(wrapped(10)), known(4294967286.0 / 50)},
+                   }),
+        known_case("DenominatorsWrap", 60, 90, 70, {20, 0.0, 50},
+                   {
+                       {R132, R132, appro, known(40U), known(40.0 / 70)},
+                       {R131, R131, appro, known(40U), known(40.0 / 60)},
+                       {R231, R231, appro, known(wrapped(40)), known(4294967256.0 / 4294967286.0)},
+                       {R232, R232, appro, known(wrapped(40)), known(4294967256.0 / 4294967276.0)},
+                       {R331, R331, appro, known(20U), known(20.0 / 60)},
+                       {R432, R432, appro, known(20U), known(20 / 4294967276.0)},
+                       {R431, R431, appro, known(30U), known(30 / 4294967286.0)},
+                       {R332, R332, appro, known(30U), known(30.0 / 70)},
+                   })),
+    name_of_case);
 
-// Confidences in the order of the rules: 10/40, 10/50, 20/50, 20/60, 40/50, 40/60, 30/50, 30/40.
+// Under which forms the rules of an essential itemset are counted.
+
+class InterNodeEssentialOfKnownSupport : public ::testing::TestWithParam<RuleCase> {};
+
+TEST_P(InterNodeEssentialOfKnownSupport, YieldsTheRules) {
+    EXPECT_EQ(rules_of_known(essential_of_successor, GetParam()), GetParam().rules);
+}
+
 INSTANTIATE_TEST_SUITE_P(
-    MinimumConfidence, InterNodeThresholds,
-    ::testing::Values(
-        ThresholdCase{"EqualToThatOfTheSecond", 1, 0.2,
-                      {"2-->1", "1-->2", "not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheSecond", 1, 0.2000001,
-                      {"2-->1", "not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheFirst", 1, 0.25,
-                      {"2-->1", "not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheFirst", 1, 0.2500001,
-                      {"not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheFourth", 1, 20.0 / 60.0,
-                      {"not(1)-->not(2)", "not(2)-->not(1)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheFourth", 1, 0.3333334,
-                      {"not(1)-->not(2)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheThird", 1, 0.4,
-                      {"not(1)-->not(2)",
-                       "1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheThird", 1, 0.4000001,
-                      {"1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheSeventh", 1, 0.6,
-                      {"1-->not(2)", "not(2)-->1", "not(1)-->2", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheSeventh", 1, 0.6000001, {"1-->not(2)", "not(2)-->1", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheSixth", 1, 40.0 / 60.0, {"1-->not(2)", "not(2)-->1", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheSixth", 1, 0.6666667, {"1-->not(2)", "2-->not(1)"}},
-        ThresholdCase{"EqualToThatOfTheLast", 1, 0.75, {"1-->not(2)", "2-->not(1)"}},
-        ThresholdCase{"AboveThatOfTheLast", 1, 0.7500001, {"1-->not(2)"}},
-        ThresholdCase{"EqualToThatOfTheFifth", 1, 0.8, {"1-->not(2)"}},
-        ThresholdCase{"AboveThatOfTheFifth", 1, 0.8000001, {}}),
-    name_of);
-// clang-format on
+    All, InterNodeEssentialOfKnownSupport,
+    ::testing::Values(known_case("FromR222OnTheyAreCountedAsThoseOfAClosedItemset", 50, 80, 40, {0, 0.0, 100},
+                                 {
+                                     {R122, R122, appro, known(10U), known(0.25)},
+                                     {R121, R121, appro, known(10U), known(0.2)},
+                                     {R221, R221, appro, known(20U), known(0.4)},
+                                     {R222, R232, appro, known(20U), known(20.0 / 60)},
+                                     {R321, R331, appro, known(40U), known(0.8)},
+                                     {R421, R432, appro, known(40U), known(40.0 / 60)},
+                                     {R422, R431, appro, known(30U), known(0.6)},
+                                     {R322, R332, appro, known(30U), known(0.75)},
+                                 }),
+                      known_case("AnExactR222ChangesTheFormsToo", 50, 80, 80, {1, 0.0, 100},
+                                 {
+                                     {R122, R122, appro, known(50U), known(50.0 / 80)},
+                                     {R121, R121, exact, known(50U), {}},
+                                     {R221, R221, appro, known(20U), known(0.4)},
+                                     {R222, R232, exact, known(20U), {}},
+                                     {R422, R431, appro, known(30U), known(0.6)},
+                                     {R322, R332, appro, known(30U), known(30.0 / 80)},
+                                 }),
+                      known_case("TheyKeepTheirFormsWhenR222IsTooWeak", 50, 80, 40, {1, 0.34, 100},
+                                 {
+                                     {R221, R221, appro, known(20U), known(0.4)},
+                                     {R321, R321, appro, known(40U), known(0.8)},
+                                     {R421, R421, appro, known(40U), known(40.0 / 60)},
+                                     {R422, R422, appro, known(30U), known(0.6)},
+                                     {R322, R322, appro, known(30U), known(0.75)},
+                                 }),
+                      known_case("TheyKeepTheirFormsWhenR222IsTooRare", 50, 80, 40, {21, 0.0, 100},
+                                 {
+                                     {R321, R321, appro, known(40U), known(0.8)},
+                                     {R421, R421, appro, known(40U), known(40.0 / 60)},
+                                     {R422, R422, appro, known(30U), known(0.6)},
+                                     {R322, R322, appro, known(30U), known(0.75)},
+                                 }),
+                      known_case("TheyKeepTheirFormsWhenTheDifferenceIsInAllTransactions", 50, 80, 100,
+                                 {1, 0.0, 100},
+                                 {
+                                     {R122, R122, appro, known(70U), known(0.7)},
+                                     {R121, R121, appro, known(70U), known(1.4)},
+                                     {R221, R221, appro, known(20U), known(0.4)},
+                                     {R321, R321, appro, known(wrapped(20)), known(4294967276.0 / 50)},
+                                     {R422, R422, appro, known(30U), known(0.6)},
+                                     {R322, R322, appro, known(30U), known(0.3)},
+                                 }),
+                      known_case("ExactExclusionsKeepTheirForms", 50, 80, 30, {1, 0.3, 100},
+                                 {
+                                     // not R222, 20/70
+                                     {R221, R221, appro, known(20U), known(0.4)},
+                                     {R321, R321, exact, known(50U), {}},
+                                     {R421, R421, appro, known(50U), known(50.0 / 70)},
+                                     {R422, R422, appro, known(30U), known(0.6)},
+                                     {R322, R322, exact, known(30U), {}},
+                                 }),
+                      known_case("ExactRulesOfACoverKeepTheirForms", 50, 100, 60, {1, 0.0, 100},
+                                 {
+                                     {R122, R122, appro, known(10U), known(10.0 / 60)},
+                                     {R121, R121, appro, known(10U), known(0.2)},
+                                     {R321, R321, appro, known(40U), known(0.8)},
+                                     {R421, R421, exact, known(40U), {}},
+                                     {R422, R422, exact, known(50U), {}},
+                                     {R322, R322, appro, known(50U), known(50.0 / 60)},
+                                 })),
+    name_of_case);
 
-TEST_F(InterNodeItemset, SecondRuleOfAGroupDoesNotNeedTheFirst) {
-    // s1 = 50, s2 = 80, r = 70: 40/70 and 40/50, 20/50 and 20/30, 10/50 and 10/30, 30/50 and 30/70.
-    make_lattice("", {.minconf = 0.58}).get_rules_inter_itemset(rest, 70, base, 50, 80, true);
-    EXPECT_EQ(approx_rules(), (Lines{"1-->2", "not(2)-->not(1)", "not(1)-->2"}));
+TEST(InterNodeEssentialsOfKnownSupport, StartWithTheirOwnFormsEach) {
+    // The R222 of the first changes its forms; the second, whose R222 is too rare, keeps its own.
+    const Itemset base = {1};
+    const Itemset difference = {2};
+    test::CollectedRules collected;
+    RuleMaker rules({31, 0.0, 150}, collected);
+    rules.add({essential_of_successor, {}, base, difference, 80, 50, {40, 40}, true});
+    rules.add({essential_of_successor, {}, base, difference, 120, 50, {110, 110}, true});
+    EXPECT_EQ(collected.rules, (Rules{
+                                   {R221, R221, appro, known(70U), known(0.7)},
+                                   {R222, R232, appro, known(70U), known(70.0 / 110)},
+                                   {R321, R331, appro, known(40U), known(0.8)},
+                                   {R421, R432, appro, known(40U), known(40.0 / 110)},
+                                   {R122, R122, appro, known(40U), known(40.0 / 110)},
+                                   {R121, R121, appro, known(40U), known(0.8)},
+                                   {R422, R422, appro, known(70U), known(0.7)},
+                                   {R322, R322, appro, known(70U), known(70.0 / 110)},
+                               }));
 }
 
-TEST_F(InterNodeItemset, SixthRuleDoesNotNeedTheFifth) {
-    // 10/50 and 10/30
-    make_lattice("", {.minconf = 0.3}).get_rules_inter_itemset(rest, 70, base, 50, 80, true);
-    EXPECT_EQ(record_of("1-->not(2)", inter_approx()), "");
-    EXPECT_EQ(record_of("not(2)-->1", inter_approx()),
-              "not(2)-->1\nsupport:10\n\nconfiance:0.333333\n---------------------------\n");
+// The support of the difference is only known within bounds.
+
+// s1 = 50, s2 = 80, r from 35 to 64: 5 to 34 transactions with an item of both, 20 with none, 16 to 45 with
+// one of the base only, 30 with one of the difference only.
+const RuleCase all_bounded =
+    bounded_case("AllEightRules", 50, 80, 35, 64, {0, 0.0, 100},
+                 {
+                     {R132, R132, apped, between(5U, 34U), between(5.0 / 64, 34.0 / 35)},
+                     {R131, R131, apped, between(5U, 34U), between(5.0 / 50, 34.0 / 50)},
+                     {R231, R231, appro, known(20U), known(20.0 / 50)},
+                     {R232, R232, apped, known(20U), between(20.0 / 65, 20.0 / 36)},
+                     {R331, R331, apped, between(16U, 45U), between(16.0 / 50, 45.0 / 50)},
+                     // Both of the lower support.
+                     {R432, R432, apped, between(16U, 45U), between(16.0 / 65, 16.0 / 36)},
+                     {R431, R431, appro, known(30U), known(30.0 / 50)},
+                     {R332, R332, apped, known(30U), between(30.0 / 64, 30.0 / 35)},
+                 });
+
+class InterNodeBoundedThresholds : public ::testing::TestWithParam<ThresholdCase> {};
+
+TEST_P(InterNodeBoundedThresholds, DecideOnEachRule) {
+    RuleCase each = all_bounded;
+    each.settings = {GetParam().minsupp, GetParam().minconf, 100};
+    const Rules expected = rows_of(GetParam().forms, all_bounded.rules);
+    EXPECT_EQ(rules_of_bounded(successor, each), expected);
+    EXPECT_EQ(rules_of_bounded(essential_of_successor, each), of_essential(expected));
 }
 
-TEST_F(InterNodeItemset, ExactRulesBelowAMinimumConfidenceAbove1AreNotWritten) {
-    make_lattice("", {.minconf = 1.5}).get_rules_inter_itemset(rest, 80, base, 50, 80, true);
-    EXPECT_EQ(inter_exact() + inter_approx(), "");
-}
-
-/// Supports of which one difference wraps, and the rules that only so pass a minimum support of 100.
-struct WrapCase {
-    std::string name;
-    Count s1;
-    Count s2;
-    Count r;
-    Count transactions;
-    std::string approx;
-};
-
-void PrintTo(const WrapCase& wrap, std::ostream* out) {
-    *out << wrap.name;
-}
-
-class InterNodeWrap : public InterNodeRules, public ::testing::WithParamInterface<WrapCase> {};
-
-TEST_P(InterNodeWrap, TransactionsWrap) {
-    const WrapCase& wrap = GetParam();
-    make_lattice("", {.minsupp = 100, .transactions = wrap.transactions})
-        .get_rules_inter_itemset(rest, wrap.r, base, wrap.s1, wrap.s2, true);
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(inter_approx(), wrap.approx);
-}
-
-// Each difference is -10, which is 2^32 - 10.
+// The lower ends decide.
 INSTANTIATE_TEST_SUITE_P(
-    All, InterNodeWrap,
+    MinimumSupport, InterNodeBoundedThresholds,
+    ::testing::ValuesIn(std::vector<ThresholdCase>{
+        {"EqualToTheLowestWithBoth", 5, 0.0, {R132, R131, R231, R232, R331, R432, R431, R332}},
+        {"AboveTheLowestWithBoth", 6, 0.0, {R231, R232, R331, R432, R431, R332}},
+        {"EqualToTheLowestWithTheBaseOnly", 16, 0.0, {R231, R232, R331, R432, R431, R332}},
+        {"AboveTheLowestWithTheBaseOnly", 17, 0.0, {R231, R232, R431, R332}},
+        {"EqualToThatOfNeither", 20, 0.0, {R231, R232, R431, R332}},
+        {"AboveThatOfNeither", 21, 0.0, {R431, R332}},
+        {"EqualToThatOfTheDifferenceOnly", 30, 0.0, {R431, R332}},
+        {"AboveThatOfTheDifferenceOnly", 31, 0.0, {}},
+    }),
+    name_of_case);
+
+INSTANTIATE_TEST_SUITE_P(
+    MinimumConfidence, InterNodeBoundedThresholds,
+    ::testing::ValuesIn(std::vector<ThresholdCase>{
+        {"EqualToThatOfR132", 1, 0.078125, {R132, R131, R231, R232, R331, R432, R431, R332}},
+        {"AboveThatOfR132", 1, 0.0781251, {R131, R231, R232, R331, R432, R431, R332}},
+        {"EqualToThatOfR131", 1, 0.1, {R131, R231, R232, R331, R432, R431, R332}},
+        {"AboveThatOfR131", 1, 0.1000001, {R231, R232, R331, R432, R431, R332}},
+        {"EqualToThatOfR432", 1, 16.0 / 65, {R231, R232, R331, R432, R431, R332}},
+        {"AboveThatOfR432", 1, 0.2461539, {R231, R232, R331, R431, R332}},
+        {"EqualToThatOfR232", 1, 20.0 / 65, {R231, R232, R331, R431, R332}},
+        {"AboveThatOfR232", 1, 0.3076924, {R231, R331, R431, R332}},
+        {"EqualToThatOfR331", 1, 0.32, {R231, R331, R431, R332}},
+        {"AboveThatOfR331", 1, 0.3200001, {R231, R431, R332}},
+        {"EqualToThatOfR231", 1, 0.4, {R231, R431, R332}},
+        {"AboveThatOfR231", 1, 0.4000001, {R431, R332}},
+        {"EqualToThatOfR332", 1, 0.46875, {R431, R332}},
+        {"AboveThatOfR332", 1, 0.4687501, {R431}},
+        {"EqualToThatOfR431", 1, 0.6, {R431}},
+        {"AboveThatOfR431", 1, 0.6000001, {}},
+    }),
+    name_of_case);
+
+class InterNodeBoundedSupport : public ::testing::TestWithParam<RuleCase> {};
+
+TEST_P(InterNodeBoundedSupport, YieldsTheRulesOfAClosedItemset) {
+    EXPECT_EQ(rules_of_bounded(successor, GetParam()), GetParam().rules);
+}
+
+// Throughout, other than where the support is known.
+TEST_P(InterNodeBoundedSupport, YieldsTheSameRulesOfAnEssentialItemsetCountedUnderItsOwnForms) {
+    EXPECT_EQ(rules_of_bounded(essential_of_successor, GetParam()), of_essential(GetParam().rules));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, InterNodeBoundedSupport,
     ::testing::Values(
-        // over 50 and 20
-        WrapCase{"WithBoth", 20, 80, 50, 100,
-                 "2-->1\nsupport:4294967286\n\nconfiance:8.58993e+07\n---------------------------\n"
-                 "1-->2\nsupport:4294967286\n\nconfiance:2.14748e+08\n---------------------------\n"},
-        // over 30 and 20
-        WrapCase{
-            "WithNeither", 40, 80, 50, 70,
-            "not(1)-->not(2)\nsupport:4294967286\n\nconfiance:1.43166e+08\n---------------------------\n"
-            "not(2)-->not(1)\nsupport:4294967286\n\nconfiance:2.14748e+08\n---------------------------\n"},
-        // over 40 and 10
-        WrapCase{"WithTheBaseOnly", 40, 80, 90, 100,
-                 "1-->not(2)\nsupport:4294967286\n\nconfiance:1.07374e+08\n---------------------------\n"
-                 "not(2)-->1\nsupport:4294967286\n\nconfiance:4.29497e+08\n---------------------------\n"},
-        // over 10 and 50
-        WrapCase{"WithTheDifferenceOnly", 90, 80, 50, 100,
-                 "not(1)-->2\nsupport:4294967286\n\nconfiance:4.29497e+08\n---------------------------\n"
-                 "2-->not(1)\nsupport:4294967286\n\nconfiance:8.58993e+07\n---------------------------\n"}),
-    [](const auto& instance) { return instance.param.name; });
+        all_bounded,
+        bounded_case("SecondRuleOfAGroupDoesNotNeedTheFirst", 20, 80, 60, 75, {1, 0.3, 100},
+                     {
+                         // not R231, 20/80, nor R331, 5/20, nor R432, 5/40
+                         {R232, R232, apped, known(20U), between(20.0 / 40, 20.0 / 25)},
+                         {R431, R431, appro, known(60U), known(60.0 / 80)},
+                         {R332, R332, apped, known(60U), between(60.0 / 75, 1.0)},
+                     }),
+        bounded_case("R332DoesNotNeedR431", 20, 80, 60, 75, {1, 0.78, 100},
+                     {
+                         {R332, R332, apped, known(60U), between(60.0 / 75, 1.0)},  // R431: 60/80
+                     }),
+        bounded_case("R432DoesNotNeedR331", 80, 90, 50, 60, {21, 0.55, 100},
+                     {
+                         {R132, R132, apped, between(40U, 50U), between(40.0 / 60, 1.0)},
+                         {R432, R432, apped, between(30U, 40U), between(0.6, 0.75)},  // R331: 30/80
+                     }),
+        bounded_case("UpperBoundOfAllTransactionsLeavesOutTheRulesFromTheAbsenceOfTheDifference", 50, 90, 60,
+                     100, {0, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(20U, 60U), between(0.2, 1.0)},
+                         {R131, R131, apped, between(20U, 60U), between(0.4, 1.2)},
+                         {R231, R231, appro, known(10U), known(0.2)},
+                         {R331, R331, apped, between(wrapped(10), 30U), between(1.0, 0.6)},
+                         {R431, R431, appro, known(40U), known(0.8)},
+                         {R332, R332, apped, known(40U), between(0.4, 40.0 / 60)},
+                     }),
+        bounded_case("LargerItemsetInAllTransactionsHasAnExactR431", 50, 100, 60, 100, {0, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(10U, 50U), between(0.1, 50.0 / 60)},
+                         {R131, R131, apped, between(10U, 50U), between(0.2, 1.0)},
+                         {R231, R231, appro, known(0U), known(0.0)},
+                         {R331, R331, apped, between(0U, 40U), between(0.0, 0.8)},
+                         {R431, R332, exact, known(50U), {}},
+                         {R332, R332, apped, known(50U), between(0.5, 50.0 / 60)},
+                     }),
+        bounded_case("EqualBoundsAreStillIntervals", 50, 80, 40, 40, {1, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(10U, 10U), between(0.25, 0.25)},
+                         {R131, R131, apped, between(10U, 10U), between(0.2, 0.2)},
+                         {R231, R231, appro, known(20U), known(0.4)},
+                         {R232, R232, apped, known(20U), between(20.0 / 60, 20.0 / 60)},
+                         {R331, R331, apped, between(40U, 40U), between(0.8, 0.8)},
+                         {R432, R432, apped, between(40U, 40U), between(40.0 / 60, 40.0 / 60)},
+                         {R431, R431, appro, known(30U), known(0.6)},
+                         {R332, R332, apped, known(30U), between(0.75, 0.75)},
+                     }),
+        bounded_case("ConfidencesOf1StayApproximated", 50, 80, 80, 80, {1, 1.0, 100},
+                     {
+                         {R131, R131, apped, between(50U, 50U), between(1.0, 1.0)},
+                         {R232, R232, apped, known(20U), between(1.0, 1.0)},
+                     }),
+        bounded_case("ExclusionsOfConfidence1StayApproximated", 50, 80, 30, 30, {1, 1.0, 100},
+                     {
+                         {R331, R331, apped, between(50U, 50U), between(1.0, 1.0)},
+                         {R332, R332, apped, known(30U), between(1.0, 1.0)},
+                     }),
+        bounded_case("R231OfConfidence1StaysApproximative", 80, 80, 10, 40, {1, 1.0, 100},
+                     {
+                         {R231, R231, appro, known(20U), known(1.0)},
+                     }),
+        // Over a base of support 0 the R331 is 0/0, capped to 1 before it is compared, while the 0/0 of R131
+        // is
+        // dropped.
+        bounded_case("R331OverABaseOfSupport0HasConfidence1", 0, 80, 80, 80, {0, 1.0, 100},
+                     {
+                         {R232, R232, apped, known(20U), between(1.0, 1.0)},
+                         {R331, R331, apped, between(0U, 0U), between(1.0, 1.0)},
+                         {R332, R332, apped, known(80U), between(1.0, 1.0)},
+                     }),
+        // Capped are the upper ends of R132, 60/40, and of R432, (2^32 - 10)/10, and both ends of R331, of
+        // which
+        // the lower is (2^32 - 10)/50.
+        bounded_case("BoundsAboveTheLargerItemsetAreTakenAsTheyAre", 50, 80, 40, 90, {1, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(10U, 60U), between(10.0 / 90, 1.0)},
+                         {R131, R131, apped, between(10U, 60U), between(0.2, 1.2)},
+                         {R231, R231, appro, known(20U), known(0.4)},
+                         {R232, R232, apped, known(20U), between(20.0 / 60, 2.0)},
+                         {R331, R331, apped, between(wrapped(10), 40U), between(1.0, 0.8)},
+                         {R432, R432, apped, between(wrapped(10), 40U), between(4294967286.0 / 60, 1.0)},
+                         {R431, R431, appro, known(30U), known(0.6)},
+                         {R332, R332, apped, known(30U), between(30.0 / 90, 0.75)},
+                     }),
+        // R132 and R332 are 0/0.
+        bounded_case("ConfidencesThatAreNotNumbersAreDroppedWithoutTheDifference", 80, 80, 0, 0,
+                     {0, 0.0, 100},
+                     {
+                         {R131, R131, apped, between(0U, 0U), between(0.0, 0.0)},
+                         {R231, R231, appro, known(20U), known(1.0)},
+                         {R232, R232, apped, known(20U), between(0.2, 0.2)},
+                         {R331, R331, apped, between(80U, 80U), between(1.0, 1.0)},
+                         {R432, R432, apped, between(80U, 80U), between(0.8, 0.8)},
+                         {R431, R431, appro, known(0U), known(0.0)},
+                     }),
+        // R231 and R431 are 0/0.
+        bounded_case("ConfidencesThatAreNotNumbersAreDroppedWithTheBaseInAllTransactions", 100, 100, 10, 40,
+                     {0, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(10U, 40U), between(0.25, 1.0)},
+                         {R131, R131, apped, between(10U, 40U), between(0.1, 0.4)},
+                         {R232, R232, apped, known(0U), between(0.0, 0.0)},
+                         {R331, R331, apped, between(60U, 90U), between(0.6, 0.9)},
+                         {R432, R432, apped, between(60U, 90U), between(60.0 / 90, 1.0)},
+                         {R332, R332, apped, known(0U), between(0.0, 0.0)},
+                     }),
+        bounded_case("InfiniteConfidencesAreApproximative", 100, 80, 35, 64, {1, 1e300, 100},
+                     {
+                         {R231, R231, appro, known(20U), known(infinity)},
+                         {R431, R431, appro, known(wrapped(20)), known(infinity)},
+                     }),
+        // 30 transactions without the base, all with the difference.
+        bounded_case("ExactR431IsCountedAsItsMirrorImage", 50, 80, 35, 64, {30, 0.0, 80},
+                     {
+                         {R431, R332, exact, known(30U), {}},
+                         {R332, R332, apped, known(30U), between(30.0 / 64, 30.0 / 35)},
+                     }),
+        bounded_case("ExactRuleBelowAMinimumConfidenceAbove1IsDropped", 50, 80, 35, 64, {30, 1.5, 80}, {}),
+        bounded_case("TransactionsWithBothWrap", 20, 80, 50, 64, {100, 0.0, 100},
+                     {
+                         {R132, R132, apped, between(wrapped(10), 4U), between(4294967286.0 / 64, 4.0 / 50)},
+                         {R131, R131, apped, between(wrapped(10), 4U), between(4294967286.0 / 20, 4.0 / 20)},
+                     }),
+        bounded_case("TransactionsWithNeitherWrap", 50, 80, 35, 64, {100, 0.0, 70},
+                     {
+                         {R231, R231, appro, known(wrapped(10)), known(4294967286.0 / 20)},
+                         {R232, R232, apped, known(wrapped(10)),
+                          between(4294967286.0 / 35, 4294967286.0 / 6)},
+                     }),
+        bounded_case("TransactionsWithTheBaseOnlyWrap", 50, 80, 35, 90, {100, 0.0, 100},
+                     {
+                         {R331, R331, apped, between(wrapped(10), 45U), between(1.0, 0.9)},
+                         {R432, R432, apped, between(wrapped(10), 45U), between(4294967286.0 / 65, 1.0)},
+                     }),
+        bounded_case("TransactionsWithTheDifferenceOnlyWrap", 90, 80, 35, 64, {100, 0.0, 100},
+                     {
+                         {R431, R431, appro, known(wrapped(10)), known(4294967286.0 / 10)},
+                         {R332, R332, apped, known(wrapped(10)),
+                          between(4294967286.0 / 64, 4294967286.0 / 35)},
+                     })),
+    name_of_case);
 
-TEST_F(InterNodeItemset, DenominatorsWrap) {
-    // N = 50, s1 = 60, r = 70, s2 = 90: 30/(2^32 - 10) and 20/(2^32 - 20); 40 with an item of both.
-    make_lattice("", {.minsupp = 20, .transactions = 50})
-        .get_rules_inter_itemset(rest, 70, base, 60, 90, true);
-    EXPECT_EQ(record_of("not(2)-->1", inter_approx()),
-              "not(2)-->1\nsupport:20\n\nconfiance:4.65661e-09\n---------------------------\n");
-    EXPECT_EQ(record_of("not(1)-->2", inter_approx()),
-              "not(1)-->2\nsupport:30\n\nconfiance:6.98492e-09\n---------------------------\n");
+/// One of the rules that the supports yield, or none.
+class InterNodeRuleOfBoundedSupport : public ::testing::TestWithParam<RuleCase> {};
+
+TEST_P(InterNodeRuleOfBoundedSupport, IsAmongThem) {
+    const Rule& expected = GetParam().rules.front();
+    EXPECT_EQ(rows_of({expected.form}, rules_of_bounded(successor, GetParam())), GetParam().rules);
+    const Rules of_essential_itemset = rules_of_bounded(essential_of_successor, GetParam());
+    EXPECT_EQ(rows_of({of_essential(expected.form)}, of_essential_itemset), of_essential(GetParam().rules));
 }
 
-// From the lattice to the rules.
+INSTANTIATE_TEST_SUITE_P(
+    All, InterNodeRuleOfBoundedSupport,
+    ::testing::Values(
+        bounded_case("UpperConfidenceOfR132IsCappedAt1", 50, 80, 35, 70, {1, 0.0, 100},
+                     {{R132, R132, apped, between(5U, 40U), between(5.0 / 70, 1.0)}}),  // 40/35
+        bounded_case("LowerConfidenceOfR132IsNotCapped", 80, 80, 60, 30, {1, 0.0, 100},
+                     {{R132, R132, apped, between(60U, 30U), between(2.0, 0.5)}}),
+        bounded_case("UpperConfidenceOfR132ThatIsNotANumberIs1", 50, 80, 0, 30, {1, 0.0, 100},
+                     {{R132, R132, apped, between(wrapped(30), 0U), between(4294967266.0 / 30, 1.0)}}),
+        bounded_case("UpperConfidenceOfR132ThatIsInfiniteIs1", 80, 110, 0, 94, {1, 0.0, 200},
+                     {{R132, R132, apped, between(wrapped(30), 64U), between(4294967266.0 / 94, 1.0)}}),
+        bounded_case("UpperConfidenceOfR331IsCappedAt1", 50, 80, 25, 64, {1, 0.0, 100},
+                     {{R331, R331, apped, between(16U, 55U), between(0.32, 1.0)}}),  // 55/50
+        bounded_case("LowerConfidenceOfR331IsCappedAt1", 50, 80, 20, 20, {1, 0.0, 100},
+                     {{R331, R331, apped, between(60U, 60U), between(1.0, 1.0)}}),  // 60/50
+        bounded_case("UpperConfidenceOfR432IsCappedAt1", 50, 80, 35, 64, {1, 0.0, 70},
+                     {{R432, R432, apped, between(16U, 45U), between(16.0 / 35, 1.0)}}),  // 16/6
+        bounded_case("LowerConfidenceOfR432IsNotCapped", 50, 80, 35, 64, {1, 0.0, 40},
+                     {{R432, R432, apped, between(16U, 45U), between(3.2, 16 / 4294967272.0)}}),
+        bounded_case("UpperConfidenceOfR332IsNotCapped", 50, 80, 20, 64, {1, 0.0, 100},
+                     {{R332, R332, apped, known(30U), between(0.46875, 1.5)}}),
+        bounded_case("UpperConfidenceOfR332MayBeInfinite", 80, 110, 0, 94, {1, 0.0, 200},
+                     {{R332, R332, apped, known(30U), between(30.0 / 94, infinity)}}),
+        bounded_case("DenominatorOfR431Wraps", 60, 90, 40, 70, {20, 0.0, 50},
+                     {{R431, R431, appro, known(30U), known(30 / 4294967286.0)}}),
+        bounded_case("DenominatorOfR432Wraps", 60, 90, 40, 70, {20, 0.0, 50},
+                     {{R432, R432, apped, between(20U, 50U), between(2.0, 20 / 4294967276.0)}}),
+        bounded_case("ExactnessIsDecidedInDoublePrecision", 0, 4294967294U, 1, 4294967294U,
+                     {2, 0.5, 4294967295U},
+                     {{R431, R431, appro, known(4294967294U), known(4294967294.0 / 4294967295.0)}})),
+    name_of_case);
 
-using InterNodeDriver = InterNodeRules;
-
-TEST_F(InterNodeDriver, KnownSupportOfTheDifferenceGivesKnownConfidences) {
-    // {2}, the difference to {1}, is closed.
-    Lattice& lattice = load("1\t50\t 1,\n2\t40\t 2,\n1 2\t80\t 1 2,\n", {.minsupp = 30});
-    lattice.generer_regles_inter_IFD(node({1, 2}), node({1}));
-    EXPECT_EQ(inter_exact(), "");
-    // 40/50, 40/60, 30/50, 30/40
-    EXPECT_EQ(inter_approx(),
-              "1-->not(2)\nsupport:40\n\nconfiance:0.8\n---------------------------\n"
-              "not(2)-->1\nsupport:40\n\nconfiance:0.666667\n---------------------------\n"
-              "not(1)-->2\nsupport:30\n\nconfiance:0.6\n---------------------------\n"
-              "2-->not(1)\nsupport:30\n\nconfiance:0.75\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice),
-              (CounterCells{{{R331, appro}, 1}, {{R432, appro}, 1}, {{R431, appro}, 1}, {{R332, appro}, 1}}));
+TEST(InterNodeBoundedSupportAlone, LowerConfidenceOfR331IsCappedBeforeItIsCompared) {
+    // 60/50 would reach 1.1.
+    const RuleCase each = bounded_case("", 50, 80, 20, 20, {1, 1.1, 100}, {});
+    EXPECT_EQ(rows_of({R331}, rules_of_bounded(successor, each)), Rules{});
 }
 
-TEST_F(InterNodeDriver, BoundsOfTheDifferenceStartAtTheRiseAndTheSupportOfTheLargerItemset) {
-    // Of {3} nothing is known but that it has the 30 transactions that {1 2 3} has more than {1 2}.
-    Lattice& lattice = load("1 2\t50\t 1 2,\n1 2 3\t80\t 1 2 3,\n");
-    lattice.generer_regles_inter_IFD(node({1, 2, 3}), node({1, 2}));
-    EXPECT_EQ(inter_exact(), "");
-    // 20/50, 20/70 to 20/20, 30/50, 30/80 to 30/30
-    EXPECT_EQ(inter_approx(),
-              "not(1)not(2)-->not(3)\nsupport:20\n\nconfiance:0.4\n---------------------------\n"
-              "not(3)-->not(1)not(2)\nsupport:20\n\n0.285714< confiance <1\n---------------------------\n"
-              "not(1)not(2)-->3\nsupport:30\n\nconfiance:0.6\n---------------------------\n"
-              "3-->not(1)not(2)\nsupport:30\n\n0.375< confiance <1\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice),
-              (CounterCells{{{R231, appro}, 1}, {{R232, apped}, 1}, {{R431, appro}, 1}, {{R332, apped}, 1}}));
-}
-
-TEST_F(InterNodeDriver, NarrowedBoundsOfTheDifferenceGiveIntervals) {
-    // {2 3}: at least the 35 of {2}, at most the 64 of {2 3 4}; the rise from {1} to {1 2 3} is 30.
-    Lattice& lattice =
-        load("1\t50\t 1,\n2\t35\t 2,\n1 2 3\t80\t 1 2 3,\n2 3 4\t64\t 2 3 4,\n", {.minsupp = 30});
-    lattice.generer_regles_inter_IFD(node({1, 2, 3}), node({1}));
-    // 30/50, 30/64 to 30/35
-    EXPECT_EQ(inter_approx(),
-              "not(1)-->2 v 3\nsupport:30\n\nconfiance:0.6\n---------------------------\n"
-              "2 v 3-->not(1)\nsupport:30\n\n0.46875< confiance <0.857143\n---------------------------\n");
-}
-
-TEST_F(InterNodeDriver, DifferenceOfSupport0IsTakenAsUnknown) {
-    // {2} is closed and in no transaction: the bounds stay those of the start, 30 and 80.
-    Lattice& lattice = load("1\t50\t 1,\n2\t0\t 2,\n1 2\t80\t 1 2,\n", {.minsupp = 30});
-    lattice.generer_regles_inter_IFD(node({1, 2}), node({1}));
-    EXPECT_EQ(record_of("2-->not(1)", inter_approx()),
-              "2-->not(1)\nsupport:30\n\n0.375< confiance <1\n---------------------------\n");
-}
-
-TEST_F(InterNodeDriver, SuccessorMoreFrequentThanItsItemsetWrapsTheLowerBound) {
-    // 30 - 50 is 2^32 - 20, and the upper bound of {2} is 30: none with an item of both at least, 70 with
-    // none, 0 to 50 with an item of the base only.
-    Lattice& lattice = load("1\t50\t 1,\n1 2\t30\t 1 2,\n");
-    lattice.generer_regles_inter_IFD(node({1, 2}), node({1}));
-    EXPECT_EQ(inter_exact(), "");
-    // 70/50, 70/120 to 70/70, (2^32 - 20)/50, (2^32 - 20)/30 to (2^32 - 20)/(2^32 - 20)
-    EXPECT_EQ(inter_approx(),
-              "not(1)-->not(2)\nsupport:70\n\nconfiance:1.4\n---------------------------\n"
-              "not(2)-->not(1)\nsupport:70\n\n0.583333< confiance <1\n---------------------------\n"
-              "not(1)-->2\nsupport:4294967276\n\nconfiance:8.58993e+07\n---------------------------\n"
-              "2-->not(1)\nsupport:4294967276\n\n1.43166e+08< confiance <1\n---------------------------\n");
-}
-
-TEST_F(InterNodeDriver, EssentialsOfTheSuccessorGetRulesInListOrder) {
-    // {2 3} and {1 3}, the differences to {1} and {2}: at least 50 by their essential itemset, at most 80.
-    Lattice& lattice = load("1 2\t50\t 1, 2,\n1 2 3\t80\t 1 2 3,\n");
-    lattice.generer_regles_itemset_ess(node({1, 2, 3}), node({1, 2}));
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), (Lines{"2 v 3-->1", "1-->2 v 3", "not(1)-->not(2)not(3)",
-                                     "not(2)not(3)-->not(1)", "not(1)-->2 v 3", "2 v 3-->not(1)",  //
-                                     "1 v 3-->2", "2-->1 v 3", "not(2)-->not(1)not(3)",
-                                     "not(1)not(3)-->not(2)", "not(2)-->1 v 3", "1 v 3-->not(2)"}));
-    EXPECT_EQ(record_of("1-->2 v 3", inter_approx()),
-              "1-->2 v 3\n20< support <50\n0.4< confiance <1\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R122, apped}, 2},
-                                                       {{R121, apped}, 2},
-                                                       {{R221, appro}, 2},
-                                                       {{R222, apped}, 2},
-                                                       {{R422, appro}, 2},
-                                                       {{R322, apped}, 2}}));
-}
-
-TEST_F(InterNodeDriver, EssentialWithAKnownDifferenceGetsKnownConfidences) {
-    // {2 3}, the difference to {1}, is closed.
-    Lattice& lattice =
-        load("1 2\t50\t 1,\n2 3\t40\t 2 3,\n1 2 3\t80\t 1 2 3,\n", {.minsupp = 30, .minconf = 0.7});
-    lattice.generer_regles_itemset_ess(node({1, 2, 3}), node({1, 2}));
-    // 40/50, 30/40
-    EXPECT_EQ(inter_approx(),
-              "1-->not(2)not(3)\nsupport:40\n\nconfiance:0.8\n---------------------------\n"
-              "2 v 3-->not(1)\nsupport:30\n\nconfiance:0.75\n---------------------------\n");
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R321, appro}, 1}, {{R322, appro}, 1}}));
-}
-
-TEST_F(InterNodeDriver, EssentialsOfTheLargerItemsetGetNoInterNodeRules) {
-    Lattice& lattice = load("1\t50\t 1,\n1 2\t80\t 2,\n", {.minsupp = 0, .minconf = 0.0});
-    lattice.generer_regles_itemset_ess(node({1, 2}), node({1}));
-    EXPECT_EQ(inter_exact() + inter_approx(), "");
-}
-
-TEST_F(InterNodeDriver, TwoSuccessorsThatPartitionAreOnePair) {
-    // Neither has essential itemsets. 10 with an item of both, 40 with none, 20 with {1}, 30 with {2} only.
-    Lattice& lattice = build("1\t30\t 1,\n2\t40\t 2,\n1 2\t60\t 1 2,\n");
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2})));
-    EXPECT_EQ(inter_exact(), "");
-    // 10/40, 10/30, 40/70, 40/60, 20/30, 20/60, 30/70, 30/40
-    EXPECT_EQ(inter_approx(), R"(2-->1
-support:10
-
-confiance:0.25
----------------------------
-1-->2
-support:10
-
-confiance:0.333333
----------------------------
-not(1)-->not(2)
-support:40
-
-confiance:0.571429
----------------------------
-not(2)-->not(1)
-support:40
-
-confiance:0.666667
----------------------------
-1-->not(2)
-support:20
-
-confiance:0.666667
----------------------------
-not(2)-->1
-support:20
-
-confiance:0.333333
----------------------------
-not(1)-->2
-support:30
-
-confiance:0.428571
----------------------------
-2-->not(1)
-support:30
-
-confiance:0.75
----------------------------
-)");
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R132, appro}, 1},
-                                                       {{R131, appro}, 1},
-                                                       {{R231, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1}}));
-}
-
-TEST_F(InterNodeDriver, TwoSuccessorsThatPartitionStillGetTheRulesOfTheirEssentials) {
-    // {2 3 4}: 40 to 60, {1 2 4}: 30 to 60; both leave no transaction for sure with the essential only.
-    Lattice& lattice = build("1 2\t30\t 1,\n3 4\t40\t 3,\n1 2 3 4\t60\t 1 2 3 4,\n");
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2, 3, 4})));
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), (Lines{"3 v 4-->1 v 2",
-                                     "1 v 2-->3 v 4",
-                                     "not(1)not(2)-->not(3)not(4)",
-                                     "not(3)not(4)-->not(1)not(2)",
-                                     "1 v 2-->not(3)not(4)",
-                                     "not(3)not(4)-->1 v 2",
-                                     "not(1)not(2)-->3 v 4",
-                                     "3 v 4-->not(1)not(2)",  //
-                                     "2 v 3 v 4-->1",
-                                     "1-->2 v 3 v 4",
-                                     "not(1)-->not(2)not(3)not(4)",
-                                     "not(2)not(3)not(4)-->not(1)",
-                                     "not(1)-->2 v 3 v 4",
-                                     "2 v 3 v 4-->not(1)",  //
-                                     "1 v 2 v 4-->3",
-                                     "3-->1 v 2 v 4",
-                                     "not(3)-->not(1)not(2)not(4)",
-                                     "not(1)not(2)not(4)-->not(3)",
-                                     "not(3)-->1 v 2 v 4",
-                                     "1 v 2 v 4-->not(3)"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R132, appro}, 1},
-                                                       {{R131, appro}, 1},
-                                                       {{R231, appro}, 1},
-                                                       {{R232, appro}, 1},
-                                                       {{R331, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, appro}, 1},
-                                                       {{R122, apped}, 2},
-                                                       {{R121, apped}, 2},
-                                                       {{R221, appro}, 2},
-                                                       {{R222, apped}, 2},
-                                                       {{R422, appro}, 2},
-                                                       {{R322, apped}, 2}}));
-}
-
-TEST_F(InterNodeDriver, PartitioningSuccessorHasItsOwnSupportWhateverTheClassesSay) {
-    // In this damaged file {3} alone is as frequent as {1 2 3 4}, 60: not looked at for {3 4}, which has 40.
-    Lattice& lattice =
-        build("1 2\t30\t 1 2,\n3\t60\t 3,\n3 4\t40\t 3 4,\n1 2 3 4\t60\t 1 2 3 4,\n", {.minsupp = 30});
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2, 3, 4})));
-    EXPECT_EQ(record_of("3 v 4-->not(1)not(2)", inter_approx()),
-              "3 v 4-->not(1)not(2)\nsupport:30\n\nconfiance:0.75\n---------------------------\n");
-}
-
-TEST_F(InterNodeDriver, PartitioningSuccessorOfSupport0IsKnownToHaveIt) {
-    // Not looked up, so 0 is no unknown support: 30/30 exact; 70/70, 70/100 and 30/100.
-    Lattice& lattice = build("1\t30\t 1,\n2\t0\t 2,\n1 2\t30\t 1 2,\n");
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2})));
-    EXPECT_EQ(inter_exact(), "1-->not(2)\nsupport:30\n\n");
-    EXPECT_EQ(inter_approx(),
-              "not(1)-->not(2)\nsupport:70\n\nconfiance:1\n---------------------------\n"
-              "not(2)-->not(1)\nsupport:70\n\nconfiance:0.7\n---------------------------\n"
-              "not(2)-->1\nsupport:30\n\nconfiance:0.3\n---------------------------\n");
-}
-
-TEST_F(InterNodeDriver, TwoSuccessorsThatOverlapGetFullTreatmentOneAfterTheOther) {
-    // The differences {3} and {2 3} have 60 transactions, {1} and {1 2} have 50. At 30/50 there are B-->D and
-    // not(B)-->D for the bases {1 2} and {1}, D-->B and not(D)-->B for the bases {2 3} and {3}.
-    Lattice& lattice =
-        build("1 2\t50\t 1,\n2 3\t60\t 3,\n1 2 3\t80\t 1 2 3,\n", {.minsupp = 30, .minconf = 0.55});
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2, 3})));
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), (Lines{"1 v 2-->3", "not(1)not(2)-->3",  //
-                                     "1-->2 v 3", "not(1)-->2 v 3",    //
-                                     "1-->2 v 3", "not(1)-->2 v 3",    //
-                                     "1 v 2-->3", "not(1)not(2)-->3"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R131, appro}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R121, appro}, 1},
-                                                       {{R422, appro}, 1},
-                                                       {{R132, appro}, 1},
-                                                       {{R432, appro}, 1},
-                                                       {{R122, appro}, 1},
-                                                       {{R421, appro}, 1}}));
-}
-
-TEST_F(InterNodeDriver, TwoDisjointSuccessorsThatLeaveAnItemGetFullTreatment) {
-    // {3} belongs to neither: two pairs, of which only not(f1)-->f2-f1 is frequent enough.
-    Lattice& lattice = build("1\t30\t 1,\n2\t30\t 2,\n1 2 3\t80\t 1 2 3,\n", {.minsupp = 50, .minconf = 0.7});
-    lattice.generer_regles_inter_IFD_deux_succ(*lattice.find_dci_node(node({1, 2, 3})));
-    EXPECT_EQ(approx_rules(), (Lines{"not(1)-->2 v 3", "not(2)-->1 v 3"}));
-}
-
-using InterNodeWalk = InterNodeRules;
-
-TEST_F(InterNodeWalk, EntriesWithoutSuccessorsHaveNoRules) {
-    Lattice& lattice = build("1 2\t30\t 1, 2,\n3\t40\t 3,\n", {.minsupp = 0, .minconf = 0.0});
-    lattice.generate_inter_node_rules();
-    EXPECT_EQ(inter_exact() + inter_approx(), "");
-    EXPECT_EQ(nonzero_counters(lattice), CounterCells{});
-}
-
-TEST_F(InterNodeWalk, OneSuccessorIsPairedBeforeItsEssentials) {
-    Lattice& lattice = build("1 2\t50\t 1, 2,\n1 2 3\t80\t 1 2 3,\n");
-    lattice.generate_inter_node_rules();
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), (Lines{"not(1)not(2)-->not(3)", "not(3)-->not(1)not(2)", "not(1)not(2)-->3",
-                                     "3-->not(1)not(2)",  //
-                                     "2 v 3-->1", "1-->2 v 3", "not(1)-->not(2)not(3)",
-                                     "not(2)not(3)-->not(1)", "not(1)-->2 v 3", "2 v 3-->not(1)",  //
-                                     "1 v 3-->2", "2-->1 v 3", "not(2)-->not(1)not(3)",
-                                     "not(1)not(3)-->not(2)", "not(2)-->1 v 3", "1 v 3-->not(2)"}));
-    EXPECT_EQ(nonzero_counters(lattice), (CounterCells{{{R231, appro}, 1},
-                                                       {{R232, apped}, 1},
-                                                       {{R431, appro}, 1},
-                                                       {{R332, apped}, 1},
-                                                       {{R122, apped}, 2},
-                                                       {{R121, apped}, 2},
-                                                       {{R221, appro}, 2},
-                                                       {{R222, apped}, 2},
-                                                       {{R422, appro}, 2},
-                                                       {{R322, apped}, 2}}));
-}
-
-TEST_F(InterNodeWalk, TwoSuccessorsAreTestedForAPartition) {
-    build("1\t30\t 1,\n2\t40\t 2,\n1 2\t60\t 1 2,\n").generate_inter_node_rules();
-    EXPECT_EQ(approx_rules(), (Lines{"2-->1", "1-->2", "not(1)-->not(2)", "not(2)-->not(1)", "1-->not(2)",
-                                     "not(2)-->1", "not(1)-->2", "2-->not(1)"}));
-}
-
-TEST_F(InterNodeWalk, ThreeSuccessorsGetFullTreatmentInListOrder) {
-    // With 50 transactions only the last group is frequent enough, and only not(f1)-->f2-f1, 50/70, reaches
-    // 0.7.
-    build("1 2\t30\t 1,\n3 4\t30\t 3,\n5 6\t30\t 5,\n1 2 3 4 5 6\t80\t 1 2 3 4 5 6,\n",
-          {.minsupp = 50, .minconf = 0.7})
-        .generate_inter_node_rules();
-    EXPECT_EQ(inter_exact(), "");
-    EXPECT_EQ(approx_rules(), (Lines{"not(1)not(2)-->3 v 4 v 5 v 6", "not(1)-->2 v 3 v 4 v 5 v 6",  //
-                                     "not(3)not(4)-->1 v 2 v 5 v 6", "not(3)-->1 v 2 v 4 v 5 v 6",  //
-                                     "not(5)not(6)-->1 v 2 v 3 v 4", "not(5)-->1 v 2 v 3 v 4 v 6"}));
-}
-
-TEST_F(InterNodeWalk, ThreeSuccessorsAreNotTestedForAPartition) {
-    // {1 2} and {3 4} partition {1 2 3 4}, and both have their rules: 30 of 50 in the last two groups. {1 4},
-    // the difference to {2 3}, has between 30 and 80.
-    build("1 2\t50\t 1 2,\n2 3\t50\t 2 3,\n3 4\t50\t 3 4,\n1 2 3 4\t80\t 1 2 3 4,\n",
-          {.minsupp = 30, .minconf = 0.6})
-        .generate_inter_node_rules();
-    EXPECT_EQ(approx_rules(), (Lines{"1 v 2-->not(3)not(4)", "not(3)not(4)-->1 v 2", "not(1)not(2)-->3 v 4",
-                                     "3 v 4-->not(1)not(2)",  //
-                                     "not(2)not(3)-->1 v 4",  //
-                                     "3 v 4-->not(1)not(2)", "not(1)not(2)-->3 v 4", "not(3)not(4)-->1 v 2",
-                                     "1 v 2-->not(3)not(4)"}));
-}
-
-TEST_F(InterNodeWalk, EntriesAreWalkedByCardinality) {
-    // {1 2 3} comes first in the file and among the itemsets, but is larger than {4 5}.
-    build("1 2 3\t80\t 1 2 3,\n1\t30\t 1,\n4\t30\t 4,\n4 5\t80\t 4 5,\n", {.minsupp = 50, .minconf = 0.7})
-        .generate_inter_node_rules();
-    EXPECT_EQ(approx_rules(), (Lines{"not(4)-->5", "not(1)-->2 v 3"}));
+TEST(InterNodeBoundedSupportAlone, UpperConfidenceOfR332ThatIsNotANumberPasses) {
+    // The difference from 0 to 40: 0/40 to 0/0.
+    const RuleCase each = bounded_case("", 80, 80, 0, 40, {0, 0.0, 100}, {});
+    const Rules rules = rows_of({R332}, rules_of_bounded(successor, each));
+    ASSERT_EQ(rules.size(), 1U);
+    EXPECT_EQ(rules.front().support, known(0U));
+    ASSERT_TRUE(rules.front().confidence);
+    EXPECT_EQ(rules.front().confidence->low, 0.0);
+    EXPECT_TRUE(std::isnan(rules.front().confidence->high));
+    EXPECT_FALSE(rules.front().confidence->is_known);
 }
 
 }  // namespace
