@@ -79,6 +79,88 @@ TEST(KeyIndex, OfNoKeysFindsNothing) {
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 0U);
 }
 
+// Positions. The keys are those of the classes 0, 1, 2 and so on.
+
+/// Where the positions of these supports and keys are searched, before position 9.
+std::uint32_t first_position(const std::vector<Itemset>& keys, const std::vector<Count>& supports,
+                             const Itemset& itemset, Count least, std::uint32_t before = 9) {
+    KeyIndex index = index_of(keys, supports, 4);
+    const std::uint32_t first = index.first_position_within(itemset, least, before);
+    EXPECT_EQ(index.has_position_within(itemset, least, before), first < before);
+    return first;
+}
+
+TEST(KeyIndexPosition, IsTheFirstOfAKeyWithinOfMoreSupport) {
+    const std::vector<Itemset> keys = {{0}, {1}, {0, 2}, {0, 1}};
+    const std::vector<Count> supports = {3, 5, 6, 7};
+    EXPECT_EQ(first_position(keys, supports, {0, 1, 2}, 2), 0U);
+    EXPECT_EQ(first_position(keys, supports, {0, 1, 2}, 3), 1U);
+    EXPECT_EQ(first_position(keys, supports, {0, 1, 2}, 4), 1U);
+    EXPECT_EQ(first_position(keys, supports, {0, 1, 2}, 5), 2U);
+    EXPECT_EQ(first_position(keys, supports, {0, 1}, 5), 3U);
+    EXPECT_EQ(first_position(keys, supports, {0, 1, 2}, 6), 3U);
+}
+
+TEST(KeyIndexPosition, IsTheEndWithoutSuchAKey) {
+    EXPECT_EQ(first_position({{0}, {0, 1}}, {3, 5}, {0, 2}, 3), 9U);
+    EXPECT_EQ(first_position({{0}, {0, 1}}, {3, 5}, {2}, 0), 9U);
+    EXPECT_EQ(first_position({}, {}, {0, 1}, 0), 9U);
+}
+
+TEST(KeyIndexPosition, IsBeforeTheEnd) {
+    EXPECT_EQ(first_position({{0}, {1}}, {3, 5}, {0, 1}, 3, 1), 1U);
+    EXPECT_EQ(first_position({{0}, {1}}, {3, 5}, {0, 1}, 3, 2), 1U);
+    EXPECT_EQ(first_position({{0}, {1}}, {3, 5}, {0, 1}, 0, 0), 0U);
+}
+
+TEST(KeyIndexPosition, OfAKeyThatContainsAnotherIsSeen) {
+    EXPECT_EQ(first_position({{0, 1}, {0}}, {6, 4}, {0, 1}, 4), 0U);
+    EXPECT_EQ(first_position({{0}, {0, 1}}, {6, 4}, {0, 1}, 3), 0U);
+}
+
+TEST(KeyIndexPosition, OfAnEqualKeyOfLessSupportIsSeen) {
+    // The key {0} stands for 3, 8 and 5. Those of less than 8 count as long as they come first.
+    const std::vector<Itemset> keys = {{0}, {0}, {0}};
+    EXPECT_EQ(first_position(keys, {3, 8, 5}, {0, 1}, 2), 0U);
+    EXPECT_EQ(first_position(keys, {3, 8, 5}, {0, 1}, 3), 1U);
+    EXPECT_EQ(first_position(keys, {3, 5, 8}, {0, 1}, 3), 1U);
+    EXPECT_EQ(first_position(keys, {3, 5, 8}, {0, 1}, 5), 2U);
+    EXPECT_EQ(first_position(keys, {3, 5, 8}, {0, 1}, 8), 9U);
+    EXPECT_EQ(first_position(keys, {8, 5, 3}, {0, 1}, 2), 0U);
+}
+
+TEST(KeyIndexPosition, OfEqualKeysOfOneSupportIsTheFirst) {
+    EXPECT_EQ(first_position({{1}, {0}, {0}}, {1, 5, 5}, {0}, 4), 1U);
+}
+
+TEST(KeyIndexPosition, OfAnEqualKeyIsSeenOnlyBeforeTheEndAndWithinTheItemset) {
+    const std::vector<Itemset> keys = {{2}, {0, 1}, {0, 1}};
+    EXPECT_EQ(first_position(keys, {1, 4, 8}, {0, 1}, 2, 1), 1U);
+    EXPECT_EQ(first_position(keys, {1, 4, 8}, {0, 2}, 2), 9U);
+    EXPECT_EQ(first_position(keys, {1, 4, 8}, {0, 1, 2}, 2), 1U);
+}
+
+TEST(KeyIndexPosition, OfClassesInAnyOrderIsTheSmallest) {
+    KeyIndex index(test::table_of({{0}, {1}, {0}}), {{7, 5}, {7, 2}, {4, 3}}, 2);
+    EXPECT_EQ(index.first_position_within(Itemset{0, 1}, 3, 9), 2U);
+    EXPECT_EQ(index.first_position_within(Itemset{0}, 3, 9), 3U);
+    EXPECT_EQ(index.first_position_within(Itemset{0}, 4, 9), 5U);
+    EXPECT_EQ(index.first_position_within(Itemset{0}, 4, 5), 5U);
+    EXPECT_FALSE(index.has_position_within(Itemset{0}, 4, 5));
+    EXPECT_TRUE(index.has_position_within(Itemset{0}, 4, 6));
+}
+
+/// The definition of KeyIndex::first_position_within.
+std::uint32_t first_position(const std::vector<Itemset>& keys, const std::vector<KeyOwner>& owners,
+                             const Itemset& itemset, Count least, std::uint32_t before) {
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        if (owners[key].support > least && is_contained(keys[key], itemset)) {
+            before = std::min(before, owners[key].position);
+        }
+    }
+    return before;
+}
+
 /// Number of keys and of items.
 class RandomKeys : public ::testing::TestWithParam<std::pair<std::size_t, Item>> {};
 
@@ -103,6 +185,42 @@ TEST_P(RandomKeys, AreFoundAsByLookingAtEachOfThem) {
             ASSERT_EQ(index.largest_support_within(itemset, least),
                       largest_support(keys, supports, itemset, least))
                 << "round " << round << ", query " << query;
+        }
+    }
+}
+
+TEST_P(RandomKeys, HaveTheirFirstPositionsAsByLookingAtEachOfThem) {
+    const auto [count, items] = GetParam();
+    constexpr std::uint32_t seed = 20261122;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 100; ++round) {
+        // A third of the keys are equal to others.
+        std::vector<Itemset> keys = test::random_itemsets(count, items, random);
+        for (Itemset& key : keys) {
+            if (random() % 3 == 0) {
+                key = keys[random() % keys.size()];
+            }
+        }
+        std::vector<KeyOwner> owners(count);
+        std::ranges::generate(owners, [&] {
+            return KeyOwner{static_cast<Count>(random() % 20), static_cast<std::uint32_t>(random() % count)};
+        });
+        KeyIndex index(test::table_of(keys), owners, items);
+        for (int query = 0; query < 100; ++query) {
+            const Item one_in = 1 + static_cast<Item>(random() % items);
+            Itemset itemset;
+            for (Item item = 0; item < items; ++item) {
+                if (random() % one_in == 0) {
+                    itemset.push_back(item);
+                }
+            }
+            const auto least = static_cast<Count>(random() % 22);
+            const auto before = static_cast<std::uint32_t>(random() % (count + 2));
+            const std::uint32_t expected = first_position(keys, owners, itemset, least, before);
+            ASSERT_EQ(index.first_position_within(itemset, least, before), expected)
+                << "seed " << seed << ", round " << round << ", query " << query;
+            ASSERT_EQ(index.has_position_within(itemset, least, before), expected < before)
+                << "seed " << seed << ", round " << round << ", query " << query;
         }
     }
 }
