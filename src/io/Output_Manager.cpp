@@ -26,13 +26,11 @@ FileBuffer::~FileBuffer() {
 }
 
 char* FileBuffer::room_for(std::size_t bytes) {
-    if (std::cmp_greater(bytes, epptr() - pptr())) {
-        // Writes the buffer.
-        if (failed_ || std::cmp_greater(bytes, buffer_bytes) || pubsync() != 0) {
-            return nullptr;
-        }
+    const auto is_full = [&] { return std::cmp_greater(bytes, epptr() - pptr()); };
+    if (is_full() && !failed_) {
+        pubsync();  // writes the buffer
     }
-    return pptr();
+    return is_full() ? nullptr : pptr();
 }
 
 /// Appends a text for which there is no room: the buffer, and a text longer than it, are written.

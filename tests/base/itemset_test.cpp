@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace korv {
 namespace {
 
@@ -39,6 +42,30 @@ TEST(Itemset, DifferenceDropsEachItemAsOftenAsTheOtherHoldsIt) {
     EXPECT_EQ(difference({1, 2, 2}, {2}), (Itemset{1, 2}));
     EXPECT_EQ(difference({1, 2, 3}, {2, 4}), (Itemset{1, 3}));
     EXPECT_EQ(difference({1, 2}, {1, 2}), Itemset{});
+}
+
+TEST(Itemset, BeginningHoldsTheFirstItemsInFields) {
+    // Item and 1 in each of four fields of 16 bits, the first item highest.
+    EXPECT_EQ(beginning(Itemset{}, 16), 0U);
+    EXPECT_EQ(beginning(Itemset{0}, 16), 0x0001'0000'0000'0000U);
+    EXPECT_EQ(beginning(Itemset{1, 2, 3, 4, 5}, 16), 0x0002'0003'0004'0005U);
+}
+
+TEST(Itemset, BeginningEndsWithTheFirstItemThatDoesNotFit) {
+    EXPECT_EQ(beginning(Itemset{1, 65534, 2}, 16), 0x0002'FFFF'0000'0000U);
+    EXPECT_EQ(beginning(Itemset{1, 4294967295U, 9}, 16), 0x0002'FFFF'0000'0000U);
+}
+
+TEST(Itemset, BeginningsAreInTheOrderOfTheItemsetsWhereTheyDiffer) {
+    const std::vector<Itemset> ascending = {{},  {0},    {0, 0}, {0, 1},        {0, 1, 9},  {1},
+                                            {2}, {2, 2}, {2, 3}, {2, 70000, 1}, {70000, 5}, {80000}};
+    for (const unsigned item_bits : {2U, 5U, 16U, 32U}) {
+        std::vector<std::uint64_t> beginnings;
+        for (const Itemset& itemset : ascending) {
+            beginnings.push_back(beginning(itemset, item_bits));
+        }
+        EXPECT_TRUE(std::ranges::is_sorted(beginnings)) << item_bits << " bits";
+    }
 }
 
 TEST(Itemset, ItemsAreUnsigned32BitNumbers) {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <type_traits>
 
@@ -73,6 +74,35 @@ TEST_F(OutputManager, WritesItemsInTheirStoredOrder) {
 
 TEST_F(OutputManager, WritesItemsAsUnsignedNumbers) {
     EXPECT_EQ(basket({0, 4294967295U}), "0 4294967295 ");
+}
+
+TEST_F(OutputManager, WritesItemsOfSevenAndMoreDigitsAmongShorterOnes) {
+    EXPECT_EQ(basket({9, 999999, 1000000, 12345678}), "9 999999 1000000 12345678 ");
+}
+
+TEST_F(OutputManager, WritesAnItemTheSecondTimeAsTheFirstTime) {
+    EXPECT_EQ(written_by([](Output_Manager& out) {
+                  out.write_out_basket({3, 20, 1000001});
+                  out.write_out_basket({1, 3, 20, 1000001});
+              }),
+              "3 20 1000001 1 3 20 1000001 ");
+}
+
+TEST_F(OutputManager, WritesBasketsOfAllSizesAroundThatOfTheBuffer) {
+    for (const std::size_t size : {5956U, 5957U, 5958U, 10'000U}) {
+        Itemset itemset(size);
+        std::iota(itemset.begin(), itemset.end(), 4'000'000'000U);
+        std::string expected = "x";
+        for (const Item item : itemset) {
+            expected += std::to_string(item) + ' ';
+        }
+        EXPECT_TRUE(written_by([&](Output_Manager& out) {
+                        out.put("x");
+                        out.write_out_basket(itemset);
+                        out.write_out_basket({7});
+                    }) == expected + "7 ")
+            << size << " items";
+    }
 }
 
 TEST_F(OutputManager, BasketsFollowEachOtherWithoutALineEnd) {
