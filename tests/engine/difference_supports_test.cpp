@@ -100,6 +100,12 @@ TEST(ContradictedDifference, MayHaveNoClassAroundBefore) {
     EXPECT_EQ(ask(classes, {1, 2}, {0, 4}), known_to_be(4));
 }
 
+TEST(ContradictedDifference, WithoutAClassAroundBeforeIsBoundedByTheStartAlone) {
+    const ClassMap classes = {{{1}, {4294967294U, {}}}, {{1, 2, 3}, {3, {{3}}}}};
+    EXPECT_EQ(ask(classes, {1, 2}, {0, 4294967295U}), unknown_between(4294967294U, 3));
+    EXPECT_EQ(ask(classes, {1, 2}, {4294967295U, 4294967295U}), known_to_be(4294967295U));
+}
+
 TEST(ContradictedDifference, IsReplayedWhenTheKeyComesBehindTheContradiction) {
     // 2 by {5}, 3 as the upper bound by {1 2 5}; then 4 by the essential itemset {1} of {1 6 7 8}.
     const ClassMap classes = {{{5}, {2, {}}}, {{1, 2, 5}, {3, {{2}}}}, {{1, 6, 7, 8}, {4, {{1}}}}};

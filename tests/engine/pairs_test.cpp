@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -14,8 +15,8 @@
 namespace korv {
 
 void PrintTo(PairKind kind, std::ostream* out) {
-    constexpr const char* names[] = {"essential and rest", "essential of successor", "successor"};
-    *out << names[static_cast<int>(kind)];
+    constexpr std::array names = {"essential and rest", "essential of successor", "successor"};
+    *out << names.at(static_cast<std::size_t>(kind));
 }
 
 namespace {

@@ -190,7 +190,8 @@ TEST_P(RandomKeys, AreFoundAsByLookingAtEachOfThem) {
 }
 
 TEST_P(RandomKeys, HaveTheirFirstPositionsAsByLookingAtEachOfThem) {
-    const auto [count, items] = GetParam();
+    const std::size_t count = GetParam().first;
+    const Item items = GetParam().second;
     constexpr std::uint32_t seed = 20261122;
     std::mt19937 random(seed);
     for (int round = 0; round < 100; ++round) {

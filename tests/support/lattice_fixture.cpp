@@ -100,35 +100,15 @@ std::array<Count, 3> run_totals(const Lattice& lattice) {
     return {counts.exact_total, counts.appro_total, counts.apped_total};
 }
 
-std::vector<std::string> records(const std::string& rule_file) {
-    std::vector<std::string> result;
+std::vector<std::string> rule_lines(const std::string& rule_file) {
+    std::vector<std::string> rules;
     std::istringstream lines(rule_file);
     for (std::string line; std::getline(lines, line);) {
         if (line.find("-->") != std::string::npos) {
-            result.emplace_back();
-        }
-        if (!result.empty()) {
-            result.back() += line + '\n';
+            rules.push_back(line);
         }
     }
-    return result;
-}
-
-std::vector<std::string> rule_lines(const std::string& rule_file) {
-    std::vector<std::string> lines;
-    for (const std::string& record : records(rule_file)) {
-        lines.push_back(record.substr(0, record.find('\n')));
-    }
-    return lines;
-}
-
-std::string record_of(const std::string& rule, const std::string& rule_file) {
-    for (const std::string& record : records(rule_file)) {
-        if (record.substr(0, record.find('\n')) == rule) {
-            return record;
-        }
-    }
-    return {};
+    return rules;
 }
 
 }  // namespace korv::test

@@ -67,13 +67,7 @@ CounterCells nonzero_counters(const Lattice& lattice);
 /// The run totals of a lattice: exact, appro, apped.
 std::array<Count, 3> run_totals(const Lattice& lattice);
 
-/// The records of a rule file, in order: each from its rule line to the next one. A header is left out.
-std::vector<std::string> records(const std::string& rule_file);
-
 /// The rule lines of a rule file, in order, without their line ends.
 std::vector<std::string> rule_lines(const std::string& rule_file);
-
-/// The first record that begins with the line `rule`; empty when there is none.
-std::string record_of(const std::string& rule, const std::string& rule_file);
 
 }  // namespace korv::test
