@@ -265,19 +265,7 @@ TEST(AnyFamily, OverManyItemsHasItsMaximalProperSubsetsAsSuccessors) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
         const Bits items = 5 + random_below(8, random);
         const Bits draws = 1 + random_below(40, random);
-        std::set<Bits> family;
-        for (Bits i = 0; i < draws; ++i) {
-            Bits bits = 1 + random_below((Bits{1} << items) - 1, random);
-            // Unions and intersections make deeper lattices than chance.
-            if (!family.empty() && random_below(2, random) == 0) {
-                const Bits earlier =
-                    *std::next(family.begin(), random_below(static_cast<Bits>(family.size()), random));
-                bits = random_below(2, random) == 0 ? (bits | earlier) : (bits & earlier);
-            }
-            if (bits != 0) {
-                family.insert(bits);
-            }
-        }
+        const std::set<Bits> family = test::random_family(items, draws, random);
         ASSERT_NO_FATAL_FAILURE(expect_linked_well({family.begin(), family.end()}));
     }
 }

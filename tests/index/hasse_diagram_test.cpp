@@ -298,24 +298,6 @@ TEST(AnyFamilyOfItemsets, OverFourItemsHasItsDiagram) {
     });
 }
 
-/// Sets of items below `items`, with unions and intersections among them, which make deeper diagrams than
-/// chance.
-std::set<Bits> random_family(Bits items, Bits draws, std::mt19937& random) {
-    std::set<Bits> family;
-    for (Bits i = 0; i < draws; ++i) {
-        Bits bits = 1 + random_below((Bits{1} << items) - 1, random);
-        if (!family.empty() && random_below(2, random) == 0) {
-            const Bits earlier =
-                *std::next(family.begin(), random_below(static_cast<Bits>(family.size()), random));
-            bits = random_below(2, random) == 0 ? (bits | earlier) : (bits & earlier);
-        }
-        if (bits != 0) {
-            family.insert(bits);
-        }
-    }
-    return family;
-}
-
 /// With all intersections that are not empty.
 std::set<Bits> closed_under_intersection(std::set<Bits> family) {
     for (bool grows = true; grows;) {
@@ -343,7 +325,7 @@ TEST(AnyFamilyOfItemsets, OverFiveToTwelveItemsHasItsDiagram) {
         const Bits items = 5 + random_below(8, random);
         const bool is_to_be_closed = random() % 2 == 0;
         const std::set<Bits> drawn =
-            random_family(items, 1 + random_below(is_to_be_closed ? 12 : 40, random), random);
+            test::random_family(items, 1 + random_below(is_to_be_closed ? 12 : 40, random), random);
         const std::set<Bits> family = is_to_be_closed ? closed_under_intersection(drawn) : drawn;
         ++(closed_under_intersection(family) == family ? closed : not_closed);
         ASSERT_NO_FATAL_FAILURE(expect_right(
