@@ -88,17 +88,17 @@ struct Words {
 void add_options(CLI::App& app, Arguments& arguments, Words& words) {
     app.set_version_flag("--version", "korv-mine " KORV_VERSION);
     app.add_option("TRANSACTIONS", arguments.transactions,
-                   "The database, one transaction a line; - for standard input")
+                   "The database, one transaction per line; - for standard input")
         ->required();
     app.add_option(
            "-s,--min-support", words.min_support,
-           "Essential itemsets are in at least so many common transactions: a count, or a percentage of "
-           "all transactions such as 2.5%")
+           "Smallest number of transactions that hold all items of an essential itemset: a count, or a "
+           "percentage of all transactions such as 2.5%")
         ->required()
         ->check(check(parse_threshold, "a number of transactions, or a percentage such as 2.5%"));
     app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
         ->capture_default_str();
-    app.add_option("--max-size", arguments.mining.max_size, "Essential itemsets have at most so many items")
+    app.add_option("--max-size", arguments.mining.max_size, "Largest number of items of an essential itemset")
         ->check(CLI::Range(1, 1'000'000'000));
     app.add_option("--closure-items", words.closure_items,
                    "Items that a closed itemset can have: those in --min-support transactions, or all")
@@ -111,13 +111,13 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
         ->check(CLI::IsMember({"fimi", "basket", "table"}))
         ->capture_default_str();
     app.add_option("--separator", words.separator,
-                   "Between the cells of baskets and tables: one byte, or tab")
+                   "What separates the cells of baskets and tables: one byte, or tab")
         ->check(check(parse_separator, "one byte, or tab"))
         ->capture_default_str();
-    app.add_option("--bins", words.bins,
-                   "Cut numbers of a table into so many bins of about as many cells each: 4 for all columns "
-                   "of numbers, "
-                   "age=4 for one column; may be repeated")
+    app.add_option(
+           "--bins", words.bins,
+           "Cut columns of numbers into so many bins of roughly equal size: 4 for all columns, age=4 for "
+           "one; may be repeated")
         ->check(check(parse_bin_rule,
                       "a number of bins from 1 on, or a column and a number of bins such as age=4"))
         ->take_all()
