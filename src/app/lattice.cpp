@@ -78,13 +78,9 @@ void Lattice::Load_DCI() {
         std::cout << "Erreur: aucune classe disjonctive n'a ete lue." << std::endl;
         std::exit(1);
     }
-    Records records(1);
-    while (lattice_io.read_in_a_line(records.back().first, records.back().second.support,
-                                     records.back().second.essentials)) {
-        records.emplace_back();
-    }
-    records.pop_back();
-    dci_map = to_classes(std::move(records));
+    dci_map = read_classes([this](Itemset& itemset, data& of_class) {
+        return lattice_io.read_in_a_line(itemset, of_class.support, of_class.essentials);
+    });
 }
 
 void Lattice::Load_Hash_table() {

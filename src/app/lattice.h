@@ -137,11 +137,16 @@ public:
     const double minconf;  ///< a rule's confidence must be at least this
 
     RuleCounts rule_counts;
+    // Its counters by their own names.
+    decltype(RuleCounts::counters)& counters = rule_counts.counters;
+    Count& exact_total = rule_counts.exact_total;
+    Count& appro_total = rule_counts.appro_total;
+    Count& apped_total = rule_counts.apped_total;
 
     /// The lattice: all classes by ascending cardinality, then in the order of `dci_map`.
     LatticeEntries hash_table;
 
-    // Working containers of walk_frontier, without meaning after it.
+    // Working containers of walk_frontier, which alone fills them.
 
     VisitedNodes visited;
     Frontier frontier;

@@ -148,13 +148,13 @@ Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset
     const auto all = static_cast<Position>(entries_.size());
     const Position contradiction = first_of_less_support(lower, all);
     const auto closed = static_cast<Position>(find_closed(entries_, itemset) - entries_.begin());
-    const bool ends_behind = closed < all && contradiction <= closed;
+    const bool ends_at_its_class = closed < all && contradiction == closed;
     const bool reaches_lower = key_index_.has_position_within(numbers_, lower - 1, contradiction) ||
                                first_irregular_to_raise(itemset, lower - 1, contradiction) < contradiction;
-    if (ends_behind || !reaches_lower) {
+    if (ends_at_its_class || !reaches_lower) {
         return only_replay_tells;
     }
-    // The first one will do, as a rule.
+    // Usually the class of smallest support comes early enough.
     const Column first = class_index_.first_superset(numbers_, first_class_of_support(lower), all);
     if (first < all && classes_.positions[first] < contradiction) {
         return classes_.supports[first];
@@ -171,8 +171,8 @@ Count DifferenceSupports::find_upper_before_contradiction(const Itemset& itemset
     return no_class_around;
 }
 
-/// The walk, from one class that lowers the upper bound to the next: in between it is asked when the lower
-/// bound reaches the upper one. `known`: L and U.
+/// Retraces the walk in jumps from one class that lowers the upper bound to the next; in between it looks up
+/// where the lower bound reaches the upper one. `known`: L and U.
 Count DifferenceSupports::replay(const Itemset& itemset, const SupportBounds& known, SupportBounds& bounds) {
     numbering_.translate(itemset, numbers_);
     // Where the walk ends: at the class of the itemset, or behind the last one.
@@ -198,18 +198,11 @@ Count DifferenceSupports::replay(const Itemset& itemset, const SupportBounds& kn
         bounds = {std::max(bounds.lower, known.lower), std::min(bounds.upper, known.upper)};
         return 0;
     }
-    narrow(itemset, end, bounds);
-    return entries_[end].support();
-}
-
-/// Narrows the bounds by the classes before `end`.
-void DifferenceSupports::narrow(const Itemset& itemset, Position end, SupportBounds& bounds) {
+    // No class before that of the itemset is around it, so the upper bound is where it started.
     for (Position next = 0; (next = first_to_raise(itemset, bounds.lower, end)) < end;) {
         bounds.lower = entries_[next].support();
     }
-    for (Position next = 0; (next = first_of_less_support(bounds.upper, end)) < end;) {
-        bounds.upper = entries_[next].support();
-    }
+    return entries_[end].support();
 }
 
 /// The first class before `before` that raises the lower bound of an itemset, whose numbers are in
@@ -220,7 +213,7 @@ DifferenceSupports::Position DifferenceSupports::first_to_raise(const Itemset& i
                                     key_index_.first_position_within(numbers_, lower, before));
 }
 
-/// The same among the irregular classes.
+/// first_to_raise among the irregular classes.
 DifferenceSupports::Position DifferenceSupports::first_irregular_to_raise(const Itemset& itemset, Count lower,
                                                                           Position before) const {
     for (const Position position : irregular_) {

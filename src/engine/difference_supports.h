@@ -17,36 +17,40 @@ namespace korv {
 
 /// Answers what SupportWalk finds by a walk over all classes, from indexes.
 ///
-/// Let L be the largest support of a class with a key within the itemset X, and U the smallest support of a
-/// class around X. The walk raises the lower bound at the classes of keys within X, and lowers the upper
-/// bound at the classes around X. Consider the part of the walk before the first class around X whose support
-/// is below L (all of it, where there is none), and let U' be the smallest support around X there. So U' >=
-/// L. Let low and high be the starting bounds, narrowed by L and U'. If a class of support L with a key
-/// within X comes in that part, and low <= high:
+/// Let L be the largest support of a class with a key within the itemset X (0 if there is none), and U the
+/// smallest support of a class around X. The walk raises the lower bound at the classes of keys within X, and
+/// lowers the upper bound at the classes around X. If X itself is closed the walk ends at its class, which is
+/// the first one around X, since all others are larger; here X counts as a key of its class.
 ///
-/// - During that part the lower bound is at most low and the upper bound at least high, and both are reached.
-///   So the bounds meet there exactly if low = high, and the answer is that value.
-/// - Otherwise the part ends with low < high. If there is a class of less support than L, it lowers the upper
-///   bound below low: the bounds have crossed and never meet. So the support stays unknown, and the bounds in
-///   the end are low and the starting one narrowed by U.
-/// - If X itself is closed, of support s, and its class comes in that part, the walk may return s there. But
-///   then L >= s >= U', since a key of its class lies within X and the class is around X; so low = high = s,
-///   and the answer is the same. Only a support of 0 needs more care: there the bounds are looked at, which
-///   the walk leaves as they were before the class of X. The above therefore needs a high that is not 0.
+/// Consider the part of the walk before the first class around X of less support than L (all of it, where
+/// there is none), and let U' be the smallest support around X there (infinite, where there is none). So
+/// U' >= L. Let low and high be the starting bounds, narrowed by L and U'. Assume that low <= high, that high
+/// is not 0, that a class of support L with a key within X comes in that part, and that the class behind the
+/// part is not that of X.
+///
+/// - Within the part the lower bound is at most low and the upper bound at least high, and both are reached.
+///   So the bounds meet there exactly if low = high, and the answer is that value. It is the same where the
+///   walk ends at the class of X, of support s: there L >= s >= U', so low = high = s.
+/// - Otherwise the part ends with low < high. A class behind it lowers the upper bound below L, if there is
+///   one: the bounds have crossed and never meet. So the support stays unknown, and the bounds in the end are
+///   low and the starting one narrowed by U.
+///
+/// A high of 0 is left out because a result of 0 leaves bounds to look at, and those of a closed X are as
+/// they were before its class.
 ///
 /// Everywhere else the order of the walk matters, and it is replayed: only the few classes that lower the
 /// upper bound are visited, each found from the indexes as the next one to do so.
 ///
-/// None of this asks whether the classes contradict each other elsewhere, so a wrong support costs no more
-/// than the queries that it touches.
+/// One contradiction anywhere costs each new itemset a search for U from the first class on, instead of from
+/// support L on; only the queries that it touches are replayed.
 ///
 /// Two kinds of classes are outside this. One with an essential itemset that is empty or sticks out of the
-/// closed itemset is irregular: it is not indexed by its keys but asked, each time, as the walk asks it. And
-/// if the empty itemset is closed, or asked for, the walk itself decides.
+/// closed itemset is irregular: it is not indexed by its keys but asked, for each new itemset and in each
+/// replay, as the walk asks it. And if the empty itemset is closed, or asked for, the walk itself decides.
 class DifferenceSupports final : public Supports {
 public:
     /// `entries` must outlive it unchanged; their successors are not needed. About O(total length of the
-    /// itemsets * log keys).
+    /// itemsets * log keys), and a search for each class.
     explicit DifferenceSupports(const LatticeEntries& entries);
 
     /// The second time an itemset is asked for, L, U and U' are only looked up.
@@ -87,7 +91,6 @@ private:
     Count upper_before_contradiction(const Itemset& itemset, Count lower);
     Count find_upper_before_contradiction(const Itemset& itemset, Count lower);
     Count replay(const Itemset& itemset, const SupportBounds& known, SupportBounds& bounds);
-    void narrow(const Itemset& itemset, Position end, SupportBounds& bounds);
     Position first_to_raise(const Itemset& itemset, Count lower, Position before);
     Position first_irregular_to_raise(const Itemset& itemset, Count lower, Position before) const;
     Position first_of_less_support(Count support, Position before);

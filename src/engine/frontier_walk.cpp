@@ -5,7 +5,7 @@ namespace korv {
 namespace {
 
 /// Finds the successors of `entry` below the frontier, and takes those entries off it that `entry` contains.
-void link_successors(LatticeEntry& entry, const LatticeEntries& entries, Frontier& frontier,
+void find_successors(LatticeEntry& entry, const LatticeEntries& entries, Frontier& frontier,
                      VisitedNodes& visited) {
     visited.clear();
     for (auto position = frontier.begin(); position != frontier.end();) {
@@ -34,7 +34,7 @@ void walk_frontier(LatticeEntries& entries, Frontier& frontier, VisitedNodes& vi
     const Count smallest = entries.front().cardinality;
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
         if (entry->cardinality != smallest) {
-            link_successors(*entry, entries, frontier, visited);
+            find_successors(*entry, entries, frontier, visited);
         }
         frontier.emplace_back(entry);
     }

@@ -27,7 +27,7 @@ public:
     void count_as_closed() { counts_as_closed_ = true; }
 
 private:
-    bool is_closed_;
+    const bool is_closed_;
     bool counts_as_closed_;
 };
 
@@ -101,7 +101,8 @@ void get_rules_inter_supp_approx(const Pair& pair, const RuleSettings& settings,
         }
     }
     if (only_base.low >= minsupp) {
-        // Capped before the lower end is compared with the minimum: 0/0 counts as 1 and passes.
+        // Capped before the lower end is compared with the minimum: 0/0 counts as 1, and passes any
+        // minimum up to 1.
         rules.approximated(form.printed(Form::R331, Form::R321), only_base,
                            {capped(ratio(only_base.low, s1)), capped(ratio(only_base.high, s1))});
         if (hi != N) {

@@ -12,8 +12,8 @@ namespace korv {
 ///
 /// Each operation below hands some of the pairs to the sink: one for each essential itemset of a class and
 /// the rest of it, one for each successor of a class and the rest of it, one for each essential itemset of
-/// that successor. Where two of them partition a class, only the first has a pair: that of the second would
-/// be the same, exchanged. Each pair costs a query for a support.
+/// that successor. Where a class has exactly two of them and they partition it, only the first has a pair:
+/// that of the second would be the same, exchanged. Each pair costs a query for a support.
 class Pairs {
 public:
     /// Refers to both.

@@ -18,11 +18,13 @@ struct Estimate {
     bool operator==(const Estimate&) const = default;
 };
 
+/// A number that is known.
 template <typename Number>
 constexpr Estimate<Number> known(Number number) {
     return {number, number, true};
 }
 
+/// Bounds on a number.
 template <typename Number>
 constexpr Estimate<Number> between(Number low, Number high) {
     return {low, high, false};
@@ -32,7 +34,7 @@ constexpr Estimate<Number> between(Number low, Number high) {
 /// (see premise and conclusion).
 struct Rule {
     Form form;        ///< as it is printed
-    Form counted_as;  ///< as it is counted. Where the two differ, the counters have always been kept so.
+    Form counted_as;  ///< as it is counted: of some rules another form, see the makers
     Kind kind;
     Estimate<Count> support;  ///< in transactions
     /// Nothing for a rule without exception: its confidence is 1, and is not printed.
@@ -49,8 +51,8 @@ public:
     RuleSink(const RuleSink&) = delete;
     RuleSink& operator=(const RuleSink&) = delete;
 
-    /// The rules that follow are between the itemsets of `pair`, which last until the next pair begins. There
-    /// may be none.
+    /// The rules that follow are between the itemsets of `pair`. There may be none. The itemsets last only
+    /// until the last of these rules was added: copy what is needed later.
     virtual void begin(const Pair& pair) = 0;
 
     /// A rule of the pair begun last.

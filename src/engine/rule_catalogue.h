@@ -52,6 +52,7 @@ struct FormSide {
     bool operator==(const FormSide&) const = default;
 };
 
+/// A line of the catalogue.
 struct FormDescription {
     Form form;
     std::string_view label;
@@ -96,10 +97,12 @@ inline constexpr std::array<FormDescription, 24> rule_catalogue = {{
 }};
 // clang-format on
 
+/// The line of a form.
 constexpr const FormDescription& description(Form form) {
     return rule_catalogue[static_cast<std::size_t>(form)];
 }
 
+/// The row of RuleCounts::counters in which a form is counted.
 constexpr std::size_t counter_row(Form form) {
     return description(form).counter_row;
 }
@@ -109,11 +112,13 @@ constexpr std::size_t group(Form form) {
     return static_cast<std::size_t>(form) / forms_in_a_group + 1;
 }
 
+/// The premise of the rules of a form.
 constexpr FormSide premise(Form form) {
     const bool is_plain = group(form) == 1 || group(form) == 3;
     return {description(form).premise, is_plain ? Mode::disjunction : Mode::negation};
 }
 
+/// The conclusion of the rules of a form.
 constexpr FormSide conclusion(Form form) {
     const bool is_plain = group(form) == 1 || group(form) == 4;
     return {description(form).premise == Part::base ? Part::difference : Part::base,

@@ -7,7 +7,7 @@
 namespace korv {
 
 /// The form of a rule as printed, and the forms under which it is counted when it turns out exact and when it
-/// does not. The same form, as a rule; where they differ, the counters have always been kept so.
+/// does not. Mostly the same form; where they differ, a comment of the maker says so.
 struct CountedForm {
     Form printed;
     Form if_exact;
@@ -52,7 +52,7 @@ public:
 private:
     bool suffices(double confidence) const { return confidence >= minconf_; }
 
-    double minconf_;
+    const double minconf_;
     RuleSink& sink_;
 };
 

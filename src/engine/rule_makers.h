@@ -23,7 +23,8 @@ void get_rules_intra_node(const Pair& pair, const RuleSettings& settings, RuleSi
 /// A pair within a node, the support of whose difference is only known within bounds.
 void get_rules_intra_supp_approx(const Pair& pair, const RuleSettings& settings, RuleSink& sink);
 
-/// A pair between nodes, the support of whose difference f2-f1 or f2-e1 is known.
+/// A pair between nodes, the support of whose difference f2-f1 or f2-e1 is known. 0 only where two successors
+/// partition a class and the second has support 0.
 void get_rules_inter_itemset(const Pair& pair, const RuleSettings& settings, RuleSink& sink);
 
 /// A pair between nodes, the support of whose difference is only known within bounds.
@@ -38,7 +39,7 @@ public:
     void add(const Pair& pair) override;
 
 private:
-    RuleSettings settings_;
+    const RuleSettings settings_;
     RuleSink& sink_;
 };
 

@@ -7,7 +7,8 @@ namespace korv {
 
 /// Where the disjunctive supports of itemsets come from that need not be closed.
 ///
-/// SupportWalk is the plain answer, DifferenceSupports the fast one; they are the same.
+/// SupportWalk is the plain way, DifferenceSupports the fast one. They give the same results, and the same
+/// bounds where the result is 0.
 class Supports {
 public:
     Supports() = default;

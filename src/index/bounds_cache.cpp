@@ -1,6 +1,7 @@
 #include "index/bounds_cache.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/itemset_hash.h"
 
@@ -40,8 +41,7 @@ void BoundsCache::make_room() {
     if (2 * itemsets_.size() < slots_.size()) {
         return;
     }
-    std::vector<Slot> fewer(2 * slots_.size());
-    slots_.swap(fewer);
+    const auto fewer = std::exchange(slots_, std::vector<Slot>(2 * slots_.size()));
     for (const Slot& taken : fewer) {
         if (taken.position != no_position) {
             slot_of(itemsets_[taken.position], taken.hash) = taken;

@@ -223,7 +223,7 @@ Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
     return few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
 }
 
-/// The same from the root, without looking at those of its children whose item is not wanted.
+/// The largest support, entering the tree only by the items of the itemset.
 Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
     wanted_tops_.clear();
     for (const Item item : itemset) {

@@ -35,7 +35,7 @@ public:
     Count largest_support_within(ItemSpan itemset, Count least = 0);
 
     /// The smallest position of a key within `itemset` whose support is more than `least`, if it is before
-    /// `before`; otherwise `before`. Costs as much.
+    /// `before`; otherwise `before`. Costs as much as largest_support_within.
     std::uint32_t first_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
     /// Whether there is such a position. Costs less, as a rule.
@@ -88,7 +88,7 @@ private:
     std::vector<char> is_wanted_;             ///< by item: whether the itemset asked for holds it
     std::vector<std::uint32_t> wanted_tops_;  ///< children of the root whose item is wanted
     std::vector<Siblings> pending_;           ///< on the path: those still to be looked at
-    std::uint32_t found_ = no_node;           ///< where the largest support was found
+    std::uint32_t found_ = no_node;           ///< where largest_support_within found what it returned last
 };
 
 }  // namespace korv

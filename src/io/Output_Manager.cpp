@@ -37,10 +37,23 @@ char* FileBuffer::room_for(std::size_t bytes) {
 bool FileBuffer::append_through(std::string_view text) {
     const auto size = static_cast<std::streamsize>(text.size());
     if (!failed_ && sputn(text.data(), size) != size) {
-        failed_ = true;
-        setp(nullptr, nullptr);  // no room for any later text
+        fail();
     }
     return !failed_;
+}
+
+/// Writes the buffer.
+int FileBuffer::sync() {
+    const int result = std::filebuf::sync();
+    if (result != 0) {
+        fail();
+    }
+    return failed_ ? -1 : result;
+}
+
+void FileBuffer::fail() {
+    failed_ = true;
+    setp(nullptr, nullptr);  // no room for any later text, and nothing left to be written again
 }
 
 Output_Manager::Output_Manager(const std::string& file_name) {

@@ -23,8 +23,8 @@ public:
     FileBuffer(const FileBuffer&) = delete;
     FileBuffer& operator=(const FileBuffer&) = delete;
 
-    /// Where at least so many bytes can be written, which `advance` then appends; nullptr when they would not
-    /// fit even into an empty buffer, or when a text could not be written.
+    /// Where at least so many bytes can be written, which `advance` then appends; nullptr when there is no
+    /// such room even in an empty buffer, when nothing was appended yet, or when a text could not be written.
     char* room_for(std::size_t bytes);
 
     /// Appends what was written to the room, up to `end`.
@@ -40,8 +40,12 @@ public:
         return true;
     }
 
+protected:
+    int sync() override;
+
 private:
     bool append_through(std::string_view text);
+    void fail();
 
     bool failed_ = false;
     std::vector<char> memory_;

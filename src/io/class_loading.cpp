@@ -43,14 +43,19 @@ ClassMap to_classes(Records records) {
     return classes;
 }
 
-ClassMap read_classes(std::istream& input) {
-    ClassFileReader reader(input);
+ClassMap read_classes(const std::function<bool(Itemset& itemset, data& of_class)>& read_record) {
     Records records(1);
-    while (reader.read(records.back().first, records.back().second)) {
+    while (read_record(records.back().first, records.back().second)) {
         records.emplace_back();
     }
     records.pop_back();
     return to_classes(std::move(records));
+}
+
+ClassMap read_classes(std::istream& input) {
+    ClassFileReader reader(input);
+    return read_classes(
+        [&reader](Itemset& itemset, data& of_class) { return reader.read(itemset, of_class); });
 }
 
 }  // namespace korv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <istream>
 #include <utility>
 #include <vector>
@@ -15,6 +16,9 @@ using Records = std::vector<std::pair<Itemset, data>>;
 /// The classes of the records; of two records of the same closed itemset the later one stays. No threshold is
 /// applied. O(total length of the itemsets + records * log records).
 ClassMap to_classes(Records records);
+
+/// The classes of the records that `read_record` reads, one at each call, until it returns false.
+ClassMap read_classes(const std::function<bool(Itemset& itemset, data& of_class)>& read_record);
 
 /// The classes of a class file: of its records up to its end, or to the first one without items. See
 /// ClassFileReader for what becomes of malformed records.

@@ -32,8 +32,8 @@ public:
     void flush();
 
 private:
-    Files intra_node_;
-    Files inter_node_;
+    const Files intra_node_;
+    const Files inter_node_;
     const Files* files_ = &intra_node_;  ///< those of the current pair
     // Of the current pair.
     Sides base_;

@@ -1,7 +1,9 @@
 #include "io/Output_Manager.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -189,6 +191,58 @@ TEST_F(OutputManager, TextForAFileThatCannotBeCreatedIsLost) {
         EXPECT_TRUE(out.fail());
     }
     EXPECT_FALSE(std::filesystem::exists(path_in_missing_directory()));
+}
+
+/// Keeps files below a size, in its scope or until it is lifted.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : ignored_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit = {bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        lift();
+        std::signal(SIGXFSZ, ignored_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+    void lift() const { setrlimit(RLIMIT_FSIZE, &before_); }
+
+private:
+    rlimit before_ = {};
+    void (*ignored_)(int);
+};
+
+TEST_F(OutputManager, WritesNothingMoreOnceABasketCouldNotBeWritten) {
+    const Itemset of_2000_bytes(1000, 7);
+    {
+        FileSizeLimit limit(100'000);
+        Output_Manager out(path());
+        for (int i = 0; i < 100; ++i) {
+            out.write_out_basket(of_2000_bytes);
+        }
+        limit.lift();
+        for (int i = 0; i < 100; ++i) {
+            out.write_out_basket(of_2000_bytes);
+        }
+        EXPECT_FALSE(out.flush());
+    }
+    EXPECT_EQ(std::filesystem::file_size(path()), 100'000U);
+}
+
+TEST_F(OutputManager, WritesNothingMoreOnceAFlushFailed) {
+    {
+        FileSizeLimit limit(10);
+        Output_Manager out(path());
+        out.put("0123456789abcdef").flush();
+        limit.lift();
+        out.clear();
+        out.put("after").flush();
+        EXPECT_FALSE(out);
+    }
+    EXPECT_EQ(test::read_file(path()), "0123456789");
 }
 
 TEST(OutputManagerType, IsNeverCopied) {
