@@ -52,14 +52,14 @@ void Pairs::each_successor(const LatticeEntry& entry) {
     }
 }
 
-void Pairs::successor(NodeRef node, NodeRef successor) {
-    const Count s1 = successor->second.support;
-    settle_and_add(PairKind::successor, node, successor->first, s1, node->second.support - s1);
+void Pairs::successor(NodeRef node, NodeRef lower) {
+    const Count s1 = lower->second.support;
+    settle_and_add(PairKind::successor, node, lower->first, s1, node->second.support - s1);
 }
 
-void Pairs::essentials_of_successor(NodeRef node, NodeRef successor) {
-    const Count s1 = successor->second.support;
-    for (const Itemset& essential : successor->second.essentials) {
+void Pairs::essentials_of_successor(NodeRef node, NodeRef lower) {
+    const Count s1 = lower->second.support;
+    for (const Itemset& essential : lower->second.essentials) {
         settle_and_add(PairKind::essential_of_successor, node, essential, s1, node->second.support - s1);
     }
 }

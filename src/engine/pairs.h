@@ -31,11 +31,11 @@ public:
     /// Those between all nodes and their successors, in the order of the lattice.
     void inter_node(const LatticeEntries& entries);
 
-    /// The one between a node and its successor.
-    void successor(NodeRef node, NodeRef successor);
+    /// The one between a node and `lower`, its successor.
+    void successor(NodeRef node, NodeRef lower);
 
-    /// Those between a node and each essential itemset of its successor.
-    void essentials_of_successor(NodeRef node, NodeRef successor);
+    /// Those between a node and each essential itemset of `lower`, its successor.
+    void essentials_of_successor(NodeRef node, NodeRef lower);
 
     /// Those between an entry that has exactly two successors and these.
     void inter_node_of_two_successors(const LatticeEntry& entry);
