@@ -11,7 +11,6 @@
 #include <string>
 #include <string_view>
 
-#include "common/class_record.h"
 #include "common/error.h"
 #include "common/text_input.h"
 #include "mine/fimi.h"
