@@ -35,7 +35,8 @@ std::vector<std::uint32_t> by_support(const LatticeEntries& entries) {
 
 /// One pass over the entries, in their order.
 DifferenceSupports::Numbered::Numbered(const LatticeEntries& entries)
-    : numbering(korv::closed_itemsets(entries)) {
+    : positions_by_support(by_support(entries)), numbering(korv::closed_itemsets(entries)) {
+    reserve(entries);
     Itemset numbers;
     for (Position position = 0; position < entries.size(); ++position) {
         const LatticeEntry& entry = entries[position];
@@ -57,8 +58,27 @@ DifferenceSupports::Numbered::Numbered(const LatticeEntries& entries)
     }
 }
 
-DifferenceSupports::Classes::Classes(const LatticeEntries& entries, const ItemsetTable& in_order)
-    : positions(by_support(entries)) {
+/// Makes room for what the tables will hold: growing would take up to twice as much.
+void DifferenceSupports::Numbered::reserve(const LatticeEntries& entries) {
+    std::size_t items = 0;
+    std::size_t most_keys = 0;
+    std::size_t items_of_keys = 0;
+    for (const LatticeEntry& entry : entries) {
+        items += entry.cardinality;
+        most_keys += std::max<std::size_t>(1, entry.essentials().size());
+        items_of_keys += entry.essentials().empty() ? entry.cardinality : 0;
+        for (const Itemset& essential : entry.essentials()) {
+            items_of_keys += essential.size();
+        }
+    }
+    closed_itemsets.reserve(entries.size(), items);
+    keys.reserve(most_keys, items_of_keys);
+    owners.reserve(most_keys);
+}
+
+DifferenceSupports::Classes::Classes(const LatticeEntries& entries, std::vector<Position> by_support,
+                                     const ItemsetTable& in_order)
+    : positions(std::move(by_support)) {
     closed_itemsets.reserve(in_order.size(), in_order.items());
     supports.reserve(in_order.size());
     for (const Position position : positions) {
@@ -75,9 +95,10 @@ DifferenceSupports::DifferenceSupports(const LatticeEntries& entries, Numbered n
       empty_itemset_is_closed_(!entries.empty() && entries.front().itemset().empty()),
       numbering_(std::move(numbered.numbering)),
       irregular_(std::move(numbered.irregular)),
-      classes_(entries, std::exchange(numbered.closed_itemsets, {})),
-      class_index_(classes_.closed_itemsets, numbering_.size()),
       key_index_(std::move(numbered.keys), numbered.owners, numbering_.size()),
+      classes_(entries, std::move(numbered.positions_by_support),
+               std::exchange(numbered.closed_itemsets, {})),
+      class_index_(classes_.closed_itemsets, numbering_.size()),
       consistent_(irregular_.empty() && classes_agree()),
       walk_(entries) {}
 

@@ -66,18 +66,23 @@ private:
     struct Numbered {
         explicit Numbered(const LatticeEntries& entries);
 
+        std::vector<Position> positions_by_support;
         ItemNumbering numbering;
         ItemsetTable closed_itemsets;
         std::vector<Position> irregular;
         /// Those of the regular classes.
         ItemsetTable keys;
         std::vector<KeyOwner> owners;
+
+    private:
+        void reserve(const LatticeEntries& entries);
     };
 
     /// The classes by ascending support: the first one around an itemset gives its upper bound.
     struct Classes {
         /// `in_order`: the closed itemsets in the order of the entries.
-        Classes(const LatticeEntries& entries, const ItemsetTable& in_order);
+        Classes(const LatticeEntries& entries, std::vector<Position> by_support,
+                const ItemsetTable& in_order);
 
         std::vector<Position> positions;
         ItemsetTable closed_itemsets;
@@ -100,9 +105,10 @@ private:
     const bool empty_itemset_is_closed_;
     const ItemNumbering numbering_;
     const std::vector<Position> irregular_;  ///< ascending
+    // In this order, since making the key index takes the most memory besides.
+    KeyIndex key_index_;
     const Classes classes_;
     const ItemIndex class_index_;
-    KeyIndex key_index_;
     /// Whether no class holds a key of more support than its own. The classes around an itemset then begin
     /// at its lower bound.
     const bool consistent_;
