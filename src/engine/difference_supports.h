@@ -25,8 +25,8 @@ namespace korv {
 /// Consider the part of the walk before the first class around X of less support than L (all of it, where
 /// there is none), and let U' be the smallest support around X there (infinite, where there is none). So
 /// U' >= L. Let low and high be the starting bounds, narrowed by L and U'. Assume that low <= high, that high
-/// is not 0, that a class of support L with a key within X comes in that part, and that the class behind the
-/// part is not that of X.
+/// is not 0, that a class of support L with a key within X comes in that part (or L is 0), and that the class
+/// behind the part is not that of X.
 ///
 /// - Within the part the lower bound is at most low and the upper bound at least high, and both are reached.
 ///   So the bounds meet there exactly if low = high, and the answer is that value. It is the same where the
