@@ -29,7 +29,8 @@ inline Transactions random_transactions(std::size_t items, std::size_t most, std
 /// Items are numbered 10, 11 and so on.
 inline Database database_of(const Transactions& transactions) {
     Database database;
-    database.transactions = static_cast<Count>(transactions.size());
+    database.lines = static_cast<Count>(transactions.size());
+    database.transactions = database.lines;
     for (Item item = 0; item < 32; ++item) {
         std::vector<Transaction> holding;
         for (Transaction transaction = 0; transaction < transactions.size(); ++transaction) {

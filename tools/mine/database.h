@@ -7,7 +7,8 @@
 
 namespace korv::tools {
 
-/// The number of a transaction, from 0.
+/// The number of a line of the input, from 0: of a transaction, or of several equal ones (see
+/// Database::weights).
 using Transaction = Count;
 
 /// A transaction database, item by item.
@@ -17,8 +18,11 @@ struct Database {
         std::vector<Transaction> transactions;  ///< those that hold it: ascending, each once, at least one
     };
 
-    std::vector<ItemColumn> items;   ///< by item, ascending
-    Count transactions = 0;          ///< all of them, including empty ones
+    std::vector<ItemColumn> items;  ///< by item, ascending
+    Count lines = 0;                ///< all of them, including empty ones
+    /// For how many transactions each line stands; empty when each stands for one.
+    std::vector<Count> weights;
+    Count transactions = 0;          ///< N: the sum of the weights; at most 2^31 - 1
     std::vector<std::string> names;  ///< of `items`, in their order; empty when items have no names
 };
 

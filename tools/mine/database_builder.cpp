@@ -10,7 +10,7 @@ void DatabaseBuilder::add(Item item) {
     if (is_new) {
         database_.items.push_back({item, {}});
     }
-    const Transaction current = database_.transactions - 1;
+    const Transaction current = database_.lines - 1;
     std::vector<Transaction>& transactions = database_.items[position->second].transactions;
     if (transactions.empty() || transactions.back() != current) {
         transactions.push_back(current);

@@ -15,7 +15,10 @@ public:
     void add(Item item);
 
     /// Begins a transaction. It stays empty unless items are added.
-    void begin_transaction() { ++database_.transactions; }
+    void begin_transaction() {
+        ++database_.lines;
+        ++database_.transactions;
+    }
 
     /// The database of all transactions. Call this once, last.
     Database finish();

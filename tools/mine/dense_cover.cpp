@@ -7,7 +7,7 @@ namespace korv::tools {
 
 DenseCover::DenseCover(const Database& database, Count min_support)
     : min_support_(min_support),
-      words_(words_for(database.transactions)),
+      words_(words_for(database.lines)),
       rows_(database.items.size() * words_) {
     for (std::size_t item = 0; item < database.items.size(); ++item) {
         for (const Transaction transaction : database.items[item].transactions) {

@@ -142,7 +142,7 @@ bool is_dense(const Database& database, Representation representation) {
                                              [](std::uint64_t sum, const Database::ItemColumn& column) {
                                                  return sum + column.transactions.size();
                                              });
-    return occurrences * one_in >= std::uint64_t{database.transactions} * database.items.size();
+    return occurrences * one_in >= std::uint64_t{database.lines} * database.items.size();
 }
 
 auto by_size(const Itemset& itemset) {

@@ -9,12 +9,12 @@ namespace korv::tools {
 SparseCover::SparseCover(const Database& database, Count min_support)
     : database_(database),
       min_support_(min_support),
-      held_(database.transactions),
+      held_(database.lines),
       own_(database.items.size()),
       lost_(database.items.size()),
       together_(database.items.size()),
       is_seen_(database.items.size()),
-      items_of_(database.transactions),
+      items_of_(database.lines),
       all_(2) {
     std::size_t occurrences = 0;
     for (std::size_t item = 0; item < database.items.size(); ++item) {
@@ -24,8 +24,8 @@ SparseCover::SparseCover(const Database& database, Count min_support)
             items_of_[transaction].push_back(item);
         }
     }
-    items_of_a_transaction_ = occurrences / database.transactions + 1;
-    all_.front().resize(database.transactions);
+    items_of_a_transaction_ = occurrences / database.lines + 1;
+    all_.front().resize(database.lines);
     std::iota(all_.front().begin(), all_.front().end(), Transaction{0});
 }
 
