@@ -24,13 +24,17 @@ namespace {
 using namespace korv;
 using namespace korv::tools;
 
-std::vector<MinedClass> mine_with_progress(const Database& database, const MiningOptions& options,
-                                           bool quiet) {
+MinedClasses mine_with_progress(const Database& database, const MiningOptions& options, bool quiet) {
     if (quiet || ::isatty(STDERR_FILENO) == 0) {
-        return mine(database, options);
+        return mine(database, options).classes;
     }
     ProgressDisplay display(std::cerr);
-    return mine(database, options, [&display](const MiningProgress& progress) { display.show(progress); });
+    return mine(database, options,
+                [&display](const MiningProgress& progress) {
+                    display.show(progress);
+                    return true;
+                })
+        .classes;
 }
 
 Database read_database(const Arguments& arguments) {
@@ -47,8 +51,8 @@ Database read_database(const Arguments& arguments) {
 }
 
 /// Throws Error when there are no classes, since korv stops at an empty class file.
-void require_classes(const std::vector<MinedClass>& classes, const Database& database, Count min_support) {
-    if (!classes.empty()) {
+void require_classes(const MinedClasses& classes, const Database& database, Count min_support) {
+    if (classes.size() > 0) {
         return;
     }
     std::size_t most = 0;
@@ -73,13 +77,13 @@ void require_different_files(const Arguments& arguments) {
     require_different(arguments.names, arguments.output);
 }
 
-void write_classes(const std::vector<MinedClass>& classes, AtomicOutput& output) {
+void write_classes(const MinedClasses& classes, AtomicOutput& output) {
     std::string record;
-    for (const MinedClass& each : classes) {
+    classes.for_each([&](const MinedClass& each) {
         record.clear();
         append_class_record(each.closure, each.support, each.essentials, record);
         output.write(record);
-    }
+    });
     output.finish();
 }
 
@@ -98,7 +102,7 @@ void run(Arguments arguments) {
         names->write(names_file(database.names));
     }
 
-    const std::vector<MinedClass> classes = mine_with_progress(database, arguments.mining, arguments.quiet);
+    const MinedClasses classes = mine_with_progress(database, arguments.mining, arguments.quiet);
     require_classes(classes, database, min_support);
     write_classes(classes, output);
     if (names) {

@@ -1,174 +1,276 @@
 #include "mine/miner.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstdint>
 #include <numeric>
-#include <tuple>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
-#include "base/itemset_hash.h"
 #include "mine/cover.h"
+#include "mine/dense_cover.h"
+#include "mine/essential_tree.h"
+#include "mine/sparse_cover.h"
 
 namespace korv::tools {
 
 namespace {
 
-struct SupportAndEssentials {
-    Count support = 0;
-    std::vector<Itemset> essentials;
-};
-using ClassesByClosure = std::unordered_map<Itemset, SupportAndEssentials, ItemsetHash>;
+using Node = EssentialTree::Node;
 
-bool is_frequent(const Database::ItemColumn& column, const MiningOptions& options) {
-    return column.transactions.size() >= options.min_support;
-}
+/// Itemsets of at most so many items keep the nodes of all their parts.
+constexpr std::size_t most_items_with_parts = 6;
 
-/// The depth-first walk over the frequent essential itemsets.
+/// The depth-first walk over the essential itemsets.
 template <typename Cover>
 class Walk {
 public:
-    Walk(const Database& database, const MiningOptions& options, const ReportProgress& report)
-        : database_(database), options_(options), report_(report), cover_(database, options.min_support) {}
+    Walk(const RankedItems& items, const MiningOptions& options, const GoOn& go_on)
+        : items_(items),
+          options_(options),
+          min_joint_(options.min_joint.value_or(options.min_support)),
+          go_on_(go_on),
+          cover_(items),
+          tree_(std::span(items.supports).first(items.frequent)),
+          classes_(items.items),
+          levels_(1) {
+        levels_.front().parts = {EssentialTree::none};
+    }
 
-    ClassesByClosure run() {
-        Positions roots;
-        for (std::size_t item = 0; item < database_.items.size(); ++item) {
-            const bool frequent = is_frequent(database_.items[item], options_);
-            if (frequent) {
-                roots.push_back(item);
-            }
-            is_outside_.push_back(frequent || options_.closure_over_all ? 1 : 0);
+    MiningResult run() {
+        if (options_.max_size > 1) {
+            add_pairs();
         }
-        // Rare items come first, so that the frequent ones, which can be extended least, have the most
-        // candidates.
-        std::ranges::stable_sort(
-            roots, {}, [this](std::size_t item) { return database_.items[item].transactions.size(); });
-        roots_ = roots.size();
-        grow({roots, {}});
-        return std::move(classes_);
+        for (Rank root = 0; root < items_.frequent && !is_stopped_; ++root) {
+            visit(root);
+            ++roots_done_;
+            ask();
+        }
+        classes_.finish(std::move(tree_));
+        return {std::move(classes_), !is_stopped_};
     }
 
 private:
-    /// What is known of the itemset whose extensions are looked for.
-    struct Node {
-        const Positions& candidates;  ///< no other item can extend it
-        const Positions& closure;     ///< ascending
+    /// What is known of a prefix of the itemset, by its size.
+    struct Level {
+        Itemset closure;
+        /// The nodes of all parts of the prefix: where bit i of the position is 1, the part has the i-th item
+        /// of the path. Only in prefixes of at most `most_items_with_parts` items.
+        std::vector<Node> parts;
+        /// The nodes of the parts with one item less: without the first item of the path, and so on.
+        std::vector<Node> largest_parts;
+        std::vector<Candidate> candidates;
     };
 
-    /// Records and extends all extensions of an itemset. An extension by one candidate is itself extended
-    /// only by the candidates before that one, so that each itemset is met once. Of these, only those that
-    /// extended the itemset are tried: what is not essential and frequent has no such extension.
-    void grow(const Node& node) {
-        Positions usable;
-        const Positions promising = cover_.promising(node.candidates);
-        for (std::size_t tried = 0; tried < promising.size(); ++tried) {
-            const std::size_t item = promising[tried];
-            if (cover_.extend(item)) {
-                itemset_.push_back(item);
-                visit(node, usable);
-                itemset_.pop_back();
-                cover_.retract();
-                usable.push_back(item);
+    /// Adds the itemsets of two items.
+    void add_pairs() {
+        std::vector<Candidate> candidates;
+        for (Rank root = 0; root < items_.frequent && !is_stopped_; ++root) {
+            cover_.pairs_of(root, min_joint_, candidates);
+            for (Candidate& candidate : candidates) {
+                candidate.largest_part = candidate.sum_of_parts = items_.supports[candidate.rank];
+                add_if_essential(root, candidate,
+                                 items_.supports[root] + items_.supports[candidate.rank] - candidate.joint);
             }
-            if (itemset_.empty()) {
-                ++roots_done_;
-                report(0.0);
-            } else if (itemset_.size() == 1) {
-                report(static_cast<double>(tried + 1) / static_cast<double>(promising.size()));
+            ask();
+        }
+    }
+
+    /// Records the itemset of a node, and those of all nodes below it.
+    void visit(Node node) {
+        if (levels_.size() == size_ + 1) {
+            levels_.emplace_back();
+        }
+        ++size_;
+        const Rank rank = tree_.rank(node);
+        find_candidates(node);
+        const bool may_be_extended =
+            size_ < options_.max_size && (size_ == 1 || !levels_[size_].candidates.empty());
+        const bool is_entered = size_ == 1 || may_be_extended;
+        close(is_entered ? cover_.enter(rank) : cover_.gain(rank));
+        classes_.add(node, tree_, levels_[size_].closure);
+        ask_now_and_then();
+        if (may_be_extended) {
+            extend(node);
+        }
+        if (is_entered) {
+            cover_.leave();
+        }
+        --size_;
+    }
+
+    /// Makes the closure of the itemset from that of its prefix and what it gained.
+    void close(const std::vector<Rank>& gained) {
+        const Itemset& before = levels_[size_ - 1].closure;
+        Itemset& closure = levels_[size_].closure;
+        closure = before;
+        for (const Rank rank : gained) {
+            closure.insert(closure.end(), items_.items[rank].begin(), items_.items[rank].end());
+        }
+        const auto middle = closure.begin() + static_cast<std::ptrdiff_t>(before.size());
+        std::sort(middle, closure.end());
+        std::inplace_merge(closure.begin(), middle, closure.end());
+    }
+
+    /// Adds the children of a node, unless they are there already, and visits them.
+    void extend(Node node) {
+        find_parts(node);
+        if (size_ > 1) {
+            std::vector<Candidate>& candidates = levels_[size_].candidates;
+            cover_.keep_frequent(min_joint_, candidates);
+            for (const Candidate& candidate : candidates) {
+                add_if_essential(node, candidate, support_with(node, candidate));
             }
         }
-    }
-
-    /// Records the itemset, which extends that of `parent`, and goes on to its extensions.
-    void visit(const Node& parent, const Positions& candidates) {
-        const Positions covered = cover_.newly_covered(is_outside_);
-        Positions closure;
-        std::ranges::merge(parent.closure, covered, std::back_inserter(closure));
-        record(closure);
-        if (itemset_.size() < options_.max_size && !candidates.empty()) {
-            set_outside(covered, 0);
-            grow({candidates, closure});
-            set_outside(covered, 1);
+        const Node first = tree_.first_child(node);
+        const Node end = tree_.children_end(node);
+        children_.clear();
+        for (Node child = first; child < end; ++child) {
+            children_.push_back(tree_.rank(child));
+        }
+        cover_.announce(children_);
+        for (Node child = first; child < end && !is_stopped_; ++child) {
+            visit(child);
         }
     }
 
-    void set_outside(const Positions& items, char is_outside) {
-        for (const std::size_t item : items) {
-            is_outside_[item] = is_outside;
+    /// Sets the candidates for a node, as far as the tree tells: those below it in rank with which all
+    /// largest parts are essential.
+    void find_candidates(Node node) {
+        Level& level = levels_[size_];
+        if (size_ == 1) {
+            level.largest_parts = {EssentialTree::none};
+            return;
+        }
+        const Level& above = levels_[size_ - 1];
+        const Node parent = tree_.parent(node);
+        level.candidates.clear();
+        for (Node sibling = tree_.first_child(parent); sibling < node; ++sibling) {
+            const Count support = tree_.support(sibling);
+            level.candidates.push_back({tree_.rank(sibling), 0, support, support});
+        }
+        level.largest_parts.clear();
+        for (const Node part : above.largest_parts) {
+            if (level.candidates.empty()) {
+                return;
+            }
+            level.largest_parts.push_back(tree_.child(part, tree_.rank(node)));
+            keep_children_of(level.largest_parts.back(), level.candidates);
+        }
+        level.largest_parts.push_back(parent);
+    }
+
+    /// Keeps the candidates that are children of a node.
+    void keep_children_of(Node node, std::vector<Candidate>& candidates) const {
+        Node child = tree_.first_child(node);
+        const Node end = tree_.children_end(node);
+        std::size_t kept = 0;
+        for (Candidate candidate : candidates) {
+            child = tree_.lower_child(node, child, candidate.rank);
+            if (child != end && tree_.rank(child) == candidate.rank) {
+                candidate.largest_part = std::max(candidate.largest_part, tree_.support(child));
+                candidate.sum_of_parts += tree_.support(child);
+                candidates[kept++] = candidate;
+            }
+        }
+        candidates.resize(kept);
+    }
+
+    /// Sets the parts of a node, from those of its parent.
+    void find_parts(Node node) {
+        std::vector<Node>& parts = levels_[size_].parts;
+        parts.clear();
+        if (size_ > most_items_with_parts) {
+            return;
+        }
+        const std::vector<Node>& without = levels_[size_ - 1].parts;
+        parts = without;
+        for (const Node part : without) {
+            parts.push_back(tree_.child(part, tree_.rank(node)));
         }
     }
 
-    void record(const Positions& closure) {
-        SupportAndEssentials& found = classes_[items_of(closure)];
-        found.support = cover_.support();
-        Itemset essential = items_of(itemset_);
-        std::ranges::sort(essential);
-        found.essentials.push_back(std::move(essential));
-    }
-
-    void report(double current) const {
-        if (report_) {
-            report_({roots_done_, roots_, classes_.size(), current});
+    void add_if_essential(Node node, const Candidate& candidate, Count support) {
+        const Count without_one = std::max(tree_.support(node), candidate.largest_part);
+        if (support - without_one >= options_.min_own) {
+            tree_.add(node, candidate.rank, candidate.joint, support);
         }
     }
 
-    Itemset items_of(const Positions& positions) const {
-        Itemset itemset(positions.size());
-        std::ranges::transform(positions, itemset.begin(),
-                               [this](std::size_t position) { return database_.items[position].item; });
-        return itemset;
+    /// The support of the itemset of a node, which has two or more items, together with a candidate.
+    Count support_with(Node node, const Candidate& candidate) {
+        constexpr std::size_t nanoseconds_of_a_look = 10;
+        const bool has_parts = size_ <= most_items_with_parts;
+        const std::size_t looks = has_parts ? (std::size_t{1} << size_) - size_ - 2 : 0;
+        if (has_parts && looks * nanoseconds_of_a_look <= cover_.own_steps(candidate.rank)) {
+            return support_by_parts(node, candidate);
+        }
+        return tree_.support(node) + cover_.own(candidate.rank);
     }
 
-    const Database& database_;
+    /// The same by inclusion and exclusion: the joint support of an itemset is the sum of the supports of its
+    /// parts with an odd number of items, without those of the others. All sums wrap.
+    Count support_by_parts(Node node, const Candidate& candidate) const {
+        const bool is_odd = size_ % 2 == 1;
+        Count sum = candidate.joint - tree_.joint(node) - items_.supports[candidate.rank];
+        sum += is_odd ? -candidate.sum_of_parts : candidate.sum_of_parts;
+        const std::vector<Node>& parts = levels_[size_].parts;
+        for (std::size_t part = 1; part + 1 < parts.size(); ++part) {
+            const auto items = static_cast<std::size_t>(std::popcount(part));
+            if (items + 1 < size_) {
+                const Count support = tree_.support(tree_.child(parts[part], candidate.rank));
+                sum += items % 2 == 1 ? support : -support;
+            }
+        }
+        return is_odd ? -sum : sum;
+    }
+
+    void ask_now_and_then() {
+        constexpr std::size_t pause = 1024;
+        if (++visited_ % pause == 0) {
+            ask();
+        }
+    }
+
+    void ask() {
+        if (go_on_ && !go_on_({roots_done_, items_.frequent, classes_.essentials(), classes_.size(),
+                               classes_.file_bytes()})) {
+            is_stopped_ = true;
+        }
+    }
+
+    const RankedItems& items_;
     const MiningOptions& options_;
-    const ReportProgress& report_;
+    Count min_joint_;
+    const GoOn& go_on_;
     Cover cover_;
-    Positions itemset_;
-    std::vector<char>
-        is_outside_;  ///< by item: whether closures can have it, but that of the itemset does not
-    ClassesByClosure classes_;
-    std::size_t roots_ = 0;
+    EssentialTree tree_;
+    MinedClasses classes_;
+    std::vector<Level> levels_;   ///< with room for at least one more
+    std::vector<Rank> children_;  ///< set and used in one call
+    std::size_t size_ = 0;        ///< of the itemset
     std::size_t roots_done_ = 0;
+    std::size_t visited_ = 0;
+    bool is_stopped_ = false;
 };
 
 /// Whether to represent sets of transactions as bit vectors.
-bool is_dense(const Database& database, Representation representation) {
+bool is_dense(const RankedItems& items, Representation representation) {
     if (representation != Representation::by_density) {
         return representation == Representation::dense;
     }
-    constexpr std::uint64_t one_in = 30;
-    const auto occurrences = std::accumulate(database.items.begin(), database.items.end(), std::uint64_t{0},
-                                             [](std::uint64_t sum, const Database::ItemColumn& column) {
-                                                 return sum + column.transactions.size();
-                                             });
-    return occurrences * one_in >= std::uint64_t{database.lines} * database.items.size();
-}
-
-auto by_size(const Itemset& itemset) {
-    return std::pair<std::size_t, const Itemset&>(itemset.size(), itemset);
-}
-
-std::vector<MinedClass> sorted(ClassesByClosure found) {
-    std::vector<MinedClass> classes;
-    classes.reserve(found.size());
-    while (!found.empty()) {
-        auto node = found.extract(found.begin());
-        std::ranges::sort(node.mapped().essentials, {}, by_size);
-        classes.push_back(
-            {std::move(node.key()), node.mapped().support, std::move(node.mapped().essentials)});
-    }
-    std::ranges::sort(classes, {}, [](const MinedClass& each) { return by_size(each.closure); });
-    return classes;
+    constexpr std::uint64_t one_in = 50;
+    const auto occurrences = std::accumulate(
+        items.transactions.begin(), items.transactions.end(), std::uint64_t{0},
+        [](std::uint64_t sum, std::span<const Transaction> lines) { return sum + lines.size(); });
+    return occurrences * one_in >= std::uint64_t{items.lines} * items.size();
 }
 
 }  // namespace
 
-std::vector<MinedClass> mine(const Database& database, const MiningOptions& options,
-                             const ReportProgress& report) {
-    return sorted(is_dense(database, options.representation)
-                      ? Walk<DenseCover>(database, options, report).run()
-                      : Walk<SparseCover>(database, options, report).run());
+MiningResult mine(const Database& database, const MiningOptions& options, const GoOn& go_on) {
+    const RankedItems items = ranked_items(database, options.min_support, options.closure_over_all);
+    return is_dense(items, options.representation) ? Walk<DenseCover>(items, options, go_on).run()
+                                                   : Walk<SparseCover>(items, options, go_on).run();
 }
 
 }  // namespace korv::tools

@@ -18,15 +18,8 @@ std::string whole_seconds(double seconds) {
 }  // namespace
 
 std::string progress_line(const MiningProgress& progress, double seconds) {
-    std::string line = std::to_string(progress.roots_done) + " of " + std::to_string(progress.roots) +
-                       " root items, " + std::to_string(progress.classes) + " classes, " +
-                       whole_seconds(seconds);
-    if (progress.roots_done > 0) {
-        const double part = std::min(1.0, (static_cast<double>(progress.roots_done) + progress.current) /
-                                              static_cast<double>(progress.roots));
-        line += ", about " + whole_seconds(seconds / std::pow(part, 4) - seconds) + " left";
-    }
-    return line;
+    return std::to_string(progress.roots_done) + " of " + std::to_string(progress.roots) + " root items, " +
+           std::to_string(progress.classes) + " classes, " + whole_seconds(seconds);
 }
 
 ProgressDisplay::ProgressDisplay(std::ostream& terminal) : terminal_(terminal) {}

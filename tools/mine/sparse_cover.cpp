@@ -1,160 +1,275 @@
+#include "mine/sparse_cover.h"
+
 #include <algorithm>
 #include <iterator>
-#include <numeric>
-
-#include "mine/cover.h"
+#include <limits>
+#include <utility>
 
 namespace korv::tools {
 
-SparseCover::SparseCover(const Database& database, Count min_support)
-    : database_(database),
-      min_support_(min_support),
-      held_(database.lines),
-      own_(database.items.size()),
-      lost_(database.items.size()),
-      together_(database.items.size()),
-      is_seen_(database.items.size()),
-      items_of_(database.lines),
-      all_(2) {
-    std::size_t occurrences = 0;
-    for (std::size_t item = 0; item < database.items.size(); ++item) {
-        first_.push_back(transactions(item).front());
-        occurrences += transactions(item).size();
-        for (const Transaction transaction : transactions(item)) {
-            items_of_[transaction].push_back(item);
+namespace {
+
+constexpr std::uint32_t no_row = std::numeric_limits<std::uint32_t>::max();
+
+}  // namespace
+
+SparseCover::SparseCover(const RankedItems& items)
+    : items_(items),
+      index_(items),
+      partners_(items),
+      is_in_itemset_(items.size()),
+      row_of_(items.size(), no_row),
+      closure_ends_(1),
+      is_in_closure_(items.size()),
+      covered_(words_for(items.lines)),
+      together_(items.frequent),
+      met_(items.size()),
+      looked_at_(items.size()) {
+    for (Rank rare = items.frequent; rare < items.size(); ++rare) {
+        count_below(items.frequent, lines(rare));
+        for (const Rank frequent : touched_) {
+            partners_.add(frequent, rare, together_[frequent]);
         }
+        forget_counts();
     }
-    items_of_a_transaction_ = occurrences / database.lines + 1;
-    all_.front().resize(database.lines);
-    std::iota(all_.front().begin(), all_.front().end(), Transaction{0});
 }
 
-bool SparseCover::extend(std::size_t item) {
-    if (!is_frequent_and_essential_with(item)) {
-        return false;
-    }
-    for (const Transaction transaction : transactions(item)) {
-        Held& held = held_[transaction];
-        if (held.items == 0) {
-            ++own_[item];
-        } else if (held.items == 1) {
-            --own_[held.exclusive];
+void SparseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) {
+    candidates.clear();
+    count_below(rank, lines(rank));
+    for (const Rank below : touched_) {
+        partners_.add(rank, below, together_[below]);
+        if (least > 0 && together_[below] >= least) {
+            candidates.push_back({below, together_[below]});
         }
-        ++held.items;
-        held.exclusive ^= static_cast<std::uint32_t>(item);
     }
-    support_ += own_[item];
-    itemset_.push_back(item);
-    all_.resize(std::max(all_.size(), itemset_.size() + 2));
-    return true;
+    for (Rank below = 0; least == 0 && below < rank; ++below) {
+        candidates.push_back({below, together_[below]});
+    }
+    std::ranges::sort(candidates, {}, &Candidate::rank);
+    forget_counts();
 }
 
-void SparseCover::retract() {
-    const std::size_t item = itemset_.back();
+/// Sets `together_` for the items below `rank`, and `touched_`.
+void SparseCover::count_below(Rank rank, std::span<const Transaction> together) {
+    touched_.clear();
+    index_.for_each(together, [&](Transaction line, std::span<const Rank> ranks) {
+        const Count weight = items_.weight(line);
+        for (const Rank below : ranks) {
+            if (below >= rank) {
+                break;
+            }
+            if (together_[below] == 0) {
+                touched_.push_back(below);
+            }
+            together_[below] += weight;
+        }
+    });
+}
+
+void SparseCover::forget_counts() {
+    for (const Rank rank : touched_) {
+        together_[rank] = 0;
+    }
+}
+
+const std::vector<Rank>& SparseCover::enter(Rank rank) {
+    push(rank);
+    find_gain();
+    for (const Rank gained : gained_) {
+        is_in_closure_[gained] = 1;
+        closure_.push_back(gained);
+    }
+    closure_ends_.push_back(closure_.size());
+    all_.resize(std::max(all_.size(), itemset_.size() + 1));
+    all_[itemset_.size()].is_made = false;
+    return gained_;
+}
+
+void SparseCover::leave() {
+    closure_ends_.pop_back();
+    for (; closure_.size() > closure_ends_.back(); closure_.pop_back()) {
+        is_in_closure_[closure_.back()] = 0;
+    }
+    pop();
+}
+
+const std::vector<Rank>& SparseCover::gain(Rank rank) {
+    push(rank);
+    find_gain();
+    pop();
+    return gained_;
+}
+
+void SparseCover::push(Rank rank) {
+    itemset_.push_back(rank);
+    is_in_itemset_[rank] = 1;
+}
+
+void SparseCover::pop() {
+    is_in_itemset_[itemset_.back()] = 0;
+    if (covered_ends_.size() == itemset_.size()) {
+        covered_ends_.pop_back();
+        const std::size_t left = covered_ends_.empty() ? 0 : covered_ends_.back();
+        for (; covered_lines_.size() > left; covered_lines_.pop_back()) {
+            covered_[word_of(covered_lines_.back())] &= ~bit_of(covered_lines_.back());
+        }
+    }
     itemset_.pop_back();
-    support_ -= own_[item];
-    own_[item] = 0;
-    for (const Transaction transaction : transactions(item)) {
-        Held& held = held_[transaction];
-        --held.items;
-        held.exclusive ^= static_cast<std::uint32_t>(item);
-        if (held.items == 1) {
-            ++own_[held.exclusive];
-        }
+}
+
+/// Sets `gained_` for the item that was added last.
+void SparseCover::find_gain() {
+    gained_.clear();
+    ++search_;
+    if (itemset_.size() <= Partners::least_share && partners_.is_complete()) {
+        gained_.push_back(itemset_.back());
+        find_gain_among_partners();
+    } else {
+        find_gain_in_new_lines();
     }
 }
 
-bool SparseCover::covers(std::size_t item) const {
-    // The first transaction nearly always decides. It is stored apart, so that no list has to be read.
-    return held_[first_[item]].items > 0 &&
-           std::ranges::all_of(transactions(item),
-                               [this](Transaction transaction) { return held_[transaction].items > 0; });
-}
-
-Positions SparseCover::newly_covered(const std::vector<char>& wanted) {
-    const std::size_t newly_held = own_[itemset_.back()] * items_of_a_transaction_;
-    Positions covered;
-    const auto add_if_covered = [&](std::size_t item) {
-        if (covers(item)) {
-            covered.push_back(item);
-        }
-    };
-    if (newly_held < wanted.size()) {
-        std::ranges::for_each(wanted_in_newly_covered(wanted), add_if_covered);
-        std::ranges::sort(covered);
-        return covered;
-    }
-    for (std::size_t item = 0; item < wanted.size(); ++item) {
-        if (wanted[item] != 0) {
-            add_if_covered(item);
+void SparseCover::find_gain_among_partners() {
+    for (const Rank rank : itemset_) {
+        for (const Partners::Partner& partner : partners_.of(rank)) {
+            Met& met = met_[partner.rank];
+            if (met.items == 0) {
+                met_ranks_.push_back(partner.rank);
+            }
+            met.together += partner.together;
+            ++met.items;
         }
     }
-    return covered;
-}
-
-/// The wanted items of transactions that hold no item of the itemset but the one that was added last; no
-/// other item can be newly covered. Each is there once, in any order.
-Positions SparseCover::wanted_in_newly_covered(const std::vector<char>& wanted) {
-    Positions seen;
-    for (const Transaction transaction : transactions(itemset_.back())) {
-        if (held_[transaction].items > 1) {
+    for (const Rank other : met_ranks_) {
+        const Met met = std::exchange(met_[other], {});
+        if (is_in_closure_[other] != 0 || is_in_itemset_[other] != 0) {
             continue;
         }
-        for (const std::size_t item : items_of_[transaction]) {
-            if (wanted[item] != 0 && is_seen_[item] == 0) {
-                is_seen_[item] = 1;
-                seen.push_back(item);
+        const Count support = items_.supports[other];
+        // Each item of which it is no partner is in less than an eighth of its transactions.
+        const std::uint64_t most =
+            met.together * Partners::least_share + std::uint64_t{support} * (itemset_.size() - met.items);
+        if (most >= std::uint64_t{support} * Partners::least_share && covers(other)) {
+            gained_.push_back(other);
+        }
+    }
+    met_ranks_.clear();
+}
+
+/// Whether each line of an item holds an item of the itemset.
+bool SparseCover::covers(Rank rank) const {
+    return std::ranges::all_of(lines(rank), [this](Transaction line) {
+        return std::ranges::any_of(index_[line], [this](Rank held) { return is_in_itemset_[held] != 0; });
+    });
+}
+
+/// An item is only gained if it is in a line that no other item of the itemset is in.
+void SparseCover::find_gain_in_new_lines() {
+    cover_lines();
+    const std::size_t size = itemset_.size();
+    const std::size_t first_new = size == 1 ? 0 : covered_ends_[size - 2];
+    for (std::size_t i = first_new; i < covered_lines_.size(); ++i) {
+        for (const Rank other : index_[covered_lines_[i]]) {
+            if (is_in_closure_[other] != 0 || looked_at_[other] == search_) {
+                continue;
+            }
+            looked_at_[other] = search_;
+            if (std::ranges::all_of(lines(other), [this](Transaction line) { return is_marked(line); })) {
+                gained_.push_back(other);
             }
         }
     }
-    for (const std::size_t item : seen) {
-        is_seen_[item] = 0;
-    }
-    return seen;
 }
 
-Positions SparseCover::promising(const Positions& candidates) {
-    if (candidates.empty()) {
-        return {};
-    }
-    const std::vector<Transaction>& all = all_[itemset_.size()];
-    for (const Transaction transaction : all) {
-        for (const std::size_t item : items_of_[transaction]) {
-            ++together_[item];
+/// Marks the lines of all items of the itemset.
+void SparseCover::cover_lines() {
+    while (covered_ends_.size() < itemset_.size()) {
+        for (const Transaction line : lines(itemset_[covered_ends_.size()])) {
+            if (!is_marked(line)) {
+                covered_[word_of(line)] |= bit_of(line);
+                covered_lines_.push_back(line);
+            }
         }
+        covered_ends_.push_back(covered_lines_.size());
     }
-    Positions frequent;
-    std::ranges::copy_if(candidates, std::back_inserter(frequent),
-                         [this](std::size_t item) { return together_[item] >= min_support_; });
-    for (const Transaction transaction : all) {
-        for (const std::size_t item : items_of_[transaction]) {
-            together_[item] = 0;
-        }
-    }
-    return frequent;
 }
 
-/// On the way, stores which transactions hold all of the next prefix.
-bool SparseCover::is_frequent_and_essential_with(std::size_t item) {
-    std::vector<Transaction>& all = all_[itemset_.size() + 1];
-    all.clear();
-    bool has_own = false;
-    for (const Transaction transaction : transactions(item)) {
-        const Held& held = held_[transaction];
-        has_own = has_own || held.items == 0;
-        if (held.items == itemset_.size()) {
-            all.push_back(transaction);
-        }
-        if (held.items == 1) {
-            ++lost_[held.exclusive];
+Count SparseCover::own(Rank rank) {
+    cover_lines();
+    Count sum = 0;
+    for (const Transaction line : lines(rank)) {
+        sum += is_marked(line) ? 0 : items_.weight(line);
+    }
+    return sum;
+}
+
+void SparseCover::announce(const std::vector<Rank>& children) {
+    if (itemset_.size() > 1) {
+        return;  // these are children of the first item, too
+    }
+    for (const Rank child : children_) {
+        row_of_[child] = no_row;
+    }
+    children_ = children;
+    has_rows_ = false;
+}
+
+void SparseCover::keep_frequent(Count least, std::vector<Candidate>& candidates) {
+    if (!has_rows_) {
+        make_rows();
+    }
+    const BitWord* const together = all(itemset_.size());
+    std::size_t kept = 0;
+    for (Candidate candidate : candidates) {
+        candidate.joint = rows_.both(rows_[row_of_[candidate.rank]], together);
+        if (candidate.joint >= least) {
+            candidates[kept++] = candidate;
         }
     }
-    bool all_keep_one = true;
-    for (const std::size_t other : itemset_) {
-        all_keep_one = all_keep_one && lost_[other] < own_[other];
-        lost_[other] = 0;
+    candidates.resize(kept);
+}
+
+void SparseCover::make_rows() {
+    const std::span<const Transaction> of_first = lines(itemset_.front());
+    rows_.reset(children_.size(), of_first.size());
+    for (std::size_t row = 0; row < children_.size(); ++row) {
+        row_of_[children_[row]] = static_cast<std::uint32_t>(row);
     }
-    return all.size() >= min_support_ && has_own && all_keep_one;
+    std::size_t number = 0;
+    index_.for_each(of_first, [&](Transaction, std::span<const Rank> ranks) {
+        for (const Rank rank : ranks) {
+            if (row_of_[rank] != no_row) {
+                rows_.insert(row_of_[rank], number);
+            }
+        }
+        ++number;
+    });
+    if (!items_.weights.empty()) {
+        std::vector<Count> weights;
+        std::ranges::transform(of_first, std::back_inserter(weights),
+                               [this](Transaction line) { return items_.weight(line); });
+        rows_.set_weights(weights);
+    }
+    has_rows_ = true;
+}
+
+/// The lines that hold all items of the prefix of this size, which is at least 2, among those of the first.
+const BitWord* SparseCover::all(std::size_t size) {
+    const BitWord* const of_last = rows_[row_of_[itemset_[size - 1]]];
+    if (size == 2) {
+        return of_last;
+    }
+    Together& together = all_[size];
+    if (!together.is_made) {
+        const BitWord* const shorter = all(size - 1);
+        together.bits.resize(rows_.words());
+        for (std::size_t i = 0; i < rows_.words(); ++i) {
+            together.bits[i] = shorter[i] & of_last[i];
+        }
+        together.is_made = true;
+    }
+    return together.bits.data();
 }
 
 }  // namespace korv::tools

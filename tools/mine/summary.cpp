@@ -52,14 +52,8 @@ std::string next_command(const std::string& output, Count min_support, Count tra
 
 }  // namespace
 
-std::string summary(const Database& database, Count min_support, const std::vector<MinedClass>& classes,
+std::string summary(const Database& database, Count min_support, const MinedClasses& classes,
                     const std::string& output, double seconds) {
-    std::size_t essentials = 0;
-    std::size_t largest = 0;
-    for (const MinedClass& each : classes) {
-        essentials += each.essentials.size();
-        largest = std::max(largest, each.closure.size());
-    }
     const auto frequent = std::ranges::count_if(database.items, [min_support](const auto& column) {
         return column.transactions.size() >= min_support;
     });
@@ -71,9 +65,9 @@ std::string summary(const Database& database, Count min_support, const std::vect
     add("transactions", std::to_string(database.transactions));
     add("items", std::to_string(database.items.size()));
     add("frequent items", std::to_string(frequent));
-    add("essential itemsets", std::to_string(essentials));
+    add("essential itemsets", std::to_string(classes.essentials()));
     add("classes", std::to_string(classes.size()));
-    add("largest closure", std::to_string(largest) + " items");
+    add("largest closure", std::to_string(classes.largest_closure()) + " items");
     add("time", with_two_decimals(seconds) + " s");
     add("peak memory", std::to_string(peak_memory()) + " MiB");
     text += "To derive rules: " + next_command(output, min_support, database.transactions) + '\n';

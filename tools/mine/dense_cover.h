@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "base/bit_words.h"
+#include "mine/bit_rows.h"
+#include "mine/cover.h"
+
+namespace korv::tools {
+
+/// A cover (see cover.h) of items that are in many transactions.
+///
+/// Invariant: each item outside the closure has a witness, its first line that holds no item of the itemset.
+/// Only when a new item is in that line is another one looked for, from there on.
+class DenseCover {
+public:
+    explicit DenseCover(const RankedItems& items);
+
+    void pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) const;
+    const std::vector<Rank>& enter(Rank rank);
+    void leave();
+    const std::vector<Rank>& gain(Rank rank);
+    static void announce(const std::vector<Rank>&) {}
+    void keep_frequent(Count least, std::vector<Candidate>& candidates);
+    Count own(Rank rank);
+    std::size_t own_steps(Rank) const { return rows_.words() / 2; }
+
+private:
+    struct Outside {
+        Rank rank;
+        Transaction witness;
+    };
+
+    /// What is known of a prefix of the itemset. Bit vectors are made when they are first asked for.
+    struct Prefix {
+        std::vector<BitWord> any;  ///< the lines that hold at least one of its items
+        std::vector<BitWord> all;  ///< those that hold all of them
+        bool has_any = false;
+        bool has_all = false;
+        std::vector<Outside> outside;  ///< of the closure
+    };
+
+    const std::vector<BitWord>& any(std::size_t size);
+    const std::vector<BitWord>& all(std::size_t size);
+    /// Whether the witness holds the added item.
+    static bool is_hit(const Outside& outside, const BitWord* added) {
+        return (added[word_of(outside.witness)] & bit_of(outside.witness)) != 0;
+    }
+    bool find_witness(Outside& outside, const BitWord* any, const BitWord* added) const;
+
+    BitRows rows_;  ///< by rank
+    std::vector<Rank> itemset_;
+    std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
+    std::vector<Rank> covered_;     ///< what enter returned last
+};
+
+}  // namespace korv::tools

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/itemset.h"
+#include "mine/essential_tree.h"
+
+namespace korv::tools {
+
+/// A class: all essential itemsets of one closure.
+struct MinedClass {
+    Itemset closure;
+    Count support = 0;                ///< disjunctive, in transactions
+    std::vector<Itemset> essentials;  ///< by size, then lexicographically; at least one
+
+    bool operator==(const MinedClass&) const = default;
+};
+
+/// Classes as they are found, in little memory: closures as strings of bytes, one behind the other, and
+/// essential itemsets as nodes of a prefix tree.
+class MinedClasses {
+public:
+    /// Without classes. `items`: those for which each rank of the tree stands.
+    explicit MinedClasses(std::vector<Itemset> items);
+
+    /// Adds an essential itemset to the class of its closure, which is ascending. `size` is its number of
+    /// items, `node` the one that stands for it, with its parents and support in `tree`. O(closure).
+    void add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure);
+
+    /// Puts the classes in the order in which they are visited: by size of the closure, then
+    /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.
+    void finish(EssentialTree tree);
+
+    /// Calls `visit` with each class, in order. Requires finish.
+    void for_each(const std::function<void(const MinedClass&)>& visit) const;
+
+    /// How many classes there are so far.
+    std::size_t size() const { return classes_.size(); }
+    /// How many essential itemsets they have.
+    std::size_t essentials() const { return essentials_; }
+    /// Bytes of their records in a class file.
+    std::size_t file_bytes() const { return file_bytes_; }
+    /// The number of items of the largest closure.
+    std::size_t largest_closure() const { return largest_closure_; }
+
+private:
+    struct Class {
+        std::size_t closure;  ///< where its bytes begin
+        std::uint32_t bytes;
+        std::uint32_t items;  ///< of the closure
+        std::uint32_t hash;
+        EssentialTree::Node last;  ///< the essential itemset that was found last; the others are linked to it
+        Count support;
+    };
+
+    std::string_view bytes_of(const Class& each) const {
+        return std::string_view(closures_).substr(each.closure, each.bytes);
+    }
+    std::uint32_t& slot_of(std::uint32_t hash, std::string_view bytes);
+    void grow_slots();
+    void count_bytes_of_closure(const Itemset& closure, Count support);
+    void count_essentials(EssentialTree::Node node, const EssentialTree& tree);
+    void put_essentials(EssentialTree::Node node, std::size_t& position,
+                        std::vector<Itemset>& essentials) const;
+
+    std::vector<Itemset> items_;       ///< by rank
+    std::vector<std::size_t> digits_;  ///< by rank: of the numbers of all its items
+    std::string closures_;             ///< of all classes
+    std::string encoded_;              ///< the closure that is looked up
+    std::vector<Class> classes_;
+    std::vector<std::uint32_t> slots_;       ///< open addressing: positions in `classes_`
+    std::vector<EssentialTree::Node> next_;  ///< by node: another essential itemset of the same class
+    EssentialTree tree_;
+    std::size_t essentials_ = 0;
+    std::size_t file_bytes_ = 0;
+    std::size_t largest_closure_ = 0;
+};
+
+/// Appends an ascending itemset as bytes. Those of itemsets with the same number of items are in the
+/// lexicographic order of the itemsets. Small differences between consecutive items take one byte.
+void append_encoded(const Itemset& itemset, std::string& bytes);
+
+/// Replaces `itemset` by that from which append_encoded made `bytes`.
+void decode(std::string_view bytes, Itemset& itemset);
+
+}  // namespace korv::tools

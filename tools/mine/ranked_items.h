@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "mine/database.h"
+
+namespace korv::tools {
+
+/// The position of an item in RankedItems.
+using Rank = std::uint32_t;
+
+/// The items of a database as the walk takes them.
+///
+/// Items in the same transactions are one here: no essential itemset holds two of them, each can stand for
+/// the others in any, and a closure holds all of them or none. Those that can be in essential itemsets come
+/// first, rare ones before frequent ones; so the frequent ones, which can be extended least, have the most
+/// candidates.
+struct RankedItems {
+    std::vector<Itemset> items;                              ///< by rank: ascending, at least one
+    std::vector<std::span<const Transaction>> transactions;  ///< by rank: ascending, in the database
+    std::vector<Count> supports;                             ///< by rank: in transactions
+    Rank frequent = 0;                                       ///< so many ranks have frequent items
+    Count lines = 0;                                         ///< of the database
+    std::span<const Count> weights;                          ///< of its lines; empty when each is 1
+
+    Rank size() const { return static_cast<Rank>(items.size()); }
+
+    /// For how many transactions a line stands.
+    Count weight(Transaction line) const { return weights.empty() ? 1 : weights[line]; }
+};
+
+/// The number of transactions that hold an item.
+Count support_of(const Database::ItemColumn& column, const Database& database);
+
+/// Ranks the items in at least `min_support` transactions, and, if `with_rare`, behind them all others.
+/// `database` must outlive the result.
+RankedItems ranked_items(const Database& database, Count min_support, bool with_rare);
+
+}  // namespace korv::tools

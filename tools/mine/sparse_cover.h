@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "base/bit_words.h"
+#include "mine/bit_rows.h"
+#include "mine/cover.h"
+#include "mine/line_index.h"
+#include "mine/partners.h"
+
+namespace korv::tools {
+
+/// A cover (see cover.h) of items that are in few transactions.
+///
+/// Most essential itemsets cover nothing but their own items, and that is seen from the lists of partners
+/// (see partners.h). Lines are only marked as covered for itemsets of more items than the lists are for, and
+/// where somebody asks for own transactions.
+class SparseCover {
+public:
+    /// `items` must outlive the cover.
+    explicit SparseCover(const RankedItems& items);
+
+    void pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates);
+    const std::vector<Rank>& enter(Rank rank);
+    void leave();
+    const std::vector<Rank>& gain(Rank rank);
+    void announce(const std::vector<Rank>& children);
+    void keep_frequent(Count least, std::vector<Candidate>& candidates);
+    Count own(Rank rank);
+    std::size_t own_steps(Rank rank) const { return items_.transactions[rank].size(); }
+
+private:
+    using Lines = std::vector<Transaction>;
+
+    /// The lines that hold all of a prefix of the itemset, among those of its first item.
+    struct Together {
+        std::vector<BitWord> bits;
+        bool is_made = false;
+    };
+
+    /// What partners of the itemset say of an item.
+    struct Met {
+        std::uint64_t together = 0;  ///< the sum of the transactions of the item with each of them
+        std::size_t items = 0;       ///< how many of the itemset it is a partner of
+    };
+
+    std::span<const Transaction> lines(Rank rank) const { return items_.transactions[rank]; }
+    void count_below(Rank rank, std::span<const Transaction> together);
+    void forget_counts();
+    void push(Rank rank);
+    void pop();
+    void find_gain();
+    void find_gain_among_partners();
+    void find_gain_in_new_lines();
+    bool covers(Rank rank) const;
+    void cover_lines();
+    bool is_marked(Transaction line) const { return (covered_[word_of(line)] & bit_of(line)) != 0; }
+    void make_rows();
+    const BitWord* all(std::size_t size);
+
+    const RankedItems& items_;
+    LineIndex index_;
+    Partners partners_;
+    std::vector<Rank> itemset_;
+    std::vector<char> is_in_itemset_;    ///< by rank
+    std::vector<Rank> children_;         ///< of the first item of the itemset, ascending
+    std::vector<std::uint32_t> row_of_;  ///< by rank: that of a child in `rows_`
+    BitRows rows_;  ///< lines of the first item that hold a child, by child; made when needed
+    bool has_rows_ = false;
+    std::vector<Together> all_;  ///< by size of a prefix, from 3 on
+    std::vector<Rank> gained_;   ///< what enter or gain returned last
+
+    std::vector<Rank> closure_;              ///< of the itemset, as it grew
+    std::vector<std::size_t> closure_ends_;  ///< by size of a prefix: how much of `closure_` is its closure
+    std::vector<char> is_in_closure_;        ///< by rank
+
+    std::vector<BitWord> covered_;           ///< lines that hold one of the first items of the itemset
+    Lines covered_lines_;                    ///< the same lines, as they came in
+    std::vector<std::size_t> covered_ends_;  ///< by position of these first items: how many lines came so far
+
+    std::vector<Count> together_;           ///< by rank: set and used in one call, otherwise 0
+    std::vector<Rank> touched_;             ///< ranks whose `together_` is not 0
+    std::vector<Met> met_;                  ///< by rank: set and used in one call, otherwise 0
+    std::vector<Rank> met_ranks_;           ///< those whose `met_` is not 0
+    std::vector<std::uint64_t> looked_at_;  ///< by rank: the last search for gains that looked at it
+    std::uint64_t search_ = 0;              ///< the number of the current one
+};
+
+}  // namespace korv::tools
