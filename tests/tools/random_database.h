@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -26,11 +27,14 @@ inline Transactions random_transactions(std::size_t items, std::size_t most, std
     return transactions;
 }
 
-/// Items are numbered 10, 11 and so on.
-inline Database database_of(const Transactions& transactions) {
+/// Items are numbered 10, 11 and so on. `weights`: for how many transactions each of these stands; empty for
+/// one each.
+inline Database database_of(const Transactions& transactions, const std::vector<Count>& weights = {}) {
     Database database;
     database.lines = static_cast<Count>(transactions.size());
-    database.transactions = database.lines;
+    database.weights = weights;
+    database.transactions =
+        weights.empty() ? database.lines : std::accumulate(weights.begin(), weights.end(), Count{0});
     for (Item item = 0; item < 32; ++item) {
         std::vector<Transaction> holding;
         for (Transaction transaction = 0; transaction < transactions.size(); ++transaction) {

@@ -9,7 +9,7 @@ namespace korv::tools {
 namespace {
 
 const Database database = database_of({0b011, 0b001, 0b110});
-const std::vector<MinedClass> classes = {{{10}, 2, {{10}}}, {{10, 11, 12}, 3, {{10, 11}, {10, 12}}}};
+const MinedClasses classes = mine(database, {.min_support = 1}).classes;
 
 TEST(Summary, CountsAndSaysHowToGoOn) {
     const std::string text = summary(database, 2, classes, "data/groceries.classes", 1.234);
@@ -17,8 +17,8 @@ TEST(Summary, CountsAndSaysHowToGoOn) {
         text.starts_with("transactions        3\n"
                          "items               3\n"
                          "frequent items      2\n"
-                         "essential itemsets  3\n"
-                         "classes             2\n"
+                         "essential itemsets  4\n"
+                         "classes             4\n"
                          "largest closure     3 items\n"
                          "time                1.23 s\n"
                          "peak memory         "))

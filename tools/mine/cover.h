@@ -24,7 +24,8 @@ struct Candidate {
 /// lines of the database; whether an item is covered is a conjunction over them.
 ///
 /// - pairs_of(rank, least, candidates): replaces `candidates` by the items below `rank`, ascending, that are
-///   together with it in at least `least` transactions. Called once for each frequent item, ascending.
+///   together with it in at least `least` transactions. Called for all frequent items, ascending, or for
+///   none.
 /// - enter(rank): adds an item, and returns the items, in any order, that the closure gains by it.
 /// - leave(): removes the item that was added last.
 /// - gain(rank): what enter would return, without the work for going on from there. For itemsets of two or

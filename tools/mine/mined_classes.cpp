@@ -10,8 +10,6 @@ namespace korv::tools {
 
 namespace {
 
-constexpr std::uint32_t empty_slot = std::numeric_limits<std::uint32_t>::max();
-
 /// A number is written like a character of UTF-8: the first byte begins with as many ones as bytes follow it,
 /// and the rest of the bits are those of the number, the highest first. So longer texts stand for larger
 /// numbers, and texts of one length are in the order of the numbers.
@@ -19,31 +17,35 @@ constexpr std::array<std::uint64_t, 5> bounds_by_length = {std::uint64_t{1} << 7
                                                            std::uint64_t{1} << 21U, std::uint64_t{1} << 28U,
                                                            std::uint64_t{1} << 35U};
 
-void append_number_bytes(Item number, std::string& bytes) {
+/// Writes a number at `end`, and returns the end of it.
+char* put_number(Item number, char* end) {
     if (number < bounds_by_length[0]) {
-        bytes += static_cast<char>(number);
-        return;
+        *end = static_cast<char>(number);
+        return end + 1;
     }
     unsigned following = 1;
     while (number >= bounds_by_length[following]) {
         ++following;
     }
     const unsigned ones = 0xFF00U >> following & 0xFFU;
-    bytes += static_cast<char>(ones | static_cast<unsigned>(std::uint64_t{number} >> 8 * following));
+    *end++ = static_cast<char>(ones | static_cast<unsigned>(std::uint64_t{number} >> 8 * following));
     for (unsigned rest = following; rest > 0; --rest) {
-        bytes += static_cast<char>(number >> 8 * (rest - 1) & 0xFFU);
+        *end++ = static_cast<char>(number >> 8 * (rest - 1) & 0xFFU);
     }
+    return end;
 }
 
-/// Takes the number at the beginning of `bytes` away.
-Item take_number(std::string_view& bytes) {
-    const auto first = static_cast<unsigned char>(bytes.front());
+/// Reads the number at `begin`, and moves `begin` behind it.
+Item take_number(const char*& begin) {
+    const auto first = static_cast<unsigned char>(*begin++);
+    if (first < bounds_by_length[0]) {
+        return first;
+    }
     const auto following = static_cast<unsigned>(std::countl_one(first));
     Item number = first & (0xFFU >> (following + 1));
-    for (unsigned i = 1; i <= following; ++i) {
-        number = number << 8U | static_cast<unsigned char>(bytes[i]);
+    for (unsigned i = 0; i < following; ++i) {
+        number = number << 8U | static_cast<unsigned char>(*begin++);
     }
-    bytes.remove_prefix(following + 1);
     return number;
 }
 
@@ -58,24 +60,27 @@ std::size_t digits_of(Count number) {
 }  // namespace
 
 void append_encoded(const Itemset& itemset, std::string& bytes) {
-    Item before = 0;
+    const std::size_t before = bytes.size();
+    bytes.resize(before + itemset.size() * bounds_by_length.size());
+    char* end = bytes.data() + before;
+    Item last = 0;
     for (const Item item : itemset) {
-        append_number_bytes(item - before, bytes);
-        before = item;
+        end = put_number(item - last, end);
+        last = item;
     }
+    bytes.resize(static_cast<std::size_t>(end - bytes.data()));
 }
 
 void decode(std::string_view bytes, Itemset& itemset) {
     itemset.clear();
-    Item before = 0;
-    while (!bytes.empty()) {
-        before += take_number(bytes);
-        itemset.push_back(before);
+    const char* begin = bytes.data();
+    const char* const end = begin + bytes.size();
+    for (Item last = 0; begin != end; itemset.push_back(last)) {
+        last += take_number(begin);
     }
 }
 
-MinedClasses::MinedClasses(std::vector<Itemset> items)
-    : items_(std::move(items)), slots_(1024, empty_slot), tree_({}) {
+MinedClasses::MinedClasses(std::vector<Itemset> items) : items_(std::move(items)), slots_(1024), tree_({}) {
     for (const Itemset& each : items_) {
         std::size_t digits = 0;
         for (const Item item : each) {
@@ -89,20 +94,20 @@ void MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
     encoded_.clear();
     append_encoded(closure, encoded_);
     const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded_));
-    std::uint32_t& slot = slot_of(hash, encoded_);
+    Slot& slot = slot_of(hash, encoded_);
     if (next_.size() <= node) {
         next_.resize(std::max<std::size_t>(tree.size(), node + 1), EssentialTree::none);
     }
     count_essentials(node, tree);
-    if (slot != empty_slot) {
-        next_[node] = classes_[slot].last;
-        classes_[slot].last = node;
+    if (slot.position != empty_slot) {
+        Class& known = classes_[slot.position];
+        next_[node] = std::exchange(known.last, node);
         return;
     }
-    slot = static_cast<std::uint32_t>(classes_.size());
+    slot = {hash, static_cast<std::uint32_t>(classes_.size())};
     const Count support = tree.support(node);
     classes_.push_back({closures_.size(), static_cast<std::uint32_t>(encoded_.size()),
-                        static_cast<std::uint32_t>(closure.size()), hash, node, support});
+                        static_cast<std::uint32_t>(closure.size()), node, support});
     closures_ += encoded_;
     largest_closure_ = std::max(largest_closure_, closure.size());
     count_bytes_of_closure(closure, support);
@@ -112,29 +117,28 @@ void MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
 }
 
 /// The slot of the class with this closure, or the empty one where it belongs.
-std::uint32_t& MinedClasses::slot_of(std::uint32_t hash, std::string_view bytes) {
+MinedClasses::Slot& MinedClasses::slot_of(std::uint32_t hash, std::string_view bytes) {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t position = hash & mask;
-    while (slots_[position] != empty_slot) {
-        const Class& found = classes_[slots_[position]];
-        if (found.hash == hash && bytes_of(found) == bytes) {
-            break;
-        }
-        position = (position + 1) & mask;
+    std::size_t i = hash & mask;
+    while (slots_[i].position != empty_slot &&
+           (slots_[i].hash != hash || bytes_of(classes_[slots_[i].position]) != bytes)) {
+        i = (i + 1) & mask;
     }
-    return slots_[position];
+    return slots_[i];
 }
 
 void MinedClasses::grow_slots() {
-    std::ranges::fill(slots_, empty_slot);
-    slots_.resize(slots_.size() * 2, empty_slot);
+    std::vector<Slot> old(slots_.size() * 2);
+    old.swap(slots_);
     const std::size_t mask = slots_.size() - 1;
-    for (std::size_t i = 0; i < classes_.size(); ++i) {
-        std::size_t position = classes_[i].hash & mask;
-        while (slots_[position] != empty_slot) {
-            position = (position + 1) & mask;
+    for (const Slot& slot : old) {
+        std::size_t i = slot.hash & mask;
+        while (slot.position != empty_slot && slots_[i].position != empty_slot) {
+            i = (i + 1) & mask;
         }
-        slots_[position] = static_cast<std::uint32_t>(i);
+        if (slot.position != empty_slot) {
+            slots_[i] = slot;
+        }
     }
 }
 
@@ -171,8 +175,16 @@ void MinedClasses::finish(EssentialTree tree) {
 }
 
 void MinedClasses::for_each(const std::function<void(const MinedClass&)>& visit) const {
+    // What belongs to a class lies anywhere in memory; so it is asked for some time before it is used.
+    constexpr std::size_t ahead = 8;
     MinedClass mined;
-    for (const Class& each : classes_) {
+    for (std::size_t i = 0; i < classes_.size(); ++i) {
+        if (i + ahead < classes_.size()) {
+            tree_.prefetch(classes_[i + ahead].last);
+            __builtin_prefetch(&next_[classes_[i + ahead].last]);
+            __builtin_prefetch(closures_.data() + classes_[i + ahead].closure);
+        }
+        const Class& each = classes_[i];
         decode(bytes_of(each), mined.closure);
         mined.support = each.support;
         std::size_t essentials = 0;

@@ -52,16 +52,22 @@ private:
     struct Class {
         std::size_t closure;  ///< where its bytes begin
         std::uint32_t bytes;
-        std::uint32_t items;  ///< of the closure
-        std::uint32_t hash;
+        std::uint32_t items;       ///< of the closure
         EssentialTree::Node last;  ///< the essential itemset that was found last; the others are linked to it
         Count support;
+    };
+
+    static constexpr std::uint32_t empty_slot = ~std::uint32_t{0};
+
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t position = empty_slot;  ///< in `classes_`
     };
 
     std::string_view bytes_of(const Class& each) const {
         return std::string_view(closures_).substr(each.closure, each.bytes);
     }
-    std::uint32_t& slot_of(std::uint32_t hash, std::string_view bytes);
+    Slot& slot_of(std::uint32_t hash, std::string_view bytes);
     void grow_slots();
     void count_bytes_of_closure(const Itemset& closure, Count support);
     void count_essentials(EssentialTree::Node node, const EssentialTree& tree);
@@ -73,7 +79,7 @@ private:
     std::string closures_;             ///< of all classes
     std::string encoded_;              ///< the closure that is looked up
     std::vector<Class> classes_;
-    std::vector<std::uint32_t> slots_;       ///< open addressing: positions in `classes_`
+    std::vector<Slot> slots_;                ///< open addressing
     std::vector<EssentialTree::Node> next_;  ///< by node: another essential itemset of the same class
     EssentialTree tree_;
     std::size_t essentials_ = 0;

@@ -1,6 +1,7 @@
 #include "mine/miner.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <numeric>
 #include <utility>
@@ -100,15 +101,15 @@ private:
 
     /// Makes the closure of the itemset from that of its prefix and what it gained.
     void close(const std::vector<Rank>& gained) {
-        const Itemset& before = levels_[size_ - 1].closure;
-        Itemset& closure = levels_[size_].closure;
-        closure = before;
+        gained_.clear();
         for (const Rank rank : gained) {
-            closure.insert(closure.end(), items_.items[rank].begin(), items_.items[rank].end());
+            gained_.insert(gained_.end(), items_.items[rank].begin(), items_.items[rank].end());
         }
-        const auto middle = closure.begin() + static_cast<std::ptrdiff_t>(before.size());
-        std::sort(middle, closure.end());
-        std::inplace_merge(closure.begin(), middle, closure.end());
+        std::ranges::sort(gained_);
+        Itemset& closure = levels_[size_].closure;
+        const Itemset& before = levels_[size_ - 1].closure;
+        closure.resize(before.size() + gained_.size());
+        std::ranges::merge(before, gained_, closure.begin());
     }
 
     /// Adds the children of a node, unless they are there already, and visits them.
@@ -247,6 +248,7 @@ private:
     MinedClasses classes_;
     std::vector<Level> levels_;   ///< with room for at least one more
     std::vector<Rank> children_;  ///< set and used in one call
+    Itemset gained_;              ///< set and used in one call
     std::size_t size_ = 0;        ///< of the itemset
     std::size_t roots_done_ = 0;
     std::size_t visited_ = 0;
@@ -268,7 +270,9 @@ bool is_dense(const RankedItems& items, Representation representation) {
 }  // namespace
 
 MiningResult mine(const Database& database, const MiningOptions& options, const GoOn& go_on) {
-    const RankedItems items = ranked_items(database, options.min_support, options.closure_over_all);
+    // A single item has all its transactions for its own.
+    const RankedItems items = ranked_items(database, std::max(options.min_support, options.min_own),
+                                           options.closure_over_all ? 0 : options.min_support);
     return is_dense(items, options.representation) ? Walk<DenseCover>(items, options, go_on).run()
                                                    : Walk<SparseCover>(items, options, go_on).run();
 }

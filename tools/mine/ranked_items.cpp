@@ -46,19 +46,19 @@ Count support_of(const Database::ItemColumn& column, const Database& database) {
                            [&](Count sum, Transaction line) { return sum + database.weights[line]; });
 }
 
-RankedItems ranked_items(const Database& database, Count min_support, bool with_rare) {
+RankedItems ranked_items(const Database& database, Count least_frequent, Count least) {
     std::vector<Count> supports;
     std::vector<std::size_t> wanted;
     for (std::size_t item = 0; item < database.items.size(); ++item) {
         supports.push_back(support_of(database.items[item], database));
-        if (with_rare || supports.back() >= min_support) {
+        if (supports.back() >= std::min(least, least_frequent)) {
             wanted.push_back(item);
         }
     }
     std::vector<Twins> groups = with_twins(database, wanted);
     const auto support = [&](const Twins& twins) { return supports[twins.front()]; };
     const auto rare = std::ranges::stable_partition(
-        groups, [&](const Twins& twins) { return support(twins) >= min_support; });
+        groups, [&](const Twins& twins) { return support(twins) >= least_frequent; });
     std::ranges::stable_sort(groups.begin(), rare.begin(), {}, support);
 
     RankedItems ranked;

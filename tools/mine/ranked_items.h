@@ -35,8 +35,8 @@ struct RankedItems {
 /// The number of transactions that hold an item.
 Count support_of(const Database::ItemColumn& column, const Database& database);
 
-/// Ranks the items in at least `min_support` transactions, and, if `with_rare`, behind them all others.
+/// Ranks the items in at least `least_frequent` transactions, and behind them the others in at least `least`.
 /// `database` must outlive the result.
-RankedItems ranked_items(const Database& database, Count min_support, bool with_rare);
+RankedItems ranked_items(const Database& database, Count least_frequent, Count least);
 
 }  // namespace korv::tools

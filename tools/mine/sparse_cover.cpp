@@ -48,6 +48,7 @@ void SparseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candi
     }
     std::ranges::sort(candidates, {}, &Candidate::rank);
     forget_counts();
+    knows_partners_ = rank + 1 == items_.frequent && partners_.is_complete();
 }
 
 /// Sets `together_` for the items below `rank`, and `touched_`.
@@ -122,7 +123,7 @@ void SparseCover::pop() {
 void SparseCover::find_gain() {
     gained_.clear();
     ++search_;
-    if (itemset_.size() <= Partners::least_share && partners_.is_complete()) {
+    if (knows_partners_ && itemset_.size() <= Partners::least_share) {
         gained_.push_back(itemset_.back());
         find_gain_among_partners();
     } else {

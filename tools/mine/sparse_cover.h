@@ -64,6 +64,7 @@ private:
     const RankedItems& items_;
     LineIndex index_;
     Partners partners_;
+    bool knows_partners_ = false;  ///< of all items
     std::vector<Rank> itemset_;
     std::vector<char> is_in_itemset_;    ///< by rank
     std::vector<Rank> children_;         ///< of the first item of the itemset, ascending

@@ -1,0 +1,142 @@
+#include "mine/mined_classes.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "io/class_record.h"
+#include "tools/mined_class_printing.h"
+
+namespace korv::tools {
+namespace {
+
+std::string encoded(const Itemset& itemset) {
+    std::string bytes;
+    append_encoded(itemset, bytes);
+    return bytes;
+}
+
+TEST(EncodedItemset, TakesAByteForASmallDifference) {
+    EXPECT_EQ(encoded({0, 5, 132}), std::string("\0\5\x7F", 3));
+    EXPECT_EQ(encoded({128}), std::string("\x80\x80", 2));
+    EXPECT_EQ(encoded({}), "");
+}
+
+TEST(EncodedItemset, IsDecoded) {
+    const std::vector<Itemset> itemsets = {
+        {}, {0}, {127, 255}, {128}, {16383, 32767}, {16384}, {2097151}, {2097152, 4294967295}, {268435456}};
+    for (const Itemset& itemset : itemsets) {
+        Itemset decoded = {1, 2, 3};
+        decode(encoded(itemset), decoded);
+        EXPECT_EQ(decoded, itemset);
+    }
+}
+
+TEST(EncodedItemset, HasTheOrderOfItemsetsOfOneSize) {
+    std::mt19937 random(11);
+    for (int round = 0; round < 20'000; ++round) {
+        const auto random_itemset = [&random] {
+            const std::uint32_t bits = random() % 32;
+            std::set<Item> items;
+            while (items.size() < 2) {
+                items.insert(static_cast<Item>(random()) >> bits);
+            }
+            return Itemset(items.begin(), items.end());
+        };
+        const Itemset a = random_itemset();
+        const Itemset b = random_itemset();
+        ASSERT_EQ(std::string_view(encoded(a)) < encoded(b), a < b)
+            << testing::PrintToString(a) << ' ' << testing::PrintToString(b);
+    }
+}
+
+TEST(MinedClasses, CollectsEssentialItemsetsByClosure) {
+    // The ranks stand for 7, for 3 or 4, and for 5.
+    EssentialTree tree(std::vector<Count>{1, 2, 3});
+    const EssentialTree::Node pair = tree.add(2, 0, 1, 3);
+    MinedClasses classes({{7}, {3, 4}, {5}});
+    classes.add(2, tree, {3, 4, 5, 7});
+    classes.add(1, tree, {3, 4});
+    classes.add(pair, tree, {3, 4, 5, 7});
+    classes.add(0, tree, {7});
+    EXPECT_EQ(classes.size(), 3U);
+    EXPECT_EQ(classes.essentials(), 5U);
+    EXPECT_EQ(classes.largest_closure(), 4U);
+    classes.finish(std::move(tree));
+    EXPECT_EQ(list_of(classes),
+              (std::vector<MinedClass>{
+                  {{7}, 1, {{7}}}, {{3, 4}, 2, {{3}, {4}}}, {{3, 4, 5, 7}, 3, {{5}, {5, 7}}}}));
+}
+
+TEST(MinedClasses, LetsItemsStandForEachOtherInEssentialItemsets) {
+    EssentialTree tree(std::vector<Count>{1, 2});
+    const EssentialTree::Node pair = tree.add(1, 0, 1, 2);
+    MinedClasses classes({{2, 9}, {4, 5, 6}});
+    classes.add(pair, tree, {2, 4, 5, 6, 9});
+    classes.finish(std::move(tree));
+    EXPECT_EQ(
+        list_of(classes),
+        (std::vector<MinedClass>{{{2, 4, 5, 6, 9}, 2, {{2, 4}, {2, 5}, {2, 6}, {4, 9}, {5, 9}, {6, 9}}}}));
+}
+
+TEST(MinedClasses, CountsTheBytesOfTheClassFile) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 200; ++round) {
+        // Items of one to ten digits, with twins; all itemsets of one or two ranks.
+        std::vector<Itemset> items;
+        Item next = 1 + static_cast<Item>(random() % 9);
+        for (int rank = 0; rank < 6; ++rank) {
+            Itemset& twins = items.emplace_back();
+            for (std::size_t i = 0; i <= random() % 3; ++i) {
+                twins.push_back(next);
+                next += 1 + static_cast<Item>(random() % 9) * (next / 2);
+            }
+        }
+        EssentialTree tree(std::vector<Count>{1, 20, 300, 4000, 50000, 600000});
+        MinedClasses classes(items);
+        for (Rank root = 0; root < 6; ++root) {
+            classes.add(root, tree, items[root]);
+        }
+        for (Rank root = 1; root < 6; ++root) {
+            const EssentialTree::Node pair = tree.add(root, 0, 1, 999 + root);
+            Itemset closure = items[0];
+            closure.insert(closure.end(), items[root].begin(), items[root].end());
+            classes.add(pair, tree, closure);
+        }
+        classes.finish(std::move(tree));
+        std::string file;
+        std::size_t essentials = 0;
+        classes.for_each([&](const MinedClass& each) {
+            append_class_record(each.closure, each.support, each.essentials, file);
+            essentials += each.essentials.size();
+        });
+        ASSERT_EQ(classes.file_bytes(), file.size()) << file;
+        ASSERT_EQ(classes.essentials(), essentials);
+    }
+}
+
+TEST(MinedClasses, FindsEachOfManyClassesAgain) {
+    constexpr Rank many = 5000;
+    EssentialTree tree(std::vector<Count>(many, 1));
+    std::vector<Itemset> items;
+    for (Rank rank = 0; rank < many; ++rank) {
+        items.push_back({rank});
+    }
+    MinedClasses classes(items);
+    for (Rank rank = 0; rank < many; ++rank) {
+        classes.add(rank, tree, {rank / 2, rank / 2 + 70000});
+    }
+    EXPECT_EQ(classes.size(), many / 2);
+    classes.finish(std::move(tree));
+    Item expected = 0;
+    classes.for_each([&expected](const MinedClass& each) {
+        EXPECT_EQ(each.closure, (Itemset{expected, expected + 70000}));
+        EXPECT_EQ(each.essentials, (std::vector<Itemset>{{2 * expected}, {2 * expected + 1}}));
+        ++expected;
+    });
+    EXPECT_EQ(expected, many / 2);
+}
+
+}  // namespace
+}  // namespace korv::tools
