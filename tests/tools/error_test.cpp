@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tools/complaint.h"
+
 namespace korv::tools {
 namespace {
 
@@ -43,6 +45,40 @@ TEST(Shown, SpellsControlCharacters) {
 TEST(Shown, ShortensLongText) {
     EXPECT_EQ(shown(std::string(40, 'a')), '"' + std::string(40, 'a') + '"');
     EXPECT_EQ(shown(std::string(41, 'a')), '"' + std::string(40, 'a') + "...\"");
+}
+
+TEST(Shown, IsNotCutWithinACharacter) {
+    const std::string thirty_nine(39, 'a');
+    EXPECT_EQ(shown(thirty_nine + "\xC3\xA9"), '"' + thirty_nine + "...\"");
+    EXPECT_EQ(shown(thirty_nine.substr(1) + "\xC3\xA9z"), '"' + thirty_nine.substr(1) + "\xC3\xA9...\"");
+}
+
+TEST(Shown, CountsBytesThatAreNoCharacterOneByOne) {
+    std::string spelt;
+    for (int i = 0; i < 40; ++i) {
+        spelt += "\\xFF";
+    }
+    EXPECT_EQ(shown(std::string(41, '\xFF')), '"' + spelt + "...\"");
+}
+
+TEST(Error, SpellsWhatATerminalWouldObey) {
+    EXPECT_STREQ(Error("a\x1B[2J\n: cannot be read").what(), "a\\x1B[2J\\x0A: cannot be read");
+}
+
+TEST(WithinMemory, ReturnsWhatTheWorkReturns) {
+    EXPECT_EQ(within_memory([] { return 7; }, [] { return std::string("never"); }), 7);
+}
+
+TEST(WithinMemory, SaysWhenTheMemoryWasExhausted) {
+    int classes = 0;
+    const auto work = [&classes] {
+        classes = 12;
+        throw std::bad_alloc();
+    };
+    EXPECT_EQ(complaint_of([&] {
+                  within_memory(work, [&classes] { return "after " + std::to_string(classes) + " classes"; });
+              }),
+              "out of memory after 12 classes");
 }
 
 }  // namespace

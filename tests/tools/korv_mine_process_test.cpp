@@ -186,6 +186,15 @@ TEST_F(KorvMine, ReportsAFileThatGrowsBeyondItsLimit) {
     EXPECT_EQ(files().size(), 1U);
 }
 
+TEST_F(KorvMine, ShowsNamesOfFilesWithoutWhatATerminalWouldObey) {
+    put("a.dat", small_database);
+    EXPECT_EQ(mine({"\x1B[2J", "-s", "1"}).err,
+              "korv-mine: \\x1B[2J: cannot be read: No such file or directory\n");
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "--format", "\x1B[2J"}).err.find('\x1B'), std::string::npos);
+    const std::string said = mine({"a.dat", "-s", "1", "-o", "it's\x1B"}).err;
+    EXPECT_TRUE(said.ends_with("korv $'it\\'s\\x1B' $'it\\'s\\x1B' 1 0.8 5\n")) << said;
+}
+
 TEST_F(KorvMine, ReportsWrongArguments) {
     put("a.dat", small_database);
     for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{

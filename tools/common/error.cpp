@@ -8,16 +8,19 @@ namespace {
 
 constexpr std::size_t most_shown = 40;
 
-void append_shown(char c, std::string& text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= ' ' && byte != 0x7F) {
-        text += c;
-        return;
+/// How many bytes of a text are shown: as many as 40 bytes hold whole characters.
+std::size_t shown_bytes(std::string_view text) {
+    if (text.size() <= most_shown) {
+        return text.size();
     }
-    text += "\\x";
-    text += digits[byte / 16];
-    text += digits[byte % 16];
+    std::size_t bytes = 0;
+    for (;;) {
+        const std::size_t next = std::max<std::size_t>(character_bytes(text.substr(bytes)), 1);
+        if (bytes + next > most_shown) {
+            return bytes;
+        }
+        bytes += next;
+    }
 }
 
 }  // namespace
@@ -38,12 +41,8 @@ Place place_of(std::string_view text, std::size_t position) {
 }
 
 std::string shown(std::string_view text) {
-    std::string result = "\"";
-    for (const char c : text.substr(0, most_shown)) {
-        append_shown(c, result);
-    }
-    result += text.size() > most_shown ? "...\"" : "\"";
-    return result;
+    const std::size_t bytes = shown_bytes(text);
+    return "\"" + printable(text.substr(0, bytes)) + (bytes < text.size() ? "...\"" : "\"");
 }
 
 }  // namespace korv::tools

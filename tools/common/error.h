@@ -1,17 +1,21 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "common/printable.h"
+
 namespace korv::tools {
 
 /// An error of a companion program, in words for the person who runs it. `main` prints it on standard error
-/// and ends with a status that is not 0.
+/// and ends with a status that is not 0. The message is made printable (see printable.h), so that names of
+/// files need no care where messages are put together.
 class Error : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit Error(const std::string& message) : std::runtime_error(printable(message)) {}
 };
 
 /// A place in a text file, for messages.
@@ -26,8 +30,19 @@ Error input_error(std::string_view file, Place place, std::string_view found, st
 /// The place of a byte in a text, for an error: O(position).
 Place place_of(std::string_view text, std::size_t position);
 
-/// A piece of input as a message can show it: in double quotes, cut off after 40 bytes, with control
-/// characters as \xHH.
+/// A piece of input as a message can show it: in double quotes, printable (see printable.h), and cut off
+/// after the last character that ends within its first 40 bytes.
 std::string shown(std::string_view text);
+
+/// Returns what `work` returns. When the memory is exhausted meanwhile, throws Error: "out of memory", and
+/// when that was, such as "while reading a.dat", for which `when` is asked only then.
+template <typename Work, typename When>
+auto within_memory(const Work& work, const When& when) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        throw Error("out of memory " + when());
+    }
+}
 
 }  // namespace korv::tools

@@ -10,6 +10,7 @@
 #include "base/number_text.h"
 #include "common/atomic_output.h"
 #include "common/error.h"
+#include "common/printable.h"
 
 namespace korv::tools {
 
@@ -21,6 +22,11 @@ auto check(Parse parse, const std::string& expected) {
     return [parse, expected](const std::string& text) {
         return parse(text) ? "" : "found " + shown(text) + "; expected " + expected;
     };
+}
+
+/// What is wrong with the command line. Its words are repeated as they were typed.
+std::string complaint(const CLI::App*, const CLI::Error& error) {
+    return printable(error.what()) + "\nRun with --help for more information.\n";
 }
 
 }  // namespace
@@ -122,10 +128,10 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
                       "a number of bins from 1 on, or a column and a number of bins such as age=4"))
         ->take_all()
         ->allow_extra_args(false);
-    app.add_option(
-        "--names", arguments.names,
-        "Where the names of the items go, for baskets and tables: item TAB name (default: beside the class "
-        "file, with the extension .names)");
+    app.add_option("--names", arguments.names,
+                   "Where the names of the items go, for baskets and tables: item TAB name (default: beside "
+                   "the class "
+                   "file, with the extension .names)");
     app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
 }
 
@@ -157,6 +163,7 @@ Arguments parse_arguments(int argc, char** argv) {
         "Makes a class file for korv: the closed itemsets of a transaction database under disjunction, "
         "with their supports and frequent essential itemsets.",
         "korv-mine");
+    app.failure_message(complaint);
     add_options(app, arguments, words);
     try {
         app.parse(argc, argv);

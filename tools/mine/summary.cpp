@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <string_view>
 
+#include "common/printable.h"
+
 namespace korv::tools {
 
 namespace {
@@ -26,6 +28,15 @@ std::string with_two_decimals(double number) {
     return {text.data(), static_cast<std::size_t>(size)};
 }
 
+/// A word that a terminal cannot show as it is, spelt for bash: $'a\x1Bb'.
+std::string spelt_word(const std::string& word) {
+    std::string escaped;
+    for (const char c : word) {
+        escaped += c == '\'' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+    }
+    return "$'" + printable(escaped) + "'";
+}
+
 /// A word as it is typed in a shell: in single quotes, unless it holds only characters that do not need them.
 std::string shell_word(const std::string& word) {
     const auto is_plain = [](char c) {
@@ -34,6 +45,9 @@ std::string shell_word(const std::string& word) {
     };
     if (!word.empty() && std::ranges::all_of(word, is_plain)) {
         return word;
+    }
+    if (printable(word) != word) {
+        return spelt_word(word);
     }
     std::string quoted = "'";
     for (const char c : word) {
