@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "support/files.h"
 #include "support/process.h"
@@ -18,7 +21,9 @@ using test::read_files;
 
 class AtomicOutputFile : public ::testing::Test {
 protected:
-    std::string path() const { return (directory_.path() / "out").string(); }
+    std::string path(const std::string& name = "out") const { return (directory_.path() / name).string(); }
+
+    test::Files files() const { return read_files(directory_.path()); }
 
     test::TemporaryDirectory directory_;
 };
@@ -94,14 +99,6 @@ TEST_F(AtomicOutputFile, IsWrittenBehindASymbolicLink) {
     EXPECT_EQ(test::read_file(directory_.path() / "target"), "text");
 }
 
-TEST_F(AtomicOutputFile, IsTheSameByAnyPath) {
-    EXPECT_TRUE(is_same_file(path(), (directory_.path() / "." / "out").string()));
-    EXPECT_FALSE(is_same_file(path(), path() + "2"));
-    EXPECT_TRUE(is_same_file("-", "-"));
-    EXPECT_FALSE(is_same_file("-", path()));
-    EXPECT_FALSE(is_same_file("/dev/null", "/dev/null"));
-}
-
 TEST_F(AtomicOutputFile, InAMissingDirectoryIsReported) {
     const std::string missing = (directory_.path() / "missing" / "out").string();
     EXPECT_EQ(complaint_of([&] { const AtomicOutput output(missing); }),
@@ -139,6 +136,236 @@ TEST_F(AtomicOutputFile, DoesNotReplaceADevice) {
     output.write("text");
     output.commit();
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST_F(AtomicOutputFile, HasAHiddenNameUntilCommitted) {
+    const AtomicOutput output(path());
+    const test::Files now = files();
+    ASSERT_EQ(now.size(), 1U);
+    EXPECT_TRUE(now.begin()->first.starts_with(".korv-")) << now.begin()->first;
+}
+
+TEST_F(AtomicOutputFile, MayHaveANameAsLongAsThereIs) {
+    const std::string longest(255, 'n');
+    AtomicOutput output(path(longest));
+    output.write("text");
+    output.commit();
+    EXPECT_EQ(files(), (test::Files{{longest, "text"}}));
+}
+
+TEST_F(AtomicOutputFile, WithTooLongANameIsReported) {
+    const std::string too_long = path(std::string(256, 'n'));
+    EXPECT_EQ(complaint_of([&] { const AtomicOutput output(too_long); }),
+              too_long + ": cannot be created: File name too long");
+}
+
+TEST_F(AtomicOutputFile, InMemoryIsReplacedLikeAnyOther) {
+    std::string in_memory = "/dev/shm/korv-XXXXXX";
+    if (mkdtemp(in_memory.data()) == nullptr) {
+        GTEST_SKIP() << "There is no /dev/shm.";
+    }
+    const std::string file = in_memory + "/out";
+    {
+        AtomicOutput output(file);
+        output.write("new");
+        output.commit();
+    }
+    {
+        AtomicOutput output(file);
+        output.write("lost");
+    }
+    EXPECT_EQ(read_files(in_memory), (test::Files{{"out", "new"}}));
+    std::filesystem::remove_all(in_memory);
+}
+
+TEST_F(AtomicOutputFile, IsWrittenWhereAnOpenDescriptorStands) {
+    test::write_file(path(), "earlier ");
+    const test::Descriptor open = test::open_file(path(), O_WRONLY | O_APPEND);
+    AtomicOutput output("/dev/fd/" + std::to_string(open.number()));
+    output.write("later");
+    output.commit();
+    EXPECT_EQ(files(), (test::Files{{"out", "earlier later"}}));
+}
+
+TEST_F(AtomicOutputFile, OnADescriptorForReadingIsReported) {
+    const test::Descriptor open = test::open_file("/dev/null", O_RDONLY);
+    const std::string name = "/dev/fd/" + std::to_string(open.number());
+    EXPECT_EQ(complaint_of([&] { const AtomicOutput output(name); }),
+              name + ": is closed or not open for writing");
+}
+
+TEST_F(AtomicOutputFile, WaitsForAPipeThatDoesNot) {
+    const test::Channel pipe = test::make_pipe();
+    ASSERT_EQ(fcntl(pipe.write.number(), F_SETFL, O_NONBLOCK), 0);
+    const std::string text(200'000, 'x');
+    std::thread writer([&] {
+        AtomicOutput output("/dev/fd/" + std::to_string(pipe.write.number()));
+        output.write(text);
+        output.commit();
+    });
+    std::string arrived;
+    while (arrived.size() < text.size()) {
+        arrived += test::read_some(pipe.read);
+    }
+    writer.join();
+    EXPECT_TRUE(arrived == text);
+}
+
+TEST_F(AtomicOutputFile, DoesNotReplaceAFileThatNobodyMayWrite) {
+    test::write_file(path(), "earlier");
+    ASSERT_EQ(chmod(path().c_str(), 0444), 0);
+    EXPECT_EQ(complaint_of([&] { const AtomicOutput output(path()); }),
+              path() + ": is write-protected, and is not replaced");
+    EXPECT_EQ(files(), (test::Files{{"out", "earlier"}}));
+}
+
+constexpr uid_t some_user = 12'345;
+constexpr gid_t some_group = 54'321;
+
+/// Another user than root, for as long as this exists.
+class OtherUser {
+public:
+    OtherUser() {
+        EXPECT_EQ(setegid(some_user), 0);
+        EXPECT_EQ(seteuid(some_user), 0);
+    }
+    ~OtherUser() {
+        EXPECT_EQ(seteuid(0), 0);
+        EXPECT_EQ(setegid(0), 0);
+    }
+    OtherUser(const OtherUser&) = delete;
+    OtherUser& operator=(const OtherUser&) = delete;
+};
+
+/// Files of several users, which only root can make.
+class AtomicOutputOfUsers : public AtomicOutputFile {
+protected:
+    void SetUp() override {
+        if (geteuid() != 0) {
+            GTEST_SKIP() << "Only root can give files to others.";
+        }
+    }
+
+    void make(const std::string& name, uid_t owner, mode_t rights) const {
+        test::write_file(path(name), "earlier");
+        ASSERT_EQ(chown(path(name).c_str(), owner, some_group), 0);
+        ASSERT_EQ(chmod(path(name).c_str(), rights), 0);
+    }
+
+    void open_directory_to_all(mode_t rights) const {
+        ASSERT_EQ(chmod(directory_.path().c_str(), rights), 0);
+    }
+
+    struct stat status(const std::string& name = "out") const {
+        struct stat found = {};
+        EXPECT_EQ(stat(path(name).c_str(), &found), 0);
+        return found;
+    }
+};
+
+TEST_F(AtomicOutputOfUsers, KeepsOwnerAndGroup) {
+    make("out", some_user, 0640);
+    AtomicOutput(path()).commit();
+    EXPECT_EQ(files(), (test::Files{{"out", ""}}));
+    EXPECT_EQ(status().st_uid, some_user);
+    EXPECT_EQ(status().st_gid, some_group);
+    EXPECT_EQ(status().st_mode & 0777U, 0640U);
+}
+
+TEST_F(AtomicOutputOfUsers, GivesAnotherGroupNoMoreThanAllOthersHave) {
+    make("out", 0, 0642);
+    open_directory_to_all(0777);
+    {
+        const OtherUser other;
+        AtomicOutput(path()).commit();
+    }
+    EXPECT_EQ(status().st_uid, some_user);
+    EXPECT_EQ(status().st_gid, some_user);
+    EXPECT_EQ(status().st_mode & 0777U, 0602U);
+}
+
+TEST_F(AtomicOutputOfUsers, DoesNotReplaceWhatTheUserMayNotWrite) {
+    make("out", 0, 0644);
+    open_directory_to_all(0777);
+    std::string complaint;
+    {
+        const OtherUser other;
+        complaint = complaint_of([&] { const AtomicOutput output(path()); });
+    }
+    EXPECT_EQ(complaint, path() + ": is write-protected, and is not replaced");
+}
+
+/// Two files that belong together, the first of which replaces another.
+class AtomicOutputPair : public AtomicOutputFile {
+protected:
+    void SetUp() override { test::write_file(path("first"), "earlier"); }
+
+    static void fill(AtomicOutput& first, AtomicOutput& second) {
+        first.write("1");
+        second.write("2");
+    }
+};
+
+TEST_F(AtomicOutputPair, IsThereOnceCommitted) {
+    AtomicOutput first(path("first"));
+    AtomicOutput second(path("second"));
+    fill(first, second);
+    AtomicOutput::commit_together({&first, &second});
+    EXPECT_EQ(files(), (test::Files{{"first", "1"}, {"second", "2"}}));
+}
+
+TEST_F(AtomicOutputPair, IsTakenBackWhereTheSecondFileCannotBeNamed) {
+    {
+        AtomicOutput first(path("first"));
+        AtomicOutput second(path("second"));
+        fill(first, second);
+        std::filesystem::create_directory(path("second"));
+        EXPECT_EQ(complaint_of([&] {
+                      AtomicOutput::commit_together({&first, &second});
+                  }),
+                  path("second") + ": cannot be given its name: Is a directory");
+    }
+    EXPECT_EQ(files(), (test::Files{{"first", "earlier"}}));
+}
+
+TEST_F(AtomicOutputPair, LeavesNothingNewWhereTheSecondFileCannotBeNamed) {
+    std::filesystem::remove(path("first"));
+    {
+        AtomicOutput first(path("first"));
+        AtomicOutput second(path("second"));
+        fill(first, second);
+        std::filesystem::create_directory(path("second"));
+        EXPECT_NE(complaint_of([&] { AtomicOutput::commit_together({&first, &second}); }), "");
+    }
+    EXPECT_EQ(files(), test::Files{});
+}
+
+TEST_F(AtomicOutputPair, IsNotNamedWhereOneCannotBeWritten) {
+    {
+        AtomicOutput first(path("first"));
+        AtomicOutput full("/dev/full");
+        fill(first, full);
+        EXPECT_NE(complaint_of([&] { AtomicOutput::commit_together({&first, &full}); }), "");
+    }
+    EXPECT_EQ(files(), (test::Files{{"first", "earlier"}}));
+}
+
+TEST_F(AtomicOutputPair, IsNeverMixedWithAnother) {
+    const auto commit_both = [this](const std::string& text) {
+        AtomicOutput first(path("first"));
+        AtomicOutput second(path("second"));
+        first.write(text);
+        second.write(text);
+        AtomicOutput::commit_together({&first, &second});
+    };
+    for (int round = 0; round < 100; ++round) {
+        std::thread other(commit_both, "a");
+        commit_both("b");
+        other.join();
+        const test::Files both = files();
+        ASSERT_EQ(both.size(), 2U);
+        ASSERT_EQ(both.at("first"), both.at("second"));
+    }
 }
 
 }  // namespace

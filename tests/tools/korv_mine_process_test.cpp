@@ -21,10 +21,37 @@ const std::string small_classes =
     "2 4\t3\t 2,\n"
     "1 2 3 4\t5\t 2 3,\n";
 
+/// 10,000 transactions of one item each, and so as many classes: more than a pipe holds.
+std::string many_items() {
+    std::string transactions;
+    for (int item = 0; item < 10'000; ++item) {
+        transactions += std::to_string(item) + '\n';
+    }
+    return transactions;
+}
+
+/// A database whose classes take far longer than any test: 60 items, each in about every third transaction.
+std::string large_database() {
+    std::mt19937 random(1);
+    std::string text;
+    for (int transaction = 0; transaction < 2000; ++transaction) {
+        for (int item = 0; item < 60; ++item) {
+            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
+        }
+        text += '\n';
+    }
+    return text;
+}
+
 class KorvMine : public ::testing::Test {
 protected:
     Outcome mine(const std::vector<std::string>& arguments) const {
         return run({KORV_MINE_PROGRAM, arguments, directory_.path()});
+    }
+
+    /// Runs a script of bash, in which "$0" is korv-mine.
+    Outcome shell(const std::string& script) const {
+        return run({"/bin/bash", {"-c", script, KORV_MINE_PROGRAM}, directory_.path()});
     }
 
     void put(const std::string& name, const std::string& bytes) const {
@@ -128,7 +155,9 @@ TEST_F(KorvMine, RefusesToReplaceItsInputOrOneOutputByTheOther) {
                                                {"--names", "-"}}) {
         std::vector<std::string> arguments = {"a.csv", "--format", "basket", "-s", "1"};
         arguments.insert(arguments.end(), paths.begin(), paths.end());
-        EXPECT_EQ(mine(arguments).ending, exited(1)) << testing::PrintToString(paths);
+        const Outcome outcome = mine(arguments);
+        EXPECT_EQ(outcome.ending, exited(1)) << testing::PrintToString(paths);
+        EXPECT_TRUE(outcome.err.ends_with("; expected two files\n")) << outcome.err;
         EXPECT_EQ(files(), (Files{{"a.csv", small_baskets}})) << testing::PrintToString(paths);
     }
 }
@@ -171,19 +200,76 @@ TEST_F(KorvMine, ReportsAFullDisk) {
 }
 
 TEST_F(KorvMine, ReportsAFileThatGrowsBeyondItsLimit) {
-    // 10,000 classes of one item, of more than the 1 KiB that a file may have.
-    std::string transactions;
-    for (int item = 0; item < 10'000; ++item) {
-        transactions += std::to_string(item) + '\n';
-    }
-    put("a.dat", transactions);
-    const Outcome outcome =
-        run({"/bin/bash",
-             {"-c", "ulimit -f 1; exec \"$0\" a.dat -s 1 -o a.classes", KORV_MINE_PROGRAM},
-             directory_.path()});
+    put("a.dat", many_items());  // of more than the 1 KiB that a file may have
+    const Outcome outcome = shell("ulimit -f 1; exec \"$0\" a.dat -s 1 -o a.classes");
     EXPECT_EQ(outcome.ending, exited(1));
     EXPECT_EQ(outcome.err, "korv-mine: a.classes: cannot be written: File too large\n");
     EXPECT_EQ(files().size(), 1U);
+}
+
+/// A file system of 16 KiB with an earlier class file and earlier names. The script runs there, and then says
+/// what is left.
+Outcome on_a_small_disk(const std::filesystem::path& directory, const std::string& script) {
+    const std::string small =
+        "mkdir -p small && mount -t tmpfs -o size=16k tmpfs small && cd small || exit 9\n"
+        "printf 'earlier classes\\n' > a.classes; printf 'earlier names\\n' > a.names\n" +
+        script + "\nstatus=$?; ls -A; cat a.classes a.names; exit $status";
+    return run({"/usr/bin/unshare", {"-r", "-m", "/bin/bash", "-c", small, KORV_MINE_PROGRAM}, directory});
+}
+
+TEST_F(KorvMine, LeavesBothFilesAsTheyWereWhereTheDiskIsFull) {
+    if (on_a_small_disk(directory_.path(), ":").ending != exited(0)) {
+        GTEST_SKIP() << "This test needs to mount a file system.";
+    }
+    const std::string earlier = "a.classes\na.names\nearlier classes\nearlier names\n";
+    put("many.dat", many_items());
+    const Outcome classes = on_a_small_disk(
+        directory_.path(), "\"$0\" ../many.dat --format basket -s 1 -q -o a.classes --names /dev/null");
+    EXPECT_EQ(classes.ending, exited(1));
+    EXPECT_EQ(classes.err, "korv-mine: a.classes: cannot be written: No space left on device\n");
+    EXPECT_EQ(classes.out, earlier);
+    // One class, and a name that is longer than the disk.
+    put("long.dat", std::string(20'000, 'n') + '\n');
+    const Outcome names =
+        on_a_small_disk(directory_.path(), "\"$0\" ../long.dat --format basket -s 1 -q -o a.classes");
+    EXPECT_EQ(names.ending, exited(1));
+    EXPECT_EQ(names.err, "korv-mine: a.names: cannot be written: No space left on device\n");
+    EXPECT_EQ(names.out, earlier);
+}
+
+TEST_F(KorvMine, ReportsAFileOnWhichAnotherIsMounted) {
+    put("a.dat", small_database);
+    put("out", "earlier");
+    const std::string script = "mount --bind out out || exit 9; exec \"$0\" a.dat -s 1 -q -o out";
+    const Outcome outcome = run(
+        {"/usr/bin/unshare", {"-r", "-m", "/bin/bash", "-c", script, KORV_MINE_PROGRAM}, directory_.path()});
+    if (outcome.err.find("korv-mine") == std::string::npos) {
+        GTEST_SKIP() << "This test needs to mount a file.";
+    }
+    EXPECT_EQ(outcome.err, "korv-mine: out: is a mount point, which cannot be replaced\n");
+    EXPECT_EQ(files().at("out"), "earlier");
+}
+
+TEST_F(KorvMine, DoesNotReplaceItsInputByWayOfRedirections) {
+    put("a.dat", small_database);
+    for (const char* const words :
+         {"- -o a.dat < a.dat", "/dev/stdin -o a.dat < a.dat", "a.dat -o /dev/stdout 1<>a.dat",
+          "a.dat -o /dev/stdout >> a.dat", "- < a.dat >> a.dat", "a.dat -o /dev/fd/5 5>> a.dat"}) {
+        const Outcome outcome = shell(std::string("exec \"$0\" -s 1 -q ") + words);
+        EXPECT_EQ(outcome.ending, exited(1)) << words;
+        EXPECT_TRUE(
+            outcome.err.ends_with(": is both the input and the class file (-o); expected two files\n"))
+            << outcome.err;
+        EXPECT_EQ(files(), (Files{{"a.dat", small_database}})) << words;
+    }
+}
+
+TEST_F(KorvMine, AppendsWhereStandardOutputIsAppendedTo) {
+    put("a.dat", small_database);
+    put("all", "earlier\n");
+    EXPECT_EQ(shell("exec \"$0\" a.dat -s 1 -q -o /dev/stdout >> all").ending, exited(0));
+    EXPECT_EQ(files().at("all"), "earlier\n" + small_classes);
+    EXPECT_EQ(files().size(), 2U);
 }
 
 TEST_F(KorvMine, ShowsNamesOfFilesWithoutWhatATerminalWouldObey) {
@@ -193,6 +279,19 @@ TEST_F(KorvMine, ShowsNamesOfFilesWithoutWhatATerminalWouldObey) {
     EXPECT_EQ(mine({"a.dat", "-s", "1", "--format", "\x1B[2J"}).err.find('\x1B'), std::string::npos);
     const std::string said = mine({"a.dat", "-s", "1", "-o", "it's\x1B"}).err;
     EXPECT_TRUE(said.ends_with("korv $'it\\'s\\x1B' $'it\\'s\\x1B' 1 0.8 5\n")) << said;
+}
+
+TEST_F(KorvMine, EndsQuietlyAndWithoutNamesWhereNobodyReadsTheClasses) {
+    put("a.csv", many_items());
+    const std::string command = "\"$0\" a.csv --format basket -s 1 -q --names a.names | head -c 2\n";
+    const Outcome outcome = shell(command + "exit ${PIPESTATUS[0]}");
+    EXPECT_EQ(outcome.ending, exited(128 + SIGPIPE));
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(files().size(), 1U);
+    const Outcome ignoring = shell("trap '' PIPE; " + command + "exit ${PIPESTATUS[0]}");
+    EXPECT_EQ(ignoring.ending, exited(1));
+    EXPECT_EQ(ignoring.err, "korv-mine: standard output: cannot be written: Broken pipe\n");
+    EXPECT_EQ(files().size(), 1U);
 }
 
 TEST_F(KorvMine, ReportsWrongArguments) {
@@ -209,6 +308,7 @@ TEST_F(KorvMine, ReportsWrongArguments) {
              {"a.dat", "-s", "1", "--format", "other"},
              {"a.dat", "-s", "1", "--format", "1"},
              {"a.dat", "-s", "1", "-o", ""},
+             {"a.dat", "-s", "1", "--format", "basket", "--names", ""},
              {"a.dat", "-s", "1", "--format", "table", "--bins", "2", "--bins", "3"},
              {"a.dat", "-s", "1", "--names", "a.names"},
              {"a.dat", "-s", "1", "--separator", ";"},
@@ -231,19 +331,6 @@ TEST_F(KorvMine, TellsItsVersionAndItsOptions) {
     EXPECT_NE(help.out.find("--min-support"), std::string::npos);
 }
 
-/// A database whose classes take far longer than any test: 60 items, each in about every third transaction.
-std::string large_database() {
-    std::mt19937 random(1);
-    std::string text;
-    for (int transaction = 0; transaction < 2000; ++transaction) {
-        for (int item = 0; item < 60; ++item) {
-            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
-        }
-        text += '\n';
-    }
-    return text;
-}
-
 /// korv-mine while it runs, started by a shell that becomes it and so tells its number beforehand.
 class RunningMine {
 public:
@@ -259,7 +346,7 @@ public:
 private:
     static Command command(const std::string& signals, const std::vector<std::string>& arguments,
                            const std::filesystem::path& directory) {
-        std::vector<std::string> words = {"-c", R"(echo $$; exec env "$@")", "bash", signals,
+        std::vector<std::string> words = {"-c", R"(echo $$; ulimit -c 0; exec env "$@")", "bash", signals,
                                           KORV_MINE_PROGRAM};
         words.insert(words.end(), arguments.begin(), arguments.end());
         return {"/bin/bash", words, directory};
@@ -286,7 +373,8 @@ private:
 
 TEST_F(KorvMine, RemovesWhatItWroteWhenItIsInterrupted) {
     put("a.dat", large_database());
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU,
+                             SIGVTALRM, SIGPROF, SIGIO, SIGABRT, SIGRTMIN, SIGRTMAX}) {
         SCOPED_TRACE(signal);
         const Watch watch(directory_.path());
         RunningMine running("--default-signal", {"a.dat", "-s", "1", "-o", "a.classes"}, directory_.path(),
@@ -294,7 +382,7 @@ TEST_F(KorvMine, RemovesWhatItWroteWhenItIsInterrupted) {
         watch.wait_for_a_file();
         const Files before = files();
         ASSERT_EQ(before.size(), 2U);
-        EXPECT_TRUE(before.begin()->first.starts_with("a.classes.")) << before.begin()->first;
+        EXPECT_TRUE(before.begin()->first.starts_with(".korv-")) << before.begin()->first;
         running.send(signal);
         EXPECT_EQ(running.wait(), ended_by_signal(signal));
         EXPECT_EQ(files().size(), 1U);

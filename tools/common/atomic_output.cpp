@@ -1,152 +1,90 @@
 #include "common/atomic_output.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
+#include <cstddef>
 #include <cstring>
-#include <filesystem>
-#include <optional>
-#include <utility>
 
+#include "common/directory_lock.h"
 #include "common/error.h"
 
 namespace korv::tools {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-constexpr std::array ending_signals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 constexpr std::size_t buffer_bytes = std::size_t{1} << 18;
 
-/// The names of temporary files. These are plain atomic pointers, since the signal handler reads them.
-std::array<std::atomic<const char*>, 8> names_to_remove = {};
+constexpr mode_t anyone_may_write = 0222;
 
-void remember(const char* name) {
-    for (auto& slot : names_to_remove) {
-        const char* expected = nullptr;
-        if (slot.compare_exchange_strong(expected, name)) {
-            return;
-        }
-    }
+/// The permissions of a file whose group is not that of the file that it replaces: its group gets no more
+/// than all others have.
+mode_t for_another_group(mode_t rights) {
+    return (rights & 0707U) | (rights & (rights << 3U) & 0070U);
 }
 
-void forget(const char* name) {
-    for (auto& slot : names_to_remove) {
-        const char* expected = name;
-        slot.compare_exchange_strong(expected, nullptr);
-    }
-}
-
-extern "C" void remove_and_end(int signal) {
-    for (const auto& slot : names_to_remove) {
-        if (const char* const name = slot.load()) {
-            ::unlink(name);
-        }
-    }
-    // The program ends as if there were no handler, so that a shell sees which signal it was.
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
-/// Holds back the signals that end the program for as long as it exists.
-class SignalsBlocked {
-public:
-    SignalsBlocked() {
-        sigset_t signals;
-        ::sigemptyset(&signals);
-        for (const int signal : ending_signals) {
-            ::sigaddset(&signals, signal);
-        }
-        ::sigprocmask(SIG_BLOCK, &signals, &before_);
-    }
-    ~SignalsBlocked() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t before_ = {};
-};
-
-/// What a path leads to, through symbolic links; nothing when it leads nowhere.
-std::optional<struct stat> status_of(const std::string& path) {
-    struct stat status = {};
-    return ::stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
-}
-
-/// The path to which symbolic links lead, whether or not there is a file.
-std::string behind_links(const std::string& path) {
-    constexpr int most_links = 40;  // the system's own limit
-    fs::path target = path;
-    for (int i = 0; i < most_links && fs::is_symlink(fs::symlink_status(target)); ++i) {
-        target = target.parent_path() / fs::read_symlink(target);
-    }
-    return target.string();
-}
-
-/// The permissions for a file at `path`: those of the file that it replaces, or those of any new file.
-mode_t rights_at(const std::string& path) {
-    if (const auto status = status_of(path)) {
-        return status->st_mode & 0777;
-    }
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+/// Whether something is mounted on a file, as containers do with files of their host.
+bool is_mount_point(int directory, const std::string& name) {
+    struct statx status = {};
+    return ::statx(directory, name.c_str(), AT_SYMLINK_NOFOLLOW, 0, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 }  // namespace
 
-bool is_special(const std::string& path) {
-    const auto status = status_of(path);
-    return (status && !S_ISREG(status->st_mode)) || path.starts_with("/dev/") || path.starts_with("/proc/");
-}
-
-AtomicOutput::AtomicOutput(std::string path) : path_(std::move(path)) {
+AtomicOutput::AtomicOutput(const std::string& path)
+    : name_(path == "-" ? "standard output" : path), place_(find_output(path)) {
     buffer_.reserve(buffer_bytes);
-    if (path_ == "-") {
-        path_ = "standard output";
-        return;
-    }
-    target_ = behind_links(path_);
-    if (is_special(path_)) {
-        descriptor_ = ::open(path_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-    } else {
+    if (!place_.is_special()) {
         create_temporary();
-    }
-    if (descriptor_ < 0) {
-        fail("cannot be created");
-    }
-    if (temporary_.empty()) {
         return;
     }
-    // Until now, the temporary file is readable by its owner only.
-    ::fchmod(descriptor_, rights_at(target_));
+    if (place_.open_descriptor < 0) {
+        direct_ = Descriptor(
+            ::openat(place_.directory.number(), place_.name.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
+        if (!direct_.is_open()) {
+            fail("cannot be created");
+        }
+        return;
+    }
+    direct_ = Descriptor(::fcntl(place_.open_descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!direct_.is_open()) {
+        fail("cannot be written");
+    }
+    if ((::fcntl(direct_.number(), F_GETFL) & O_ACCMODE) == O_RDONLY) {
+        throw Error(name_ + ": is closed or not open for writing");
+    }
 }
 
 void AtomicOutput::create_temporary() {
-    temporary_ = target_ + ".XXXXXX";
-    const SignalsBlocked blocked;  // until their handler knows the name of the file
-    descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
-    if (descriptor_ >= 0) {
-        remember(temporary_.c_str());
+    const int directory = place_.directory.number();
+    const bool is_protected =
+        place_.status && ((place_.status->st_mode & anyone_may_write) == 0 ||
+                          ::faccessat(directory, place_.name.c_str(), W_OK, AT_EACCESS) != 0);
+    if (is_protected) {
+        throw Error(name_ + ": is write-protected, and is not replaced");
+    }
+    if (is_mount_point(directory, place_.name)) {
+        throw Error(name_ + ": is a mount point, which cannot be replaced");
+    }
+    temporary_.emplace(directory, place_.status ? 0600 : 0666);
+    if (!temporary_->is_open()) {
+        fail("cannot be created");
+    }
+    if (place_.status) {
+        keep_rights(*place_.status);
     }
 }
 
-AtomicOutput::~AtomicOutput() {
-    if (!temporary_.empty()) {
-        ::unlink(temporary_.c_str());
-        forget(temporary_.c_str());
-    }
-    if (descriptor_ != standard_output) {
-        ::close(descriptor_);
-    }
+void AtomicOutput::keep_rights(const struct stat& earlier) const {
+    const int descriptor = temporary_->descriptor();
+    const bool has_group = ::fchown(descriptor, earlier.st_uid, earlier.st_gid) == 0 ||
+                           ::fchown(descriptor, static_cast<uid_t>(-1), earlier.st_gid) == 0;
+    const mode_t rights = earlier.st_mode & 0777U;
+    ::fchmod(descriptor, has_group ? rights : for_another_group(rights));
 }
 
 void AtomicOutput::write(std::string_view text) {
@@ -159,26 +97,93 @@ void AtomicOutput::write(std::string_view text) {
 void AtomicOutput::finish() {
     flush();
     // Some file systems report only now that the disk is full.
-    if (!temporary_.empty() && ::fsync(descriptor_) != 0) {
+    if (temporary_ && ::fsync(temporary_->descriptor()) != 0) {
         fail("cannot be written");
     }
 }
 
 void AtomicOutput::commit() {
-    finish();
-    if (temporary_.empty()) {
+    commit_together({this});
+}
+
+void AtomicOutput::commit_together(const std::vector<AtomicOutput*>& outputs) {
+    std::vector<int> directories;
+    for (AtomicOutput* const output : outputs) {
+        output->finish();
+        if (output->temporary_) {
+            directories.push_back(output->place_.directory.number());
+        }
+    }
+    const DirectoryLock lock(directories);
+    const SignalsBlocked blocked;
+    std::size_t placed = 0;
+    try {
+        for (; placed < outputs.size(); ++placed) {
+            outputs[placed]->place();
+        }
+    } catch (const Error&) {
+        while (placed > 0) {
+            outputs[--placed]->take_back();
+        }
+        throw;
+    }
+    for (AtomicOutput* const output : outputs) {
+        output->settle();
+    }
+}
+
+/// Gives the file its name, and keeps what had it under a hidden one. A file system without links is no
+/// reason to fail: there, no more than taking back is lost.
+void AtomicOutput::place() {
+    if (!temporary_) {
         return;
     }
-    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        fail("cannot be given its name");
+    const int directory = place_.directory.number();
+    earlier_ = hidden_link(directory, place_.name.c_str());
+    is_new_ = !earlier_ && errno == ENOENT;
+    if (temporary_->rename_to(place_.name.c_str())) {
+        return;
     }
-    forget(temporary_.c_str());
-    temporary_.clear();
+    const int error = errno;
+    settle();
+    errno = error;
+    fail("cannot be given its name");
+}
+
+/// Undoes place().
+void AtomicOutput::take_back() {
+    if (!temporary_) {
+        return;
+    }
+    const int directory = place_.directory.number();
+    if (earlier_) {
+        ::renameat(directory, earlier_->data(), directory, place_.name.c_str());
+        earlier_.reset();
+    } else if (is_new_) {
+        ::unlinkat(directory, place_.name.c_str(), 0);
+    }
+}
+
+/// Makes place() final.
+void AtomicOutput::settle() {
+    if (earlier_) {
+        ::unlinkat(place_.directory.number(), earlier_->data(), 0);
+        earlier_.reset();
+    }
+    if (temporary_) {
+        // So that the name survives a crash of the system. It has been given, whether or not this succeeds.
+        ::fsync(place_.directory.number());
+    }
 }
 
 void AtomicOutput::flush() {
+    const int descriptor = temporary_ ? temporary_->descriptor() : direct_.number();
     for (std::string_view rest = buffer_; !rest.empty();) {
-        const ssize_t written = ::write(descriptor_, rest.data(), rest.size());
+        const ssize_t written = ::write(descriptor, rest.data(), rest.size());
+        if (written < 0 && errno == EAGAIN) {
+            wait_until_writable();
+            continue;
+        }
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -190,35 +195,14 @@ void AtomicOutput::flush() {
     buffer_.clear();
 }
 
-void AtomicOutput::fail(std::string_view what) const {
-    std::string message = path_;
-    message.append(": ").append(what).append(": ").append(std::strerror(errno));
-    throw Error(message);
+/// Another program may have made a pipe or terminal that it shares with this one not wait.
+void AtomicOutput::wait_until_writable() const {
+    pollfd polled = {.fd = direct_.number(), .events = POLLOUT, .revents = 0};
+    ::poll(&polled, 1, -1);
 }
 
-bool is_same_file(const std::string& one, const std::string& other) {
-    if (one == "-" || other == "-") {
-        return one == other;
-    }
-    if (is_special(one) || is_special(other)) {
-        return false;
-    }
-    const auto whole_path = [](const std::string& path) {
-        return fs::weakly_canonical(fs::absolute(behind_links(path)));
-    };
-    std::error_code ignored;
-    return fs::equivalent(one, other, ignored) || whole_path(one) == whole_path(other);
-}
-
-void remove_outputs_on_signals() {
-    for (const int signal : ending_signals) {
-        // A signal that is ignored stays ignored: nohup relies on it.
-        struct sigaction action = {};
-        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
-            std::signal(signal, remove_and_end);
-        }
-    }
-    std::signal(SIGXFSZ, SIG_IGN);
+void AtomicOutput::fail(const std::string& what) const {
+    throw Error(name_ + ": " + what + ": " + std::strerror(errno));
 }
 
 }  // namespace korv::tools

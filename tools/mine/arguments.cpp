@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "base/number_text.h"
-#include "common/atomic_output.h"
 #include "common/error.h"
+#include "common/output_place.h"
 #include "common/printable.h"
 
 namespace korv::tools {
@@ -22,6 +22,10 @@ auto check(Parse parse, const std::string& expected) {
     return [parse, expected](const std::string& text) {
         return parse(text) ? "" : "found " + shown(text) + "; expected " + expected;
     };
+}
+
+bool is_path(const std::string& text) {
+    return !text.empty();
 }
 
 /// What is wrong with the command line. Its words are repeated as they were typed.
@@ -103,6 +107,7 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
         ->required()
         ->check(check(parse_threshold, "a number of transactions, or a percentage such as 2.5%"));
     app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
+        ->check(check(is_path, "the name of a file"))
         ->capture_default_str();
     app.add_option("--max-size", arguments.mining.max_size, "Largest number of items of an essential itemset")
         ->check(CLI::Range(1, 1'000'000'000));
@@ -131,7 +136,8 @@ void add_options(CLI::App& app, Arguments& arguments, Words& words) {
     app.add_option("--names", arguments.names,
                    "Where the names of the items go, for baskets and tables: item TAB name (default: beside "
                    "the class "
-                   "file, with the extension .names)");
+                   "file, with the extension .names)")
+        ->check(check(is_path, "the name of a file"));
     app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "common/atomic_output.h"
+#include "common/distinct_files.h"
 #include "common/error.h"
 #include "common/text_input.h"
 #include "io/class_record.h"
@@ -64,17 +65,12 @@ void require_classes(const MinedClasses& classes, const Database& database, Coun
 }
 
 /// Throws Error when an output would replace the input or the other output.
-void require_different_files(const Arguments& arguments) {
-    const auto require_different = [](const std::string& one, const std::string& other) {
-        if (!one.empty() && is_same_file(one, other)) {
-            throw Error(one + ": found for two of transactions, class file and names; expected three files");
-        }
-    };
-    if (arguments.output != "-") {
-        require_different(arguments.output, arguments.transactions);
+void require_distinct_files(const Arguments& arguments) {
+    std::vector<NamedFile> outputs = {{arguments.output, "the class file (-o)"}};
+    if (!arguments.names.empty()) {
+        outputs.push_back({arguments.names, "the names file (--names)"});
     }
-    require_different(arguments.names, arguments.transactions);
-    require_different(arguments.names, arguments.output);
+    require_distinct({{arguments.transactions, "the input"}}, outputs);
 }
 
 void write_classes(const MinedClasses& classes, AtomicOutput& output) {
@@ -84,13 +80,12 @@ void write_classes(const MinedClasses& classes, AtomicOutput& output) {
         append_class_record(each.closure, each.support, each.essentials, record);
         output.write(record);
     });
-    output.finish();
 }
 
 void run(Arguments arguments) {
     const auto start = std::chrono::steady_clock::now();
-    remove_outputs_on_signals();
-    require_different_files(arguments);
+    remove_temporary_files_on_signals();
+    require_distinct_files(arguments);
     const Database database = read_database(arguments);
     const Count min_support = in_transactions(arguments.min_support, database.transactions);
     arguments.mining.min_support = min_support;
@@ -105,10 +100,7 @@ void run(Arguments arguments) {
     const MinedClasses classes = mine_with_progress(database, arguments.mining, arguments.quiet);
     require_classes(classes, database, min_support);
     write_classes(classes, output);
-    if (names) {
-        names->commit();
-    }
-    output.commit();
+    AtomicOutput::commit_together(names ? std::vector{&*names, &output} : std::vector{&output});
 
     if (!arguments.quiet) {
         const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
