@@ -250,6 +250,25 @@ TEST_F(KorvMine, ReportsAFileOnWhichAnotherIsMounted) {
     EXPECT_EQ(files().at("out"), "earlier");
 }
 
+TEST_F(KorvMine, DoesNotWriteItsSummaryIntoTheClassesWhereStandardErrorIsClosed) {
+    put("a.dat", small_database);
+    EXPECT_EQ(shell("exec \"$0\" a.dat -s 1 -o a.classes 2>&-").ending, exited(0));
+    EXPECT_EQ(files().at("a.classes"), small_classes);
+    EXPECT_EQ(shell("exec \"$0\" a.dat -s 1 -o b.classes <&- >&- 2>&-").ending, exited(0));
+    EXPECT_EQ(files().at("b.classes"), small_classes);
+}
+
+TEST_F(KorvMine, ReportsStandardStreamsThatAreClosed) {
+    put("a.dat", small_database);
+    const Outcome in = shell("exec \"$0\" - -s 1 -o a.classes <&-");
+    EXPECT_EQ(in.ending, exited(1));
+    EXPECT_EQ(in.err, "korv-mine: standard input: cannot be read: Bad file descriptor\n");
+    const Outcome out = shell("exec \"$0\" a.dat -s 1 >&-");
+    EXPECT_EQ(out.ending, exited(1));
+    EXPECT_EQ(out.err, "korv-mine: standard output: is closed or not open for writing\n");
+    EXPECT_EQ(files().size(), 1U);
+}
+
 TEST_F(KorvMine, DoesNotReplaceItsInputByWayOfRedirections) {
     put("a.dat", small_database);
     for (const char* const words :

@@ -9,6 +9,7 @@
 #include "common/atomic_output.h"
 #include "common/distinct_files.h"
 #include "common/error.h"
+#include "common/standard_streams.h"
 #include "common/text_input.h"
 #include "io/class_record.h"
 #include "mine/arguments.h"
@@ -111,6 +112,7 @@ void run(Arguments arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    open_standard_streams();
     try {
         run(parse_arguments(argc, argv));
         return 0;
