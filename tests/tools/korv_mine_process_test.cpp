@@ -207,6 +207,24 @@ TEST_F(KorvMine, ReportsAFileThatGrowsBeyondItsLimit) {
     EXPECT_EQ(files().size(), 1U);
 }
 
+TEST_F(KorvMine, ReportsThatTheMemoryIsExhausted) {
+    const std::string limit = "ulimit -v 30000; ";  // KiB
+    if (shell(limit + "exec \"$0\" --version").ending != exited(0)) {
+        GTEST_SKIP() << "Sanitizers need more memory than this test has.";
+    }
+    put("a.dat", large_database());
+    const Outcome mined = shell(limit + "exec \"$0\" a.dat -s 1 -q -o a.classes");
+    EXPECT_EQ(mined.ending, exited(1));
+    EXPECT_TRUE(mined.err.starts_with("korv-mine: out of memory after ")) << mined.err;
+    EXPECT_TRUE(mined.err.ends_with(" classes\n")) << mined.err;
+    std::string empty_lines;
+    empty_lines.resize(40'000'000, '\n');
+    put("a.dat", empty_lines);
+    EXPECT_EQ(shell(limit + "exec \"$0\" a.dat -s 1 -q -o a.classes").err,
+              "korv-mine: out of memory while reading a.dat\n");
+    EXPECT_EQ(files().size(), 1U);
+}
+
 /// A file system of 16 KiB with an earlier class file and earlier names. The script runs there, and then says
 /// what is left.
 Outcome on_a_small_disk(const std::filesystem::path& directory, const std::string& script) {

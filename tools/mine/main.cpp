@@ -4,6 +4,7 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
 
 #include "common/atomic_output.h"
@@ -27,16 +28,24 @@ using namespace korv;
 using namespace korv::tools;
 
 MinedClasses mine_with_progress(const Database& database, const MiningOptions& options, bool quiet) {
-    if (quiet || ::isatty(STDERR_FILENO) == 0) {
-        return mine(database, options).classes;
+    std::optional<ProgressDisplay> display;
+    if (!quiet && ::isatty(STDERR_FILENO) != 0) {
+        display.emplace(std::cerr);
     }
-    ProgressDisplay display(std::cerr);
-    return mine(database, options,
-                [&display](const MiningProgress& progress) {
-                    display.show(progress);
-                    return true;
-                })
-        .classes;
+    std::size_t found = 0;
+    const auto report = [&display, &found](const MiningProgress& progress) {
+        found = progress.classes;
+        if (display) {
+            display->show(progress);
+        }
+        return true;
+    };
+    return within_memory([&] { return mine(database, options, report).classes; },
+                         [&] { return "after " + std::to_string(found) + " classes"; });
+}
+
+std::string name_of_input(const Arguments& arguments) {
+    return arguments.transactions == "-" ? "standard input" : arguments.transactions;
 }
 
 Database read_database(const Arguments& arguments) {
@@ -87,7 +96,8 @@ void run(Arguments arguments) {
     const auto start = std::chrono::steady_clock::now();
     remove_temporary_files_on_signals();
     require_distinct_files(arguments);
-    const Database database = read_database(arguments);
+    const Database database = within_memory([&] { return read_database(arguments); },
+                                            [&] { return "while reading " + name_of_input(arguments); });
     const Count min_support = in_transactions(arguments.min_support, database.transactions);
     arguments.mining.min_support = min_support;
     // The outputs are opened before the work begins, so that a wrong path is found early.
@@ -116,6 +126,9 @@ int main(int argc, char** argv) {
     try {
         run(parse_arguments(argc, argv));
         return 0;
+    } catch (const std::bad_alloc&) {
+        std::cerr << "korv-mine: out of memory\n";
+        return 1;
     } catch (const std::exception& error) {
         std::cerr << "korv-mine: " << error.what() << '\n';
         return 1;
