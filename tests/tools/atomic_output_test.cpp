@@ -295,6 +295,17 @@ TEST_F(AtomicOutputOfUsers, DoesNotReplaceWhatTheUserMayNotWrite) {
     EXPECT_EQ(complaint, path() + ": is write-protected, and is not replaced");
 }
 
+TEST_F(AtomicOutputOfUsers, IsReportedAtOnceWhereOnlyItsOwnerMayReplaceIt) {
+    make("out", 0, 0666);  // and root owns the directory, too
+    open_directory_to_all(01777);
+    std::string complaint;
+    {
+        const OtherUser other;
+        complaint = complaint_of([&] { const AtomicOutput output(path()); });
+    }
+    EXPECT_EQ(complaint, path() + ": belongs to another user, who alone may replace it here");
+}
+
 /// Two files that belong together, the first of which replaces another.
 class AtomicOutputPair : public AtomicOutputFile {
 protected:

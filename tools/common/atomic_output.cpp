@@ -26,11 +26,30 @@ mode_t for_another_group(mode_t rights) {
     return (rights & 0707U) | (rights & (rights << 3U) & 0070U);
 }
 
-/// Whether something is mounted on a file, as containers do with files of their host.
-bool is_mount_point(int directory, const std::string& name) {
-    struct statx status = {};
-    return ::statx(directory, name.c_str(), AT_SYMLINK_NOFOLLOW, 0, &status) == 0 &&
-           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+/// Whether only its owner may replace a file of another user, as in /tmp.
+bool is_owners_to_replace(int directory, const struct stat& file) {
+    struct stat around = {};
+    const uid_t user = ::geteuid();
+    return ::fstat(directory, &around) == 0 && (around.st_mode & S_ISVTX) != 0 && user != 0 &&
+           user != file.st_uid && user != around.st_uid;
+}
+
+/// Says why a file cannot or must not be replaced; empty when it can be. Otherwise, only the last step would
+/// fail, when all the work is done.
+std::string_view why_not_replaced(int directory, const std::string& name, const struct stat& file) {
+    struct statx more = {};
+    ::statx(directory, name.c_str(), AT_SYMLINK_NOFOLLOW, 0, &more);
+    // Containers mount files of their host.
+    if ((more.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
+        return "is a mount point, which cannot be replaced";
+    }
+    const bool only_grows = (more.stx_attributes & STATX_ATTR_APPEND) != 0;
+    if (only_grows || (file.st_mode & anyone_may_write) == 0 ||
+        ::faccessat(directory, name.c_str(), W_OK, AT_EACCESS) != 0) {
+        return "is write-protected, and is not replaced";
+    }
+    return is_owners_to_replace(directory, file) ? "belongs to another user, who alone may replace it here"
+                                                 : "";
 }
 
 }  // namespace
@@ -61,14 +80,11 @@ AtomicOutput::AtomicOutput(const std::string& path)
 
 void AtomicOutput::create_temporary() {
     const int directory = place_.directory.number();
-    const bool is_protected =
-        place_.status && ((place_.status->st_mode & anyone_may_write) == 0 ||
-                          ::faccessat(directory, place_.name.c_str(), W_OK, AT_EACCESS) != 0);
-    if (is_protected) {
-        throw Error(name_ + ": is write-protected, and is not replaced");
-    }
-    if (is_mount_point(directory, place_.name)) {
-        throw Error(name_ + ": is a mount point, which cannot be replaced");
+    if (place_.status) {
+        const std::string_view reason = why_not_replaced(directory, place_.name, *place_.status);
+        if (!reason.empty()) {
+            throw Error(name_ + ": " + std::string(reason));
+        }
     }
     temporary_.emplace(directory, place_.status ? 0600 : 0666);
     if (!temporary_->is_open()) {
