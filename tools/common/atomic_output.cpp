@@ -137,7 +137,7 @@ void AtomicOutput::commit_together(const std::vector<AtomicOutput*>& outputs) {
         for (; placed < outputs.size(); ++placed) {
             outputs[placed]->place();
         }
-    } catch (const Error&) {
+    } catch (...) {
         while (placed > 0) {
             outputs[--placed]->take_back();
         }
