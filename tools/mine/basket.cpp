@@ -17,7 +17,7 @@ Database read_basket(const TextInput& input, char separator) {
         builder.begin_transaction();
         for (const CsvCell& cell : row) {
             if (!cell.text.empty()) {
-                check_name(cell, input);
+                check_name(cell.text, cell.position, input);
                 builder.add(items.number_of(cell.text));
             }
         }

@@ -1,7 +1,5 @@
 #include "mine/named_items.h"
 
-#include <string_view>
-
 #include "common/error.h"
 
 namespace korv::tools {
@@ -14,10 +12,10 @@ Item NamedItems::number_of(const std::string& name) {
     return position->second;
 }
 
-void check_name(const CsvCell& cell, const TextInput& input) {
+void check_name(std::string_view name, std::size_t position, const TextInput& input) {
     constexpr std::string_view forbidden("\t\n\r\0", 4);
-    if (cell.text.find_first_of(forbidden) != std::string::npos) {
-        throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
+    if (name.find_first_of(forbidden) != std::string_view::npos) {
+        throw input_error(input.name, place_of(input.text, position), shown(name),
                           "a name in UTF-8 without tabs, line ends and NUL bytes");
     }
 }

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "base/itemset.h"
-#include "common/csv.h"
+#include "common/text_input.h"
 
 namespace korv::tools {
 
@@ -27,9 +29,9 @@ private:
     std::vector<std::string> names_;
 };
 
-/// Throws Error when a cell cannot be part of a name, since the names file has a line for each name, with a
-/// tab in it.
-void check_name(const CsvCell& cell, const TextInput& input);
+/// Throws Error when a text of the input, at `position`, cannot be a name, since the names file has a line
+/// for each name, with a tab in it.
+void check_name(std::string_view name, std::size_t position, const TextInput& input);
 
 /// The text of the names file: a line for each item, with its number, TAB and its name.
 std::string names_file(const std::vector<std::string>& names);

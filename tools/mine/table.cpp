@@ -32,7 +32,7 @@ std::optional<double> number_in(const CsvCell& cell) {
 void check_header(const Row& header, const TextInput& input) {
     std::set<std::string> names;
     for (const CsvCell& cell : header) {
-        check_name(cell, input);
+        check_name(cell.text, cell.position, input);
         if (cell.text.empty()) {
             throw input_error(input.name, place_of(input.text, cell.position), "a column without a name",
                               "a name for each column");
@@ -58,7 +58,7 @@ Table parse(const TextInput& input, char separator) {
                               std::to_string(table.header.size()) + " cells, as many as the header has");
         }
         for (const CsvCell& cell : row) {
-            check_name(cell, input);
+            check_name(cell.text, cell.position, input);
         }
         table.rows.push_back(std::move(row));
     }
