@@ -16,7 +16,7 @@ Rows rows_of(const std::string& text, char separator = ',') {
     for (std::vector<CsvCell> row; reader.next(row);) {
         rows.emplace_back();
         for (const CsvCell& cell : row) {
-            rows.back().push_back(cell.text);
+            rows.back().emplace_back(cell.text);
         }
     }
     return rows;

@@ -60,16 +60,6 @@ Count in_transactions(const Threshold& threshold, Count transactions) {
     return static_cast<Count>(count);
 }
 
-std::optional<BinRule> parse_bin_rule(const std::string& text) {
-    const std::size_t equals = text.rfind('=');
-    const bool for_all = equals == std::string::npos;
-    const auto bins = parse_number<std::size_t>(std::string_view(text).substr(for_all ? 0 : equals + 1));
-    if (!bins || *bins == 0 || equals == 0) {
-        return std::nullopt;
-    }
-    return BinRule{for_all ? "" : text.substr(0, equals), *bins};
-}
-
 std::optional<char> parse_separator(const std::string& text) {
     if (text == "tab") {
         return '\t';
@@ -183,13 +173,7 @@ Arguments parse_arguments(int argc, char** argv) {
     arguments.mining.closure_over_all = words.closure_items == "all";
     arguments.separator = *parse_separator(words.separator);
     for (const std::string& word : words.bins) {
-        const BinRule rule = *parse_bin_rule(word);
-        if (std::ranges::find(arguments.bins, rule.column, &BinRule::column) != arguments.bins.end()) {
-            throw Error("--bins: found two rules for " +
-                        (rule.column.empty() ? "all columns" : "the column " + shown(rule.column)) +
-                        "; expected one");
-        }
-        arguments.bins.push_back(rule);
+        arguments.bins.push_back(*parse_bin_rule(word));
     }
     if (arguments.names.empty() && arguments.format != Format::fimi) {
         arguments.names = default_names(arguments.output);

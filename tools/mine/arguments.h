@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "mine/miner.h"
-#include "mine/table.h"
+#include "mine/table_options.h"
 
 namespace korv::tools {
 
@@ -43,9 +43,6 @@ struct Arguments {
     bool quiet = false;
 };
 
-/// Parses "4", for all columns of numbers, or "age=4", for one column. Returns nothing for anything else.
-std::optional<BinRule> parse_bin_rule(const std::string& text);
-
 /// Parses one byte, or "tab". Returns nothing for anything else, and for a quote and a line end, which cannot
 /// be separators.
 std::optional<char> parse_separator(const std::string& text);
@@ -55,7 +52,7 @@ std::optional<char> parse_separator(const std::string& text);
 std::string default_names(const std::string& output);
 
 /// Reads the command line. When it asks for help or the version, or when it is wrong, prints that and ends
-/// the program. Throws Error for rules that contradict each other.
+/// the program.
 Arguments parse_arguments(int argc, char** argv);
 
 }  // namespace korv::tools

@@ -18,7 +18,7 @@ Database read_basket(const TextInput& input, char separator) {
         for (const CsvCell& cell : row) {
             if (!cell.text.empty()) {
                 check_name(cell.text, cell.position, input);
-                builder.add(items.number_of(cell.text));
+                builder.add(items.number_of(std::string(cell.text)));
             }
         }
     }

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <new>
 #include <optional>
+#include <utility>
 
 #include "common/atomic_output.h"
 #include "common/distinct_files.h"
@@ -48,13 +49,20 @@ std::string name_of_input(const Arguments& arguments) {
     return arguments.transactions == "-" ? "standard input" : arguments.transactions;
 }
 
+Database read_table(TextInput input, const Arguments& arguments) {
+    TableReader reader(arguments.separator, {.bins = arguments.bins});
+    reader.add(input);
+    input = {};  // makes room for the items
+    return reader.finish();
+}
+
 Database read_database(const Arguments& arguments) {
-    const TextInput input = read_text(arguments.transactions);
+    TextInput input = read_text(arguments.transactions);
     switch (arguments.format) {
         case Format::basket:
             return read_basket(input, arguments.separator);
         case Format::table:
-            return read_table(input, arguments.separator, arguments.bins);
+            return read_table(std::move(input), arguments);
         case Format::fimi:
             break;
     }

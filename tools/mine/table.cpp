@@ -1,213 +1,236 @@
 #include "mine/table.h"
 
 #include <algorithm>
-#include <cmath>
-#include <map>
-#include <optional>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "base/number_text.h"
-#include "common/csv.h"
-#include "common/error.h"
-#include "mine/database_builder.h"
+#include "mine/column_choice.h"
+#include "mine/column_twins.h"
 #include "mine/named_items.h"
 
 namespace korv::tools {
 
 namespace {
 
-using Row = std::vector<CsvCell>;
+constexpr Count largest_sum = 2147483647;  // of weights
 
-struct Table {
-    Row header;
-    std::vector<Row> rows;  ///< each with as many cells as the header, or with none
+/// Tells the places of positions in a text that ascend, in one pass over the text.
+class PlaceFinder {
+public:
+    explicit PlaceFinder(std::string_view text) : text_(text) {}
+
+    Place next(std::size_t position) {
+        const Place step = place_of(text_.substr(position_), position - position_);
+        place_.column = step.line == 1 ? place_.column + step.column - 1 : step.column;
+        place_.line += step.line - 1;
+        position_ = position;
+        return place_;
+    }
+
+private:
+    std::string_view text_;
+    std::size_t position_ = 0;
+    Place place_ = {1, 1};
 };
 
-std::optional<double> number_in(const CsvCell& cell) {
-    const auto number = parse_number<double>(cell.text);
-    return number && std::isfinite(*number) ? number : std::nullopt;
+Error error_at(const TextInput& input, std::size_t position, const std::string& found,
+               const std::string& expected) {
+    return input_error(input.name, place_of(input.text, position), found, expected);
 }
 
-void check_header(const Row& header, const TextInput& input) {
-    std::set<std::string> names;
+std::string in_cells(std::size_t number) {
+    return std::to_string(number) + (number == 1 ? " cell" : " cells");
+}
+
+/// Throws Error unless each column has a name, and one that no other has.
+void check_header(const std::vector<CsvCell>& header, const TextInput& input) {
+    std::unordered_set<std::string_view> names;
     for (const CsvCell& cell : header) {
         check_name(cell.text, cell.position, input);
         if (cell.text.empty()) {
-            throw input_error(input.name, place_of(input.text, cell.position), "a column without a name",
-                              "a name for each column");
+            throw error_at(input, cell.position, "a column without a name", "a name for each column");
         }
         if (!names.insert(cell.text).second) {
-            throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
-                              "a name of a column that no other has");
-        }
-    }
-}
-
-Table parse(const TextInput& input, char separator) {
-    CsvReader reader(input, separator);
-    Table table;
-    if (!reader.next(table.header) || table.header.empty()) {
-        throw input_error(input.name, {1, 1}, "nothing", "a line with the names of the columns");
-    }
-    check_header(table.header, input);
-    for (Row row; reader.next(row);) {
-        if (!row.empty() && row.size() != table.header.size()) {
-            throw input_error(input.name, place_of(input.text, row.front().position),
-                              "a line of " + std::to_string(row.size()),
-                              std::to_string(table.header.size()) + " cells, as many as the header has");
-        }
-        for (const CsvCell& cell : row) {
-            check_name(cell.text, cell.position, input);
-        }
-        table.rows.push_back(std::move(row));
-    }
-    return table;
-}
-
-/// The cells of one column that are not empty.
-std::vector<const CsvCell*> cells_of(const Table& table, std::size_t column) {
-    std::vector<const CsvCell*> cells;
-    for (const Row& row : table.rows) {
-        if (!row.empty() && !row[column].text.empty()) {
-            cells.push_back(&row[column]);
-        }
-    }
-    return cells;
-}
-
-/// The number of bins into which a column is to be cut; nothing when it is not to be cut.
-std::optional<std::size_t> bins_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
-                                   const std::vector<BinRule>& rules, const TextInput& input) {
-    const auto is_number = [](const CsvCell* cell) { return number_in(*cell).has_value(); };
-    const auto rule_for = [&rules](const std::string& column) {
-        return std::ranges::find(rules, column, &BinRule::column);
-    };
-    if (const auto rule = rule_for(header.text); rule != rules.end()) {
-        const auto other = std::ranges::find_if_not(cells, is_number);
-        if (other != cells.end()) {
-            throw input_error(input.name, place_of(input.text, (*other)->position), shown((*other)->text),
-                              "a number, since --bins cuts the column " + shown(header.text));
-        }
-        return rule->bins;
-    }
-    const auto rule = rule_for("");
-    const bool applies = rule != rules.end() && std::ranges::all_of(cells, is_number);
-    return applies ? std::optional(rule->bins) : std::nullopt;
-}
-
-/// The label of the bin for each number of a column.
-std::map<double, std::string> bin_labels(const std::vector<const CsvCell*>& cells, std::size_t bins) {
-    struct Value {
-        std::string text;
-        std::size_t count = 0;
-    };
-    std::map<double, Value> values;
-    for (const CsvCell* const cell : cells) {
-        Value& value = values[*number_in(*cell)];
-        value.text = value.count == 0 ? cell->text : value.text;
-        ++value.count;
-    }
-    // The first position of a number among all sorted numbers decides its bin.
-    std::map<std::size_t, std::pair<std::string, std::string>> ends;
-    std::map<double, std::size_t> bin_of;
-    std::size_t smaller = 0;
-    for (const auto& [number, value] : values) {
-        const std::size_t bin = smaller * std::min(bins, cells.size()) / cells.size();
-        ends.try_emplace(bin, value.text, value.text).first->second.second = value.text;
-        bin_of[number] = bin;
-        smaller += value.count;
-    }
-    std::map<double, std::string> labels;
-    for (const auto& [number, bin] : bin_of) {
-        const auto& [first, last] = ends[bin];
-        std::string& label = labels[number] = first;
-        if (first != last) {
-            label.append("..").append(last);
-        }
-    }
-    return labels;
-}
-
-std::string item_name(const CsvCell& header, const std::string& value) {
-    std::string name = header.text;
-    name.append("=").append(value);
-    return name;
-}
-
-/// The items of one column by the text of its cells. Items that are new get their numbers here.
-std::map<std::string, Item> items_of(const CsvCell& header, const std::vector<const CsvCell*>& cells,
-                                     std::optional<std::size_t> bins, const TextInput& input,
-                                     NamedItems& items) {
-    const std::size_t earlier = items.size();
-    const auto new_item = [&](const CsvCell& cell, const std::string& value) {
-        const Item item = items.number_of(item_name(header, value));
-        if (item <= earlier) {
-            throw input_error(input.name, place_of(input.text, cell.position),
-                              shown(item_name(header, value)), "an item that no column before has");
-        }
-        return item;
-    };
-    std::map<std::string, Item> item_of;
-    if (!bins) {
-        for (const CsvCell* const cell : cells) {
-            item_of.try_emplace(cell->text, new_item(*cell, cell->text));
-        }
-        return item_of;
-    }
-    const std::map<double, std::string> labels = bin_labels(cells, *bins);
-    for (const auto& [number, label] : labels) {
-        items.number_of(item_name(header, label));  // from the smallest
-    }
-    for (const CsvCell* const cell : cells) {
-        item_of.try_emplace(cell->text, new_item(*cell, labels.at(*number_in(*cell))));
-    }
-    return item_of;
-}
-
-void check_rules(const std::vector<BinRule>& rules, const Table& table, const TextInput& input) {
-    for (const BinRule& rule : rules) {
-        if (!rule.column.empty() &&
-            std::ranges::find(table.header, rule.column, &CsvCell::text) == table.header.end()) {
-            std::string columns;
-            for (const CsvCell& cell : table.header) {
-                columns += (columns.empty() ? "" : ", ") + shown(cell.text);
-            }
-            throw Error("--bins: found the column " + shown(rule.column) + "; expected one of " + input.name +
-                        ": " + columns);
+            throw error_at(input, cell.position, "the name " + shown(cell.text) + " twice in the header",
+                           "a different name for each column");
         }
     }
 }
 
 }  // namespace
 
-Database read_table(const TextInput& input, char separator, const std::vector<BinRule>& rules) {
-    const Table table = parse(input, separator);
-    check_rules(rules, table, input);
+TableReader::TableReader(char separator, TableOptions options)
+    : separator_(separator), options_(std::move(options)) {
+    check_rules(options_);
+}
 
-    NamedItems items;
-    std::vector<std::map<std::string, Item>> item_of;  // by column, then by text
-    for (std::size_t column = 0; column < table.header.size(); ++column) {
-        const CsvCell& header = table.header[column];
-        const std::vector<const CsvCell*> cells = cells_of(table, column);
-        item_of.push_back(items_of(header, cells, bins_of(header, cells, rules, input), input, items));
+void TableReader::add(const TextInput& input) {
+    CsvReader reader(input, separator_);
+    std::vector<CsvCell> cells;
+    if (!reader.next(cells) || cells.empty()) {
+        throw input_error(input.name, {1, 1}, "nothing", "a line with the names of the columns");
     }
+    const Line header = {cells, reader.line_position(), input};
+    if (header_.empty()) {
+        take_header(header);
+    } else {
+        require_same_header(header);
+    }
+    while (reader.next(cells)) {
+        add_line({cells, reader.line_position(), input});
+    }
+    note_other_cells(input);
+}
 
-    DatabaseBuilder builder;
-    for (const Row& row : table.rows) {
-        builder.begin_transaction();
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            if (!row[column].text.empty()) {
-                builder.add(item_of[column].at(row[column].text));
+void TableReader::take_header(const Line& header) {
+    check_header(header.cells, header.input);
+    file_ = header.input.name;
+    for (const CsvCell& cell : header.cells) {
+        header_.emplace_back(cell.text);
+    }
+    cells_ = chosen_columns(header_, options_, file_);
+    for (const std::size_t cell : cells_) {
+        columns_.emplace_back(header_[cell], options_);
+    }
+    if (!options_.weight_column.empty()) {
+        weight_cell_ = std::ranges::find(header_, options_.weight_column) - header_.begin();
+    }
+}
+
+void TableReader::require_same_header(const Line& header) const {
+    if (header.cells.size() != header_.size()) {
+        throw error_at(header.input, header.position, "a header of " + in_cells(header.cells.size()),
+                       std::to_string(header_.size()) + ", as many as that of " + file_);
+    }
+    for (std::size_t i = 0; i < header_.size(); ++i) {
+        if (header.cells[i].text != header_[i]) {
+            throw error_at(header.input, header.cells[i].position, shown(header.cells[i].text),
+                           shown(header_[i]) + ", as in the header of " + file_);
+        }
+    }
+}
+
+void TableReader::add_line(const Line& line) {
+    if (!line.cells.empty() && line.cells.size() != header_.size()) {
+        throw error_at(line.input, line.position, "a line of " + in_cells(line.cells.size()),
+                       std::to_string(header_.size()) + ", as many as the header has");
+    }
+    const Count weight = weight_of(line);
+    if (weight == 0) {
+        ++report_.left_out;
+        return;
+    }
+    add_transactions(line, weight);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (line.cells.empty()) {
+            columns_[i].add_empty();
+        } else {
+            columns_[i].add(line.cells[cells_[i]], line.input);
+        }
+    }
+}
+
+/// For how many transactions a line stands.
+Count TableReader::weight_of(const Line& line) const {
+    if (!weight_cell_) {
+        return 1;
+    }
+    const std::string_view text = line.cells.empty() ? "" : line.cells[*weight_cell_].text;
+    if (const auto weight = parse_number<Count>(text)) {
+        return *weight;
+    }
+    throw error_at(line.input, line.cells.empty() ? line.position : line.cells[*weight_cell_].position,
+                   line.cells.empty() ? "a blank line" : shown(text),
+                   "a whole number in the column " + shown(options_.weight_column) +
+                       ", for how many transactions the line stands");
+}
+
+void TableReader::add_transactions(const Line& line, Count weight) {
+    if (weight > largest_sum - database_.transactions) {
+        throw error_at(line.input, line.position,
+                       "more than " + std::to_string(largest_sum) + " transactions", "so many at most");
+    }
+    ++database_.lines;
+    database_.transactions += weight;
+    if (weight_cell_) {
+        database_.weights.push_back(weight);
+    }
+}
+
+/// Notes where columns have their first cells that are no numbers, while the input is there.
+void TableReader::note_other_cells(const TextInput& input) {
+    std::vector<std::pair<std::size_t, std::size_t>> found;  // position and column
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (columns_[i].other_position() && !other_cells_.contains(i)) {
+            found.emplace_back(*columns_[i].other_position(), i);
+        }
+    }
+    std::ranges::sort(found);
+    PlaceFinder places(input.text);
+    for (const auto& [position, i] : found) {
+        const TableColumn& column = columns_[i];
+        other_cells_[i] = {column.name(), column.other_text(), input.name, places.next(position), false};
+    }
+}
+
+Database TableReader::finish() {
+    report_uncut();
+    if (std::ranges::all_of(database_.weights, [](Count weight) { return weight == 1; })) {
+        database_.weights.clear();
+    }
+    std::vector<std::size_t> ends;
+    for (TableColumn& column : columns_) {
+        column.move_to(database_);
+        ends.push_back(database_.items.size());
+    }
+    if (database_.items.empty()) {
+        throw Error(file_ + ": found no item; expected a header and one transaction a line");
+    }
+    require_different_names(ends);
+    report_twins(ends);
+    return std::move(database_);
+}
+
+void TableReader::report_uncut() {
+    for (auto& [i, cell] : other_cells_) {
+        if (columns_[i].has_more_values_than_bins()) {
+            cell.has_numbers = columns_[i].has_numbers();
+            report_.uncut.push_back(std::move(cell));
+        }
+    }
+}
+
+void TableReader::report_twins(const std::vector<std::size_t>& ends) {
+    for (const std::vector<std::size_t>& group : twin_columns(database_.items, ends)) {
+        std::vector<std::string>& names = report_.twins.emplace_back();
+        for (const std::size_t column : group) {
+            names.push_back(columns_[column].name());
+        }
+    }
+}
+
+/// Throws Error when two columns have items of the same name.
+void TableReader::require_different_names(const std::vector<std::size_t>& ends) const {
+    // It takes an equals sign in the name of a column: those of "a" and "a=b" can both be "a=b=c".
+    if (std::ranges::none_of(
+            columns_, [](const auto& column) { return column.name().find('=') != std::string::npos; })) {
+        return;
+    }
+    std::unordered_map<std::string_view, std::size_t> column_of;
+    std::size_t item = 0;
+    for (std::size_t column = 0; column < ends.size(); ++column) {
+        for (; item < ends[column]; ++item) {
+            const std::string& name = database_.names[item];
+            const auto [earlier, is_new] = column_of.try_emplace(name, column);
+            if (!is_new) {
+                throw Error(file_ + ": found the item " + shown(name) + " in the columns " +
+                            shown(columns_[earlier->second].name()) + " and " +
+                            shown(columns_[column].name()) + "; expected a different name for each item");
             }
         }
     }
-    Database database = builder.finish();
-    if (database.items.empty()) {
-        throw Error(input.name + ": found no item; expected a header and one transaction a line");
-    }
-    database.names = std::move(items).names();
-    return database;
 }
 
 }  // namespace korv::tools

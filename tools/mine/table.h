@@ -1,30 +1,100 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "common/csv.h"
+#include "common/error.h"
 #include "common/text_input.h"
 #include "mine/database.h"
+#include "mine/table_column.h"
+#include "mine/table_options.h"
 
 namespace korv::tools {
 
-/// A rule that numbers are to be cut into bins.
-struct BinRule {
-    std::string column;  ///< its name; empty for all columns that hold nothing but numbers
-    std::size_t bins;    ///< at least 1
+/// A column that a rule for all columns would have cut into bins, were it not for a cell that is no number.
+struct UncutColumn {
+    std::string name;
+    std::string cell;  ///< the first one that is no number
+    std::string file;
+    Place place;       ///< of that cell
+    bool has_numbers;  ///< whether other cells are numbers; few people expect a column without any to be cut
 };
 
-/// Reads a table: the first line has the names of the columns, and each other line is a transaction. A cell
-/// is an item, "column=value"; an empty cell is none. A blank line is an empty transaction.
+/// What the person who reads the rules should know about a table.
+struct TableReport {
+    std::vector<UncutColumn> uncut;  ///< in the order of the columns
+    /// The names of columns whose items are in the same transactions, so that they double every rule: see
+    /// twin_columns.
+    std::vector<std::vector<std::string>> twins;
+    std::size_t left_out = 0;  ///< lines with the weight 0
+};
+
+/// Reads tables: the first line has the names of the columns, and each other line is a transaction, or as
+/// many as the weight column says. A blank line is an empty transaction. A line with the weight 0 is left out
+/// as if it were not there, once it has the right number of cells.
 ///
-/// A column for which there is a rule is cut into bins with about the same number of cells (quantiles; equal
-/// numbers always share a bin), "column=smallest..largest". A rule for one column takes precedence over a
-/// rule for all.
+/// A cell is an item, "column=value"; a missing one is none. A column for which there is a rule is cut into
+/// bins (see column_bins.h). A rule for all columns cuts those that hold nothing but numbers, more of them
+/// than bins; a rule for one column takes precedence. A cell of a column that is to be split holds several
+/// answers, without blanks around them, each of them the item "column=answer"; an answer that is empty or
+/// missing is none. With only_true, a cell of any other column is the item "column" or none.
 ///
-/// Items are numbered from 1, column by column: values in the order in which they first occur, bins from the
-/// smallest. Throws Error, with the place, when the input does not have this form, when a rule names a column
-/// that does not exist or that holds anything but numbers, and when there is no item at all.
-Database read_table(const TextInput& input, char separator, const std::vector<BinRule>& rules);
+/// Items are numbered from 1, column by column: values and answers in the order in which they first occur,
+/// bins from the smallest. While the tables are read, each column holds its distinct cells, and one to four
+/// bytes for each line.
+class TableReader {
+public:
+    /// Throws Error for options that contradict each other: see check_rules.
+    TableReader(char separator, TableOptions options);
+    TableReader(const TableReader&) = delete;
+    TableReader& operator=(const TableReader&) = delete;
+
+    /// Reads one more table, whose header must be that of the first. The input is not needed afterwards.
+    /// Throws Error, with the place, when the input does not have the form of a table, when a cell is not
+    /// what the options say, and when there are more than 2^31 - 1 transactions. Throws Error for options
+    /// that name columns that do not exist.
+    void add(const TextInput& input);
+
+    /// The transactions of all tables in their order, with the names of the items; at least one table was
+    /// added. Throws Error when there is no item at all, and when columns have items of the same name. Call
+    /// this once, last.
+    Database finish();
+
+    /// What there is to know about the tables. It is complete after finish().
+    const TableReport& report() const { return report_; }
+
+private:
+    /// A line, which begins at a position of the input.
+    struct Line {
+        const std::vector<CsvCell>& cells;
+        std::size_t position;
+        const TextInput& input;
+    };
+
+    void take_header(const Line& header);
+    void require_same_header(const Line& header) const;
+    void add_line(const Line& line);
+    Count weight_of(const Line& line) const;
+    void add_transactions(const Line& line, Count weight);
+    void note_other_cells(const TextInput& input);
+    void report_uncut();
+    void report_twins(const std::vector<std::size_t>& ends);
+    void require_different_names(const std::vector<std::size_t>& ends) const;
+
+    char separator_;
+    TableOptions options_;
+    std::string file_;                 ///< the first one
+    std::vector<std::string> header_;  ///< the names of all columns; empty until there is a table
+    std::vector<TableColumn> columns_;
+    std::vector<std::size_t> cells_;                  ///< the position of each of `columns_` in a line
+    std::optional<std::size_t> weight_cell_;          ///< the position of the weight column in a line
+    std::map<std::size_t, UncutColumn> other_cells_;  ///< cells that are no numbers, by `columns_`
+    Database database_;                               ///< its lines and weights
+    TableReport report_;
+};
 
 }  // namespace korv::tools

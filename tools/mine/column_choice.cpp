@@ -1,0 +1,176 @@
+#include "mine/column_choice.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <unordered_map>
+#include <utility>
+
+#include "common/error.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// The columns of a message.
+constexpr std::size_t most_listed = 10;
+/// Of the names that are compared to find close ones.
+constexpr std::size_t most_compared = 64;
+
+/// The bytes of the first character.
+std::size_t character_bytes(std::string_view text) {
+    std::size_t bytes = 1;
+    while (bytes < text.size() && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80) {
+        ++bytes;
+    }
+    return bytes;
+}
+
+/// How many bytes have to be inserted, removed or replaced to make one text of the other.
+std::size_t edit_distance(std::string_view one, std::string_view other) {
+    std::vector<std::size_t> distances(other.size() + 1);
+    std::iota(distances.begin(), distances.end(), std::size_t{0});
+    for (std::size_t i = 0; i < one.size(); ++i) {
+        std::size_t diagonal = std::exchange(distances[0], i + 1);
+        for (std::size_t j = 0; j < other.size(); ++j) {
+            const std::size_t replaced = diagonal + (one[i] == other[j] ? 0 : 1);
+            diagonal = distances[j + 1];
+            distances[j + 1] = std::min({replaced, diagonal + 1, distances[j] + 1});
+        }
+    }
+    return distances.back();
+}
+
+std::string beginning_in_small_letters(std::string_view text) {
+    std::string result(text.substr(0, most_compared));
+    for (char& c : result) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return result;
+}
+
+/// Names like `word`, the closest first; all names in their order where they are few.
+std::vector<std::string> names_to_list(std::string_view word, const std::vector<std::string>& header) {
+    if (header.size() <= most_listed) {
+        return header;
+    }
+    const std::string wanted = beginning_in_small_letters(word);
+    std::vector<std::pair<std::size_t, std::size_t>> closest;  // distance and position
+    for (std::size_t i = 0; i < header.size(); ++i) {
+        closest.emplace_back(edit_distance(wanted, beginning_in_small_letters(header[i])), i);
+    }
+    std::ranges::partial_sort(closest, closest.begin() + most_listed);
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < most_listed; ++i) {
+        names.push_back(header[closest[i].second]);
+    }
+    return names;
+}
+
+Error unknown_column(const std::string& option, const std::string& word,
+                     const std::vector<std::string>& header, const std::string& file) {
+    std::string names;
+    for (const std::string& name : names_to_list(word, header)) {
+        names += (names.empty() ? "" : ", ") + shown(name);
+    }
+    const std::string number = std::to_string(header.size());
+    const std::string expected = header.size() <= most_listed
+                                     ? "one of " + file + ": " + names
+                                     : "one of the " + number + " of " + file + ", such as " + names;
+    return Error(option + ": found the column " + shown(word) + "; expected " + expected);
+}
+
+/// Which columns a pattern of the list matches.
+std::vector<bool> matched(const std::string& option, const std::vector<std::string>& patterns,
+                          const std::vector<std::string>& header, const std::string& file) {
+    std::vector<bool> result(header.size());
+    for (const std::string& pattern : patterns) {
+        bool matches_one = false;
+        for (std::size_t i = 0; i < header.size(); ++i) {
+            const bool match = matches(pattern, header[i]);
+            result[i] = result[i] || match;
+            matches_one = matches_one || match;
+        }
+        if (!matches_one) {
+            throw unknown_column(option, pattern, header, file);
+        }
+    }
+    return result;
+}
+
+/// Throws Error unless the column of a rule exists and is read.
+void require_chosen(const std::string& option, const std::string& column,
+                    const std::vector<std::string>& header, const std::vector<bool>& is_chosen,
+                    const std::string& file) {
+    const auto position = std::ranges::find(header, column);
+    if (position == header.end()) {
+        throw unknown_column(option, column, header, file);
+    }
+    if (!is_chosen[static_cast<std::size_t>(position - header.begin())]) {
+        throw Error(option + ": found the column " + shown(column) +
+                    ", which --columns, --ignore or --weight leaves out; expected a column that is read");
+    }
+}
+
+}  // namespace
+
+bool matches(std::string_view pattern, std::string_view name) {
+    // Where to go on when the rest does not match: the last star stands for one byte more.
+    std::string_view behind_star;
+    std::string_view name_behind_star;
+    bool has_star = false;
+    while (!name.empty()) {
+        if (pattern.starts_with('*')) {
+            pattern.remove_prefix(1);
+            behind_star = pattern;
+            name_behind_star = name;
+            has_star = true;
+        } else if (pattern.starts_with('?')) {
+            pattern.remove_prefix(1);
+            name.remove_prefix(character_bytes(name));
+        } else if (pattern.starts_with(name.front())) {
+            pattern.remove_prefix(1);
+            name.remove_prefix(1);
+        } else if (has_star) {
+            name_behind_star.remove_prefix(1);
+            pattern = behind_star;
+            name = name_behind_star;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of('*') == std::string_view::npos;
+}
+
+std::vector<std::size_t> chosen_columns(const std::vector<std::string>& header, const TableOptions& options,
+                                        const std::string& file) {
+    const std::vector<bool> named = matched("--columns", options.columns, header, file);
+    const std::vector<bool> ignored = matched("--ignore", options.ignored, header, file);
+    std::vector<bool> is_chosen(header.size());
+    std::vector<std::size_t> chosen;
+    for (std::size_t i = 0; i < header.size(); ++i) {
+        is_chosen[i] =
+            (options.columns.empty() || named[i]) && !ignored[i] && header[i] != options.weight_column;
+        if (is_chosen[i]) {
+            chosen.push_back(i);
+        }
+    }
+    if (!options.weight_column.empty() && std::ranges::find(header, options.weight_column) == header.end()) {
+        throw unknown_column("--weight", options.weight_column, header, file);
+    }
+    for (const BinRule& rule : options.bins) {
+        if (!rule.column.empty()) {
+            require_chosen("--bins", rule.column, header, is_chosen, file);
+        }
+    }
+    for (const SplitRule& rule : options.splits) {
+        require_chosen("--split", rule.column, header, is_chosen, file);
+    }
+    if (chosen.empty()) {
+        throw Error(file +
+                    ": found no column that --columns, --ignore and --weight leave; expected one at least");
+    }
+    return chosen;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/csv.h"
+#include "common/text_input.h"
+#include "mine/column_dictionary.h"
+#include "mine/column_numbers.h"
+#include "mine/database.h"
+#include "mine/table_options.h"
+
+namespace korv::tools {
+
+/// What a cell of a column stands for.
+enum class Meaning {
+    value,             ///< the item "column=cell"
+    number,            ///< a bin of a column that is to be cut
+    number_or_values,  ///< a bin where all cells are numbers and there are more of them than bins
+    answers,           ///< several items "column=answer"
+    flag,              ///< the item "column", or none
+};
+
+/// The items of a column, and its values: the distinct cells by their numbers in the dictionary.
+struct ColumnItems {
+    std::vector<std::string> names;     ///< of the items, in their order
+    std::vector<std::uint32_t> begins;  ///< where in `of_values` the items of each value begin, and their end
+    std::vector<std::uint32_t> of_values;
+};
+
+/// A column of a table while it is read: each distinct cell once, and a small number for each line.
+class TableColumn {
+public:
+    /// What `options` make of the column with this name. They must outlive the column.
+    TableColumn(std::string name, const TableOptions& options);
+
+    /// Adds the cell of one more line. Throws Error, with the place, for one that cannot be what the column
+    /// says that it is.
+    void add(const CsvCell& cell, const TextInput& input) {
+        const auto [number, is_new] = dictionary_.number_of(cell.text);
+        if (is_new) {
+            examine(cell, input);
+        }
+        lines_.push_back(number);
+    }
+
+    /// Adds an empty cell.
+    void add_empty() { lines_.push_back(dictionary_.number_of({}).number); }
+
+    /// Moves the columns of the items that occur to the end of `database`, and their names, and frees the
+    /// cells. Items get the next numbers. Call this once, last.
+    void move_to(Database& database);
+
+    const std::string& name() const { return name_; }
+
+    /// Whether cells become bins when the column is moved.
+    bool is_cut() const;
+
+    /// The position of the first cell that is no number, in the input that was added last when it was found;
+    /// nothing where there is none, or where nobody asked for numbers of all columns.
+    std::optional<std::size_t> other_position() const { return other_position_; }
+    /// The text of that cell.
+    std::string other_text() const { return std::string(dictionary_.text(other_)); }
+    /// Whether there is a number in the column.
+    bool has_numbers() const { return has_numbers_; }
+    /// Whether `--bins K` would have cut the column, had all its cells been numbers.
+    bool has_more_values_than_bins() const;
+
+private:
+    void examine(const CsvCell& cell, const TextInput& input);
+    void examine_number(const CsvCell& cell, const TextInput& input);
+    bool is_missing(std::string_view text) const;
+    ColumnItems items(const std::vector<Count>& weights) const;
+    ColumnItems bin_items(const std::vector<Count>& weights) const;
+    ColumnItems value_items() const;
+    ColumnItems answer_items() const;
+    ColumnItems flag_items() const;
+    std::vector<std::uint64_t> cells_of_values(const std::vector<Count>& weights) const;
+    std::size_t distinct_numbers() const;
+
+    std::string name_;
+    const TableOptions* options_;
+    Meaning meaning_ = Meaning::value;
+    const BinRule* bins_ = nullptr;
+    std::string_view separator_;  ///< of answers
+    ColumnDictionary dictionary_;
+    ColumnNumbers lines_;          ///< the number of each line's cell in the dictionary
+    std::vector<double> numbers_;  ///< of the texts in the dictionary, where they are to be cut; or NaN
+    std::optional<std::size_t> other_position_;
+    std::uint32_t other_ = 0;
+    bool has_numbers_ = false;
+};
+
+}  // namespace korv::tools
