@@ -62,23 +62,6 @@ TEST(InTransactions, MustBeBetween1AndAll) {
     EXPECT_NE(complaint({1e300, true}, 100), "");
 }
 
-TEST(ParseBinRule, TakesANumberForAllColumnsOrForOne) {
-    const auto for_all = parse_bin_rule("4");
-    ASSERT_TRUE(for_all);
-    EXPECT_EQ(for_all->column, "");
-    EXPECT_EQ(for_all->bins, 4U);
-    const auto for_one = parse_bin_rule("a=b=10");
-    ASSERT_TRUE(for_one);
-    EXPECT_EQ(for_one->column, "a=b");
-    EXPECT_EQ(for_one->bins, 10U);
-}
-
-TEST(ParseBinRule, TakesNothingElse) {
-    for (const char* const text : {"", "0", "age", "age=", "age=0", "=4", "age=x", "-1"}) {
-        EXPECT_FALSE(parse_bin_rule(text)) << text;
-    }
-}
-
 TEST(ParseSeparator, TakesOneByteOrTheWordTab) {
     EXPECT_EQ(parse_separator(";"), ';');
     EXPECT_EQ(parse_separator("\t"), '\t');

@@ -74,6 +74,44 @@ TEST(Csv, ReportsAQuoteThatIsNotClosed) {
               "a.csv:2:3: found a quote that is not closed; expected a closing quote");
 }
 
+TEST(Csv, KnowsWhereALineIs) {
+    const TextInput input = {"a.csv", "a\n\n\"b\nc\"\r\n d"};
+    CsvReader reader(input, ',');
+    std::vector<std::size_t> positions;
+    for (std::vector<CsvCell> row; reader.next(row);) {
+        positions.push_back(reader.line_position());
+    }
+    EXPECT_EQ(positions, (std::vector<std::size_t>{0, 2, 3, 10}));
+}
+
+TEST(Csv, TakesACarriageReturnForALineEndOnlyBeforeALineFeedOrTheEnd) {
+    EXPECT_EQ(rows_of("a\rb,c\r\r\nd \r\n\r"), (Rows{{"a\rb", "c\r"}, {"d"}, {}}));
+    EXPECT_EQ(rows_of("\"a\"\r"), (Rows{{"a"}}));
+}
+
+TEST(Csv, KeepsTheCellsOfALineWithSeveralDoubledQuotes) {
+    EXPECT_EQ(rows_of("\"a\"\"b\",\"\"\"\",\"\"\"\"\"\",\"\"\"c\"\n"), (Rows{{"a\"b", "\"", "\"\"", "\"c"}}));
+}
+
+TEST(Csv, CopiesNoCellWithoutDoubledQuotes) {
+    const TextInput input = {"a.csv", "ab,\"c,d\""};
+    CsvReader reader(input, ',');
+    std::vector<CsvCell> row;
+    ASSERT_TRUE(reader.next(row));
+    EXPECT_EQ(row.at(0).text.data(), input.text.data());
+    EXPECT_EQ(row.at(1).text.data(), input.text.data() + 4);
+}
+
+TEST(Csv, TakesCellsOfAnyLength) {
+    const std::string cell(3'000'000, 'x');
+    EXPECT_TRUE(rows_of(cell + ",\"" + cell + "\"\"\"") == (Rows{{cell, cell + '"'}}));
+}
+
+TEST(Csv, ReportsAQuoteThatIsNotClosedBehindDoubledOnes) {
+    EXPECT_EQ(complaint("\"a\"\"\n"),
+              "a.csv:1:1: found a quote that is not closed; expected a closing quote");
+}
+
 TEST(Csv, ReportsTextBehindAQuote) {
     EXPECT_EQ(complaint("\"a\"b\n"),
               "a.csv:1:4: found \"b\"; expected a separator or a line end behind the closing quote");

@@ -123,12 +123,9 @@ void TableReader::add_line(const Line& line) {
         return;
     }
     add_transactions(line, weight);
+    const CsvCell empty = {{}, line.position};
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        if (line.cells.empty()) {
-            columns_[i].add_empty();
-        } else {
-            columns_[i].add(line.cells[cells_[i]], line.input);
-        }
+        columns_[i].add(line.cells.empty() ? empty : line.cells[cells_[i]], line.input);
     }
 }
 

@@ -49,9 +49,6 @@ public:
         lines_.push_back(number);
     }
 
-    /// Adds an empty cell.
-    void add_empty() { lines_.push_back(dictionary_.number_of({}).number); }
-
     /// Moves the columns of the items that occur to the end of `database`, and their names, and frees the
     /// cells. Items get the next numbers. Call this once, last.
     void move_to(Database& database);
