@@ -36,13 +36,11 @@ private:
         std::uint32_t number = none;
     };
 
-    std::size_t free_slot(std::uint32_t hash) const;
     void grow();
 
     std::vector<Slot> slots_;  ///< open addressing; a power of two of them, at most three quarters taken
     std::string bytes_;        ///< all texts, one behind the other
     std::vector<std::size_t> ends_;  ///< of the texts in `bytes_`
-    std::uint32_t last_ = none;      ///< what was asked for last, since equal cells often follow each other
 };
 
 }  // namespace korv::tools
