@@ -74,8 +74,7 @@ TEST(ChosenColumns, AreWithoutTheWeightColumn) {
 }
 
 TEST(ChosenColumns, MustExist) {
-    const std::string expected =
-        "; expected one of a.csv: \"age\", \"sex\", \"answer_1\", \"answer_2\", \"n\"";
+    const std::string expected = R"(; expected one of a.csv: "age", "sex", "answer_1", "answer_2", "n")";
     EXPECT_EQ(complaint({.columns = {"age", "b*"}}), "--columns: found the column \"b*\"" + expected);
     EXPECT_EQ(complaint({.ignored = {"b"}}), "--ignore: found the column \"b\"" + expected);
     EXPECT_EQ(complaint({.bins = {{"", 2}, {"b", 3}}}), "--bins: found the column \"b\"" + expected);

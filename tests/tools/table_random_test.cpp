@@ -146,7 +146,7 @@ PlainColumn plain_column(const Names& cells, ItemsIn items_in) {
     return column;
 }
 
-Names answers(const std::string& name, const std::string& cell) {
+Names answers(const std::string& prefix, const std::string& cell) {
     Names items;
     std::string answer;
     for (const char c : cell + ";") {
@@ -155,7 +155,7 @@ Names answers(const std::string& name, const std::string& cell) {
             continue;
         }
         if (!is_missing(answer)) {
-            items.push_back(name + "=" + answer);
+            items.push_back(prefix + answer);
         }
         answer.clear();
     }
@@ -207,8 +207,9 @@ PlainColumn plain_bins(const std::string& name, const Names& cells, const std::v
         cells, [&](const std::string& cell) { return Names{name + "=" + names.at(std::stod(cell))}; });
     column.order.clear();
     for (const auto& [number, label] : names) {
-        if (column.order.empty() || column.order.back() != name + "=" + label) {
-            column.order.push_back(name + "=" + label);
+        const std::string item = std::string(name).append("=").append(label);
+        if (column.order.empty() || column.order.back() != item) {
+            column.order.push_back(item);
         }
     }
     return column;
@@ -241,7 +242,7 @@ PlainColumn plain_reading(const std::string& name, const Names& cells, const std
         return plain_bins(name, cells, line_weights, *rule);
     }
     if (name == "s" && !options.splits.empty()) {
-        return plain_column(cells, [&](const std::string& cell) { return answers(name, cell); });
+        return plain_column(cells, [&](const std::string& cell) { return answers(name + "=", cell); });
     }
     if (options.only_true) {
         const std::set<std::string> yes = {"1", "yes", "T", "x"};

@@ -67,8 +67,9 @@ std::vector<std::string> names_to_list(std::string_view word, const std::vector<
     return names;
 }
 
-Error unknown_column(const std::string& option, const std::string& word,
-                     const std::vector<std::string>& header, const std::string& file) {
+/// Throws Error for a word that should be the name of a column.
+[[noreturn]] void fail_for_unknown(const std::string& option, const std::string& word,
+                                   const std::vector<std::string>& header, const std::string& file) {
     std::string names;
     for (const std::string& name : names_to_list(word, header)) {
         names += (names.empty() ? "" : ", ") + shown(name);
@@ -77,7 +78,7 @@ Error unknown_column(const std::string& option, const std::string& word,
     const std::string expected = header.size() <= most_listed
                                      ? "one of " + file + ": " + names
                                      : "one of the " + number + " of " + file + ", such as " + names;
-    return Error(option + ": found the column " + shown(word) + "; expected " + expected);
+    throw Error(option + ": found the column " + shown(word) + "; expected " + expected);
 }
 
 /// Which columns a pattern of the list matches.
@@ -92,7 +93,7 @@ std::vector<bool> matched(const std::string& option, const std::vector<std::stri
             matches_one = matches_one || match;
         }
         if (!matches_one) {
-            throw unknown_column(option, pattern, header, file);
+            fail_for_unknown(option, pattern, header, file);
         }
     }
     return result;
@@ -104,7 +105,7 @@ void require_chosen(const std::string& option, const std::string& column,
                     const std::string& file) {
     const auto position = std::ranges::find(header, column);
     if (position == header.end()) {
-        throw unknown_column(option, column, header, file);
+        fail_for_unknown(option, column, header, file);
     }
     if (!is_chosen[static_cast<std::size_t>(position - header.begin())]) {
         throw Error(option + ": found the column " + shown(column) +
@@ -156,7 +157,7 @@ std::vector<std::size_t> chosen_columns(const std::vector<std::string>& header, 
         }
     }
     if (!options.weight_column.empty() && std::ranges::find(header, options.weight_column) == header.end()) {
-        throw unknown_column("--weight", options.weight_column, header, file);
+        fail_for_unknown("--weight", options.weight_column, header, file);
     }
     for (const BinRule& rule : options.bins) {
         if (!rule.column.empty()) {

@@ -183,7 +183,7 @@ std::size_t TableColumn::distinct_numbers() const {
     std::vector<double> numbers;
     std::ranges::copy_if(numbers_, std::back_inserter(numbers), [](double n) { return !std::isnan(n); });
     std::ranges::sort(numbers);
-    return static_cast<std::size_t>(std::ranges::unique(numbers).begin() - numbers.begin());
+    return static_cast<std::size_t>(std::unique(numbers.begin(), numbers.end()) - numbers.begin());
 }
 
 bool TableColumn::is_cut() const {
