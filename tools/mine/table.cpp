@@ -14,7 +14,7 @@ namespace korv::tools {
 
 namespace {
 
-constexpr Count largest_sum = 2147483647;  // of weights
+constexpr Count most_transactions_read = 2147483647;
 
 /// Tells the places of positions in a text that ascend, in one pass over the text.
 class PlaceFinder {
@@ -117,7 +117,7 @@ void TableReader::add_line(const Line& line) {
         throw error_at(line.input, line.position, "a line of " + in_cells(line.cells.size()),
                        std::to_string(header_.size()) + ", as many as the header has");
     }
-    const Count weight = weight_of(line);
+    const std::uint64_t weight = weight_of(line);
     if (weight == 0) {
         ++report_.left_out;
         return;
@@ -130,12 +130,12 @@ void TableReader::add_line(const Line& line) {
 }
 
 /// For how many transactions a line stands.
-Count TableReader::weight_of(const Line& line) const {
+std::uint64_t TableReader::weight_of(const Line& line) const {
     if (!weight_cell_) {
         return 1;
     }
     const std::string_view text = line.cells.empty() ? "" : line.cells[*weight_cell_].text;
-    if (const auto weight = parse_number<Count>(text)) {
+    if (const auto weight = parse_number<std::uint64_t>(text)) {
         return *weight;
     }
     throw error_at(line.input, line.cells.empty() ? line.position : line.cells[*weight_cell_].position,
@@ -144,15 +144,16 @@ Count TableReader::weight_of(const Line& line) const {
                        ", for how many transactions the line stands");
 }
 
-void TableReader::add_transactions(const Line& line, Count weight) {
-    if (weight > largest_sum - database_.transactions) {
+void TableReader::add_transactions(const Line& line, std::uint64_t weight) {
+    if (weight > most_transactions_read - database_.transactions) {
         throw error_at(line.input, line.position,
-                       "more than " + std::to_string(largest_sum) + " transactions", "so many at most");
+                       "more than " + std::to_string(most_transactions_read) + " transactions",
+                       "at most that many");
     }
     ++database_.lines;
-    database_.transactions += weight;
+    database_.transactions += static_cast<Count>(weight);
     if (weight_cell_) {
-        database_.weights.push_back(weight);
+        database_.weights.push_back(static_cast<Count>(weight));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -78,8 +79,8 @@ private:
     void take_header(const Line& header);
     void require_same_header(const Line& header) const;
     void add_line(const Line& line);
-    Count weight_of(const Line& line) const;
-    void add_transactions(const Line& line, Count weight);
+    std::uint64_t weight_of(const Line& line) const;
+    void add_transactions(const Line& line, std::uint64_t weight);
     void note_other_cells(const TextInput& input);
     void report_uncut();
     void report_twins(const std::vector<std::size_t>& ends);

@@ -186,6 +186,7 @@ std::size_t TableColumn::distinct_numbers() const {
     return static_cast<std::size_t>(std::unique(numbers.begin(), numbers.end()) - numbers.begin());
 }
 
+/// Whether cells become bins.
 bool TableColumn::is_cut() const {
     if (meaning_ == Meaning::number_or_values) {
         return !other_position_ && distinct_numbers() > bins_->bins;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,9 +54,6 @@ public:
 
     const std::string& name() const { return name_; }
 
-    /// Whether cells become bins when the column is moved.
-    bool is_cut() const;
-
     /// The position of the first cell that is no number, in the input that was added last when it was found;
     /// nothing where there is none, or where nobody asked for numbers of all columns.
     std::optional<std::size_t> other_position() const { return other_position_; }
@@ -72,6 +68,7 @@ private:
     void examine(const CsvCell& cell, const TextInput& input);
     void examine_number(const CsvCell& cell, const TextInput& input);
     bool is_missing(std::string_view text) const;
+    bool is_cut() const;
     ColumnItems items(const std::vector<Count>& weights) const;
     ColumnItems bin_items(const std::vector<Count>& weights) const;
     ColumnItems value_items() const;
