@@ -199,6 +199,15 @@ TEST(Table, ReportsWhatKeptAColumnFromBeingCut) {
     EXPECT_EQ(said.uncut[1].place.column, 6U);
 }
 
+TEST(Table, ReportsSeveralColumnsOfALineThatAreNotCut) {
+    const TableReport said = report("a,b,c\n1,2,3\n1x,2y,3z\n", {.bins = {{"", 1}}});
+    ASSERT_EQ(said.uncut.size(), 3U);
+    EXPECT_EQ(said.uncut[0].place.column, 1U);
+    EXPECT_EQ(said.uncut[1].place.column, 4U);
+    EXPECT_EQ(said.uncut[2].place.column, 7U);
+    EXPECT_EQ(said.uncut[2].place.line, 3U);
+}
+
 TEST(Table, ReportsWhatKeptAColumnFromBeingCutInTheFileThatHasIt) {
     const TableReport said = read_files({"a,n\nx,1\n", "a,n\ny,2\nz,many\n", "a,n\nz,none\n"},
                                         {.columns = {"n"}, .bins = {{"", 1}}})
