@@ -80,7 +80,8 @@ void decode(std::string_view bytes, Itemset& itemset) {
     }
 }
 
-MinedClasses::MinedClasses(std::vector<Itemset> items) : items_(std::move(items)), slots_(1024), tree_({}) {
+MinedClasses::MinedClasses(std::vector<Itemset> items, std::size_t most)
+    : items_(std::move(items)), most_(most), slots_(1024), tree_({}) {
     for (const Itemset& each : items_) {
         std::size_t digits = 0;
         for (const Item item : each) {
@@ -90,11 +91,15 @@ MinedClasses::MinedClasses(std::vector<Itemset> items) : items_(std::move(items)
     }
 }
 
-void MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure) {
+bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
+                       std::size_t rare_bytes) {
     encoded_.clear();
     append_encoded(closure, encoded_);
     const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded_));
     Slot& slot = slot_of(hash, encoded_);
+    if (slot.position == empty_slot && classes_.size() == most_) {
+        return false;
+    }
     if (next_.size() <= node) {
         next_.resize(std::max<std::size_t>(tree.size(), node + 1), EssentialTree::none);
     }
@@ -102,7 +107,7 @@ void MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
     if (slot.position != empty_slot) {
         Class& known = classes_[slot.position];
         next_[node] = std::exchange(known.last, node);
-        return;
+        return true;
     }
     slot = {hash, static_cast<std::uint32_t>(classes_.size())};
     const Count support = tree.support(node);
@@ -111,9 +116,11 @@ void MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
     closures_ += encoded_;
     largest_closure_ = std::max(largest_closure_, closure.size());
     count_bytes_of_closure(closure, support);
+    rare_bytes_ += rare_bytes;
     if (classes_.size() * 2 > slots_.size()) {
         grow_slots();
     }
+    return true;
 }
 
 /// The slot of the class with this closure, or the empty one where it belongs.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,12 +26,15 @@ struct MinedClass {
 /// essential itemsets as nodes of a prefix tree.
 class MinedClasses {
 public:
-    /// Without classes. `items`: those for which each rank of the tree stands.
-    explicit MinedClasses(std::vector<Itemset> items);
+    /// Without classes. `items`: those for which each rank of the tree stands. `most`: of classes.
+    explicit MinedClasses(std::vector<Itemset> items,
+                          std::size_t most = std::numeric_limits<std::uint32_t>::max() - 1);
 
-    /// Adds an essential itemset to the class of its closure, which is ascending. `size` is its number of
-    /// items, `node` the one that stands for it, with its parents and support in `tree`. O(closure).
-    void add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure);
+    /// Adds an essential itemset to the class of its closure, which is ascending. `node` stands for it, with
+    /// its parents and its support in `tree`. `rare_bytes`: see there. Returns false, and changes nothing, when its class would be one
+    /// too many. O(closure).
+    bool add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
+             std::size_t rare_bytes = 0);
 
     /// Puts the classes in the order in which they are visited: by size of the closure, then
     /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.
@@ -45,6 +49,10 @@ public:
     std::size_t essentials() const { return essentials_; }
     /// Bytes of their records in a class file.
     std::size_t file_bytes() const { return file_bytes_; }
+    /// The bytes of these that the closures' rare items take, as far as add was told.
+    std::size_t rare_bytes() const { return rare_bytes_; }
+    /// The bytes that the items for which a rank stands take in a closure, with a blank for each.
+    std::size_t bytes_of(Rank rank) const { return digits_[rank] + items_[rank].size(); }
     /// The number of items of the largest closure.
     std::size_t largest_closure() const { return largest_closure_; }
 
@@ -75,6 +83,7 @@ private:
                         std::vector<Itemset>& essentials) const;
 
     std::vector<Itemset> items_;       ///< by rank
+    std::size_t most_;  ///< of classes
     std::vector<std::size_t> digits_;  ///< by rank: of the numbers of all its items
     std::string closures_;             ///< of all classes
     std::string encoded_;              ///< the closure that is looked up
@@ -84,6 +93,7 @@ private:
     EssentialTree tree_;
     std::size_t essentials_ = 0;
     std::size_t file_bytes_ = 0;
+    std::size_t rare_bytes_ = 0;
     std::size_t largest_closure_ = 0;
 };
 

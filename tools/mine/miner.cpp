@@ -32,7 +32,7 @@ public:
           go_on_(go_on),
           cover_(items),
           tree_(std::span(items.supports).first(items.frequent)),
-          classes_(items.items),
+          classes_(items.items, options.max_classes),
           levels_(1) {
         levels_.front().parts = {EssentialTree::none};
     }
@@ -43,7 +43,7 @@ public:
         }
         for (Rank root = 0; root < items_.frequent && !is_stopped_; ++root) {
             visit(root);
-            ++roots_done_;
+            roots_done_ += is_stopped_ ? 0 : 1;
             ask();
         }
         classes_.finish(std::move(tree_));
@@ -54,6 +54,7 @@ private:
     /// What is known of a prefix of the itemset, by its size.
     struct Level {
         Itemset closure;
+        std::size_t rare_bytes = 0;  ///< of the closure: see MinedClasses
         /// The nodes of all parts of the prefix: where bit i of the position is 1, the part has the i-th item
         /// of the path. Only in prefixes of at most `most_items_with_parts` items.
         std::vector<Node> parts;
@@ -88,9 +89,9 @@ private:
             size_ < options_.max_size && (size_ == 1 || !levels_[size_].candidates.empty());
         const bool is_entered = size_ == 1 || may_be_extended;
         close(is_entered ? cover_.enter(rank) : cover_.gain(rank));
-        classes_.add(node, tree_, levels_[size_].closure);
+        is_stopped_ = !classes_.add(node, tree_, levels_[size_].closure, levels_[size_].rare_bytes);
         ask_now_and_then();
-        if (may_be_extended) {
+        if (may_be_extended && !is_stopped_) {
             extend(node);
         }
         if (is_entered) {
@@ -102,7 +103,9 @@ private:
     /// Makes the closure of the itemset from that of its prefix and what it gained.
     void close(const std::vector<Rank>& gained) {
         gained_.clear();
+        levels_[size_].rare_bytes = levels_[size_ - 1].rare_bytes;
         for (const Rank rank : gained) {
+            levels_[size_].rare_bytes += rank < items_.frequent ? 0 : classes_.bytes_of(rank);
             gained_.insert(gained_.end(), items_.items[rank].begin(), items_.items[rank].end());
         }
         std::ranges::sort(gained_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -31,6 +32,8 @@ struct MiningOptions {
     std::size_t max_size = std::numeric_limits<std::size_t>::max();
     /// Whether a closure can have any item, or only those in at least `min_support` transactions.
     bool closure_over_all = false;
+    /// The walk ends where there would be more classes.
+    std::size_t max_classes = std::numeric_limits<std::uint32_t>::max() - 1;
     Representation representation = Representation::by_density;
 };
 

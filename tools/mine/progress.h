@@ -8,33 +8,31 @@
 
 namespace korv::tools {
 
-/// The text of a progress line: how many root items are done, how many classes were found, how many seconds
-/// have passed, and about how many are left.
+/// The text of a progress line: how many root items are done, what was found, how many seconds have passed,
+/// and the peak memory in MiB.
 ///
-/// The time left is a rough guess. It assumes that the work grows with the fourth power of the fraction of
-/// root items that are done, since each root item is extended by those before it, and these extensions by
-/// each other.
-std::string progress_line(const MiningProgress& progress, double seconds);
+/// It does not say how long the rest takes: the last root items, which are the most frequent, can take longer
+/// than all others together, and nothing short of mining tells how long.
+std::string progress_line(const MiningProgress& progress, double seconds, std::size_t mebibytes);
 
-/// Keeps one line of progress up to date on a terminal.
+/// Tells somebody who waits how far the mining is: on a terminal in one line that is kept up to date,
+/// elsewhere in a line every 30 seconds.
 class ProgressDisplay {
 public:
-    /// `terminal` must outlive the display.
-    explicit ProgressDisplay(std::ostream& terminal);
-    /// Clears the line.
+    /// `out` must outlive the display.
+    ProgressDisplay(std::ostream& out, bool is_terminal);
+    /// Clears the line of a terminal.
     ~ProgressDisplay();
     ProgressDisplay(const ProgressDisplay&) = delete;
     ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
-    /// Shows the progress, unless it was shown a moment ago.
-    void show(const MiningProgress& progress);
+    /// Shows the progress, `seconds` after the beginning, unless it was shown a moment ago.
+    void show(const MiningProgress& progress, double seconds);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
-    std::ostream& terminal_;
-    Clock::time_point start_ = Clock::now();
-    Clock::time_point shown_ = start_;
+    std::ostream& out_;
+    bool is_terminal_;
+    double shown_ = 0.0;  ///< seconds after the beginning
 };
 
 }  // namespace korv::tools

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "mine/miner.h"
+#include "mine/threshold.h"
+
+namespace korv::tools {
+
+/// What is to be mined, as far as it can be said without the transactions.
+struct MiningRequest {
+    /// One; for an estimate, at least one.
+    std::vector<Threshold> min_supports;
+    std::optional<Threshold> min_joint;
+    std::optional<Threshold> min_own;
+    std::optional<std::size_t> max_size;
+    bool closure_over_all = false;
+    std::optional<std::size_t> max_classes;
+    std::optional<double> max_seconds;  ///< since the program began
+};
+
+/// The same for one of the minimum supports, in a database of so many transactions. Throws Error for a
+/// threshold that no itemset can pass, or every one, and when the itemsets need not be together in as many
+/// transactions as their items are in, and their size has no limit.
+MiningOptions mining_options(const MiningRequest& request, const Threshold& min_support, Count transactions);
+
+}  // namespace korv::tools
