@@ -1,6 +1,11 @@
 #include "common/text_input.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
 
 #include "support/files.h"
 #include "tools/complaint.h"
@@ -47,6 +52,35 @@ TEST_F(TextInputFile, LosesAByteOrderMarkAtItsBeginning) {
                   .text,
               "1 2\n");
     EXPECT_EQ(read("1 \xEF\xBB\xBF").text, "1 \xEF\xBB\xBF");
+}
+
+TEST_F(TextInputFile, MayBeAPipe) {
+    ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);
+    const std::string bytes(3'000'000, 'x');
+    std::thread writer([&] { test::write_file(path(), bytes); });
+    EXPECT_TRUE(read_text(path()).text == bytes);
+    writer.join();
+}
+
+TEST_F(TextInputFile, MayBeOfTheSystemsOwnWithoutASize) {
+    EXPECT_NE(read_text("/proc/self/status").text.find("Pid:"), std::string::npos);
+}
+
+TEST_F(TextInputFile, MustNotChangeWhileItIsRead) {
+    test::write_file(path(), std::string(20'000'000, 'x'));
+    std::atomic<bool> is_done = false;
+    std::thread writer([&] {
+        for (std::ofstream file(path(), std::ios::app); !is_done;) {
+            file << 'x' << std::flush;
+        }
+    });
+    std::string said;
+    while (said.empty()) {
+        said = complaint(path());
+    }
+    is_done = true;
+    writer.join();
+    EXPECT_EQ(said, path() + ": changed while it was read; expected a file that nobody writes to");
 }
 
 TEST_F(TextInputFile, ThatIsMissingIsNamed) {

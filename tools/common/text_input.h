@@ -10,8 +10,10 @@ struct TextInput {
     std::string text;
 };
 
-/// Reads the file at `path`, or standard input when that is "-". A UTF-8 byte-order mark at the beginning is
-/// left out. Throws Error when the input cannot be read.
+/// Reads the file at `path`, or standard input when that is "-". What begins with the two bytes of gzip is
+/// decompressed, under whatever name. A UTF-8 byte-order mark at the beginning is left out. The text is in
+/// memory once, plus at most 64 MiB. Throws Error when the input cannot be read, when it is damaged gzip, and
+/// when a file changes while it is read.
 TextInput read_text(const std::string& path);
 
 }  // namespace korv::tools
