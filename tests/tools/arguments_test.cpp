@@ -62,22 +62,21 @@ TEST(InTransactions, MustBeBetween1AndAll) {
     EXPECT_NE(complaint({1e300, true}, 100), "");
 }
 
-TEST(ParseSeparator, TakesOneByteOrTheWordTab) {
-    EXPECT_EQ(parse_separator(";"), ';');
-    EXPECT_EQ(parse_separator("\t"), '\t');
-    EXPECT_EQ(parse_separator("tab"), '\t');
-}
-
-TEST(ParseSeparator, TakesNothingThatCannotSeparate) {
-    for (const char* const text : {"", "ab", "\"", "\n", "\r"}) {
-        EXPECT_EQ(parse_separator(text), std::nullopt) << text;
-    }
-}
-
 TEST(DefaultNames, StandBesideTheClassFile) {
     EXPECT_EQ(default_names("data/a.classes"), "data/a.names");
     EXPECT_EQ(default_names("a"), "a.names");
     EXPECT_EQ(default_names("-"), "");
+}
+
+TEST(NamesPath, IsTheGivenOneOrTheDefault) {
+    EXPECT_EQ(names_path("b.txt", Format::basket, "a.classes"), "b.txt");
+    EXPECT_EQ(names_path("", Format::table, "a.classes"), "a.names");
+    EXPECT_EQ(names_path("", Format::fimi, "a.classes"), "");
+}
+
+TEST(NamesPath, CannotBeGivenForItemsWithoutNames) {
+    EXPECT_EQ(complaint_of([] { names_path("b.txt", Format::fimi, "a.classes"); }),
+              "--names: goes with --format basket or table only; found fimi, whose items have no names");
 }
 
 }  // namespace

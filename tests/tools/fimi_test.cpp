@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
+#include <set>
+#include <sstream>
 
 #include "tools/complaint.h"
 
@@ -66,9 +69,72 @@ TEST(Fimi, ReportsANumberAbove32Bits) {
               "a.dat:3:3: found \"4294967296\"; expected an item number below 4294967296");
 }
 
-TEST(Fimi, ReportsAFileWithoutItems) {
-    EXPECT_EQ(complaint(""), "a.dat: found no item; expected one transaction a line");
-    EXPECT_EQ(complaint("\n \n"), "a.dat: found no item; expected one transaction a line");
+TEST(Fimi, ReadsLeadingZeros) {
+    EXPECT_EQ(columns_of("007 000000000000000000000000000042\n"), (Columns{{7, {0}}, {42, {0}}}));
+}
+
+TEST(Fimi, ReportsANumberFarAbove32Bits) {
+    EXPECT_EQ(complaint("18446744073709551617\n"),
+              "a.dat:1:1: found \"18446744073709551617\"; expected an item number below 4294967296");
+}
+
+TEST(Fimi, ReportsAWordThatBeginsAsANumber) {
+    EXPECT_EQ(complaint("1 23x 4\n"), "a.dat:1:3: found \"23x\"; expected an item number");
+    EXPECT_EQ(complaint("1\r2\n"), "a.dat:1:1: found \"1\\x0D2\"; expected an item number");
+}
+
+TEST(Fimi, GoesOnInTheNextText) {
+    FimiReader reader;
+    reader.add({"a.dat", "3 5"});
+    reader.add({"b.dat", "5\n"});
+    const Database database = reader.finish();
+    EXPECT_EQ(database.transactions, 2U);
+    ASSERT_EQ(database.items.size(), 2U);
+    EXPECT_EQ(database.items[1].transactions, (std::vector<Transaction>{0, 1}));
+}
+
+TEST(Fimi, MayBeginWithHowOftenATransactionOccurs) {
+    FimiReader reader(true);
+    reader.add({"a.dat", "      3 7 8\n     12 \n      1 8\n"});
+    const Database database = reader.finish();
+    EXPECT_EQ(database.weights, (std::vector<Count>{3, 12, 1}));
+    EXPECT_EQ(database.transactions, 16U);
+    EXPECT_EQ(database.lines, 3U);
+    ASSERT_EQ(database.items.size(), 2U);
+    EXPECT_EQ(database.items[0].transactions, (std::vector<Transaction>{0}));
+    EXPECT_EQ(database.items[1].transactions, (std::vector<Transaction>{0, 2}));
+}
+
+TEST(Fimi, IsAsReadByStreams) {
+    std::mt19937 random(7);
+    for (int run = 0; run < 300; ++run) {
+        std::string text;
+        for (auto line = random() % 8; line > 0; --line) {
+            for (auto word = random() % 6; word > 0; --word) {
+                // Near the end of the table for small numbers, and of 32 bits, too.
+                const Item large = random() % 2 == 0 ? 1'048'573 : 4'294'967'290;
+                text += std::string(random() % 3, ' ') +
+                        std::to_string(random() % 6 + (random() % 2 == 0 ? 0 : large)) +
+                        (random() % 4 == 0 ? '\t' : ' ');
+            }
+            text += '\n';
+        }
+        Columns expected;
+        std::istringstream lines(text);
+        Transaction transaction = 0;
+        for (std::string line; std::getline(lines, line); ++transaction) {
+            std::istringstream words(line);
+            std::set<Item> items;
+            for (Item item = 0; words >> item;) {
+                items.insert(item);
+            }
+            for (const Item item : items) {
+                expected[item].push_back(transaction);
+            }
+        }
+        EXPECT_EQ(columns_of(text), expected) << text;
+        EXPECT_EQ(transactions_in(text), transaction) << text;
+    }
 }
 
 }  // namespace

@@ -138,6 +138,34 @@ TEST_F(KorvMine, ReadsTablesWithAnySeparatorAndBins) {
     EXPECT_EQ(files().at("a.classes"), "1 3\t2\t 1, 3,\n2 4\t2\t 2, 4,\n");
 }
 
+TEST_F(KorvMine, SeesTheFormatAndTheSeparatorItself) {
+    put("a.csv", "kind;age\nx;1\nx;2\ny;3\ny;4\n");
+    const Outcome table = mine({"-s", "2", "-q", "-o", "a.classes", "--bins", "age=2", "a.csv"});
+    EXPECT_EQ(table.err, "");
+    EXPECT_EQ(files().at("a.names"), "1\tkind=x\n2\tkind=y\n3\tage=1..2\n4\tage=3..4\n");
+    EXPECT_EQ(files().at("a.classes"), "1 3\t2\t 1, 3,\n2 4\t2\t 2, 4,\n");
+    put("b.csv", "milk|bread\nbread\n");
+    EXPECT_EQ(mine({"-s", "1", "-q", "--names", "b.names", "b.csv"}).out, "1\t1\t 1,\n1 2\t2\t 2,\n");
+    EXPECT_EQ(files().at("b.names"), "1\tmilk\n2\tbread\n");
+}
+
+TEST_F(KorvMine, ReadsSeveralFilesAndStandardInputAsOne) {
+    put("a.dat", "1 3\n1 3\n");
+    put("b.dat", "2 4\n2 4");
+    const Outcome outcome = run({"/bin/sh",
+                                 {"-c", "echo '2 3' | \"$0\" a.dat - b.dat -s 1 -q", KORV_MINE_PROGRAM},
+                                 directory_.path()});
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, small_classes);
+}
+
+TEST_F(KorvMine, WritesNoFileOverAnyOfItsInputs) {
+    put("a.dat", small_database);
+    put("b.dat", small_database);
+    EXPECT_EQ(mine({"a.dat", "b.dat", "-s", "1", "-o", "b.dat"}).ending, exited(1));
+    EXPECT_EQ(files(), (Files{{"a.dat", small_database}, {"b.dat", small_database}}));
+}
+
 TEST_F(KorvMine, WritesNoNamesAfterAnError) {
     put("a.csv", small_baskets);
     EXPECT_EQ(mine({"a.csv", "--format", "basket", "-s", "4", "-o", "a.classes"}).ending, exited(1));
@@ -357,6 +385,34 @@ TEST_F(KorvMine, ReportsWrongArguments) {
         EXPECT_NE(outcome.err, "") << testing::PrintToString(arguments);
         EXPECT_EQ(outcome.out, "") << testing::PrintToString(arguments);
     }
+}
+
+TEST_F(KorvMine, BeginsEveryMessageWithItsNameOnce) {
+    put("a.dat", small_database);
+    put("list", "milk\nbread\n");
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{},
+                                               {"a.dat", "-s", "many"},
+                                               {"a.dat", "-s", "1", "--unknown"},
+                                               {"a.dat", "-s", "1", "--bins", "x"},
+                                               {"a.dat", "-s", "1", "--bins", "2"},
+                                               {"a.dat", "-s", "1", "--format", "other"},
+                                               {"a.dat", "-s", "1", "--names", "n"},
+                                               {"list", "-s", "1"},
+                                               {"-", "-", "-s", "1"}}) {
+        const Outcome outcome = mine(arguments);
+        EXPECT_NE(outcome.ending, exited(0)) << testing::PrintToString(arguments);
+        EXPECT_TRUE(outcome.err.starts_with("korv-mine: ")) << outcome.err;
+        EXPECT_EQ(outcome.err.find("korv-mine: ", 1), std::string::npos) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    }
+}
+
+TEST_F(KorvMine, SaysThatAnOptionDoesNotGoWithTheFormatThatItSaw) {
+    put("a.dat", small_database);
+    EXPECT_EQ(mine({"a.dat", "-s", "1", "--bins", "4"}).err,
+              "korv-mine: --bins: goes with --format table only; found --format fimi, guessed from whole "
+              "numbers with blanks between them; or say --format yourself\n");
 }
 
 TEST_F(KorvMine, TellsItsVersionAndItsOptions) {

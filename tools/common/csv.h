@@ -33,6 +33,12 @@ public:
     /// Where the line that was read last begins, for messages.
     std::size_t line_position() const { return line_position_; }
 
+    /// Where the next line begins in the input.
+    std::size_t position() const { return position_; }
+
+    /// Goes on from a position in the input as if a line began there.
+    void move_to(std::size_t position) { position_ = position; }
+
 private:
     bool at_line_end() const;
     bool skip_line_end();

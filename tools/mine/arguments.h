@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "mine/miner.h"
-#include "mine/table_options.h"
+#include "mine/reading.h"
 
 namespace korv::tools {
 
@@ -23,36 +23,27 @@ std::optional<Threshold> parse_threshold(const std::string& text);
 /// Throws Error when the result is 0 or larger than `transactions`.
 Count in_transactions(const Threshold& threshold, Count transactions);
 
-/// How transactions are written.
-enum class Format {
-    fimi,    ///< see fimi.h
-    basket,  ///< see basket.h
-    table,   ///< see table.h
-};
-
 /// What the command line asks for.
 struct Arguments {
-    std::string transactions;  ///< path, or "-" for standard input
-    Format format = Format::fimi;
-    char separator = ',';       ///< of baskets and tables
-    std::vector<BinRule> bins;  ///< of tables
-    std::string output = "-";   ///< path, or "-" for standard output
-    std::string names;          ///< path of the names file; empty for none
+    std::vector<std::string> transactions;  ///< paths, or "-" for standard input; at least one
+    ReadingOptions reading;
+    std::string output = "-";  ///< path, or "-" for standard output
+    std::string names;         ///< path of the names file; empty where it was not given
     Threshold min_support;
     MiningOptions mining;  ///< all but the minimum support
     bool quiet = false;
 };
 
-/// Parses one byte, or "tab". Returns nothing for anything else, and for a quote and a line end, which cannot
-/// be separators.
-std::optional<char> parse_separator(const std::string& text);
-
 /// Where the names of items go by default: beside the class file, with ".names" in place of its extension.
 /// Empty for standard output, a device or a pipe.
 std::string default_names(const std::string& output);
 
+/// Where the names of items go, for transactions of this format: `given`, or the default for `output`; empty
+/// for fimi, which has none. Throws Error where they were asked for and there are none.
+std::string names_path(const std::string& given, Format format, const std::string& output);
+
 /// Reads the command line. When it asks for help or the version, or when it is wrong, prints that and ends
-/// the program.
+/// the program. Throws Error for rules that contradict each other.
 Arguments parse_arguments(int argc, char** argv);
 
 }  // namespace korv::tools

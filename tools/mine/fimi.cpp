@@ -1,19 +1,24 @@
 #include "mine/fimi.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "base/number_text.h"
 #include "common/error.h"
 #include "common/lines.h"
-#include "mine/database_builder.h"
+#include "mine/weighted_line.h"
 
 namespace korv::tools {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
+bool is_blank(char c) {
+    return c == ' ' || c == '\t';
+}
 
-/// The number for which a word stands. Throws Error when it stands for none.
+/// The number for which a word stands that the fast way did not read. Throws Error when it stands for none.
 Item item_of(std::string_view word, const TextInput& input) {
     if (const auto item = parse_number<Item>(word)) {
         return *item;
@@ -24,31 +29,52 @@ Item item_of(std::string_view word, const TextInput& input) {
                       is_too_large ? "an item number below 4294967296" : "an item number");
 }
 
+/// Reads the word that begins at `begin`, and sets `begin` to its end.
+Item next_item(const char*& begin, const char* end, const TextInput& input) {
+    constexpr std::ptrdiff_t most_digits_read = 18;  // these fit into 64 bits
+    std::uint64_t value = 0;
+    const char* last = begin;
+    for (; last != end && *last >= '0' && *last <= '9'; ++last) {
+        value = value * 10 + static_cast<std::uint64_t>(*last - '0');
+    }
+    const bool is_whole_word = last == end || is_blank(*last);
+    if (is_whole_word && last - begin <= most_digits_read && value <= std::numeric_limits<Item>::max()) {
+        begin = last;
+        return static_cast<Item>(value);
+    }
+    last = std::find_if(last, end, is_blank);
+    const std::string_view word(begin, last);
+    begin = last;
+    return item_of(word, input);
+}
+
 void add_items(std::string_view line, const TextInput& input, DatabaseBuilder& builder) {
+    const char* next = line.data();
+    const char* const end = next + line.size();
     for (;;) {
-        const std::size_t begin = line.find_first_not_of(blanks);
-        if (begin == std::string_view::npos) {
+        while (next != end && is_blank(*next)) {
+            ++next;
+        }
+        if (next == end) {
             return;
         }
-        const std::string_view word = line.substr(begin, line.find_first_of(blanks, begin) - begin);
-        builder.add(item_of(word, input));
-        line.remove_prefix(begin + word.size());
+        builder.add(next_item(next, end, input));
     }
 }
 
 }  // namespace
 
-Database read_fimi(const TextInput& input) {
-    DatabaseBuilder builder;
+void FimiReader::add(const TextInput& input) {
     for_each_line(input.text, [&](std::string_view line) {
-        builder.begin_transaction();
-        add_items(line, input, builder);
+        builder_.begin_transaction(weighted_ ? take_weight(line, input) : 1);
+        add_items(line, input, builder_);
     });
-    Database database = builder.finish();
-    if (database.items.empty()) {
-        throw Error(input.name + ": found no item; expected one transaction a line");
-    }
-    return database;
+}
+
+Database read_fimi(const TextInput& input) {
+    FimiReader reader;
+    reader.add(input);
+    return reader.finish();
 }
 
 }  // namespace korv::tools

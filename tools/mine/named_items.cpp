@@ -1,22 +1,102 @@
 #include "mine/named_items.h"
 
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
 #include "common/error.h"
 
 namespace korv::tools {
 
-Item NamedItems::number_of(const std::string& name) {
-    const auto [position, is_new] = numbers_.try_emplace(name, static_cast<Item>(names_.size() + 1));
-    if (is_new) {
-        names_.push_back(name);
+namespace {
+
+/// A character of UTF-8.
+struct Character {
+    std::size_t bytes;  ///< 0 where the bytes are not UTF-8
+    char32_t code;
+};
+
+/// The smallest character of two, three and four bytes. Smaller ones must be written with fewer bytes.
+constexpr char32_t smallest_of[] = {0x80, 0x800, 0x10000};
+
+/// How many bytes follow the first one of a character; nothing sensible, 0, for one that is never first.
+constexpr std::size_t bytes_behind(unsigned char first) {
+    if (first < 0xC0 || first >= 0xF8) {
+        return 0;
     }
-    return position->second;
+    return first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
+}
+
+/// The first character of a text that is not empty.
+Character first_character(std::string_view text) {
+    constexpr Character invalid = {0, 0};
+    const auto first = static_cast<unsigned char>(text.front());
+    if (first < 0x80) {
+        return {1, first};
+    }
+    const std::size_t behind = bytes_behind(first);
+    if (behind == 0 || text.size() <= behind) {
+        return invalid;
+    }
+    char32_t code = first & (0x3FU >> behind);
+    for (const char next : text.substr(1, behind)) {
+        const auto byte = static_cast<unsigned char>(next);
+        if ((byte & 0xC0U) != 0x80) {
+            return invalid;
+        }
+        code = code << 6U | (byte & 0x3FU);
+    }
+    const bool is_surrogate = code >= 0xD800 && code <= 0xDFFF;
+    if (code < smallest_of[behind - 1] || code > 0x10FFFF || is_surrogate) {
+        return invalid;
+    }
+    return {behind + 1, code};
+}
+
+/// The first byte that cannot be in a name; the size of the text where there is none.
+std::size_t first_unusable(std::string_view text) {
+    std::size_t position = 0;
+    while (position < text.size()) {
+        const Character next = first_character(text.substr(position));
+        const bool is_control = next.code < 0x20 || (next.code >= 0x7F && next.code <= 0x9F);
+        if (next.bytes == 0 || is_control) {
+            break;
+        }
+        position += next.bytes;
+    }
+    return position;
+}
+
+/// Where a byte of a cell's text is in the input: behind the opening quote where there is one, and unknown
+/// where quotes before it are doubled. Then, that of the cell.
+std::size_t position_in_input(std::string_view name, std::size_t offset, std::size_t position,
+                              std::string_view input) {
+    const std::string_view before = name.substr(0, offset + 1);
+    const std::size_t begin = position + (input.substr(position).starts_with('"') ? 1 : 0);
+    return input.substr(std::min(begin, input.size())).starts_with(before) ? begin + offset : position;
+}
+
+}  // namespace
+
+Item NamedItems::number_of(std::string_view name) {
+    if (const auto known = numbers_.find(name); known != numbers_.end()) {
+        return known->second;
+    }
+    const auto number = static_cast<Item>(names_.size() + 1);
+    numbers_.emplace(names_.emplace_back(name), number);
+    return number;
+}
+
+std::vector<std::string> NamedItems::names() && {
+    numbers_.clear();
+    return {std::make_move_iterator(names_.begin()), std::make_move_iterator(names_.end())};
 }
 
 void check_name(std::string_view name, std::size_t position, const TextInput& input) {
-    constexpr std::string_view forbidden("\t\n\r\0", 4);
-    if (name.find_first_of(forbidden) != std::string_view::npos) {
-        throw input_error(input.name, place_of(input.text, position), shown(name),
-                          "a name in UTF-8 without tabs, line ends and NUL bytes");
+    const std::size_t offset = first_unusable(name);
+    if (offset < name.size()) {
+        const Place place = place_of(input.text, position_in_input(name, offset, position, input.text));
+        throw input_error(input.name, place, shown(name), "a name in UTF-8 without control characters");
     }
 }
 

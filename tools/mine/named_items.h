@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "base/itemset.h"
@@ -15,22 +15,24 @@ namespace korv::tools {
 /// Gives items numbers by their names, from 1, in the order in which the names first occur.
 class NamedItems {
 public:
-    /// The number of the item with this name, which gets the next number when it is new.
-    Item number_of(const std::string& name);
+    /// The number of the item with this name, which gets the next number when it is new. O(length).
+    Item number_of(std::string_view name);
 
     /// The number of items so far, which is also the largest number.
     std::size_t size() const { return names_.size(); }
 
     /// The names in the order of the numbers. Call this once, last.
-    std::vector<std::string> names() && { return std::move(names_); }
+    std::vector<std::string> names() &&;
 
 private:
-    std::unordered_map<std::string, Item> numbers_;
-    std::vector<std::string> names_;
+    std::deque<std::string> names_;  // never moved: the views lead here
+    std::unordered_map<std::string_view, Item> numbers_;
 };
 
-/// Throws Error when a text of the input, at `position`, cannot be a name, since the names file has a line
-/// for each name, with a tab in it.
+/// Throws Error when a text cannot be a name, or part of one: when it holds a control character (below
+/// U+0020, or from U+007F to U+009F) or bytes that are not UTF-8. `position` is where the cell with this text
+/// begins in the input; the message has the place of the first such byte, or of the cell where quotes within
+/// it are doubled before. O(length).
 void check_name(std::string_view name, std::size_t position, const TextInput& input);
 
 /// The text of the names file: a line for each item, with its number, TAB and its name.

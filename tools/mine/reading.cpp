@@ -1,0 +1,255 @@
+#include "mine/reading.h"
+
+#include <algorithm>
+#include <utility>
+#include <variant>
+
+#include "common/error.h"
+#include "common/text_input.h"
+#include "mine/basket.h"
+#include "mine/fimi.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// Throws Error where options do not go with a format. `because`: what the format was guessed from, or empty.
+void require_options_for(Format format, const ReadingOptions& options, const std::string& because) {
+    const std::string found =
+        "--format " + word_for(format) +
+        (because.empty() ? "" : ", guessed from " + because + "; or say --format yourself");
+    const auto refuse = [&found](const std::string& option, const std::string& formats) {
+        throw Error(option + ": goes with " + formats + "; found " + found);
+    };
+    if (format != Format::table && !options.given_for_tables.empty()) {
+        refuse(options.given_for_tables.front(), "--format table only");
+    }
+    if (format == Format::fimi && options.separator) {
+        refuse("--separator", "--format basket or table only");
+    }
+    if (format == Format::table && options.weighted) {
+        refuse("--weighted", "--format fimi or basket only, and --weight NAME with tables");
+    }
+}
+
+[[noreturn]] void refuse_doubtful(const TextInput& input, const FormatGuess& guess, bool weighted) {
+    const std::string formats = weighted ? "fimi or basket" : "fimi, basket or table";
+    throw Error(input.name + ": found " + guess.seen + "; expected " +
+                (guess.has_several_separators ? "--separator to say which"
+                                              : "--format to say whether it is " + formats));
+}
+
+/// Throws Error for a table of one column whose header shows that another separator is meant.
+void require_cells(const TextInput& input, char separator) {
+    if (const auto other = other_separator_of_header(input, separator)) {
+        const std::string word =
+            other->separator == '\t' ? "tab" : "'" + std::string(1, other->separator) + "'";
+        throw Error(input.name + ": the header has one column and holds " + std::to_string(other->count) +
+                    " " + shown_separator(other->separator) + "; try --separator " + word);
+    }
+}
+
+bool is_blank(const TextInput& input) {
+    return input.text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
+/// Decides how to read, by the first text in which anything is written.
+ReadingReport choose(const TextInput& input, const ReadingOptions& options) {
+    ReadingReport chosen;
+    chosen.separator = options.separator;
+    if (options.format) {
+        chosen.format = *options.format;
+    } else {
+        const FormatGuess guess = guess_format(input, {options.separator, options.weighted});
+        if (!guess.format) {
+            refuse_doubtful(input, guess, options.weighted);
+        }
+        chosen.format = *guess.format;
+        chosen.format_seen = guess.seen;
+        chosen.separator = options.separator ? options.separator : guess.separator;
+    }
+    require_options_for(chosen.format, options, chosen.format_seen);
+    if (chosen.format == Format::fimi) {
+        return chosen;
+    }
+    chosen.separator_guessed = !options.separator;
+    if (!chosen.separator) {
+        chosen.separator = guess_separator(input, chosen.format, options.weighted);
+    }
+    return chosen;
+}
+
+/// Reads one text after the other by the reader that the first one asks for.
+class Texts {
+public:
+    explicit Texts(const ReadingOptions& options) : options_(options) {}
+
+    void add(TextInput input) {
+        if (!reader_ && is_blank(input) && options_.format != Format::table) {
+            blank_.push_back(std::move(input));  // which says nothing about the format
+            return;
+        }
+        if (reader_) {
+            require_same_kind(input);
+        } else {
+            choose_reader(input);
+        }
+        if (chosen_.format == Format::table) {
+            require_cells(input, *chosen_.separator);
+        }
+        read(input);
+    }
+
+    /// Call this once, last.
+    Database finish() {
+        return reader_ ? std::visit([](auto& reader) { return reader.finish(); }, *reader_) : Database();
+    }
+
+    /// Call this behind finish().
+    ReadingReport report() const {
+        ReadingReport report = chosen_;
+        if (reader_ && std::holds_alternative<TableReader>(*reader_)) {
+            report.table = std::get<TableReader>(*reader_).report();
+        }
+        return report;
+    }
+
+private:
+    void choose_reader(const TextInput& input) {
+        chosen_ = choose(input, options_);
+        first_ = input.name;
+        make_reader();
+        for (const TextInput& blank : blank_) {
+            read(blank);
+        }
+        blank_.clear();
+    }
+
+    void make_reader() {
+        switch (chosen_.format) {
+            case Format::fimi:
+                reader_.emplace(std::in_place_type<FimiReader>, options_.weighted);
+                return;
+            case Format::basket:
+                reader_.emplace(std::in_place_type<BasketReader>, *chosen_.separator, options_.weighted);
+                return;
+            case Format::table:
+                reader_.emplace(std::in_place_type<TableReader>, *chosen_.separator, options_.table);
+                return;
+        }
+    }
+
+    /// Throws Error where the lines of a later text tell another format or separator than those of the first.
+    void require_same_kind(const TextInput& input) const {
+        if (is_blank(input)) {
+            return;
+        }
+        if (chosen_.separator_guessed) {
+            const auto other = another_separator(input, *chosen_.separator, options_.weighted);
+            if (other) {
+                throw Error(input.name + ": found " + shown_separator(*other) + " between cells; expected " +
+                            shown_separator(*chosen_.separator) + " as in " + first_ +
+                            ", or --separator to say which");
+            }
+        }
+        if (!options_.format) {
+            const FormatGuess guess = guess_format(input, {chosen_.separator, options_.weighted});
+            if (guess.format && guess.format != chosen_.format) {
+                throw Error(input.name + ": found " + guess.seen + ", which looks like " +
+                            word_for(*guess.format) + "; expected " + word_for(chosen_.format) + " as in " +
+                            first_ + ", or --format to say which");
+            }
+        }
+    }
+
+    void read(const TextInput& input) {
+        try {
+            std::visit([&input](auto& reader) { reader.add(input); }, *reader_);
+        } catch (const Error& error) {
+            throw Error(std::string(error.what()) + hint_behind_error(input));
+        }
+    }
+
+    std::string hint_behind_error(const TextInput& input) const {
+        if (chosen_.format == Format::fimi) {
+            const FormatGuess guess = guess_format_of_names(input, {{}, options_.weighted});
+            return guess.format
+                       ? "; try --format " + word_for(*guess.format) + ", since there are " + guess.seen
+                       : "";
+        }
+        return chosen_.format_seen.empty() ? ""
+                                           : " (read as " + word_for(chosen_.format) + ", guessed from " +
+                                                 chosen_.format_seen + "; --format says otherwise)";
+    }
+
+    const ReadingOptions& options_;
+    ReadingReport chosen_;
+    std::string first_;  ///< the name of the text by which it was chosen
+    std::optional<std::variant<FimiReader, BasketReader, TableReader>> reader_;
+    std::vector<TextInput> blank_;  ///< those before that text
+};
+
+/// The number of transactions without an item. O(lines + occurrences of items).
+Count empty_transactions(const Database& database) {
+    std::vector<bool> is_empty(database.lines, true);
+    for (const Database::ItemColumn& column : database.items) {
+        for (const Transaction transaction : column.transactions) {
+            is_empty[transaction] = false;
+        }
+    }
+    Count count = 0;
+    for (std::size_t line = 0; line < is_empty.size(); ++line) {
+        const Count weight = database.weights.empty() ? 1 : database.weights[line];
+        count += is_empty[line] ? weight : 0;
+    }
+    return count;
+}
+
+/// Standard input has an end only once.
+void require_standard_input_once(const std::vector<std::string>& paths) {
+    if (std::ranges::count(paths, "-") > 1) {
+        throw Error("-: found twice among the inputs; expected standard input at most once");
+    }
+}
+
+std::string name_of(const std::vector<std::string>& paths) {
+    const std::string first = paths.front() == "-" ? "standard input" : paths.front();
+    return paths.size() == 1 ? first : first + " and " + std::to_string(paths.size() - 1) + " more";
+}
+
+}  // namespace
+
+Database read_database(const std::vector<std::string>& paths, const ReadingOptions& options,
+                       ReadingReport& report) {
+    require_standard_input_once(paths);
+    Texts texts(options);
+    for (const std::string& path : paths) {
+        texts.add(read_text(path));
+    }
+    Database database = texts.finish();
+    if (database.items.empty()) {
+        throw Error(name_of(paths) + ": found no item; expected one transaction a line");
+    }
+    report = texts.report();
+    report.empty_transactions = empty_transactions(database);
+    return database;
+}
+
+void check_together(const ReadingOptions& options) {
+    if (options.format) {
+        require_options_for(*options.format, options, "");
+    }
+}
+
+std::string description(const ReadingReport& report) {
+    std::string text = word_for(report.format);
+    if (report.separator) {
+        text += " with " + shown_separator(*report.separator);
+    }
+    if (!report.format_seen.empty()) {
+        return text + " (guessed from " + report.format_seen + ")";
+    }
+    return text + (report.separator_guessed ? " (its separator was guessed)" : "");
+}
+
+}  // namespace korv::tools
