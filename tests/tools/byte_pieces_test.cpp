@@ -31,7 +31,7 @@ TEST(BytePieces, AreJoinedBehindWhatIsThere) {
 }
 
 TEST(BytePieces, MayBeMany) {
-    const std::size_t all = 150'000'000;
+    const std::size_t all = 140'000'000;
     std::size_t given = 0;
     BytePieces pieces;
     while (pieces.fill([&given](char* out, std::size_t size) {

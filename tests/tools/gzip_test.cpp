@@ -62,7 +62,8 @@ TEST(Gunzip, GivesTheText) {
 TEST(Gunzip, TakesLargeTextsInAnyPortions) {
     const std::string random = random_text(1'000'000);
     EXPECT_TRUE(text_of(compressed(random), 99'999) == random);
-    const std::string long_one(100'000'000, 'x');
+    std::string long_one;
+    long_one.resize(70'000'000, 'x');
     EXPECT_TRUE(text_of(compressed(long_one)) == long_one);
     EXPECT_EQ(text_of(compressed("1 2\n"), 1), "1 2\n");
 }

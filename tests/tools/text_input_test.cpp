@@ -67,7 +67,7 @@ TEST_F(TextInputFile, MayBeOfTheSystemsOwnWithoutASize) {
 }
 
 TEST_F(TextInputFile, MustNotChangeWhileItIsRead) {
-    test::write_file(path(), std::string(20'000'000, 'x'));
+    test::write_file(path(), std::string(5'000'000, 'x'));
     std::atomic<bool> is_done = false;
     std::thread writer([&] {
         for (std::ofstream file(path(), std::ios::app); !is_done;) {

@@ -16,6 +16,7 @@ public:
     template <typename Read>
     bool fill(Read read) {
         if (pieces_.empty() || pieces_.back().used == piece_bytes) {
+            // NOLINTNEXTLINE(modernize-avoid-c-arrays): see Piece
             pieces_.push_back({std::make_unique_for_overwrite<char[]>(piece_bytes), 0});
         }
         Piece& last = pieces_.back();

@@ -14,6 +14,8 @@ namespace korv::tools {
 
 namespace {
 
+constexpr std::string_view blanks = " \t";
+
 bool is_blank(char c) {
     return c == ' ' || c == '\t';
 }
@@ -33,18 +35,18 @@ Item item_of(std::string_view word, const TextInput& input) {
 Item next_item(const char*& begin, const char* end, const TextInput& input) {
     constexpr std::ptrdiff_t most_digits_read = 18;  // these fit into 64 bits
     std::uint64_t value = 0;
-    const char* last = begin;
-    for (; last != end && *last >= '0' && *last <= '9'; ++last) {
-        value = value * 10 + static_cast<std::uint64_t>(*last - '0');
+    const char* digit = begin;
+    for (; digit != end && *digit >= '0' && *digit <= '9'; ++digit) {
+        value = value * 10 + static_cast<std::uint64_t>(*digit - '0');
     }
-    const bool is_whole_word = last == end || is_blank(*last);
-    if (is_whole_word && last - begin <= most_digits_read && value <= std::numeric_limits<Item>::max()) {
-        begin = last;
+    const bool is_whole_word = digit == end || is_blank(*digit);
+    if (is_whole_word && digit - begin <= most_digits_read && value <= std::numeric_limits<Item>::max()) {
+        begin = digit;
         return static_cast<Item>(value);
     }
-    last = std::find_if(last, end, is_blank);
-    const std::string_view word(begin, last);
-    begin = last;
+    const std::string_view rest(digit, end);
+    const std::string_view word(begin, digit + std::min(rest.find_first_of(blanks), rest.size()));
+    begin += word.size();
     return item_of(word, input);
 }
 

@@ -1,6 +1,7 @@
 #include "mine/named_items.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -17,7 +18,7 @@ struct Character {
 };
 
 /// The smallest character of two, three and four bytes. Smaller ones must be written with fewer bytes.
-constexpr char32_t smallest_of[] = {0x80, 0x800, 0x10000};
+constexpr std::array<char32_t, 3> smallest_of = {0x80, 0x800, 0x10000};
 
 /// How many bytes follow the first one of a character; nothing sensible, 0, for one that is never first.
 constexpr std::size_t bytes_behind(unsigned char first) {

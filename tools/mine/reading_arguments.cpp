@@ -56,7 +56,7 @@ void add_table_options(CLI::App& app, ReadingWords& words) {
 
 std::optional<Format> parse_format(const std::string& word) {
     constexpr std::array formats = {Format::fimi, Format::basket, Format::table};
-    const auto found = std::ranges::find(formats, word, word_for);
+    const auto* const found = std::ranges::find(formats, word, word_for);
     return found == formats.end() ? std::nullopt : std::optional(*found);
 }
 
