@@ -30,19 +30,20 @@ void add_table_options(CLI::App& app, ReadingWords& words) {
                    "Words for cells without a value, with commas between them; '' for empty cells alone "
                    "(default: NA,NaN,null,?)")
         ->group(group);
-    app.add_option(
-           "--bins", words.bins,
-           "Cut columns of numbers into so many bins of roughly equal size: 4 for all columns, age=4 for "
-           "one; may be repeated")
+    app.add_option("--bins", words.bins,
+                   "Cut columns of numbers into so many bins of roughly equal size, 4 for all columns, age=4 "
+                   "for one, "
+                   "or at points, age=18,65; may be repeated")
         ->check(argument_check(parse_bin_rule,
-                               "a number of bins from 1 on, or a column and a number of bins such as age=4"))
+                               "a number of bins from 1 on, a column and a number of bins such "
+                               "as age=4, or a column and ascending points such as age=18,65"))
         ->take_all()
         ->allow_extra_args(false)
         ->group(group);
     app.add_option("--split", words.splits,
                    "Cells of this column hold several values with a separator between them, such as "
-                   "answers=';'; may be repeated")
-        ->check(argument_check(parse_split_rule, "a column and a separator such as answers=';'"))
+                   "languages=';' (or tab); may be repeated")
+        ->check(argument_check(parse_split_rule, "a column and a separator such as languages=';'"))
         ->take_all()
         ->allow_extra_args(false)
         ->group(group);
