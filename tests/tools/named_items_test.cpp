@@ -12,7 +12,7 @@ TEST(NamedItems, AreNumberedFrom1AsTheyComeUp) {
     EXPECT_EQ(items.number_of("milk"), 1U);
     EXPECT_EQ(items.number_of("bread"), 2U);
     EXPECT_EQ(items.number_of("milk"), 1U);
-    EXPECT_EQ(std::move(items).names(), (std::vector<std::string>{"milk", "bread"}));
+    EXPECT_EQ(items.names(), (std::vector<std::string>{"milk", "bread"}));
 }
 
 TEST(NamedItems, StayDistinctAmongMany) {
@@ -24,7 +24,7 @@ TEST(NamedItems, StayDistinctAmongMany) {
         ASSERT_EQ(items.number_of("item " + std::to_string(i)), static_cast<Item>(i));
     }
     EXPECT_EQ(items.size(), 10'000U);
-    EXPECT_EQ(std::move(items).names().at(9'998), "item 9999");
+    EXPECT_EQ(items.names().at(9'998), "item 9999");
 }
 
 /// What is said of a cell that is everything behind "x\ny,".

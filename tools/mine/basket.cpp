@@ -1,7 +1,6 @@
 #include "mine/basket.h"
 
 #include <string_view>
-#include <utility>
 
 #include "mine/weighted_line.h"
 
@@ -40,7 +39,7 @@ void BasketReader::add_items(const std::vector<CsvCell>& row, const TextInput& i
 
 Database BasketReader::finish() {
     Database database = builder_.finish();
-    database.names = std::move(items_).names();
+    database.names = items_.names();
     return database;
 }
 

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
-#include <utility>
+#include <cstdint>
 
 #include "common/error.h"
 
@@ -79,18 +78,13 @@ std::size_t position_in_input(std::string_view name, std::size_t offset, std::si
 
 }  // namespace
 
-Item NamedItems::number_of(std::string_view name) {
-    if (const auto known = numbers_.find(name); known != numbers_.end()) {
-        return known->second;
+std::vector<std::string> NamedItems::names() const {
+    std::vector<std::string> names;
+    names.reserve(size());
+    for (std::uint32_t number = 0; number < size(); ++number) {
+        names.emplace_back(names_.text(number));
     }
-    const auto number = static_cast<Item>(names_.size() + 1);
-    numbers_.emplace(names_.emplace_back(name), number);
-    return number;
-}
-
-std::vector<std::string> NamedItems::names() && {
-    numbers_.clear();
-    return {std::make_move_iterator(names_.begin()), std::make_move_iterator(names_.end())};
+    return names;
 }
 
 void check_name(std::string_view name, std::size_t position, const TextInput& input) {

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "base/itemset.h"
 #include "common/text_input.h"
+#include "mine/column_dictionary.h"
 
 namespace korv::tools {
 
@@ -16,17 +15,16 @@ namespace korv::tools {
 class NamedItems {
 public:
     /// The number of the item with this name, which gets the next number when it is new. O(length).
-    Item number_of(std::string_view name);
+    Item number_of(std::string_view name) { return names_.number_of(name).number + 1; }
 
     /// The number of items so far, which is also the largest number.
     std::size_t size() const { return names_.size(); }
 
-    /// The names in the order of the numbers. Call this once, last.
-    std::vector<std::string> names() &&;
+    /// The names in the order of the numbers.
+    std::vector<std::string> names() const;
 
 private:
-    std::deque<std::string> names_;  // never moved: the views lead here
-    std::unordered_map<std::string_view, Item> numbers_;
+    ColumnDictionary names_;
 };
 
 /// Throws Error when a text cannot be a name, or part of one: when it holds a control character (below
