@@ -87,8 +87,7 @@ TEST(FormatGuess, SeesBasketsInLinesOfVaryingLength) {
     EXPECT_EQ(guess_of("milk,bread\nmilk\nbread,eggs,ham\n"), "basket \",\": lines of 1 to 3 cells");
     EXPECT_EQ(guess_of("milk;rye bread\nmilk\n"), "basket \";\": lines of 1 to 2 cells");
     EXPECT_EQ(guess_of("milk\neggs|bread\n"), "basket \"|\": lines of 1 to 2 cells");
-    EXPECT_EQ(guess_of("1,2,3\n4,5\n"), "basket \",\": lines of 2 to 3 cells");
-    EXPECT_EQ(guess_of("1\n2,3\n"), "basket \",\": lines of 1 to 2 cells");
+    EXPECT_EQ(guess_of("1\n2,x\n"), "basket \",\": lines of 1 to 2 cells");
 }
 
 TEST(FormatGuess, DoubtsASingleColumn) {
@@ -138,6 +137,14 @@ TEST(FormatGuess, DoubtsATableUnderATitle) {
 
 TEST(FormatGuess, DoubtsNumbersAndNamesBetweenTabs) {
     EXPECT_EQ(guess_of("1\t2\n3\tx\n4\n"), "doubt tab: lines of numbers with tabs between them, and others");
+}
+
+TEST(FormatGuess, DoubtsBasketsOfNumbersAlone) {
+    EXPECT_EQ(guess_of("1,2,3\n4,5\n"), "doubt \",\": whole numbers with \",\" between them");
+    EXPECT_EQ(guess_of("1\n2;3;\n"), "doubt \";\": whole numbers with \";\" between them");
+    EXPECT_EQ(guess_of_weighted("  3 1,2,3\n  1 4,5\n"),
+              "doubt \",\": whole numbers with \",\" between them");
+    EXPECT_EQ(guess_with(',', "1,2,3\n4,5\n"), "basket \",\": lines of 2 to 3 cells");
 }
 
 TEST(FormatGuess, DoubtsSeveralSeparators) {

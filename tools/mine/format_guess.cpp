@@ -243,6 +243,14 @@ bool are_filled_up(const std::vector<Row>& rows) {
     return lengths.size() > 2;
 }
 
+/// Whether all cells are whole numbers or empty.
+bool are_numbers(const std::vector<Row>& rows) {
+    return std::ranges::all_of(rows, [](const Row& row) {
+        return std::ranges::all_of(row,
+                                   [](const auto& cell) { return cell.empty() || is_whole_number(cell); });
+    });
+}
+
 std::string cells(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " cell" : " cells");
 }
@@ -349,8 +357,18 @@ std::string shown_separator(char separator) {
 FormatGuess guess_format(const TextInput& input, const KnownOfText& known) {
     const Sample sample = sample_of(input, known.weighted);
     const NumberCounts numbers = count_numbers(sample);
-    const auto fimi = guess_from_numbers(numbers);
-    return fimi ? *fimi : guess_from_cells(sample, numbers, known);
+    if (const auto fimi = guess_from_numbers(numbers)) {
+        return *fimi;
+    }
+    const FormatGuess guess = guess_from_cells(sample, numbers, known);
+    const bool could_be_names = guess.format != Format::basket || known.separator ||
+                                !are_numbers(rows_of(sample, *guess.separator).rows);
+    if (!could_be_names) {
+        // As names, the numbers would be items with other numbers.
+        return {
+            {}, guess.separator, "whole numbers with " + shown_separator(*guess.separator) + " between them"};
+    }
+    return guess;
 }
 
 FormatGuess guess_format_of_names(const TextInput& input, const KnownOfText& known) {

@@ -48,8 +48,8 @@ struct FormatGuess {
 /// fimi: whole numbers with blanks or tabs between them, in all lines, or in some with blanks (whatever is
 /// wrong with the others will be reported). table: rows of equal length, at least two cells, under a first
 /// row of distinct names that are not all numbers and do not occur again below. basket: lines of varying
-/// length. Doubtful are, among others, a single line, a single column, and rows that nearly all have the same
-/// length.
+/// length. Doubtful are, among others, a single line, a single column, rows that nearly all have the same
+/// length, and lines of varying length that hold numbers alone.
 FormatGuess guess_format(const TextInput& input, const KnownOfText& known);
 
 /// The same, for a text that was found not to be fimi: basket, table or doubt. Where most lines are numbers
