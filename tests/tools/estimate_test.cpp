@@ -65,10 +65,11 @@ TEST(EstimateTable, HasALineForEach) {
          .file_bytes = 67'594'366,
          .is_complete = false},
     };
-    EXPECT_EQ(estimate_table(rows),
-              "min. support   frequent items    essential itemsets               classes          class file\n"
-              "  50% (1101)                4                     5                     4            62 bytes\n"
-              "          22            1,010   more than 2,000,000   more than 1,200,000   more than 67.6 MB\n");
+    EXPECT_EQ(
+        estimate_table(rows),
+        "min. support   frequent items    essential itemsets               classes          class file\n"
+        "  50% (1101)                4                     5                     4            62 bytes\n"
+        "          22            1,010   more than 2,000,000   more than 1,200,000   more than 67.6 MB\n");
 }
 
 }  // namespace

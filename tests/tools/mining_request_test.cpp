@@ -50,14 +50,16 @@ TEST(MiningOptions, NameTheThresholdThatIsOutOfRange) {
 TEST(MiningOptions, WantALimitOfTheSizeWhereItemsNeedNotMeetOften) {
     const auto complaint = [](Count min_joint, std::optional<std::size_t> max_size) {
         return complaint_of([&] {
-            mining_options({.min_joint = Threshold{static_cast<double>(min_joint), false}, .max_size = max_size},
-                           ten_per_cent, 100);
+            mining_options(
+                {.min_joint = Threshold{static_cast<double>(min_joint), false}, .max_size = max_size},
+                ten_per_cent, 100);
         });
     };
-    EXPECT_EQ(complaint(9, std::nullopt),
-              "--min-joint: found 9, which is less than --min-support 10; expected --max-size, too, since "
-              "itemsets whose items hardly meet are too many to be listed without it: --max-size 2 finds pairs, "
-              "3 triples as well");
+    EXPECT_EQ(
+        complaint(9, std::nullopt),
+        "--min-joint: found 9, which is less than --min-support 10; expected --max-size, too, since "
+        "itemsets whose items hardly meet are too many to be listed without it: --max-size 2 finds pairs, "
+        "3 triples as well");
     EXPECT_EQ(complaint(9, 2), "");
     EXPECT_EQ(complaint(0, 3), "");
     EXPECT_EQ(complaint(10, std::nullopt), "");

@@ -22,19 +22,21 @@ TEST(MiningWatch, EndsTheWorkWhenItsTimeIsOver) {
     EXPECT_TRUE(early.go_on(some));
     MiningWatch late(Clock::now() - std::chrono::seconds(11), 10.5, nullptr);
     EXPECT_FALSE(late.go_on(some));
-    EXPECT_EQ(late.why_it_stopped({.min_support = 22}),
-              "stopped after 10.50 s (--max-seconds), with 1,234 classes when 5 of 119 root items were done; a "
-              "higher --min-support (now 22) or a lower --max-size brings fewer, a higher --max-seconds lets it "
-              "go on, --estimate says what to expect");
+    EXPECT_EQ(
+        late.why_it_stopped({.min_support = 22}),
+        "stopped after 10.50 s (--max-seconds), with 1,234 classes when 5 of 119 root items were done; a "
+        "higher --min-support (now 22) or a lower --max-size brings fewer, a higher --max-seconds lets it "
+        "go on, --estimate says what to expect");
 }
 
 TEST(MiningWatch, NamesTheLimitOfClasses) {
     MiningWatch watch(Clock::now(), std::nullopt, nullptr);
     watch.go_on(some);
-    EXPECT_EQ(watch.why_it_stopped({.min_support = 22, .max_classes = 1000}),
-              "there are more than 1,000 classes (--max-classes) when 5 of 119 root items were done; a higher "
-              "--min-support (now 22) or a lower --max-size brings fewer, a higher --max-classes lets it go on, "
-              "--estimate says what to expect");
+    EXPECT_EQ(
+        watch.why_it_stopped({.min_support = 22, .max_classes = 1000}),
+        "there are more than 1,000 classes (--max-classes) when 5 of 119 root items were done; a higher "
+        "--min-support (now 22) or a lower --max-size brings fewer, a higher --max-classes lets it go on, "
+        "--estimate says what to expect");
 }
 
 TEST(MiningWatch, ShowsTheProgressSinceTheProgramBegan) {

@@ -50,18 +50,5 @@ TEST(Printable, StaysAsItIsOnceItIsPrintable) {
     EXPECT_EQ(printable(once), once);
 }
 
-TEST(CharacterBytes, CountsThoseOfTheFirstCharacter) {
-    EXPECT_EQ(character_bytes("ab"), 1U);
-    EXPECT_EQ(character_bytes("\xC3\xA9x"), 2U);
-    EXPECT_EQ(character_bytes("\xE4\xB8\xADx"), 3U);
-    EXPECT_EQ(character_bytes("\xF0\x9F\x98\x80x"), 4U);
-}
-
-TEST(CharacterBytes, AreNoneWhereThereIsNoCharacter) {
-    EXPECT_EQ(character_bytes(""), 0U);
-    EXPECT_EQ(character_bytes("\xA9x"), 0U);
-    EXPECT_EQ(character_bytes("\xC3"), 0U);
-}
-
 }  // namespace
 }  // namespace korv::tools

@@ -1,58 +1,136 @@
 #include "mine/summary.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include "tools/random_database.h"
 
 namespace korv::tools {
 namespace {
 
+/// 10 in two transactions, 11 in two, 12 in one. At a minimum support of 1, there are four classes, of 10, of
+/// 12, of 11 with 12, and of all.
 const Database database = database_of({0b011, 0b001, 0b110});
-const MinedClasses classes = mine(database, {.min_support = 1}).classes;
 
-TEST(Summary, CountsAndSaysHowToGoOn) {
-    const std::string text = summary(database, 2, classes, "data/groceries.classes", 1.234);
+/// What a run would have done, by default to a file from numbers without names.
+class SummaryTest : public ::testing::Test {
+protected:
+    std::string text() const {
+        return summary({.database = database_,
+                        .reading = reading_,
+                        .options = options_,
+                        .classes = classes_,
+                        .is_complete = is_complete_,
+                        .output = output_,
+                        .names = names_,
+                        .seconds = 1.234});
+    }
+
+    /// The lines behind those with numbers.
+    std::string notes() const {
+        const std::string all = text();
+        const std::size_t behind = all.find(" MiB\n");
+        return behind == std::string::npos ? all : all.substr(behind + 5);
+    }
+
+    Database database_ = database;
+    ReadingReport reading_;
+    MiningOptions options_ = {.min_support = 2};
+    MinedClasses classes_ = mine(database, {.min_support = 1}).classes;
+    bool is_complete_ = true;
+    std::string output_ = "data/groceries.classes";
+    std::string names_;
+};
+
+TEST_F(SummaryTest, CountsAndSaysHowToGoOn) {
+    const std::string summary = text();
     EXPECT_TRUE(
-        text.starts_with("transactions        3\n"
-                         "items               3\n"
-                         "frequent items      2\n"
-                         "essential itemsets  4\n"
-                         "classes             4\n"
-                         "largest closure     3 items\n"
-                         "time                1.23 s\n"
-                         "peak memory         "))
-        << text;
-    EXPECT_TRUE(text.ends_with(" MiB\nTo derive rules: korv groceries data/groceries.classes 2 0.8 3\n"))
-        << text;
+        summary.starts_with("input               fimi\n"
+                            "transactions        3\n"
+                            "items               3\n"
+                            "frequent items      2\n"
+                            "essential itemsets  4\n"
+                            "classes             4\n"
+                            "largest closure     3 items\n"
+                            "class file          52 bytes\n"
+                            "time                1.23 s\n"
+                            "peak memory         "))
+        << summary;
+    EXPECT_EQ(notes(), "To derive rules: korv groceries data/groceries.classes 2 0.8 3\n");
 }
 
-/// The most memory that this process has had so far, in whole MiB. The system gives KiB.
-long mebibytes_of_this_process() {
-    struct rusage usage = {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
+TEST_F(SummaryTest, CountsEmptyTransactions) {
+    reading_.empty_transactions = 7;
+    EXPECT_NE(text().find("\nempty transactions  7\n"), std::string::npos) << text();
 }
 
-TEST(Summary, GivesPeakMemoryInMebibytes) {
-    const std::string label = "peak memory         ";
-    const long before = mebibytes_of_this_process();
-    const std::string text = summary(database, 2, classes, "-", 0.0);
-    const long after = mebibytes_of_this_process();
-    ASSERT_NE(text.find(label), std::string::npos);
-    const long shown = std::stol(text.substr(text.find(label) + label.size()));
-    EXPECT_GT(before, 0);
-    EXPECT_GE(shown, before);
-    EXPECT_LE(shown, after);
+TEST_F(SummaryTest, SaysThatClassesAreMissing) {
+    is_complete_ = false;
+    EXPECT_NE(text().find("\nclasses             4, which are not all\n"), std::string::npos) << text();
 }
 
-TEST(Summary, QuotesPathsForTheShell) {
-    EXPECT_TRUE(summary(database, 2, classes, "my t's.classes", 0.0)
-                    .ends_with("korv 'my t'\\''s' 'my t'\\''s.classes' 2 0.8 3\n"));
+TEST_F(SummaryTest, QuotesPathsForTheShell) {
+    output_ = "my t's.classes";
+    EXPECT_EQ(notes(), "To derive rules: korv 'my t'\\''s' 'my t'\\''s.classes' 2 0.8 3\n");
 }
 
-TEST(Summary, LeavesTheNamesOpenForStandardOutput) {
-    EXPECT_TRUE(summary(database, 2, classes, "-", 0.0).ends_with("korv NAME CLASSES 2 0.8 3\n"));
+TEST_F(SummaryTest, LeavesTheNamesOpenForStandardOutput) {
+    output_ = "-";
+    EXPECT_EQ(notes(), "To derive rules: korv NAME CLASSES 2 0.8 3\n");
+}
+
+TEST_F(SummaryTest, BeginsAtOneTransactionInAHundred) {
+    database_.transactions = 2201;
+    EXPECT_EQ(notes(), "To derive rules: korv groceries data/groceries.classes 23 0.8 2201\n");
+}
+
+TEST_F(SummaryTest, SaysWhereTheNamesAre) {
+    names_ = "data/groceries.names";
+    EXPECT_TRUE(notes().ends_with("\nThe names of its items are in data/groceries.names\n")) << notes();
+}
+
+TEST_F(SummaryTest, SaysThatThereAreNoNames) {
+    database_.names = {"bread", "butter", "tea"};
+    output_ = "-";
+    EXPECT_TRUE(notes().ends_with("\nThe names of its items are nowhere: --names FILE keeps them\n"))
+        << notes();
+}
+
+TEST_F(SummaryTest, NamesColumnsThatAreNotCutThoughTheyHoldNumbers) {
+    reading_.table = TableReport();
+    reading_.table->uncut = {{"age", "n/a", "p.csv", {3, 5}, true}, {"name", "Ann", "p.csv", {2, 1}, false}};
+    EXPECT_TRUE(
+        notes().starts_with("Not cut: column \"age\", since \"n/a\" in p.csv:3:5 is no number (--missing "
+                            "says which words are none)\n"
+                            "To derive rules"))
+        << notes();
+}
+
+TEST_F(SummaryTest, NamesColumnsThatDoubleEveryRule) {
+    reading_.table = TableReport();
+    reading_.table->twins = {{"alive", "survived"}, {"a", "b", "c"}};
+    EXPECT_TRUE(
+        notes().starts_with("The columns \"alive\" and \"survived\" have their items in the same "
+                            "transactions, which doubles every rule: --ignore leaves columns out\n"
+                            "The columns \"a\", \"b\" and \"c\" have"))
+        << notes();
+}
+
+TEST_F(SummaryTest, CountsLinesWithoutWeight) {
+    reading_.table = TableReport();
+    reading_.table->left_out = 2;
+    EXPECT_TRUE(notes().starts_with("2 lines with the weight 0 are left out\n")) << notes();
+}
+
+TEST_F(SummaryTest, WarnsOfRareItemsThatAreMostOfTheFile) {
+    // Nine items in the only transaction with 10.
+    const Database wide = database_of({0b1111111111, 0b1, 0b1});
+    options_ = {.min_support = 2, .closure_over_all = true};
+    classes_ = mine(wide, options_).classes;
+    // "10 11 ... 19 TAB 3 TAB  10, LF" are 29 + 4 + 5 bytes, of which 27 for 11 to 19.
+    EXPECT_TRUE(
+        notes().starts_with("Items in fewer than 2 transactions make up 27 bytes of the class file: "
+                            "--closure-items frequent leaves them out\n"))
+        << notes();
 }
 
 }  // namespace

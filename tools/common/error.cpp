@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/utf8.h"
+
 namespace korv::tools {
 
 namespace {
@@ -15,7 +17,7 @@ std::size_t shown_bytes(std::string_view text) {
     }
     std::size_t bytes = 0;
     for (;;) {
-        const std::size_t next = std::max<std::size_t>(character_bytes(text.substr(bytes)), 1);
+        const std::size_t next = std::max<std::size_t>(first_character(text.substr(bytes)).bytes, 1);
         if (bytes + next > most_shown) {
             return bytes;
         }

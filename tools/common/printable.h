@@ -1,14 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace korv::tools {
-
-/// How many bytes the first character of a text in UTF-8 has: 1 to 4, or 0 when the text is empty or begins
-/// with bytes that are no character.
-std::size_t character_bytes(std::string_view text);
 
 /// A text of unknown origin, such as a file name, as a terminal can show it: on one line, in the order in
 /// which it is stored, and without a command to the terminal. Control characters, line separators and what

@@ -1,53 +1,81 @@
 #include "mine/arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <string_view>
 
-#include "base/number_text.h"
-#include "common/atomic_output.h"
 #include "common/error.h"
+#include "common/output_place.h"
+#include "common/printable.h"
 #include "mine/argument_check.h"
+#include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
 
 namespace korv::tools {
 
 namespace {
 
-/// A message of CLI11 in the form of all others.
+/// What an estimate is for when no minimum support is given.
+const std::vector<Threshold> usual_min_supports = {{50, true}, {20, true}, {10, true},
+                                                   {5, true},  {2, true},  {1, true}};
+
+constexpr std::size_t most_estimates = 10;
+
+/// The options as they are typed.
+struct Words {
+    MiningWords mining;
+    ReadingWords reading;
+};
+
+/// A message of CLI11 in the form of all others. Its words are repeated as they were typed.
 std::string complaint(const CLI::App* app, const CLI::Error& error) {
-    return app->get_name() + ": " + error.what() + "; see " + app->get_name() + " --help\n";
+    return app->get_name() + ": " + printable(error.what()) + "; see " + app->get_name() + " --help\n";
+}
+
+bool is_path(const std::string& text) {
+    return !text.empty();
+}
+
+void add_output_options(CLI::App& app, Arguments& arguments) {
+    app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
+        ->check(argument_check(is_path, "the name of a file"))
+        ->capture_default_str();
+    app.add_option("--names", arguments.names,
+                   "Where the names of the items go, for baskets and tables: item TAB name (default: beside "
+                   "the class file, with the extension .names)")
+        ->check(argument_check(is_path, "the name of a file"));
+    app.add_flag("--partial", arguments.keeps_partial,
+                 "Write the classes found so far when --max-classes or --max-seconds ends the work");
+    app.add_flag("--estimate", arguments.is_estimate,
+                 "Say how many classes the minimum supports would bring (-s 5%,2%,1%; default: "
+                 "50%,20%,10%,5%,2%,1%), and write no class file")
+        ->excludes("--output")
+        ->excludes("--names")
+        ->excludes("--partial");
+    app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
+}
+
+/// Checks that there are as many minimum supports as are needed, and adds those that go without saying.
+void complete_min_supports(const Arguments& arguments, MiningRequest& request) {
+    std::vector<Threshold>& min_supports = request.min_supports;
+    if (!arguments.is_estimate && min_supports.empty()) {
+        throw CLI::RequiredError("--min-support (or --estimate, which shows what to expect)");
+    }
+    if (!arguments.is_estimate && min_supports.size() > 1) {
+        throw CLI::ValidationError("--min-support", "found " + std::to_string(min_supports.size()) +
+                                                        " of them; expected one, unless for --estimate");
+    }
+    if (min_supports.size() > most_estimates) {
+        throw CLI::ValidationError("--min-support", "found " + std::to_string(min_supports.size()) +
+                                                        " of them; expected at most " +
+                                                        std::to_string(most_estimates));
+    }
+    if (min_supports.empty()) {
+        min_supports = usual_min_supports;
+    }
 }
 
 }  // namespace
-
-std::optional<Threshold> parse_threshold(const std::string& text) {
-    if (!text.ends_with('%')) {
-        const auto count = parse_number<Count>(text);
-        return count ? std::optional(Threshold{static_cast<double>(*count), false}) : std::nullopt;
-    }
-    const auto percentage = parse_number<double>(std::string_view(text).substr(0, text.size() - 1));
-    if (!percentage || !std::isfinite(*percentage) || *percentage < 0) {
-        return std::nullopt;
-    }
-    return Threshold{*percentage, true};
-}
-
-Count in_transactions(const Threshold& threshold, Count transactions) {
-    // So that a percentage without an exact binary form is not rounded up to one transaction too many.
-    constexpr double tolerance = 1e-9;
-    const double count = threshold.is_percentage ? std::ceil(threshold.value / 100 * transactions - tolerance)
-                                                 : threshold.value;
-    if (count < 1 || count > transactions) {
-        throw Error("--min-support: found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
-                    " transactions; expected at least 1 and at most " + std::to_string(transactions) +
-                    ", the number of transactions in the input");
-    }
-    return static_cast<Count>(count);
-}
 
 std::string default_names(const std::string& output) {
     return output == "-" || is_special(output)
@@ -66,61 +94,28 @@ std::string names_path(const std::string& given, Format format, const std::strin
     return "";
 }
 
-namespace {
-
-/// The options as they are typed.
-struct Words {
-    std::string min_support;
-    std::string closure_items = "frequent";
-    ReadingWords reading;
-};
-
-void add_options(CLI::App& app, Arguments& arguments, Words& words) {
-    app.set_version_flag("--version", "korv-mine " KORV_VERSION);
-    app.add_option("TRANSACTIONS", arguments.transactions,
-                   "The database, one transaction per line, in one file or several; - for standard input")
-        ->required();
-    app.add_option(
-           "-s,--min-support", words.min_support,
-           "Smallest number of transactions that hold all items of an essential itemset: a count, or a "
-           "percentage of all transactions such as 2.5%")
-        ->required()
-        ->check(argument_check(parse_threshold, "a number of transactions, or a percentage such as 2.5%"));
-    app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
-        ->capture_default_str();
-    app.add_option("--max-size", arguments.mining.max_size, "Largest number of items of an essential itemset")
-        ->check(CLI::Range(1, 1'000'000'000));
-    app.add_option("--closure-items", words.closure_items,
-                   "Items that a closed itemset can have: those in --min-support transactions, or all")
-        ->check(CLI::IsMember({"frequent", "all"}))
-        ->capture_default_str();
-    app.add_option(
-        "--names", arguments.names,
-        "Where the names of the items go, for baskets and tables: item TAB name (default: beside the class "
-        "file, with the extension .names)");
-    app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error");
-    add_reading_options(app, words.reading);
-}
-
-}  // namespace
-
 Arguments parse_arguments(int argc, char** argv) {
     Arguments arguments;
     Words words;
     CLI::App app(
         "Makes a class file for korv: the closed itemsets of a transaction database under disjunction, "
-        "with their supports and frequent essential itemsets.",
+        "with their supports and essential itemsets.",
         "korv-mine");
-    add_options(app, arguments, words);
+    app.set_version_flag("--version", "korv-mine " KORV_VERSION);
+    app.add_option("TRANSACTIONS", arguments.transactions,
+                   "The database, one transaction per line, in one file or several; - for standard input")
+        ->required();
+    add_output_options(app, arguments);
+    add_mining_options(app, words.mining);
+    add_reading_options(app, words.reading);
     app.failure_message(complaint);
     try {
         app.parse(argc, argv);
+        arguments.mining = mining_request(app, words.mining);
+        complete_min_supports(arguments, arguments.mining);
     } catch (const CLI::ParseError& error) {
         std::exit(app.exit(error));
     }
-
-    arguments.min_support = *parse_threshold(words.min_support);
-    arguments.mining.closure_over_all = words.closure_items == "all";
     arguments.reading = reading_options(app, words.reading);
     if (arguments.reading.format && !arguments.names.empty()) {
         names_path(arguments.names, *arguments.reading.format, arguments.output);

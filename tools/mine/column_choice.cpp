@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "common/utf8.h"
 
 namespace korv::tools {
 
@@ -16,15 +17,6 @@ namespace {
 constexpr std::size_t most_listed = 10;
 /// Of the names that are compared to find close ones.
 constexpr std::size_t most_compared = 64;
-
-/// The bytes of the first character.
-std::size_t character_bytes(std::string_view text) {
-    std::size_t bytes = 1;
-    while (bytes < text.size() && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80) {
-        ++bytes;
-    }
-    return bytes;
-}
 
 /// How many bytes have to be inserted, removed or replaced to make one text of the other.
 std::size_t edit_distance(std::string_view one, std::string_view other) {
@@ -128,7 +120,7 @@ bool matches(std::string_view pattern, std::string_view name) {
             has_star = true;
         } else if (pattern.starts_with('?')) {
             pattern.remove_prefix(1);
-            name.remove_prefix(character_bytes(name));
+            name.remove_prefix(std::max<std::size_t>(first_character(name).bytes, 1));
         } else if (pattern.starts_with(name.front())) {
             pattern.remove_prefix(1);
             name.remove_prefix(1);

@@ -11,9 +11,8 @@ namespace korv::tools {
 namespace {
 
 std::size_t items_in(const Database& database, Count min_support) {
-    return static_cast<std::size_t>(std::ranges::count_if(database.items, [&](const auto& column) {
-        return support_of(column, database) >= min_support;
-    }));
+    return static_cast<std::size_t>(std::ranges::count_if(
+        database.items, [&](const auto& column) { return support_of(column, database) >= min_support; }));
 }
 
 /// Sets what the mining brings, or lower bounds.
@@ -74,7 +73,8 @@ std::vector<Estimate> estimates(const Database& database, const MiningRequest& r
 }
 
 std::string estimate_table(const std::vector<Estimate>& estimates) {
-    std::vector<Row> rows = {{"min. support", "frequent items", "essential itemsets", "classes", "class file"}};
+    std::vector<Row> rows = {
+        {"min. support", "frequent items", "essential itemsets", "classes", "class file"}};
     std::ranges::transform(estimates, std::back_inserter(rows), row_of);
     std::array<std::size_t, std::tuple_size_v<Row>> widths = {};
     for (const Row& row : rows) {

@@ -4,15 +4,22 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
 
 #include "common/atomic_output.h"
+#include "common/distinct_files.h"
 #include "common/error.h"
+#include "common/standard_streams.h"
+#include "common/temporary_file.h"
 #include "io/class_record.h"
 #include "mine/arguments.h"
+#include "mine/estimate.h"
 #include "mine/miner.h"
+#include "mine/mining_watch.h"
 #include "mine/named_items.h"
 #include "mine/progress.h"
+#include "mine/ranked_items.h"
 #include "mine/reading.h"
 #include "mine/summary.h"
 
@@ -20,64 +27,91 @@ namespace {
 
 using namespace korv;
 using namespace korv::tools;
+using Clock = MiningWatch::Clock;
 
-std::vector<MinedClass> mine_with_progress(const Database& database, const MiningOptions& options,
-                                           bool quiet) {
-    if (quiet || ::isatty(STDERR_FILENO) == 0) {
-        return mine(database, options);
+/// Exit statuses besides those of CLI11.
+enum class Status {
+    done = 0,
+    failed = 1,
+    stopped = 3,  ///< by a limit of classes or time
+};
+
+void say(const std::string& message) {
+    std::cerr << "korv-mine: " << message << '\n';
+}
+
+/// Throws Error when an output would replace an input or the other output.
+void require_distinct_files(const Arguments& arguments) {
+    std::vector<NamedFile> inputs;
+    for (const std::string& path : arguments.transactions) {
+        inputs.push_back({path, "the input"});
     }
-    ProgressDisplay display(std::cerr);
-    return mine(database, options, [&display](const MiningProgress& progress) { display.show(progress); });
+    std::vector<NamedFile> outputs = {{arguments.output, "the class file (-o)"}};
+    if (!arguments.names.empty()) {
+        outputs.push_back({arguments.names, "the names file (--names)"});
+    }
+    require_distinct(inputs, outputs);
+}
+
+std::string names_of_inputs(const Arguments& arguments) {
+    std::string names;
+    for (const std::string& path : arguments.transactions) {
+        names += (names.empty() ? "" : ", ") + (path == "-" ? "standard input" : path);
+    }
+    return names;
+}
+
+Database read_within_memory(const Arguments& arguments, ReadingReport& report) {
+    return within_memory([&] { return read_database(arguments.transactions, arguments.reading, report); },
+                         [&] { return "while reading " + names_of_inputs(arguments); });
+}
+
+void print_estimates(const Arguments& arguments, const Database& database) {
+    AtomicOutput output("-");
+    output.write(estimate_table(within_memory([&] { return estimates(database, arguments.mining); },
+                                              [] { return std::string("while estimating"); })));
+    output.commit();
+}
+
+MiningResult mine_within_memory(const Database& database, const MiningOptions& options, MiningWatch& watch) {
+    return within_memory(
+        [&] {
+            return mine(database, options,
+                        [&watch](const MiningProgress& progress) { return watch.go_on(progress); });
+        },
+        [&] { return "after " + std::to_string(watch.progress().classes) + " classes"; });
 }
 
 /// Throws Error when there are no classes, since korv stops at an empty class file.
-void require_classes(const std::vector<MinedClass>& classes, const Database& database, Count min_support) {
-    if (!classes.empty()) {
+void require_classes(const MiningResult& result, const Database& database, const MiningOptions& options) {
+    if (result.classes.size() > 0) {
         return;
     }
-    std::size_t most = 0;
+    Count most = 0;
     for (const Database::ItemColumn& column : database.items) {
-        most = std::max(most, column.transactions.size());
+        most = std::max(most, support_of(column, database));
     }
-    throw Error("--min-support: no item is in " + std::to_string(min_support) +
+    const bool is_rare = most < options.min_support;
+    throw Error((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)
+                         : "--min-own: no item is in " + std::to_string(options.min_own)) +
                 " transactions; the most frequent one is in " + std::to_string(most));
 }
 
-/// Throws Error when an output would replace the input or the other output.
-void require_different_files(const Arguments& arguments) {
-    const auto require_different = [](const std::string& one, const std::string& other) {
-        if (!one.empty() && is_same_file(one, other)) {
-            throw Error(one + ": found for two of transactions, class file and names; expected three files");
-        }
-    };
-    for (const std::string& transactions : arguments.transactions) {
-        if (arguments.output != "-") {
-            require_different(arguments.output, transactions);
-        }
-        require_different(arguments.names, transactions);
-    }
-    require_different(arguments.names, arguments.output);
-}
-
-void write_classes(const std::vector<MinedClass>& classes, AtomicOutput& output) {
+void write_classes(const MinedClasses& classes, AtomicOutput& output) {
     std::string record;
-    for (const MinedClass& each : classes) {
+    classes.for_each([&](const MinedClass& each) {
         record.clear();
         append_class_record(each.closure, each.support, each.essentials, record);
         output.write(record);
-    }
-    output.finish();
+    });
 }
 
-void run(Arguments arguments) {
-    const auto start = std::chrono::steady_clock::now();
-    remove_outputs_on_signals();
-    ReadingReport report;
-    const Database database = read_database(arguments.transactions, arguments.reading, report);
+Status mine_to_files(Arguments arguments, Clock::time_point start, const Database& database,
+                     const ReadingReport& report) {
     arguments.names = names_path(arguments.names, report.format, arguments.output);
-    require_different_files(arguments);
-    const Count min_support = in_transactions(arguments.min_support, database.transactions);
-    arguments.mining.min_support = min_support;
+    require_distinct_files(arguments);
+    const MiningOptions options =
+        mining_options(arguments.mining, arguments.mining.min_supports.front(), database.transactions);
     // The outputs are opened before the work begins, so that a wrong path is found early.
     AtomicOutput output(arguments.output);
     std::optional<AtomicOutput> names;
@@ -86,28 +120,62 @@ void run(Arguments arguments) {
         names->write(names_file(database.names));
     }
 
-    const std::vector<MinedClass> classes = mine_with_progress(database, arguments.mining, arguments.quiet);
-    require_classes(classes, database, min_support);
-    write_classes(classes, output);
-    if (names) {
-        names->commit();
+    std::optional<ProgressDisplay> display;
+    if (!arguments.quiet) {
+        display.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0);
     }
-    output.commit();
+    MiningWatch watch(start, arguments.mining.max_seconds, display ? &*display : nullptr);
+    const MiningResult result = mine_within_memory(database, options, watch);
+    display.reset();
+    if (!result.is_complete) {
+        const bool is_kept = arguments.keeps_partial && result.classes.size() > 0;
+        say(watch.why_it_stopped(options) + (is_kept ? "" : "; --partial keeps what is found until then"));
+        if (!is_kept) {
+            return Status::stopped;
+        }
+    }
+    require_classes(result, database, options);
+    write_classes(result.classes, output);
+    AtomicOutput::commit_together(names ? std::vector{&*names, &output} : std::vector{&output});
 
     if (!arguments.quiet) {
-        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-        std::cerr << summary(database, min_support, classes, arguments.output, elapsed.count());
+        const std::chrono::duration<double> elapsed = Clock::now() - start;
+        std::cerr << summary({.database = database,
+                              .reading = report,
+                              .options = options,
+                              .classes = result.classes,
+                              .is_complete = result.is_complete,
+                              .output = arguments.output,
+                              .names = arguments.names,
+                              .seconds = elapsed.count()});
     }
+    return result.is_complete ? Status::done : Status::stopped;
+}
+
+Status run(const Arguments& arguments) {
+    const Clock::time_point start = Clock::now();
+    remove_temporary_files_on_signals();
+    require_distinct_files(arguments);
+    ReadingReport report;
+    const Database database = read_within_memory(arguments, report);
+    if (arguments.is_estimate) {
+        print_estimates(arguments, database);
+        return Status::done;
+    }
+    return mine_to_files(arguments, start, database, report);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    open_standard_streams();
+    Status status = Status::failed;
     try {
-        run(parse_arguments(argc, argv));
-        return 0;
+        status = run(parse_arguments(argc, argv));
+    } catch (const std::bad_alloc&) {
+        say("out of memory");
     } catch (const std::exception& error) {
-        std::cerr << "korv-mine: " << error.what() << '\n';
-        return 1;
+        say(error.what());
     }
+    return static_cast<int>(status);
 }

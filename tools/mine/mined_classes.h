@@ -31,8 +31,8 @@ public:
                           std::size_t most = std::numeric_limits<std::uint32_t>::max() - 1);
 
     /// Adds an essential itemset to the class of its closure, which is ascending. `node` stands for it, with
-    /// its parents and its support in `tree`. `rare_bytes`: see there. Returns false, and changes nothing, when its class would be one
-    /// too many. O(closure).
+    /// its parents and its support in `tree`. `rare_bytes`: see there. Returns false, and changes nothing,
+    /// when its class would be one too many. O(closure).
     bool add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
              std::size_t rare_bytes = 0);
 
@@ -83,7 +83,7 @@ private:
                         std::vector<Itemset>& essentials) const;
 
     std::vector<Itemset> items_;       ///< by rank
-    std::size_t most_;  ///< of classes
+    std::size_t most_;                 ///< of classes
     std::vector<std::size_t> digits_;  ///< by rank: of the numbers of all its items
     std::string closures_;             ///< of all classes
     std::string encoded_;              ///< the closure that is looked up

@@ -38,9 +38,10 @@ void add_mining_options(CLI::App& app, MiningWords& words) {
                    "percentage of all transactions such as 2.5%")
         ->check(argument_check(parse_thresholds, "a number of transactions, or a percentage such as 2.5%"))
         ->group(group);
-    add_threshold(app, "--min-joint", words.min_joint,
-                  "Smallest number of transactions that hold all items of an essential itemset of two or more; "
-                  "0 if they need not meet (default: --min-support)");
+    add_threshold(
+        app, "--min-joint", words.min_joint,
+        "Smallest number of transactions that hold all items of an essential itemset of two or more; "
+        "0 if they need not meet (default: --min-support)");
     add_threshold(app, "--min-own", words.min_own,
                   "Smallest number of transactions that hold an item of an essential itemset and none of its "
                   "others (default: 1)");

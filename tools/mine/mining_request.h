@@ -12,13 +12,13 @@ namespace korv::tools {
 /// What is to be mined, as far as it can be said without the transactions.
 struct MiningRequest {
     /// One; for an estimate, at least one.
-    std::vector<Threshold> min_supports;
-    std::optional<Threshold> min_joint;
-    std::optional<Threshold> min_own;
-    std::optional<std::size_t> max_size;
+    std::vector<Threshold> min_supports = {};
+    std::optional<Threshold> min_joint = std::nullopt;
+    std::optional<Threshold> min_own = std::nullopt;
+    std::optional<std::size_t> max_size = std::nullopt;
     bool closure_over_all = false;
-    std::optional<std::size_t> max_classes;
-    std::optional<double> max_seconds;  ///< since the program began
+    std::optional<std::size_t> max_classes = std::nullopt;
+    std::optional<double> max_seconds = std::nullopt;  ///< since the program began
 };
 
 /// The same for one of the minimum supports, in a database of so many transactions. Throws Error for a

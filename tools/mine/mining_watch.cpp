@@ -17,9 +17,10 @@ bool MiningWatch::go_on(const MiningProgress& progress) {
 std::string MiningWatch::why_it_stopped(const MiningOptions& options) const {
     const std::string limit = is_out_of_time_ ? "--max-seconds" : "--max-classes";
     const std::string found =
-        is_out_of_time_ ? "stopped after " + seconds_text(*max_seconds_) + " (--max-seconds), with " +
-                              with_commas(progress_.classes) + " classes"
-                        : "there are more than " + with_commas(options.max_classes) + " classes (--max-classes)";
+        is_out_of_time_
+            ? "stopped after " + seconds_text(*max_seconds_) + " (--max-seconds), with " +
+                  with_commas(progress_.classes) + " classes"
+            : "there are more than " + with_commas(options.max_classes) + " classes (--max-classes)";
     return found + " when " + std::to_string(progress_.roots_done) + " of " +
            std::to_string(progress_.roots) + " root items were done; a higher --min-support (now " +
            std::to_string(options.min_support) + ") or a lower --max-size brings fewer, a higher " + limit +

@@ -1,57 +1,14 @@
 #include "mine/named_items.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 
 #include "common/error.h"
+#include "common/utf8.h"
 
 namespace korv::tools {
 
 namespace {
-
-/// A character of UTF-8.
-struct Character {
-    std::size_t bytes;  ///< 0 where the bytes are not UTF-8
-    char32_t code;
-};
-
-/// The smallest character of two, three and four bytes. Smaller ones must be written with fewer bytes.
-constexpr std::array<char32_t, 3> smallest_of = {0x80, 0x800, 0x10000};
-
-/// How many bytes follow the first one of a character; nothing sensible, 0, for one that is never first.
-constexpr std::size_t bytes_behind(unsigned char first) {
-    if (first < 0xC0 || first >= 0xF8) {
-        return 0;
-    }
-    return first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
-}
-
-/// The first character of a text that is not empty.
-Character first_character(std::string_view text) {
-    constexpr Character invalid = {0, 0};
-    const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x80) {
-        return {1, first};
-    }
-    const std::size_t behind = bytes_behind(first);
-    if (behind == 0 || text.size() <= behind) {
-        return invalid;
-    }
-    char32_t code = first & (0x3FU >> behind);
-    for (const char next : text.substr(1, behind)) {
-        const auto byte = static_cast<unsigned char>(next);
-        if ((byte & 0xC0U) != 0x80) {
-            return invalid;
-        }
-        code = code << 6U | (byte & 0x3FU);
-    }
-    const bool is_surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < smallest_of[behind - 1] || code > 0x10FFFF || is_surrogate) {
-        return invalid;
-    }
-    return {behind + 1, code};
-}
 
 /// The first byte that cannot be in a name; the size of the text where there is none.
 std::size_t first_unusable(std::string_view text) {

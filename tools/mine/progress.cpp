@@ -21,7 +21,8 @@ std::string progress_line(const MiningProgress& progress, double seconds, std::s
            " s, " + std::to_string(mebibytes) + " MiB";
 }
 
-ProgressDisplay::ProgressDisplay(std::ostream& out, bool is_terminal) : out_(out), is_terminal_(is_terminal) {}
+ProgressDisplay::ProgressDisplay(std::ostream& out, bool is_terminal)
+    : out_(out), is_terminal_(is_terminal) {}
 
 ProgressDisplay::~ProgressDisplay() {
     if (is_terminal_) {

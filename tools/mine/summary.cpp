@@ -1,91 +1,112 @@
 #include "mine/summary.h"
 
-#include <sys/resource.h>
-
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <cstdio>
 #include <filesystem>
 #include <string_view>
 
+#include "common/error.h"
 #include "common/printable.h"
+#include "common/quantity.h"
+#include "common/shell_word.h"
+#include "mine/ranked_items.h"
 
 namespace korv::tools {
 
 namespace {
 
-/// The peak memory of this process until now, in MiB.
-long peak_memory() {
-    struct rusage usage = {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;  // given in KiB
+/// A line of the summary.
+void add(const std::string& label, const std::string& value, std::string& text) {
+    text += label + std::string(20 - label.size(), ' ') + value + '\n';
 }
 
-std::string with_two_decimals(double number) {
-    std::array<char, 32> text = {};
-    const int size = std::snprintf(text.data(), text.size(), "%.2f", number);
-    return {text.data(), static_cast<std::size_t>(size)};
+/// "a, b and c".
+std::string list_of(const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string_view before = i == 0 ? "" : i + 1 == words.size() ? " and " : ", ";
+        text.append(before).append(shown(words[i]));
+    }
+    return text;
 }
 
-/// A word that a terminal cannot show as it is, spelt for bash: $'a\x1Bb'.
-std::string spelt_word(const std::string& word) {
-    std::string escaped;
-    for (const char c : word) {
-        escaped += c == '\'' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+void add_numbers(const Run& run, std::string& text) {
+    const auto frequent = std::ranges::count_if(run.database.items, [&run](const auto& column) {
+        return support_of(column, run.database) >= run.options.min_support;
+    });
+    add("input", description(run.reading), text);
+    add("transactions", std::to_string(run.database.transactions), text);
+    if (run.reading.empty_transactions > 0) {
+        add("empty transactions", std::to_string(run.reading.empty_transactions), text);
     }
-    return "$'" + printable(escaped) + "'";
+    add("items", std::to_string(run.database.items.size()), text);
+    add("frequent items", std::to_string(frequent), text);
+    add("essential itemsets", std::to_string(run.classes.essentials()), text);
+    add("classes", std::to_string(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
+    add("largest closure", std::to_string(run.classes.largest_closure()) + " items", text);
+    add("class file", size_text(run.classes.file_bytes()), text);
+    add("time", seconds_text(run.seconds), text);
+    add("peak memory", std::to_string(peak_memory()) + " MiB", text);
 }
 
-/// A word as it is typed in a shell: in single quotes, unless it holds only characters that do not need them.
-std::string shell_word(const std::string& word) {
-    const auto is_plain = [](char c) {
-        return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
-               std::string_view("./_-+,:@%").find(c) != std::string_view::npos;
-    };
-    if (!word.empty() && std::ranges::all_of(word, is_plain)) {
-        return word;
+void add_notes_on(const TableReport& table, std::string& text) {
+    for (const UncutColumn& column : table.uncut) {
+        if (column.has_numbers) {
+            text += "Not cut: column " + shown(column.name) + ", since " + shown(column.cell) + " in " +
+                    printable(column.file) + ":" + std::to_string(column.place.line) + ":" +
+                    std::to_string(column.place.column) +
+                    " is no number (--missing says which words are none)\n";
+        }
     }
-    if (printable(word) != word) {
-        return spelt_word(word);
+    for (const std::vector<std::string>& twins : table.twins) {
+        text += "The columns " + list_of(twins) +
+                " have their items in the same transactions, which doubles " +
+                "every rule: --ignore leaves columns out\n";
     }
-    std::string quoted = "'";
-    for (const char c : word) {
-        quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    if (table.left_out > 0) {
+        text += std::to_string(table.left_out) + " lines with the weight 0 are left out\n";
     }
-    return quoted + "'";
+}
+
+void add_notes(const Run& run, std::string& text) {
+    if (run.reading.table) {
+        add_notes_on(*run.reading.table, text);
+    }
+    if (run.classes.rare_bytes() > run.classes.file_bytes() / 2) {
+        text += "Items in fewer than " + std::to_string(run.options.min_support) + " transactions make up " +
+                size_text(run.classes.rare_bytes()) +
+                " of the class file: --closure-items frequent leaves them " + "out\n";
+    }
 }
 
 /// The korv command that derives rules from the class file, with thresholds to start from.
-std::string next_command(const std::string& output, Count min_support, Count transactions) {
-    const bool is_file = output != "-";
-    const std::string name = is_file ? std::filesystem::path(output).stem().string() : "NAME";
-    return "korv " + shell_word(name) + " " + (is_file ? shell_word(output) : "CLASSES") + " " +
-           std::to_string(min_support) + " 0.8 " + std::to_string(transactions);
+std::string next_command(const Run& run) {
+    const bool is_file = run.output != "-";
+    const std::string name = is_file ? std::filesystem::path(run.output).stem().string() : "NAME";
+    const Count one_in_a_hundred = (run.database.transactions + 99) / 100;
+    return "korv " + shell_word(name) + " " + (is_file ? shell_word(run.output) : "CLASSES") + " " +
+           std::to_string(std::max(run.options.min_support, one_in_a_hundred)) + " 0.8 " +
+           std::to_string(run.database.transactions);
+}
+
+/// Where the names of the items are.
+std::string names_note(const Run& run) {
+    if (!run.names.empty()) {
+        return "The names of its items are in " + shell_word(run.names) + "\n";
+    }
+    if (!run.database.names.empty()) {
+        return "The names of its items are nowhere: --names FILE keeps them\n";
+    }
+    return "";
 }
 
 }  // namespace
 
-std::string summary(const Database& database, Count min_support, const MinedClasses& classes,
-                    const std::string& output, double seconds) {
-    const auto frequent = std::ranges::count_if(database.items, [min_support](const auto& column) {
-        return column.transactions.size() >= min_support;
-    });
-
+std::string summary(const Run& run) {
     std::string text;
-    const auto add = [&text](const std::string& label, const std::string& value) {
-        text += label + std::string(20 - label.size(), ' ') + value + '\n';
-    };
-    add("transactions", std::to_string(database.transactions));
-    add("items", std::to_string(database.items.size()));
-    add("frequent items", std::to_string(frequent));
-    add("essential itemsets", std::to_string(classes.essentials()));
-    add("classes", std::to_string(classes.size()));
-    add("largest closure", std::to_string(classes.largest_closure()) + " items");
-    add("time", with_two_decimals(seconds) + " s");
-    add("peak memory", std::to_string(peak_memory()) + " MiB");
-    text += "To derive rules: " + next_command(output, min_support, database.transactions) + '\n';
-    return text;
+    add_numbers(run, text);
+    add_notes(run, text);
+    text += "To derive rules: " + next_command(run) + '\n';
+    return text + names_note(run);
 }
 
 }  // namespace korv::tools

@@ -1,16 +1,27 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "mine/database.h"
 #include "mine/miner.h"
+#include "mine/reading.h"
 
 namespace korv::tools {
 
-/// The results of a run, with a line for each number, and the korv command to go on with. `output` is the
-/// path of the class file, or "-".
-std::string summary(const Database& database, Count min_support, const MinedClasses& classes,
-                    const std::string& output, double seconds);
+/// What a run did.
+struct Run {
+    const Database& database;
+    const ReadingReport& reading;
+    const MiningOptions& options;
+    const MinedClasses& classes;
+    bool is_complete;    ///< whether these are all classes
+    std::string output;  ///< path of the class file, or "-"
+    std::string names;   ///< path of the names file; empty when there is none
+    double seconds;
+};
+
+/// The results of a run, with a line for each number; what the person who goes on should know; and the korv
+/// command to go on with, whose thresholds are for a first look: at least one of a hundred transactions.
+std::string summary(const Run& run);
 
 }  // namespace korv::tools

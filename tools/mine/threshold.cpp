@@ -1,6 +1,8 @@
 #include "mine/threshold.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <string_view>
 
@@ -35,7 +37,8 @@ std::optional<std::vector<Threshold>> parse_thresholds(const std::string& text) 
     return thresholds;
 }
 
-Count in_transactions(const Threshold& threshold, const std::string& option, Count least, Count transactions) {
+Count in_transactions(const Threshold& threshold, const std::string& option, Count least,
+                      Count transactions) {
     // So that a percentage without an exact binary form is not rounded up to one transaction too many.
     constexpr double tolerance = 1e-9;
     const double count = threshold.is_percentage ? std::ceil(threshold.value / 100 * transactions - tolerance)
@@ -49,12 +52,12 @@ Count in_transactions(const Threshold& threshold, const std::string& option, Cou
 }
 
 std::string text_of(const Threshold& threshold) {
-    std::string text;
     if (!threshold.is_percentage) {
         return std::to_string(static_cast<Count>(threshold.value));
     }
-    append_number(threshold.value, text);
-    return text + "%";
+    std::array<char, 32> digits = {};
+    char* const begin = digits.data();
+    return std::string(begin, std::to_chars(begin, begin + digits.size(), threshold.value).ptr) + "%";
 }
 
 }  // namespace korv::tools
