@@ -360,7 +360,7 @@ FormatGuess guess_format(const TextInput& input, const KnownOfText& known) {
     if (const auto fimi = guess_from_numbers(numbers)) {
         return *fimi;
     }
-    const FormatGuess guess = guess_from_cells(sample, numbers, known);
+    FormatGuess guess = guess_from_cells(sample, numbers, known);
     const bool could_be_names = guess.format != Format::basket || known.separator ||
                                 !are_numbers(rows_of(sample, *guess.separator).rows);
     if (!could_be_names) {
