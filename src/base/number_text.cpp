@@ -10,12 +10,17 @@ void append_number(Count number, std::string& text) {
 }
 
 void append_items(const Itemset& itemset, std::string& text) {
-    std::string_view before_item;
+    const std::size_t before = text.size();
+    text.resize(before + itemset.size() * (most_digits + 1));
+    char* const begin = text.data() + before;
+    char* end = begin;
     for (const Item item : itemset) {
-        text += before_item;
-        append_number(item, text);
-        before_item = " ";
+        if (end != begin) {
+            *end++ = ' ';
+        }
+        end = write_number(item, end);
     }
+    text.resize(static_cast<std::size_t>(end - text.data()));
 }
 
 }  // namespace korv

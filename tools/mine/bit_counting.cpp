@@ -6,8 +6,7 @@ namespace korv::tools {
 
 namespace {
 
-/// Sums up the bits of combine(i), for each word i. It must be compiled into its caller, so that it uses the
-/// instructions that the caller may use.
+/// Sums up the bits of combine(i), for each word i.
 template <typename Combine>
 [[gnu::always_inline]] inline Count sum_of_bits(std::size_t words, Combine combine) {
     std::size_t bits = 0;
@@ -17,61 +16,56 @@ template <typename Combine>
     return static_cast<Count>(bits);
 }
 
-Count both(const BitWord* a, const BitWord* b, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & b[i]; });
+/// This must be compiled into its caller, so that it uses the instructions that the caller may use.
+[[gnu::always_inline]] inline Count count(Combination combination, const BitWord* first,
+                                          const BitWord* second, const BitWord* mask, std::size_t words) {
+    if (combination == Combination::both) {
+        return mask == nullptr
+                   ? sum_of_bits(words, [=](std::size_t i) { return first[i] & second[i]; })
+                   : sum_of_bits(words, [=](std::size_t i) { return first[i] & second[i] & mask[i]; });
+    }
+    return mask == nullptr
+               ? sum_of_bits(words, [=](std::size_t i) { return first[i] & ~second[i]; })
+               : sum_of_bits(words, [=](std::size_t i) { return first[i] & ~second[i] & mask[i]; });
 }
-
-Count without(const BitWord* a, const BitWord* b, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & ~b[i]; });
-}
-
-Count both_within(const BitWord* a, const BitWord* b, const BitWord* mask, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & b[i] & mask[i]; });
-}
-
-Count without_within(const BitWord* a, const BitWord* b, const BitWord* mask, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & ~b[i] & mask[i]; });
-}
-
-constexpr BitCounting portable = {both, without, both_within, without_within};
 
 #ifdef __x86_64__
 
-[[gnu::target("popcnt")]] Count fast_both(const BitWord* a, const BitWord* b, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & b[i]; });
+[[gnu::target("popcnt")]] Count count_with_popcnt(Combination combination, const BitWord* first,
+                                                  const BitWord* second, const BitWord* mask,
+                                                  std::size_t words) {
+    return count(combination, first, second, mask, words);
 }
 
-[[gnu::target("popcnt")]] Count fast_without(const BitWord* a, const BitWord* b, std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & ~b[i]; });
+[[gnu::target("popcnt,avx512f,avx512vl,avx512vpopcntdq")]] Count count_with_avx512(Combination combination,
+                                                                                   const BitWord* first,
+                                                                                   const BitWord* second,
+                                                                                   const BitWord* mask,
+                                                                                   std::size_t words) {
+    return count(combination, first, second, mask, words);
 }
-
-[[gnu::target("popcnt")]] Count fast_both_within(const BitWord* a, const BitWord* b, const BitWord* mask,
-                                                 std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & b[i] & mask[i]; });
-}
-
-[[gnu::target("popcnt")]] Count fast_without_within(const BitWord* a, const BitWord* b, const BitWord* mask,
-                                                    std::size_t words) {
-    return sum_of_bits(words, [=](std::size_t i) { return a[i] & ~b[i] & mask[i]; });
-}
-
-constexpr BitCounting with_popcnt = {fast_both, fast_without, fast_both_within, fast_without_within};
 
 #endif
 
 }  // namespace
 
-const BitCounting& portable_bit_counting() {
-    return portable;
+Count count_bits_anywhere(Combination combination, const BitWord* first, const BitWord* second,
+                          const BitWord* mask, std::size_t words) {
+    return count(combination, first, second, mask, words);
 }
 
-const BitCounting& bit_counting() {
+std::vector<CountBits> bit_counters() {
+    std::vector<CountBits> counters;
 #ifdef __x86_64__
+    if (__builtin_cpu_supports("avx512vpopcntdq") != 0 && __builtin_cpu_supports("avx512vl") != 0) {
+        counters.push_back(count_with_avx512);
+    }
     if (__builtin_cpu_supports("popcnt") != 0) {
-        return with_popcnt;
+        counters.push_back(count_with_popcnt);
     }
 #endif
-    return portable;
+    counters.push_back(count_bits_anywhere);
+    return counters;
 }
 
 }  // namespace korv::tools

@@ -1,28 +1,29 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "base/bit_words.h"
 #include "base/itemset.h"
 
 namespace korv::tools {
 
-/// Loops over bit vectors of the same number of words. They count bits.
-struct BitCounting {
-    /// In both `a` and `b`.
-    Count (*both)(const BitWord* a, const BitWord* b, std::size_t words);
-    /// In `a` and not in `b`.
-    Count (*without)(const BitWord* a, const BitWord* b, std::size_t words);
-    /// In `a`, `b` and `mask`.
-    Count (*both_within)(const BitWord* a, const BitWord* b, const BitWord* mask, std::size_t words);
-    /// In `a` and `mask`, and not in `b`.
-    Count (*without_within)(const BitWord* a, const BitWord* b, const BitWord* mask, std::size_t words);
+/// Which bits of two bit vectors are counted.
+enum class Combination {
+    both,     ///< those in the first and in the second
+    without,  ///< those in the first and not in the second
 };
 
-/// The loops in the instructions that every processor has.
-const BitCounting& portable_bit_counting();
+/// Counts bits of two bit vectors of so many words, all of them or only those that are in `mask`, too, where
+/// that is not null.
+using CountBits = Count (*)(Combination combination, const BitWord* first, const BitWord* second,
+                            const BitWord* mask, std::size_t words);
 
-/// The fastest loops for the processor on which the program runs.
-const BitCounting& bit_counting();
+/// In the instructions that every processor has.
+Count count_bits_anywhere(Combination combination, const BitWord* first, const BitWord* second,
+                          const BitWord* mask, std::size_t words);
+
+/// Counters for the processor on which the program runs, the fastest first; the one above is the last.
+std::vector<CountBits> bit_counters();
 
 }  // namespace korv::tools

@@ -25,23 +25,20 @@ void BitRows::set_weights(const std::vector<Count>& weights) {
 }
 
 Count BitRows::both(const BitWord* a, const BitWord* b) const {
-    if (weight_bits_.empty()) {
-        return counting_->both(a, b, words_);
-    }
-    Count sum = 0;
-    for (std::size_t bit = 0; bit * words_ < weight_bits_.size(); ++bit) {
-        sum += counting_->both_within(a, b, &weight_bits_[bit * words_], words_) << bit;
-    }
-    return sum;
+    return count(Combination::both, a, b);
 }
 
 Count BitRows::without(const BitWord* a, const BitWord* b) const {
+    return count(Combination::without, a, b);
+}
+
+Count BitRows::count(Combination combination, const BitWord* a, const BitWord* b) const {
     if (weight_bits_.empty()) {
-        return counting_->without(a, b, words_);
+        return count_bits_(combination, a, b, nullptr, words_);
     }
     Count sum = 0;
     for (std::size_t bit = 0; bit * words_ < weight_bits_.size(); ++bit) {
-        sum += counting_->without_within(a, b, &weight_bits_[bit * words_], words_) << bit;
+        sum += count_bits_(combination, a, b, &weight_bits_[bit * words_], words_) << bit;
     }
     return sum;
 }

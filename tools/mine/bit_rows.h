@@ -28,7 +28,9 @@ public:
     Count without(const BitWord* a, const BitWord* b) const;
 
 private:
-    const BitCounting* counting_ = &bit_counting();
+    Count count(Combination combination, const BitWord* a, const BitWord* b) const;
+
+    CountBits count_bits_ = bit_counters().front();
     std::size_t words_ = 0;
     std::vector<BitWord> bits_;  ///< row by row
     /// The lines whose weight has the bit 1, those whose weight has the bit 2, and so on, as bit vectors one

@@ -6,9 +6,9 @@
 namespace korv::tools {
 
 EssentialTree::EssentialTree(std::span<const Count> supports) {
-    entries_.reserve(supports.size());
     for (const Count support : supports) {
-        entries_.push_back({static_cast<Rank>(entries_.size()), none, support, support});
+        ranks_.push_back(static_cast<Rank>(ranks_.size()));
+        entries_.push_back({none, support, support});
     }
 }
 
@@ -17,7 +17,8 @@ EssentialTree::Node EssentialTree::add(Node parent, Rank rank, Count joint, Coun
         throw std::length_error("more than 4294967295 essential itemsets");
     }
     const Node node = static_cast<Node>(entries_.size());
-    entries_.push_back({rank, parent, joint, support});
+    ranks_.push_back(rank);
+    entries_.push_back({parent, joint, support});
     Entry& above = entries_[parent];
     above.first_child = above.children == 0 ? node : above.first_child;
     ++above.children;
@@ -29,26 +30,25 @@ EssentialTree::Node EssentialTree::child(Node parent, Rank rank) const {
         return rank;
     }
     const Node found = lower_child(parent, first_child(parent), rank);
-    return found != children_end(parent) && entries_[found].rank == rank ? found : none;
+    return found != children_end(parent) && ranks_[found] == rank ? found : none;
 }
 
 EssentialTree::Node EssentialTree::lower_child(Node parent, Node first, Rank rank) const {
     const Node end = children_end(parent);
     Node low = first;
     for (const Node near = std::min(end, first + 4); low < near; ++low) {
-        if (entries_[low].rank >= rank) {
+        if (ranks_[low] >= rank) {
             return low;
         }
     }
     Node step = 1;
-    while (low + step < end && entries_[low + step].rank < rank) {
+    while (low + step < end && ranks_[low + step] < rank) {
         low += step;
         step *= 2;
     }
-    const auto begin = entries_.begin() + low;
-    const auto last = entries_.begin() + std::min(end, low + step);
-    return static_cast<Node>(std::ranges::lower_bound(begin, last, rank, {}, &Entry::rank) -
-                             entries_.begin());
+    const auto begin = ranks_.begin() + low;
+    const auto last = ranks_.begin() + std::min(end, low + step);
+    return static_cast<Node>(std::lower_bound(begin, last, rank) - ranks_.begin());
 }
 
 }  // namespace korv::tools

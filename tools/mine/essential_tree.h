@@ -29,7 +29,7 @@ public:
     Node add(Node parent, Rank rank, Count joint, Count support);
 
     std::size_t size() const { return entries_.size(); }
-    Rank rank(Node node) const { return entries_[node].rank; }
+    Rank rank(Node node) const { return ranks_[node]; }
     Node parent(Node node) const { return entries_[node].parent; }
     /// The number of transactions that hold all items of the itemset.
     Count joint(Node node) const { return entries_[node].joint; }
@@ -39,7 +39,10 @@ public:
     std::size_t children(Node node) const { return entries_[node].children; }
 
     /// Asks for a node some time before it is used.
-    void prefetch(Node node) const { __builtin_prefetch(&entries_[node]); }
+    void prefetch(Node node) const {
+        __builtin_prefetch(&ranks_[node]);
+        __builtin_prefetch(&entries_[node]);
+    }
 
     /// The child of `parent` with this rank, or none. O(log children).
     Node child(Node parent, Rank rank) const;
@@ -53,7 +56,6 @@ public:
 
 private:
     struct Entry {
-        Rank rank;
         Node parent;
         Count joint;
         Count support;
@@ -61,7 +63,8 @@ private:
         std::uint32_t children = 0;
     };
 
-    std::vector<Entry> entries_;
+    std::vector<Rank> ranks_;     ///< by node; apart from the rest, since most looks are for a rank alone
+    std::vector<Entry> entries_;  ///< by node
 };
 
 }  // namespace korv::tools

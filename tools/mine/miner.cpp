@@ -145,22 +145,34 @@ private:
             level.largest_parts = {EssentialTree::none};
             return;
         }
-        const Level& above = levels_[size_ - 1];
-        const Node parent = tree_.parent(node);
         level.candidates.clear();
-        for (Node sibling = tree_.first_child(parent); sibling < node; ++sibling) {
+        const Node first = tree_.first_child(tree_.parent(node));
+        if (first == node || !find_largest_parts(node)) {
+            return;
+        }
+        for (Node sibling = first; sibling < node; ++sibling) {
             const Count support = tree_.support(sibling);
             level.candidates.push_back({tree_.rank(sibling), 0, support, support});
         }
-        level.largest_parts.clear();
-        for (const Node part : above.largest_parts) {
-            if (level.candidates.empty()) {
-                return;
-            }
-            level.largest_parts.push_back(tree_.child(part, tree_.rank(node)));
-            keep_children_of(level.largest_parts.back(), level.candidates);
+        // The last part is the parent, whose children these are.
+        for (std::size_t i = 0; i + 1 < level.largest_parts.size() && !level.candidates.empty(); ++i) {
+            keep_children_of(level.largest_parts[i], level.candidates);
         }
-        level.largest_parts.push_back(parent);
+    }
+
+    /// Sets the largest parts of a node. Returns false, and does not set them all, when one of them has no
+    /// children.
+    bool find_largest_parts(Node node) {
+        std::vector<Node>& parts = levels_[size_].largest_parts;
+        parts.clear();
+        for (const Node part : levels_[size_ - 1].largest_parts) {
+            parts.push_back(tree_.child(part, tree_.rank(node)));
+            if (tree_.children(parts.back()) == 0) {
+                return false;
+            }
+        }
+        parts.push_back(tree_.parent(node));
+        return true;
     }
 
     /// Keeps the candidates that are children of a node.
