@@ -535,7 +535,6 @@ class Numbers(InDirectory):
                          [counter("exact", "R232")])
         self.assertEqual(sides["inter_exact"]["not", "not"], 1 + 2)
 
-
     def test_of_the_table_of_persons(self) -> None:
         of_village = [person["home"] for person in persons() if person["lives_in"] == "village"]
         of_old = [person["retired"] for person in persons() if 74 <= int(person["age"]) <= 88]

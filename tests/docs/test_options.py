@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
-"""The options of korv-mine: --help, the man page and docs/mining.md name the same ones, and its exit statuses are those
-of the man page.
+"""The options of korv-mine: --help, the man page and docs/mining.md describe the same ones alike (argument, choices,
+default), the defaults are what happens, and the exit statuses are those of the man page.
 
 usage: test_options.py KORV_MINE
 """
 
 import re
+import shlex
 import subprocess
 import sys
+import tempfile
 import unittest
 from pathlib import Path
+from typing import NamedTuple
 
 from documents import TOP, section, table_rows, text_of
 
@@ -19,84 +22,183 @@ KORV_MINE: list[Path] = []  # set from the command line
 OPTION = re.compile(r"(?<![\w-])--?[a-zA-Z][\w-]*")
 
 
+class Option(NamedTuple):
+    """An option as one of the three places describes it."""
+
+    names: tuple[str, ...]  # sorted
+    takes_argument: bool
+    choices: tuple[str, ...]  # the words of which the argument is one; empty where it can be any
+    default: str  # as it is said, in words or as it is typed; empty where there is none
+
+
 def run(*arguments: str) -> subprocess.CompletedProcess[str]:
     return subprocess.run([*KORV_MINE, *arguments], cwd=TOP, check=False, capture_output=True, text=True,
                           stdin=subprocess.DEVNULL)
 
 
-def of_help() -> list[set[str]]:
-    """The names of each option, as --help lists them."""
-    return [set(match[1].split(","))
-            for match in re.finditer(r"^  (-\S+)", run("--help").stdout, re.MULTILINE)]
+def names_in(text: str) -> tuple[str, ...]:
+    return tuple(sorted(OPTION.findall(text)))
 
 
-def of_man_page() -> list[set[str]]:
-    text = text_of("man/korv-mine.1").replace(r"\-", "-")
-    options = text[text.index(".SH OPTIONS"):text.index(".SH FORMATS")]
-    return [set(OPTION.findall(match[1])) for match in re.finditer(r"^\.TP\n(.*)$", options, re.MULTILINE)]
+def of_help() -> list[Option]:
+    """The options that --help lists: -n,--name TYPE:{choices}=default, then the text, which can hold the default."""
+    found = []
+    for entry in re.split(r"\n(?=  -)", run("--help").stdout)[1:]:
+        names, argument, choices, default, text = re.fullmatch(
+            r"(-\S+)( (?:TEXT|UINT|FLOAT)(?::\{([\w,]+)\})?(?:=(\S+))?)?(?=[ :])(.*)", " ".join(entry.split())).groups()
+        said = re.search(r"default: ([^)]*)\)", text)
+        found.append(Option(names_in(names), argument is not None, tuple(choices.split(",") if choices else ()),
+                            default or (said[1] if said else "")))
+    return sorted(found)
 
 
-def of_document() -> list[set[str]]:
-    rows = table_rows(section(text_of("docs/mining.md"), "All options"))[2:]
-    return [set(OPTION.findall(row[0])) for row in rows]
+def of_man_page() -> list[Option]:
+    """The options of the man page: a line behind .TP names each, with its argument or its choices."""
+    text = text_of("man/korv-mine.1").replace(r"\-", "-").replace(r"\(aq", "'")
+    found = []
+    for entry in text[text.index(".SH OPTIONS"):text.index(".SH FORMATS")].split("\n.TP\n")[1:]:
+        head, _, below = entry.partition("\n")
+        head = re.sub(r'\\f.|"', "", head.removeprefix(".BR ").removeprefix(".B "))
+        argument = OPTION.sub("", head).replace(",", "").strip()
+        default = re.search(r"^The default is[ \n](.*?)(?: ?\.|;)$", below, re.MULTILINE)
+        found.append(Option(names_in(head), argument != "", words_of(argument, "|"),
+                            default[1].removeprefix(".BR ") if default else ""))
+    return sorted(found)
+
+
+def of_document() -> list[Option]:
+    """The options of the table in docs/mining.md: names with argument or choices, default, meaning."""
+    found = []
+    for names, default, _ in table_rows(section(text_of("docs/mining.md"), "All options"))[2:]:
+        plain = names.replace("`", "")
+        argument = OPTION.sub("", plain).strip(", ")
+        found.append(Option(names_in(plain), argument != "", words_of(argument.replace(" or ", " , "), ","),
+                            default.replace("`", "")))
+    return sorted(found)
+
+
+def words_of(argument: str, separator: str) -> tuple[str, ...]:
+    """The choices of an argument; none for one word, which stands for any."""
+    words = tuple(word.strip() for word in argument.split(separator))
+    return words if len(words) > 1 else ()
 
 
 class Options(unittest.TestCase):
-    def test_are_the_same_in_all_three_places(self) -> None:
-        names = sorted(map(sorted, of_help()))
-        self.assertEqual(len(names), 11)
-        self.assertEqual(sorted(map(sorted, of_man_page())), names)
-        self.assertEqual(sorted(map(sorted, of_document())), names)
+    maxDiff = None
+
+    def test_are_described_alike_in_all_three_places(self) -> None:
+        options = of_help()
+        self.assertEqual(len(options), 24)
+        self.assertEqual(of_man_page(), options)
+        self.assertEqual(of_document(), options)
+
+    def test_have_the_choices_and_defaults_that_are_known(self) -> None:
+        options = {option.names[0]: option for option in of_help()}
+        self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
+                         {"--closure-items": ("frequent", "all"), "--format": ("fimi", "basket", "table")})
+        self.assertEqual({name for name, option in options.items() if option.default},
+                         {"--closure-items", "--estimate", "--format", "--min-joint", "--min-own", "--missing",
+                          "--names", "--output", "--separator"})
+        self.assertEqual({name for name, option in options.items() if not option.takes_argument},
+                         {"--estimate", "--help", "--only-true", "--partial", "--quiet", "--version", "--weighted"})
 
     def test_there_is_none_elsewhere_in_the_documents(self) -> None:
-        names = set().union(*of_help())
+        names = {name for option in of_help() for name in option.names}
         man_page = text_of("man/korv-mine.1").replace(r"\-", "-")
-        self.assertLessEqual(set(OPTION.findall(man_page)), names)
-        # The options of another program.
-        mining = re.sub(r"`scripts/explain-rules[^`]*`", "", text_of("docs/mining.md"))
-        code = "\n".join(re.findall(r"`[^`\n]+`|^korv-mine .*$", mining, re.MULTILINE))
+        # The option of another program.
+        self.assertLessEqual(set(OPTION.findall(man_page.replace("uniq -c", ""))), names)
+        mining = text_of("docs/mining.md").replace("`uniq -c`", "")
+        code = "\n".join(re.findall(r"`[^`\n]+`|korv-mine .*$", mining, re.MULTILINE))
         found = set(OPTION.findall(code))
-        self.assertGreater(len(found), 10)
+        self.assertGreater(len(found), 20)
         self.assertLessEqual(found, names)
 
-    def test_choices_are_the_same_in_all_three_places(self) -> None:
-        choices = dict(re.findall(r"^  (?:-\w,)?--([\w-]+) .*\{([\w,]+)\}", run("--help").stdout, re.MULTILINE))
-        self.assertEqual(choices, {"closure-items": "frequent,all", "format": "fimi,basket,table"})
-        man_page = text_of("man/korv-mine.1").replace(r"\-", "-")
-        for option, words in choices.items():
-            with self.subTest(option=option):
-                self.assertIn(f'\n.BR --{option} " " {words.replace(",", " | ")}\n', man_page)
-                rows = table_rows(section(text_of("docs/mining.md"), "All options"))
-                (cell,) = (row[0] for row in rows if row[0].startswith(f"`--{option}"))
-                self.assertEqual(re.findall(r"\w+", cell.partition(option)[2].replace(" or ", " ")), words.split(","))
-
     def test_formats_of_the_table_are_those_of_the_program(self) -> None:
-        rows = table_rows(section(text_of("docs/mining.md"), "What goes in"))[2:]
-        self.assertEqual([row[0].partition(" ")[0].strip("`") for row in rows], ["fimi", "basket", "table"])
+        rows = table_rows(section(text_of("docs/mining.md"), "What may my file look like?"))[2:]
+        self.assertEqual([row[0].strip("`") for row in rows], ["fimi", "basket", "table"])
+
+
+class Defaults(unittest.TestCase):
+    """What happens without an option is what happens with its default."""
+
+    transactions = ("1 2 3", "1 2", "2 3", "3 4", "1 4", "2", "1 5")
+
+    def classes(self, text: str, *arguments: str) -> str:
+        with tempfile.TemporaryDirectory() as directory:
+            path = Path(directory) / "transactions"
+            path.write_text(text, encoding="utf-8")
+            done = run(str(path), "-q", *arguments)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return done.stdout
+
+    def test_of_thresholds_closures_and_output(self) -> None:
+        text = "\n".join(self.transactions) + "\n"
+        without = self.classes(text, "-s", "2")
+        for option, default, other in (("--min-joint", "2", "1"), ("--min-own", "1", "2"),
+                                       ("--closure-items", "frequent", "all")):
+            with self.subTest(option=option):
+                self.assertEqual(self.classes(text, "-s", "2", option, default), without)
+                changed = self.classes(text, "-s", "2", option, other, "--max-size", "2")
+                self.assertNotEqual(changed, self.classes(text, "-s", "2", "--max-size", "2"))
+        self.assertEqual(self.classes(text, "-s", "2", "--output", "-"), without)
+
+    def test_of_missing_cells(self) -> None:
+        text = "a,b\nx,NA\ny,NaN\nx,null\ny,?\nx,z\n"
+        without = self.classes(text, "-s", "1")
+        words = {option.names[0]: option.default for option in of_help()}["--missing"]
+        self.assertEqual(self.classes(text, "-s", "1", "--missing", words), without)
+        self.assertNotEqual(self.classes(text, "-s", "1", "--missing", ""), without)
+
+    def test_of_estimates(self) -> None:
+        sample = "examples/titanic/titanic.dat"
+        words = {option.names[0]: option.default for option in of_help()}["--estimate"]
+        self.assertEqual(run(sample, "--estimate", "-s", words).stdout, run(sample, "--estimate").stdout)
+        self.assertEqual(len(run(sample, "--estimate").stdout.splitlines()), 1 + 6)
 
 
 class ExitStatus(unittest.TestCase):
     sample = "examples/titanic/titanic.dat"
+    table = "examples/persons/persons.csv"
 
     def test_is_as_the_man_page_says(self) -> None:
         cases = [
             (0, "--help"), (0, "-h"), (0, "--version"), (0, f"{self.sample} -s 1 -q"),
-            (1, "missing -s 1"), (1, "README.md -s 1"), (1, f"{self.sample} -s 0"), (1, f"{self.sample} -s 2202"),
-            (1, f"{self.sample} -s 2201"), (1, f"{self.sample} -s 1 -o missing/classes"),
-            (1, f"{self.sample} -s 1 --format table --bins 4 --bins 5"),
+            (0, f"{self.sample} {self.sample} -s 1 -q"), (0, f"{self.sample} --estimate"),
+            (1, "missing -s 1"), (1, "examples -s 1"), (1, "LICENSE -s 1 --format fimi"), (1, "- - -s 1"),
+            (1, "man/korv-mine.1.in -s 1 --format table"),
+            (1, f"{self.sample} -s 0"), (1, f"{self.sample} -s 2202"), (1, f"{self.sample} -s 2201"),
+            (1, f"{self.sample} -s 1 --min-own 0"), (1, f"{self.sample} -s 1 --min-joint 0"),
+            (1, f"{self.sample} -s 1 -o missing/classes"), (1, f"{self.sample} -s 1 -o {self.sample}"),
+            (1, f"{self.sample} -s 1 -o missing --names missing"),
+            (1, f"{self.sample} -s 1 --bins 4"), (1, f"{self.sample} -s 1 --separator ';'"),
+            (1, f"{self.sample} -s 1 --names missing"), (1, f"{self.table} -s 1 --weighted"),
+            (1, f"{self.table} -s 1 --bins 4 --bins 5"), (1, f"{self.table} -s 1 --columns missing"),
+            (3, f"{self.sample} -s 1 --max-classes 5"), (3, f"{self.sample} -s 1 --max-classes 5 --partial"),
+            (3, f"{self.sample} -s 1 --max-seconds 0"),
             (104, f"{self.sample} -s 1 --quiet=some"),
-            (105, f"{self.sample} -s some"), (105, f"{self.sample} -s 1 --bins 4"),
+            (105, f"{self.sample} -s some"), (105, f"{self.sample} -s 5%,1%"), (105, f"{self.sample} -s 1 --bins some"),
+            (105, f"{self.sample} -s 1 --max-size 0"), (105, f"{self.sample} -s 1 --format some"),
+            (105, f"{self.sample} -s 1 -o ''"),
             (106, "-s 1"), (106, self.sample),
-            (109, f"{self.sample} -s 1 --some"), (109, f"{self.sample} -s 1 more"),
+            (108, f"{self.sample} --estimate -o missing"), (108, f"{self.sample} --estimate --names missing"),
+            (108, f"{self.sample} --estimate --partial"),
+            (109, f"{self.sample} -s 1 --some"),
             (114, f"{self.sample} -s"), (114, f"{self.sample} -s 1 -s 1"),
         ]
         for status, arguments in cases:
             with self.subTest(arguments=arguments):
-                self.assertEqual(run(*arguments.split()).returncode, status)
+                self.assertEqual(run(*shlex.split(arguments)).returncode, status)
         text = text_of("man/korv-mine.1")
-        statuses = text[text.index(".SH EXIT STATUS"):text.index(".SH EXAMPLES")]
+        statuses = text[text.index(".SH EXIT STATUS"):text.index(".SH FILES")]
         self.assertEqual({int(number) for number in re.findall(r"\b\d+\b", statuses)} - {100},
                          {status for status, _ in cases})
+
+    def test_is_1_when_the_format_is_in_doubt(self) -> None:
+        with tempfile.TemporaryDirectory() as directory:
+            path = Path(directory) / "names"
+            path.write_text("bread\nmilk\n", encoding="utf-8")
+            self.assertEqual(run(str(path), "-s", "1").returncode, 1)
+            self.assertEqual(run(str(path), "-s", "1", "--format", "basket").returncode, 0)
 
 
 if __name__ == "__main__":
