@@ -96,6 +96,7 @@ TABLE: dict[str, list[Entry]] = {
     "ARCHITECTURE.md": [
         ForShow("src/    base", "a drawing"),
         ForShow("class file -->", "a drawing"),
+        ForShow("text_input -->", "a drawing"),
     ],
     "README.md": [
         ForShow("./scripts/demo", BUILDS),
