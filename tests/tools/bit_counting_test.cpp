@@ -37,7 +37,7 @@ TEST(BitCounters, AgreeOnVectorsOfAnyLength) {
             second[i] = random();
             mask[i] = random();
         }
-        for (const BitWord* const within : {static_cast<const BitWord*>(nullptr), mask.data()}) {
+        for (const BitWord* const within : std::initializer_list<const BitWord*>{nullptr, mask.data()}) {
             for (const Combination combination : {Combination::both, Combination::without}) {
                 const Count expected =
                     count_bits_anywhere(combination, first.data(), second.data(), within, words);

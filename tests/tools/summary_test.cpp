@@ -76,6 +76,8 @@ TEST_F(SummaryTest, QuotesPathsForTheShell) {
 TEST_F(SummaryTest, LeavesTheNamesOpenForStandardOutput) {
     output_ = "-";
     EXPECT_EQ(notes(), "To derive rules: korv NAME CLASSES 2 0.8 3\n");
+    output_ = "/dev/null";
+    EXPECT_EQ(notes(), "To derive rules: korv NAME CLASSES 2 0.8 3\n");
 }
 
 TEST_F(SummaryTest, BeginsAtOneTransactionInAHundred) {
@@ -91,7 +93,8 @@ TEST_F(SummaryTest, SaysWhereTheNamesAre) {
 TEST_F(SummaryTest, SaysThatThereAreNoNames) {
     database_.names = {"bread", "butter", "tea"};
     output_ = "-";
-    EXPECT_TRUE(notes().ends_with("\nThe names of its items are nowhere: --names FILE keeps them\n"))
+    EXPECT_TRUE(
+        notes().ends_with("\nThe names of its items are not written: --names FILE says where they go\n"))
         << notes();
 }
 
@@ -119,6 +122,8 @@ TEST_F(SummaryTest, CountsLinesWithoutWeight) {
     reading_.table = TableReport();
     reading_.table->left_out = 2;
     EXPECT_TRUE(notes().starts_with("2 lines with the weight 0 are left out\n")) << notes();
+    reading_.table->left_out = 1;
+    EXPECT_TRUE(notes().starts_with("1 line with the weight 0 is left out\n")) << notes();
 }
 
 TEST_F(SummaryTest, WarnsOfRareItemsThatAreMostOfTheFile) {

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "common/error.h"
+#include "common/output_place.h"
 #include "common/printable.h"
 #include "common/quantity.h"
 #include "common/shell_word.h"
@@ -63,7 +64,9 @@ void add_notes_on(const TableReport& table, std::string& text) {
                 "every rule: --ignore leaves columns out\n";
     }
     if (table.left_out > 0) {
-        text += std::to_string(table.left_out) + " lines with the weight 0 are left out\n";
+        text += std::to_string(table.left_out) +
+                (table.left_out == 1 ? " line with the weight 0 is" : " lines with the weight 0 are") +
+                " left out\n";
     }
 }
 
@@ -80,7 +83,7 @@ void add_notes(const Run& run, std::string& text) {
 
 /// The korv command that derives rules from the class file, with thresholds to start from.
 std::string next_command(const Run& run) {
-    const bool is_file = run.output != "-";
+    const bool is_file = run.output != "-" && !is_special(run.output);
     const std::string name = is_file ? std::filesystem::path(run.output).stem().string() : "NAME";
     const Count one_in_a_hundred = (run.database.transactions + 99) / 100;
     return "korv " + shell_word(name) + " " + (is_file ? shell_word(run.output) : "CLASSES") + " " +
@@ -94,7 +97,7 @@ std::string names_note(const Run& run) {
         return "The names of its items are in " + shell_word(run.names) + "\n";
     }
     if (!run.database.names.empty()) {
-        return "The names of its items are nowhere: --names FILE keeps them\n";
+        return "The names of its items are not written: --names FILE says where they go\n";
     }
     return "";
 }
