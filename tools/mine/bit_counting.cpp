@@ -57,10 +57,12 @@ Count count_bits_anywhere(Combination combination, const BitWord* first, const B
 std::vector<CountBits> bit_counters() {
     std::vector<CountBits> counters;
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx512vpopcntdq") != 0 && __builtin_cpu_supports("avx512vl") != 0) {
+    // An int for some compilers, a bool for others.
+    if (static_cast<bool>(__builtin_cpu_supports("avx512vpopcntdq")) &&
+        static_cast<bool>(__builtin_cpu_supports("avx512vl"))) {
         counters.push_back(count_with_avx512);
     }
-    if (__builtin_cpu_supports("popcnt") != 0) {
+    if (static_cast<bool>(__builtin_cpu_supports("popcnt"))) {
         counters.push_back(count_with_popcnt);
     }
 #endif

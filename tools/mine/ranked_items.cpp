@@ -57,12 +57,13 @@ RankedItems ranked_items(const Database& database, Count least_frequent, Count l
     }
     std::vector<Twins> groups = with_twins(database, wanted);
     const auto support = [&](const Twins& twins) { return supports[twins.front()]; };
-    const auto rare = std::ranges::stable_partition(
-        groups, [&](const Twins& twins) { return support(twins) >= least_frequent; });
-    std::ranges::stable_sort(groups.begin(), rare.begin(), {}, support);
+    const auto rare = std::stable_partition(
+        groups.begin(), groups.end(), [&](const Twins& twins) { return support(twins) >= least_frequent; });
+    std::stable_sort(groups.begin(), rare,
+                     [&](const Twins& a, const Twins& b) { return support(a) < support(b); });
 
     RankedItems ranked;
-    ranked.frequent = static_cast<Rank>(rare.begin() - groups.begin());
+    ranked.frequent = static_cast<Rank>(rare - groups.begin());
     ranked.lines = database.lines;
     ranked.weights = database.weights;
     for (const Twins& twins : groups) {
