@@ -1,7 +1,7 @@
 #include "mine/dense_cover.h"
 
 #include <algorithm>
-#include <bit>
+#include <functional>
 
 namespace korv::tools {
 
@@ -15,10 +15,8 @@ DenseCover::DenseCover(const RankedItems& items) : prefixes_(2) {
         }
         empty.outside.push_back({rank, items.transactions[rank].front()});
     }
-    empty.any.resize(rows_.words());
-    empty.all.assign(rows_.words(), ~BitWord{0});
-    empty.has_any = true;
-    empty.has_all = true;
+    empty.any = {std::vector<BitWord>(rows_.words()), true};
+    empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};
 }
 
 void DenseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) const {
@@ -38,19 +36,19 @@ const std::vector<Rank>& DenseCover::enter(Rank rank) {
         prefixes_.emplace_back();
     }
     Prefix& longer = prefixes_[size + 1];
-    longer.has_any = false;
-    longer.has_all = false;
+    longer.any.is_made = false;
+    longer.all.is_made = false;
     longer.outside.clear();
-    covered_.clear();
+    gained_.clear();
     const BitWord* const added = rows_[rank];
     for (Outside outside : prefixes_[size].outside) {
-        if (is_hit(outside, added) && !find_witness(outside, any(size).data(), added)) {
-            covered_.push_back(outside.rank);
+        if (is_hit(outside, added) && !find_witness(outside, any(size), added)) {
+            gained_.push_back(outside.rank);
             continue;
         }
         longer.outside.push_back(outside);
     }
-    return covered_;
+    return gained_;
 }
 
 void DenseCover::leave() {
@@ -59,18 +57,18 @@ void DenseCover::leave() {
 
 const std::vector<Rank>& DenseCover::gain(Rank rank) {
     const std::size_t size = itemset_.size();
-    covered_.clear();
+    gained_.clear();
     const BitWord* const added = rows_[rank];
     for (Outside outside : prefixes_[size].outside) {
-        if (is_hit(outside, added) && !find_witness(outside, any(size).data(), added)) {
-            covered_.push_back(outside.rank);
+        if (is_hit(outside, added) && !find_witness(outside, any(size), added)) {
+            gained_.push_back(outside.rank);
         }
     }
-    return covered_;
+    return gained_;
 }
 
 void DenseCover::keep_frequent(Count least, std::vector<Candidate>& candidates) {
-    const BitWord* const together = all(itemset_.size()).data();
+    const BitWord* const together = all(itemset_.size());
     std::size_t kept = 0;
     for (Candidate candidate : candidates) {
         candidate.joint = rows_.both(rows_[candidate.rank], together);
@@ -82,37 +80,29 @@ void DenseCover::keep_frequent(Count least, std::vector<Candidate>& candidates) 
 }
 
 Count DenseCover::own(Rank rank) {
-    return rows_.without(rows_[rank], any(itemset_.size()).data());
+    return rows_.without(rows_[rank], any(itemset_.size()));
 }
 
-/// The lines that hold an item of the prefix of this size.
-const std::vector<BitWord>& DenseCover::any(std::size_t size) {
-    Prefix& prefix = prefixes_[size];
-    if (!prefix.has_any) {
-        const std::vector<BitWord>& shorter = any(size - 1);
+/// A bit vector of the prefix of this size, combined from that of the shorter one and its last item.
+template <typename Combine>
+const BitWord* DenseCover::made(LazyBits Prefix::*which, std::size_t size, Combine combine) {
+    LazyBits& lazy = prefixes_[size].*which;
+    if (!lazy.is_made) {
+        const BitWord* const shorter = made(which, size - 1, combine);
         const BitWord* const added = rows_[itemset_[size - 1]];
-        prefix.any.resize(rows_.words());
-        for (std::size_t i = 0; i < rows_.words(); ++i) {
-            prefix.any[i] = shorter[i] | added[i];
-        }
-        prefix.has_any = true;
+        lazy.bits.resize(rows_.words());
+        std::transform(shorter, shorter + rows_.words(), added, lazy.bits.begin(), combine);
+        lazy.is_made = true;
     }
-    return prefix.any;
+    return lazy.bits.data();
 }
 
-/// The lines that hold all items of the prefix of this size.
-const std::vector<BitWord>& DenseCover::all(std::size_t size) {
-    Prefix& prefix = prefixes_[size];
-    if (!prefix.has_all) {
-        const std::vector<BitWord>& shorter = all(size - 1);
-        const BitWord* const added = rows_[itemset_[size - 1]];
-        prefix.all.resize(rows_.words());
-        for (std::size_t i = 0; i < rows_.words(); ++i) {
-            prefix.all[i] = shorter[i] & added[i];
-        }
-        prefix.has_all = true;
-    }
-    return prefix.all;
+const BitWord* DenseCover::any(std::size_t size) {
+    return made(&Prefix::any, size, std::bit_or<BitWord>());
+}
+
+const BitWord* DenseCover::all(std::size_t size) {
+    return made(&Prefix::all, size, std::bit_and<BitWord>());
 }
 
 /// Looks, from the old witness on, for the next line of the item that is in neither vector. Returns false

@@ -32,17 +32,23 @@ private:
         Transaction witness;
     };
 
-    /// What is known of a prefix of the itemset. Bit vectors are made when they are first asked for.
+    /// A bit vector over the lines, made when it is first asked for.
+    struct LazyBits {
+        std::vector<BitWord> bits;
+        bool is_made = false;
+    };
+
+    /// What is known of a prefix of the itemset.
     struct Prefix {
-        std::vector<BitWord> any;  ///< the lines that hold at least one of its items
-        std::vector<BitWord> all;  ///< those that hold all of them
-        bool has_any = false;
-        bool has_all = false;
+        LazyBits any;                  ///< the lines that hold at least one of its items
+        LazyBits all;                  ///< those that hold all of them
         std::vector<Outside> outside;  ///< of the closure
     };
 
-    const std::vector<BitWord>& any(std::size_t size);
-    const std::vector<BitWord>& all(std::size_t size);
+    template <typename Combine>
+    const BitWord* made(LazyBits Prefix::*which, std::size_t size, Combine combine);
+    const BitWord* any(std::size_t size);
+    const BitWord* all(std::size_t size);
     /// Whether the witness holds the added item.
     static bool is_hit(const Outside& outside, const BitWord* added) {
         return (added[word_of(outside.witness)] & bit_of(outside.witness)) != 0;
@@ -52,7 +58,7 @@ private:
     BitRows rows_;  ///< by rank
     std::vector<Rank> itemset_;
     std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
-    std::vector<Rank> covered_;     ///< what enter returned last
+    std::vector<Rank> gained_;      ///< what enter or gain returned last
 };
 
 }  // namespace korv::tools
