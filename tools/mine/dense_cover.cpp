@@ -40,13 +40,12 @@ const std::vector<Rank>& DenseCover::enter(Rank rank) {
     longer.all.is_made = false;
     longer.outside.clear();
     gained_.clear();
-    const BitWord* const added = rows_[rank];
     for (Outside outside : prefixes_[size].outside) {
-        if (is_hit(outside, added) && !find_witness(outside, any(size), added)) {
+        if (stays_outside(outside, size, rank)) {
+            longer.outside.push_back(outside);
+        } else {
             gained_.push_back(outside.rank);
-            continue;
         }
-        longer.outside.push_back(outside);
     }
     return gained_;
 }
@@ -58,9 +57,8 @@ void DenseCover::leave() {
 const std::vector<Rank>& DenseCover::gain(Rank rank) {
     const std::size_t size = itemset_.size();
     gained_.clear();
-    const BitWord* const added = rows_[rank];
     for (Outside outside : prefixes_[size].outside) {
-        if (is_hit(outside, added) && !find_witness(outside, any(size), added)) {
+        if (!stays_outside(outside, size, rank)) {
             gained_.push_back(outside.rank);
         }
     }
@@ -105,12 +103,20 @@ const BitWord* DenseCover::all(std::size_t size) {
     return made(&Prefix::all, size, std::bit_and<BitWord>());
 }
 
-/// Looks, from the old witness on, for the next line of the item that is in neither vector. Returns false
-/// when there is none.
-bool DenseCover::find_witness(Outside& outside, const BitWord* any, const BitWord* added) const {
+/// Whether an item stays outside the closure when `added` extends the prefix of this size. Then it gets a new
+/// witness, the next line that is in neither, if the old one holds the added item.
+bool DenseCover::stays_outside(Outside& outside, std::size_t size, Rank added) {
+    const BitWord* const of_added = rows_[added];
+    if ((of_added[word_of(outside.witness)] & bit_of(outside.witness)) == 0) {
+        return true;
+    }
+    if (outside.rank == added) {
+        return false;
+    }
     const BitWord* const held = rows_[outside.rank];
+    const BitWord* const covered = any(size);
     for (std::size_t i = word_of(outside.witness); i < rows_.words(); ++i) {
-        const BitWord left = held[i] & ~(any[i] | added[i]);
+        const BitWord left = held[i] & ~(covered[i] | of_added[i]);
         if (left != 0) {
             outside.witness = static_cast<Transaction>(lowest_number(i, left));
             return true;

@@ -49,11 +49,7 @@ private:
     const BitWord* made(LazyBits Prefix::*which, std::size_t size, Combine combine);
     const BitWord* any(std::size_t size);
     const BitWord* all(std::size_t size);
-    /// Whether the witness holds the added item.
-    static bool is_hit(const Outside& outside, const BitWord* added) {
-        return (added[word_of(outside.witness)] & bit_of(outside.witness)) != 0;
-    }
-    bool find_witness(Outside& outside, const BitWord* any, const BitWord* added) const;
+    bool stays_outside(Outside& outside, std::size_t size, Rank added);
 
     BitRows rows_;  ///< by rank
     std::vector<Rank> itemset_;
