@@ -42,6 +42,11 @@ TEST(MiningArguments, AreThresholdsAndLimits) {
     EXPECT_TRUE(request.closure_over_all);
 }
 
+TEST(MiningArguments, AreDecimalNumbers) {
+    EXPECT_EQ(request_of({"--max-size", "010"}).max_size, 10U);
+    EXPECT_EQ(request_of({"--max-classes", "010"}).max_classes, 10U);
+}
+
 TEST(MiningArguments, MayBeSeveralMinimumSupports) {
     EXPECT_EQ(request_of({"-s", "5%,20"}).min_supports, (std::vector<Threshold>{{5, true}, {20, false}}));
 }
@@ -52,9 +57,14 @@ TEST(MiningArguments, AreChecked) {
                                                   {"--min-joint", "1,2"},
                                                   {"--min-own", "-1"},
                                                   {"--max-size", "0"},
+                                                  {"--max-size", "0x2"},
+                                                  {"--max-size", "1_0"},
                                                   {"--max-classes", "0"},
                                                   {"--max-classes", "4294967295"},
                                                   {"--max-seconds", "-1"},
+                                                  {"--max-seconds", "nan"},
+                                                  {"--max-seconds", "inf"},
+                                                  {"--max-seconds", "1s"},
                                                   {"--closure-items", "some"}}) {
         EXPECT_THROW(request_of(words), CLI::ValidationError) << words[0] << ' ' << words[1];
     }

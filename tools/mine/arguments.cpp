@@ -107,6 +107,7 @@ Arguments parse_arguments(int argc, char** argv) {
         ->required();
     add_output_options(app, arguments);
     add_mining_options(app, words.mining);
+    app.get_option("--estimate")->excludes("--max-seconds");  // it has a time of its own
     add_reading_options(app, words.reading);
     app.failure_message(complaint);
     try {

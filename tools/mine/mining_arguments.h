@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "mine/mining_request.h"
@@ -16,10 +15,10 @@ struct MiningWords {
     std::string min_support;
     std::string min_joint;
     std::string min_own;
-    std::size_t max_size = 0;
+    std::string max_size;
     std::string closure_items = "frequent";
-    std::size_t max_classes = 0;
-    double max_seconds = 0.0;
+    std::string max_classes;
+    std::string max_seconds;
 };
 
 /// Adds the options that say what is mined, as a group, to the command line of a program.
