@@ -298,5 +298,11 @@ TEST(OtherSeparatorOfAHeader, IsNoneWhereTheHeaderHasCellsOrTheRowsHaveNone) {
     EXPECT_FALSE(other_separator_of_header({"a", ""}, ','));
 }
 
+TEST(FormatGuess, SaysThatDoubtMayComeFromAQuote) {
+    EXPECT_EQ(guess_of("name,size\nTV,\"12\nPC,9\n"),
+              "doubt \",\": a single line of 2 cells before a quote that is not closed, or is not the end of "
+              "its cell");
+}
+
 }  // namespace
 }  // namespace korv::tools

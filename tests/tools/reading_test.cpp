@@ -254,5 +254,16 @@ TEST(CheckTogether, RefusesOptionsThatDoNotGoWithAFormatThatIsGiven) {
     EXPECT_EQ(complaint(Format::fimi, weighted()), "");
 }
 
+TEST_F(Reading, RefusesLinesThatEndWithCarriageReturnsAlone) {
+    const std::string expected =
+        "a:1:4: found a line that ends with CR alone; expected lines that end with LF or CR LF (tr '\\r' "
+        "'\\n' converts them)";
+    EXPECT_EQ(complaint({"x,y\r1,2\r"}), expected);
+    EXPECT_EQ(complaint({"x,y\r1,2\r"}, as(Format::table)), expected);
+    EXPECT_EQ(complaint({"1 2\r3"}, as(Format::fimi)), expected);
+    EXPECT_EQ(complaint({"1 2\r"}), "");
+    EXPECT_EQ(complaint({"\r"}), "a: found no item; expected one transaction a line");
+}
+
 }  // namespace
 }  // namespace korv::tools

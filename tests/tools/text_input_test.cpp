@@ -54,6 +54,31 @@ TEST_F(TextInputFile, LosesAByteOrderMarkAtItsBeginning) {
     EXPECT_EQ(read("1 \xEF\xBB\xBF").text, "1 \xEF\xBB\xBF");
 }
 
+/// The beginnings of files that people take for text.
+TEST_F(TextInputFile, MustNotBeAnotherKindOfFile) {
+    for (const auto& [bytes, found] : std::vector<std::pair<std::string, std::string>>{
+             {std::string("\xFF\xFE"
+                          "1\0",
+                          4),
+              "text in UTF-16"},
+             {std::string("\xFE\xFF\0"
+                          "1",
+                          4),
+              "text in UTF-16"},
+             {"PK\x03\x04", "a ZIP file, such as XLSX or ODS"},
+             {"\xD0\xCF\x11\xE0\xA1", "an Office file, such as XLS"},
+             {"\xFD"
+              "7zXZ",
+              "data compressed by xz"},
+             {"\x28\xB5\x2F\xFD", "data compressed by zstd"},
+             {"BZh91AY&SY", "data compressed by bzip2"}}) {
+        const std::string expected = path() + ":1:1: found " + found + "; expected ";
+        test::write_file(path(), bytes);
+        EXPECT_TRUE(complaint(path()).starts_with(expected)) << complaint(path());
+    }
+    EXPECT_EQ(read("PK,BZh9\n").text, "PK,BZh9\n");
+}
+
 TEST_F(TextInputFile, MayBeAPipe) {
     ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);
     const std::string bytes(3'000'000, 'x');

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -19,6 +20,35 @@ namespace {
 
 constexpr std::string_view gzip_mark = "\x1F\x8B";
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+/// What is no text in UTF-8, by its first bytes, and what makes one of it.
+struct Foreign {
+    std::string_view mark;
+    std::string_view found;
+    std::string_view expected;
+};
+
+constexpr std::string_view as_utf8 = "UTF-8 (iconv -f UTF-16 -t UTF-8 converts it)";
+constexpr std::string_view as_csv = "text (programs for spreadsheets save it as CSV)";
+constexpr std::string_view as_text = "text or gzip, so decompress it first";
+
+constexpr std::array<Foreign, 7> foreign = {{
+    {"\xFF\xFE", "text in UTF-16", as_utf8},
+    {"\xFE\xFF", "text in UTF-16", as_utf8},
+    {"PK\x03\x04", "a ZIP file, such as XLSX or ODS", as_csv},
+    {"\xD0\xCF\x11\xE0", "an Office file, such as XLS", as_csv},
+    {"\xFD\x37zXZ", "data compressed by xz", as_text},
+    {"\x28\xB5\x2F\xFD", "data compressed by zstd", as_text},
+    {"BZh91AY&SY", "data compressed by bzip2", as_text},
+}};
+
+void refuse_foreign(const TextInput& input) {
+    const auto* const it = std::ranges::find_if(
+        foreign, [&input](const Foreign& each) { return input.text.starts_with(each.mark); });
+    if (it != foreign.end()) {
+        throw input_error(input.name, {1, 1}, it->found, it->expected);
+    }
+}
 
 /// A file or standard input that is read from beginning to end. Standard input stays open.
 class Source {
@@ -111,6 +141,7 @@ TextInput read_text(const std::string& path) {
         input.text = rest_of(source, std::move(beginning));
     }
     source.require_unchanged();
+    refuse_foreign(input);
     if (input.text.starts_with(byte_order_mark)) {
         input.text.erase(0, byte_order_mark.size());
     }

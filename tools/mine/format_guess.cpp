@@ -330,6 +330,9 @@ FormatGuess guess_from_cells(const Sample& sample, const NumberCounts& numbers, 
         return {{}, {}, listed(likely) + ", each of which may be the separator", true};
     }
     FormatGuess guess = guess_from_rows(*rows, known.weighted);
+    if (!guess.format && rows->is_broken) {
+        guess.seen += " before a quote that is not closed, or is not the end of its cell";
+    }
     if (guess.format == Format::basket && rows->separator == '\t' && numbers.contains(Numbers::tabbed)) {
         guess = {{}, '\t', "lines of numbers with tabs between them, and others"};
     }

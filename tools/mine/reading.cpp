@@ -53,6 +53,15 @@ bool is_blank(const TextInput& input) {
     return input.text.find_first_not_of(" \t\r\n") == std::string::npos;
 }
 
+/// Throws Error for a text whose lines end with CR alone, which would be a single line.
+void require_line_ends(const TextInput& input) {
+    const std::size_t first = input.text.find('\r');
+    if (first < input.text.size() - 1 && input.text.find('\n') == std::string::npos) {
+        throw input_error(input.name, place_of(input.text, first), "a line that ends with CR alone",
+                          "lines that end with LF or CR LF (tr '\\r' '\\n' converts them)");
+    }
+}
+
 /// Decides how to read, by the first text in which anything is written.
 ReadingReport choose(const TextInput& input, const ReadingOptions& options) {
     ReadingReport chosen;
@@ -85,6 +94,7 @@ public:
     explicit Texts(const ReadingOptions& options) : options_(options) {}
 
     void add(TextInput input) {
+        require_line_ends(input);
         if (!reader_ && is_blank(input) && options_.format != Format::table) {
             blank_.push_back(std::move(input));  // which says nothing about the format
             return;
