@@ -53,7 +53,8 @@ TEST(Basket, TakesAnySeparator) {
 
 TEST(Basket, ReportsANameThatTheNamesFileCannotHold) {
     EXPECT_EQ(complaint("milk,\"rye\tbread\"\n"),
-              "a.csv:1:10: found \"rye\\x09bread\"; expected a name in UTF-8 without control characters");
+              "a.csv:1:10: found \"rye\\x09bread\"; expected a name without control characters, such as tabs "
+              "and line ends");
 }
 
 TEST(Basket, GoesOnInTheNextText) {

@@ -48,13 +48,19 @@ TEST(CheckName, AcceptsEveryOtherCharacter) {
 
 TEST(CheckName, RefusesControlCharactersAtTheirPlace) {
     EXPECT_EQ(complaint("ab\tc", "ab\tc"),
-              "a.csv:2:5: found \"ab\\x09c\"; expected a name in UTF-8 without control characters");
+              "a.csv:2:5: found \"ab\\x09c\"; expected a name without control characters, such as tabs and "
+              "line ends");
     for (const std::string& control :
          {std::string(1, '\0'), std::string("\x01"), std::string("\n"), std::string("\r"),
           std::string("\x1B"), std::string("\x1F"), std::string("\x7F"), std::string("\xC2\x80"),
           std::string("\xC2\x9F")}) {
         EXPECT_EQ(place("a" + control + "b"), "a.csv:2:4") << testing::PrintToString(control);
     }
+}
+
+TEST(CheckName, SaysWhatConvertsOtherEncodings) {
+    EXPECT_EQ(complaint("K\xF6ln", "K\xF6ln"),
+              "a.csv:2:4: found \"K\\xF6ln\"; expected a name in UTF-8 (iconv converts other encodings)");
 }
 
 TEST(CheckName, RefusesWhatIsNotUtf8AtItsPlace) {

@@ -102,8 +102,8 @@ TEST_F(SummaryTest, NamesColumnsThatAreNotCutThoughTheyHoldNumbers) {
     reading_.table = TableReport();
     reading_.table->uncut = {{"age", "n/a", "p.csv", {3, 5}, true}, {"name", "Ann", "p.csv", {2, 1}, false}};
     EXPECT_TRUE(
-        notes().starts_with("Not cut: column \"age\", since \"n/a\" in p.csv:3:5 is no number (--missing "
-                            "says which words are none)\n"
+        notes().starts_with("Not cut: column \"age\", since \"n/a\" in p.csv:3:5 is no number such as 1234.5 "
+                            "(--missing says which words are none)\n"
                             "To derive rules"))
         << notes();
 }

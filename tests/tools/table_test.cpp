@@ -106,8 +106,9 @@ TEST(Table, ReportsAnUnknownColumn) {
 }
 
 TEST(Table, ReportsWhatCannotBeCut) {
-    EXPECT_EQ(complaint("a,n\nx,1\nx,many\n", {.bins = {{"n", 2}}}),
-              "a.csv:3:3: found \"many\"; expected a number, since --bins cuts the column \"n\"");
+    EXPECT_EQ(
+        complaint("a,n\nx,1\nx,many\n", {.bins = {{"n", 2}}}),
+        "a.csv:3:3: found \"many\"; expected a number such as 1234.5, since --bins cuts the column \"n\"");
 }
 
 TEST(Table, ReportsALineWithMoreOrFewerCells) {
@@ -115,11 +116,17 @@ TEST(Table, ReportsALineWithMoreOrFewerCells) {
               "a.csv:3:1: found a line of 1 cell; expected 2, as many as the header has");
     EXPECT_EQ(complaint("a,b\n1,2,3\n"),
               "a.csv:2:1: found a line of 3 cells; expected 2, as many as the header has");
+    EXPECT_EQ(complaint("a,b\n1,2,\n"),
+              "a.csv:2:1: found a line of 3 cells, the last of them empty; expected 2, as many as the header "
+              "has");
 }
 
 TEST(Table, ReportsAHeaderWithoutOrWithTheSameNames) {
+    EXPECT_EQ(complaint(",a\n1,2\n"),
+              "a.csv:1:1: found a column without a name; expected a name for each column");
     EXPECT_EQ(complaint("a,\n1,2\n"),
-              "a.csv:1:3: found a column without a name; expected a name for each column");
+              "a.csv:1:3: found a column without a name; expected a name for each column, and no separator "
+              "behind the last");
     EXPECT_EQ(
         complaint("a,a\n1,2\n"),
         "a.csv:1:3: found the name \"a\" twice in the header; expected a different name for each column");
@@ -197,6 +204,22 @@ TEST(Table, ReportsWhatKeptAColumnFromBeingCut) {
     EXPECT_EQ(said.uncut[1].cell, "b");
     EXPECT_EQ(said.uncut[1].place.line, 4U);
     EXPECT_EQ(said.uncut[1].place.column, 6U);
+}
+
+TEST(Table, ReportsUncutColumnsOfWhatPeopleTakeForNumbers) {
+    const TableReport said = report(
+        "a,b,c,d,e\n\"1,5\",5%,2024-01-12,-$ 7,1..2\n\"2,5\",6%,2024-01-13,-$ 8,1..3\n", {.bins = {{"", 1}}});
+    std::vector<bool> has_numbers;
+    for (const UncutColumn& column : said.uncut) {
+        has_numbers.push_back(column.has_numbers);
+    }
+    EXPECT_EQ(has_numbers, (std::vector<bool>{true, true, false, true, true}));
+}
+
+TEST(Table, SaysWhichColumnToLeaveOutForItsCells) {
+    EXPECT_TRUE(complaint("n,a\n1,x\x01y\n", {})
+                    .ends_with("such as tabs and line ends; --ignore leaves the column \"a\" out"));
+    EXPECT_EQ(complaint("n,a\n1,x\x01y\n", {.ignored = {"a"}}), "");
 }
 
 TEST(Table, ReportsSeveralColumnsOfALineThatAreNotCut) {

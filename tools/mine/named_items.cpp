@@ -48,7 +48,10 @@ void check_name(std::string_view name, std::size_t position, const TextInput& in
     const std::size_t offset = first_unusable(name);
     if (offset < name.size()) {
         const Place place = place_of(input.text, position_in_input(name, offset, position, input.text));
-        throw input_error(input.name, place, shown(name), "a name in UTF-8 without control characters");
+        const bool is_utf8 = first_character(name.substr(offset)).bytes > 0;
+        throw input_error(input.name, place, shown(name),
+                          is_utf8 ? "a name without control characters, such as tabs and line ends"
+                                  : "a name in UTF-8 (iconv converts other encodings)");
     }
 }
 

@@ -55,7 +55,7 @@ void add_notes_on(const TableReport& table, std::string& text) {
             text += "Not cut: column " + shown(column.name) + ", since " + shown(column.cell) + " in " +
                     printable(column.file) + ":" + std::to_string(column.place.line) + ":" +
                     std::to_string(column.place.column) +
-                    " is no number (--missing says which words are none)\n";
+                    " is no number such as 1234.5 (--missing says which words are none)\n";
         }
     }
     for (const std::vector<std::string>& twins : table.twins) {

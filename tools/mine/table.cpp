@@ -50,7 +50,10 @@ void check_header(const std::vector<CsvCell>& header, const TextInput& input) {
     for (const CsvCell& cell : header) {
         check_name(cell.text, cell.position, input);
         if (cell.text.empty()) {
-            throw error_at(input, cell.position, "a column without a name", "a name for each column");
+            const bool is_last = &cell == &header.back();
+            throw error_at(input, cell.position, "a column without a name",
+                           is_last ? "a name for each column, and no separator behind the last"
+                                   : "a name for each column");
         }
         if (!names.insert(cell.text).second) {
             throw error_at(input, cell.position, "the name " + shown(cell.text) + " twice in the header",
@@ -114,8 +117,11 @@ void TableReader::require_same_header(const Line& header) const {
 
 void TableReader::add_line(const Line& line) {
     if (!line.cells.empty() && line.cells.size() != header_.size()) {
-        throw error_at(line.input, line.position, "a line of " + in_cells(line.cells.size()),
-                       std::to_string(header_.size()) + ", as many as the header has");
+        const bool is_last_empty = line.cells.back().text.empty();
+        throw error_at(
+            line.input, line.position,
+            "a line of " + in_cells(line.cells.size()) + (is_last_empty ? ", the last of them empty" : ""),
+            std::to_string(header_.size()) + ", as many as the header has");
     }
     const std::uint64_t weight = weight_of(line);
     if (weight == 0) {

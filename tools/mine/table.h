@@ -21,8 +21,10 @@ struct UncutColumn {
     std::string name;
     std::string cell;  ///< the first one that is no number
     std::string file;
-    Place place;       ///< of that cell
-    bool has_numbers;  ///< whether other cells are numbers; few people expect a column without any to be cut
+    Place place;  ///< of that cell
+    /// Whether there are numbers in it, or what people take for some, such as "1,5" or "5%". Few people
+    /// expect a column without any to be cut.
+    bool has_numbers;
 };
 
 /// What the person who reads the rules should know about a table.

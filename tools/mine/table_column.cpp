@@ -40,6 +40,14 @@ std::optional<bool> truth_of(std::string_view text) {
     return std::ranges::any_of(no, is_text) ? std::optional(false) : std::nullopt;
 }
 
+/// Whether people would take a text for a number: "1,5", "5%" or "$ 7", but no date, time or range.
+bool looks_like_number(std::string_view text) {
+    text.remove_prefix(text.starts_with('-') ? 1 : 0);
+    return std::ranges::any_of(text, [](unsigned char c) { return std::isdigit(c) != 0; }) &&
+           std::ranges::none_of(text, [](unsigned char c) { return std::isalpha(c) != 0; }) &&
+           text.find_first_of("-/:") == std::string_view::npos;
+}
+
 std::string_view without_blanks(std::string_view text) {
     const std::size_t begin = std::min(text.find_first_not_of(" \t"), text.size());
     return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
@@ -143,16 +151,25 @@ void TableColumn::examine(const CsvCell& cell, const TextInput& input) {
     }
     if (meaning_ == Meaning::answers) {
         for_each_answer(cell.text, separator_,
-                        [&](std::string_view answer) { check_name(answer, cell.position, input); });
+                        [&](std::string_view answer) { require_name(answer, cell, input); });
         return;
     }
-    check_name(cell.text, cell.position, input);
+    require_name(cell.text, cell, input);
     if (bins_ != nullptr) {
         examine_number(cell, input);
     }
     if (meaning_ == Meaning::flag && !truth_of(cell.text)) {
         throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
                           "1, yes, true, y, t or x, or 0, no, false, n or f, since --only-true is given");
+    }
+}
+
+/// Throws Error when a cell, or an answer in it, cannot be part of a name.
+void TableColumn::require_name(std::string_view text, const CsvCell& cell, const TextInput& input) const {
+    try {
+        check_name(text, cell.position, input);
+    } catch (const Error& error) {
+        throw Error(error.what() + ("; --ignore leaves the column " + shown(name_) + " out"));
     }
 }
 
@@ -163,8 +180,9 @@ void TableColumn::examine_number(const CsvCell& cell, const TextInput& input) {
     }
     if (meaning_ == Meaning::number) {
         throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
-                          "a number, since --bins cuts the column " + shown(name_));
+                          "a number such as 1234.5, since --bins cuts the column " + shown(name_));
     }
+    has_numbers_ = has_numbers_ || looks_like_number(cell.text);
     if (!other_position_) {
         other_position_ = cell.position;
         other_ = dictionary_.size() - 1;

@@ -59,13 +59,14 @@ public:
     std::optional<std::size_t> other_position() const { return other_position_; }
     /// The text of that cell.
     std::string other_text() const { return std::string(dictionary_.text(other_)); }
-    /// Whether there is a number in the column.
+    /// Whether there is a number in the column, or what people take for one, such as "1,5" or "5%".
     bool has_numbers() const { return has_numbers_; }
     /// Whether `--bins K` would have cut the column, had all its cells been numbers.
     bool has_more_values_than_bins() const;
 
 private:
     void examine(const CsvCell& cell, const TextInput& input);
+    void require_name(std::string_view text, const CsvCell& cell, const TextInput& input) const;
     void examine_number(const CsvCell& cell, const TextInput& input);
     bool is_missing(std::string_view text) const;
     bool is_cut() const;
