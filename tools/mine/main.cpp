@@ -129,7 +129,8 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
     display.reset();
     if (!result.is_complete) {
         const bool is_kept = arguments.keeps_partial && result.classes.size() > 0;
-        say(watch.why_it_stopped(options) + (is_kept ? "" : "; --partial keeps what is found until then"));
+        say(watch.why_it_stopped(options) +
+            (arguments.keeps_partial ? "" : "; --partial keeps what is found until then"));
         if (!is_kept) {
             return Status::stopped;
         }
