@@ -118,6 +118,30 @@ TEST_F(SummaryTest, NamesColumnsThatDoubleEveryRule) {
         << notes();
 }
 
+/// How often the words occur.
+std::size_t times(const std::string& words, const std::string& text) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(words); at != std::string::npos; at = text.find(words, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+TEST_F(SummaryTest, NamesTenColumnsAtMost) {
+    reading_.table = TableReport();
+    reading_.table->uncut.assign(1212, {"age", "n/a", "p.csv", {3, 5}, true});
+    reading_.table->uncut.push_back({"name", "Ann", "p.csv", {2, 1}, false});
+    reading_.table->twins.assign(11, {"a", "b"});
+    reading_.table->twins.front() = std::vector<std::string>(12, "x");
+    EXPECT_EQ(times("Not cut: column", notes()), 10U);
+    EXPECT_NE(notes().find("\nColumns besides these that are not cut for such cells: 1,202\n"),
+              std::string::npos)
+        << notes();
+    EXPECT_NE(notes().find("\"x\", \"x\" and 2 more have their items"), std::string::npos) << notes();
+    EXPECT_EQ(times("The columns", notes()), 10U);
+    EXPECT_NE(notes().find("\nGroups of such columns besides these: 1\n"), std::string::npos) << notes();
+}
+
 TEST_F(SummaryTest, CountsLinesWithoutWeight) {
     reading_.table = TableReport();
     reading_.table->left_out = 2;

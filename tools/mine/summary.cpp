@@ -20,14 +20,19 @@ void add(const std::string& label, const std::string& value, std::string& text) 
     text += label + std::string(20 - label.size(), ' ') + value + '\n';
 }
 
-/// "a, b and c".
+/// Columns that are named, and notes of a kind. More would bury the rest.
+constexpr std::size_t most_listed = 10;
+
+/// "a, b and c", or "a, b and 20 more".
 std::string list_of(const std::vector<std::string>& words) {
+    const bool is_cut_off = words.size() > most_listed;
+    const std::size_t named = is_cut_off ? most_listed : words.size();
     std::string text;
-    for (std::size_t i = 0; i < words.size(); ++i) {
+    for (std::size_t i = 0; i < named; ++i) {
         const std::string_view before = i == 0 ? "" : i + 1 == words.size() ? " and " : ", ";
         text.append(before).append(shown(words[i]));
     }
-    return text;
+    return is_cut_off ? text + " and " + with_commas(words.size() - named) + " more" : text;
 }
 
 void add_numbers(const Run& run, std::string& text) {
@@ -49,20 +54,37 @@ void add_numbers(const Run& run, std::string& text) {
     add("peak memory", std::to_string(peak_memory()) + " MiB", text);
 }
 
-void add_notes_on(const TableReport& table, std::string& text) {
-    for (const UncutColumn& column : table.uncut) {
-        if (column.has_numbers) {
-            text += "Not cut: column " + shown(column.name) + ", since " + shown(column.cell) + " in " +
-                    printable(column.file) + ":" + std::to_string(column.place.line) + ":" +
-                    std::to_string(column.place.column) +
-                    " is no number such as 1234.5 (--missing says which words are none)\n";
+void add_uncut(const std::vector<UncutColumn>& columns, std::string& text) {
+    std::size_t count = 0;
+    for (const UncutColumn& column : columns) {
+        if (!column.has_numbers || ++count > most_listed) {
+            continue;
         }
+        text += "Not cut: column " + shown(column.name) + ", since " + shown(column.cell) + " in " +
+                printable(column.file) + ":" + std::to_string(column.place.line) + ":" +
+                std::to_string(column.place.column) +
+                " is no number such as 1234.5 (--missing says which words are none)\n";
     }
-    for (const std::vector<std::string>& twins : table.twins) {
-        text += "The columns " + list_of(twins) +
+    if (count > most_listed) {
+        text += "Columns besides these that are not cut for such cells: " + with_commas(count - most_listed) +
+                "\n";
+    }
+}
+
+void add_twins(const std::vector<std::vector<std::string>>& groups, std::string& text) {
+    for (std::size_t i = 0; i < std::min(groups.size(), most_listed); ++i) {
+        text += "The columns " + list_of(groups[i]) +
                 " have their items in the same transactions, which doubles " +
                 "every rule: --ignore leaves columns out\n";
     }
+    if (groups.size() > most_listed) {
+        text += "Groups of such columns besides these: " + with_commas(groups.size() - most_listed) + "\n";
+    }
+}
+
+void add_notes_on(const TableReport& table, std::string& text) {
+    add_uncut(table.uncut, text);
+    add_twins(table.twins, text);
     if (table.left_out > 0) {
         text += std::to_string(table.left_out) +
                 (table.left_out == 1 ? " line with the weight 0 is" : " lines with the weight 0 are") +
