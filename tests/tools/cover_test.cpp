@@ -118,7 +118,7 @@ private:
                 children.push_back(candidate.rank);
             }
         }
-        cover_.announce(children);
+        cover_.announce(children, 0);
         std::vector<Candidate> smaller;
         for (const Rank child : children) {
             ASSERT_EQ(sorted(cover_.gain(child)), counted.gain(child));

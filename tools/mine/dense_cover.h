@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "base/bit_words.h"
@@ -21,7 +22,7 @@ public:
     const std::vector<Rank>& enter(Rank rank);
     void leave();
     const std::vector<Rank>& gain(Rank rank);
-    static void announce(const std::vector<Rank>&) {}
+    static void announce(const std::vector<Rank>&, std::uint64_t) {}
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
     Count own(Rank rank);
     std::size_t own_steps(Rank) const { return rows_.words() / 2; }

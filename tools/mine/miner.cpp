@@ -128,10 +128,12 @@ private:
         const Node first = tree_.first_child(node);
         const Node end = tree_.children_end(node);
         children_.clear();
+        std::uint64_t joint_supports = 0;
         for (Node child = first; child < end; ++child) {
             children_.push_back(tree_.rank(child));
+            joint_supports += tree_.joint(child);
         }
-        cover_.announce(children_);
+        cover_.announce(children_, joint_supports);
         for (Node child = first; child < end && !is_stopped_; ++child) {
             visit(child);
         }

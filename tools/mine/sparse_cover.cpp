@@ -205,7 +205,7 @@ Count SparseCover::own(Rank rank) {
     return sum;
 }
 
-void SparseCover::announce(const std::vector<Rank>& children) {
+void SparseCover::announce(const std::vector<Rank>& children, std::uint64_t joint_supports) {
     if (itemset_.size() > 1) {
         return;  // these are children of the first item, too
     }
@@ -213,17 +213,18 @@ void SparseCover::announce(const std::vector<Rank>& children) {
         row_of_[child] = no_row;
     }
     children_ = children;
-    has_rows_ = false;
+    joint_supports_ = joint_supports;
+    has_joint_lines_ = false;
 }
 
 void SparseCover::keep_frequent(Count least, std::vector<Candidate>& candidates) {
-    if (!has_rows_) {
-        make_rows();
+    if (!has_joint_lines_) {
+        make_joint_lines();
     }
-    const BitWord* const together = all(itemset_.size());
+    const JointLines::Set& together = all(itemset_.size());
     std::size_t kept = 0;
     for (Candidate candidate : candidates) {
-        candidate.joint = rows_.both(rows_[row_of_[candidate.rank]], together);
+        candidate.joint = joint_lines_.joint(together, row_of_[candidate.rank]);
         if (candidate.joint >= least) {
             candidates[kept++] = candidate;
         }
@@ -231,9 +232,15 @@ void SparseCover::keep_frequent(Count least, std::vector<Candidate>& candidates)
     candidates.resize(kept);
 }
 
-void SparseCover::make_rows() {
+void SparseCover::make_joint_lines() {
     const std::span<const Transaction> of_first = lines(itemset_.front());
-    rows_.reset(children_.size(), of_first.size());
+    std::vector<Count> weights;
+    if (!items_.weights.empty()) {
+        std::ranges::transform(of_first, std::back_inserter(weights),
+                               [this](Transaction line) { return items_.weight(line); });
+    }
+    joint_lines_.reset(suitable_rows(children_.size(), of_first.size(), joint_supports_), children_.size(),
+                       of_first.size(), weights);
     for (std::size_t row = 0; row < children_.size(); ++row) {
         row_of_[children_[row]] = static_cast<std::uint32_t>(row);
     }
@@ -241,36 +248,27 @@ void SparseCover::make_rows() {
     index_.for_each(of_first, [&](Transaction, std::span<const Rank> ranks) {
         for (const Rank rank : ranks) {
             if (row_of_[rank] != no_row) {
-                rows_.insert(row_of_[rank], number);
+                joint_lines_.insert(row_of_[rank], number);
             }
         }
         ++number;
     });
-    if (!items_.weights.empty()) {
-        std::vector<Count> weights;
-        std::ranges::transform(of_first, std::back_inserter(weights),
-                               [this](Transaction line) { return items_.weight(line); });
-        rows_.set_weights(weights);
-    }
-    has_rows_ = true;
+    has_joint_lines_ = true;
 }
 
 /// The lines that hold all items of the prefix of this size, which is at least 2, among those of the first.
-const BitWord* SparseCover::all(std::size_t size) {
-    const BitWord* const of_last = rows_[row_of_[itemset_[size - 1]]];
-    if (size == 2) {
-        return of_last;
-    }
+const JointLines::Set& SparseCover::all(std::size_t size) {
     Together& together = all_[size];
     if (!together.is_made) {
-        const BitWord* const shorter = all(size - 1);
-        together.bits.resize(rows_.words());
-        for (std::size_t i = 0; i < rows_.words(); ++i) {
-            together.bits[i] = shorter[i] & of_last[i];
+        const std::uint32_t row = row_of_[itemset_[size - 1]];
+        if (size == 2) {
+            joint_lines_.assign(row, together.lines);
+        } else {
+            joint_lines_.intersect(all(size - 1), row, together.lines);
         }
         together.is_made = true;
     }
-    return together.bits.data();
+    return together.lines;
 }
 
 }  // namespace korv::tools

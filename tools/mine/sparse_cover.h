@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/bit_words.h"
-#include "mine/bit_rows.h"
 #include "mine/cover.h"
+#include "mine/joint_lines.h"
 #include "mine/line_index.h"
 #include "mine/partners.h"
 
@@ -27,7 +27,7 @@ public:
     const std::vector<Rank>& enter(Rank rank);
     void leave();
     const std::vector<Rank>& gain(Rank rank);
-    void announce(const std::vector<Rank>& children);
+    void announce(const std::vector<Rank>& children, std::uint64_t joint_supports);
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
     Count own(Rank rank);
     std::size_t own_steps(Rank rank) const { return items_.transactions[rank].size(); }
@@ -37,7 +37,7 @@ private:
 
     /// The lines that hold all of a prefix of the itemset, among those of its first item.
     struct Together {
-        std::vector<BitWord> bits;
+        JointLines::Set lines;
         bool is_made = false;
     };
 
@@ -58,8 +58,8 @@ private:
     bool covers(Rank rank) const;
     void cover_lines();
     bool is_marked(Transaction line) const { return (covered_[word_of(line)] & bit_of(line)) != 0; }
-    void make_rows();
-    const BitWord* all(std::size_t size);
+    void make_joint_lines();
+    const JointLines::Set& all(std::size_t size);
 
     const RankedItems& items_;
     LineIndex index_;
@@ -68,10 +68,11 @@ private:
     std::vector<Rank> itemset_;
     std::vector<char> is_in_itemset_;    ///< by rank
     std::vector<Rank> children_;         ///< of the first item of the itemset, ascending
-    std::vector<std::uint32_t> row_of_;  ///< by rank: that of a child in `rows_`
-    BitRows rows_;  ///< lines of the first item that hold a child, by child; made when needed
-    bool has_rows_ = false;
-    std::vector<Together> all_;  ///< by size of a prefix, from 3 on
+    std::uint64_t joint_supports_ = 0;   ///< of the first item with each of them, summed up
+    std::vector<std::uint32_t> row_of_;  ///< by rank: that of a child in `joint_lines_`
+    JointLines joint_lines_;             ///< of the first item, a row for each child; made when needed
+    bool has_joint_lines_ = false;
+    std::vector<Together> all_;  ///< by size of a prefix, from 2 on
     std::vector<Rank> gained_;   ///< what enter or gain returned last
 
     std::vector<Rank> closure_;              ///< of the itemset, as it grew
