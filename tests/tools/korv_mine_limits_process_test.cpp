@@ -16,7 +16,11 @@ TEST_F(KorvMine, EstimatesUsualMinimumSupports) {
     put("a.dat", small_database);
     const Outcome outcome = mine({"a.dat", "--estimate"});
     EXPECT_EQ(outcome.ending, exited(0));
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.err,
+              "input               fimi (guessed from whole numbers with blanks between them)\n"
+              "transactions        5\n"
+              "items               4\n");
+    EXPECT_EQ(mine({"a.dat", "--estimate", "-q"}).err, "");
     // All items are in at least 20%, which is one transaction; half of them are in at least three.
     EXPECT_EQ(outcome.out, headings +
                                "     50% (3)                2                    2         2     16 bytes\n"
@@ -39,10 +43,10 @@ TEST_F(KorvMine, EstimatesTheMinimumSupportsThatAreGivenFromTheLargest) {
 
 TEST_F(KorvMine, ReportsAnEstimateThatCannotBeWritten) {
     put("a.dat", small_database);
-    const Outcome full = shell("exec \"$0\" a.dat --estimate > /dev/full");
+    const Outcome full = shell("exec \"$0\" a.dat --estimate -q > /dev/full");
     EXPECT_EQ(full.ending, exited(1));
     EXPECT_EQ(full.err, "korv-mine: standard output: cannot be written: No space left on device\n");
-    const Outcome closed = shell("exec \"$0\" a.dat --estimate >&-");
+    const Outcome closed = shell("exec \"$0\" a.dat --estimate -q >&-");
     EXPECT_EQ(closed.ending, exited(1));
     EXPECT_EQ(closed.err, "korv-mine: standard output: is closed or not open for writing\n");
 }

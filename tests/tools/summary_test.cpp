@@ -150,6 +150,18 @@ TEST_F(SummaryTest, CountsLinesWithoutWeight) {
     EXPECT_TRUE(notes().starts_with("1 line with the weight 0 is left out\n")) << notes();
 }
 
+TEST_F(SummaryTest, CanBeOfTheInputAlone) {
+    reading_.empty_transactions = 1;
+    reading_.table = TableReport();
+    reading_.table->left_out = 1;
+    EXPECT_EQ(summary_of_input(database_, reading_),
+              "input               fimi\n"
+              "transactions        3\n"
+              "empty transactions  1\n"
+              "items               3\n"
+              "1 line with the weight 0 is left out\n");
+}
+
 TEST_F(SummaryTest, WarnsOfRareItemsThatAreMostOfTheFile) {
     // Nine items in the only transaction with 10.
     const Database wide = database_of({0b1111111111, 0b1, 0b1});

@@ -66,7 +66,10 @@ Database read_within_memory(const Arguments& arguments, ReadingReport& report) {
                          [&] { return "while reading " + names_of_inputs(arguments); });
 }
 
-void print_estimates(const Arguments& arguments, const Database& database) {
+void print_estimates(const Arguments& arguments, const Database& database, const ReadingReport& report) {
+    if (!arguments.quiet) {
+        std::cerr << summary_of_input(database, report);
+    }
     AtomicOutput output("-");
     output.write(estimate_table(within_memory([&] { return estimates(database, arguments.mining); },
                                               [] { return std::string("while estimating"); })));
@@ -160,7 +163,7 @@ Status run(const Arguments& arguments) {
     ReadingReport report;
     const Database database = read_within_memory(arguments, report);
     if (arguments.is_estimate) {
-        print_estimates(arguments, database);
+        print_estimates(arguments, database, report);
         return Status::done;
     }
     return mine_to_files(arguments, start, database, report);

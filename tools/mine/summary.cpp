@@ -35,20 +35,29 @@ std::string list_of(const std::vector<std::string>& words) {
     return is_cut_off ? text + " and " + with_commas(words.size() - named) + " more" : text;
 }
 
+/// "1 item", "2 items".
+std::string counted(std::size_t number, const std::string& noun) {
+    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
+void add_numbers_of_input(const Database& database, const ReadingReport& reading, std::string& text) {
+    add("input", description(reading), text);
+    add("transactions", std::to_string(database.transactions), text);
+    if (reading.empty_transactions > 0) {
+        add("empty transactions", std::to_string(reading.empty_transactions), text);
+    }
+    add("items", std::to_string(database.items.size()), text);
+}
+
 void add_numbers(const Run& run, std::string& text) {
     const auto frequent = std::ranges::count_if(run.database.items, [&run](const auto& column) {
         return support_of(column, run.database) >= run.options.min_support;
     });
-    add("input", description(run.reading), text);
-    add("transactions", std::to_string(run.database.transactions), text);
-    if (run.reading.empty_transactions > 0) {
-        add("empty transactions", std::to_string(run.reading.empty_transactions), text);
-    }
-    add("items", std::to_string(run.database.items.size()), text);
+    add_numbers_of_input(run.database, run.reading, text);
     add("frequent items", std::to_string(frequent), text);
     add("essential itemsets", std::to_string(run.classes.essentials()), text);
     add("classes", std::to_string(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
-    add("largest closure", std::to_string(run.classes.largest_closure()) + " items", text);
+    add("largest closure", counted(run.classes.largest_closure(), "item"), text);
     add("class file", size_text(run.classes.file_bytes()), text);
     add("time", seconds_text(run.seconds), text);
     add("peak memory", std::to_string(peak_memory()) + " MiB", text);
@@ -82,24 +91,25 @@ void add_twins(const std::vector<std::vector<std::string>>& groups, std::string&
     }
 }
 
-void add_notes_on(const TableReport& table, std::string& text) {
+void add_notes_on_input(const ReadingReport& reading, std::string& text) {
+    if (!reading.table) {
+        return;
+    }
+    const TableReport& table = *reading.table;
     add_uncut(table.uncut, text);
     add_twins(table.twins, text);
     if (table.left_out > 0) {
-        text += std::to_string(table.left_out) +
-                (table.left_out == 1 ? " line with the weight 0 is" : " lines with the weight 0 are") +
-                " left out\n";
+        text += counted(table.left_out, "line") + " with the weight 0 " +
+                (table.left_out == 1 ? "is" : "are") + " left out\n";
     }
 }
 
 void add_notes(const Run& run, std::string& text) {
-    if (run.reading.table) {
-        add_notes_on(*run.reading.table, text);
-    }
+    add_notes_on_input(run.reading, text);
     if (run.classes.rare_bytes() > run.classes.file_bytes() / 2) {
         text += "Items in fewer than " + std::to_string(run.options.min_support) + " transactions make up " +
                 size_text(run.classes.rare_bytes()) +
-                " of the class file: --closure-items frequent leaves them " + "out\n";
+                " of the class file: --closure-items frequent leaves them out\n";
     }
 }
 
@@ -125,6 +135,13 @@ std::string names_note(const Run& run) {
 }
 
 }  // namespace
+
+std::string summary_of_input(const Database& database, const ReadingReport& reading) {
+    std::string text;
+    add_numbers_of_input(database, reading, text);
+    add_notes_on_input(reading, text);
+    return text;
+}
 
 std::string summary(const Run& run) {
     std::string text;

@@ -20,6 +20,9 @@ struct Run {
     double seconds;
 };
 
+/// How the input was read, with a line for each number, and what the person who goes on should know of it.
+std::string summary_of_input(const Database& database, const ReadingReport& reading);
+
 /// The results of a run, with a line for each number; what the person who goes on should know; and the korv
 /// command to go on with, whose thresholds are for a first look: at least one of a hundred transactions.
 std::string summary(const Run& run);
