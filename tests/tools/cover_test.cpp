@@ -184,32 +184,57 @@ TYPED_TEST(CoverTest, SaysWhatTheTransactionsSay) {
     EXPECT_GT(compared, 10'000U);
 }
 
-/// Twelve items, each in one transaction of its own and all in a last one, so that any of them are essential
-/// together; and an item that only all twelve cover.
-TYPED_TEST(CoverTest, SeesWhatLongItemsetsCover) {
+/// Some items, each in one transaction of its own and all in a last one, so that any of them are essential
+/// together; and an item that only all of them cover.
+template <typename Cover>
+void expect_the_last_to_be_covered_by_all(unsigned size) {
     Transactions transactions;
-    for (unsigned item = 0; item < 12; ++item) {
-        transactions.push_back(Set{1} << item | Set{1} << 12);
+    for (unsigned item = 0; item < size; ++item) {
+        transactions.push_back(Set{1} << item | Set{1} << size);
     }
-    transactions.push_back((Set{1} << 12) - 1);
+    transactions.push_back((Set{1} << size) - 1);
     const Database database = database_of(transactions);
     const RankedItems items = ranked_items(database, 2, 0);
-    ASSERT_EQ(items.size(), 13U);
-    TypeParam cover(items);
+    ASSERT_EQ(items.size(), size + 1);
+    Cover cover(items);
     std::vector<Candidate> pairs;
     for (Rank rank = 0; rank < items.frequent; ++rank) {
         cover.pairs_of(rank, 1, pairs);
     }
-    for (Rank rank = 12; rank > 0; --rank) {
+    for (Rank rank = size; rank > 0; --rank) {
         const Ranks itself = {rank - 1};
-        const Ranks with_the_last = {0, 12};
+        const Ranks with_the_last = {0, size};
         EXPECT_EQ(sorted(cover.gain(rank - 1)), rank == 1 ? with_the_last : itself);
         EXPECT_EQ(sorted(cover.enter(rank - 1)), rank == 1 ? with_the_last : itself);
     }
-    for (int i = 0; i < 12; ++i) {
+    for (unsigned i = 0; i < size; ++i) {
         cover.leave();
     }
     EXPECT_EQ(cover.enter(3), Ranks{3});
+}
+
+TYPED_TEST(CoverTest, SeesWhatLongItemsetsCover) {
+    for (unsigned size = 7; size < 14; ++size) {
+        expect_the_last_to_be_covered_by_all<TypeParam>(size);
+    }
+}
+
+/// 600 items in one transaction, each in one more: each has so many partners that they are not kept.
+TYPED_TEST(CoverTest, SeesWhatIsCoveredWherePartnersAreTooMany) {
+    Database database;
+    database.lines = database.transactions = 601;
+    for (Item item = 0; item < 600; ++item) {
+        database.items.push_back({item, {0, item + 1}});
+    }
+    const RankedItems items = ranked_items(database, 1, 0);
+    TypeParam cover(items);
+    std::vector<Candidate> pairs;
+    for (Rank rank = 0; rank < items.frequent; ++rank) {
+        cover.pairs_of(rank, 1, pairs);
+        EXPECT_EQ(pairs.size(), rank);
+    }
+    EXPECT_EQ(cover.enter(599), Ranks{599});
+    EXPECT_EQ(cover.gain(0), Ranks{0});
 }
 
 TYPED_TEST(CoverTest, SeesWhatAnItemCoversWithoutHavingBeenAskedForPairs) {

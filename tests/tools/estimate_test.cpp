@@ -34,7 +34,7 @@ TEST(Estimates, AreWhatMiningBringsByFallingSupport) {
     EXPECT_TRUE(found[2].is_complete);
 }
 
-TEST(Estimates, AreLowerBoundsWhereTheTimeDoesNotDo) {
+TEST(Estimates, AreLowerBoundsWhereTheTimeIsNotEnough) {
     const std::vector<Estimate> found =
         estimates(database, {.min_supports = {{2, false}, {1, false}}}, no_time);
     ASSERT_EQ(found.size(), 2U);
@@ -43,6 +43,19 @@ TEST(Estimates, AreLowerBoundsWhereTheTimeDoesNotDo) {
     EXPECT_LE(found[0].classes, 2U);
     EXPECT_EQ(found[1].classes, found[0].classes);
     EXPECT_EQ(found[1].frequent_items, 3U);
+}
+
+TEST(Estimates, AreNoLowerThanThoseOfALargerSupport) {
+    // Two classes are allowed: enough at a minimum support of 2, not at 1, nor without a walk at 1 again.
+    const std::vector<Estimate> found =
+        estimates(database, {.min_supports = {{2, false}, {1, false}, {20, true}}, .max_classes = 2});
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_TRUE(found[0].is_complete);
+    for (const std::size_t i : {1U, 2U}) {
+        EXPECT_FALSE(found[i].is_complete);
+        EXPECT_EQ(found[i].classes, 2U);
+        EXPECT_GE(found[i].file_bytes, found[0].file_bytes);
+    }
 }
 
 TEST(Estimates, ComplainOfThresholdsOutOfRange) {

@@ -116,6 +116,37 @@ TEST(MinedClasses, CountsTheBytesOfTheClassFile) {
     }
 }
 
+TEST(MinedClasses, TakesNoMoreClassesThanItMay) {
+    const EssentialTree tree(std::vector<Count>{1, 2, 3});
+    MinedClasses classes({{7}, {8}, {9}}, 1);
+    EXPECT_TRUE(classes.add(0, tree, {7, 8}));
+    EXPECT_FALSE(classes.add(2, tree, {9}));
+    EXPECT_TRUE(classes.add(1, tree, {7, 8}));
+    EXPECT_EQ(classes.size(), 1U);
+    EXPECT_EQ(classes.essentials(), 2U);
+    EXPECT_EQ(classes.file_bytes(), std::string("7 8\t1\t 7, 8,\n").size());
+}
+
+TEST(MinedClasses, CountsUpToTheLargestNumber) {
+    // 20,000 items for each of five ranks: 3.2 * 10^21 itemsets.
+    std::vector<Itemset> items;
+    for (Item rank = 0; rank < 5; ++rank) {
+        Itemset& twins = items.emplace_back();
+        for (Item item = 0; item < 20'000; ++item) {
+            twins.push_back(20'000 * rank + item);
+        }
+    }
+    EssentialTree tree(std::vector<Count>(5, 1));
+    EssentialTree::Node node = 4;
+    for (Rank rank = 4; rank > 0; --rank) {
+        node = tree.add(node, rank - 1, 1, 1);
+    }
+    MinedClasses classes(items);
+    classes.add(node, tree, {0});
+    EXPECT_EQ(classes.essentials(), std::numeric_limits<std::size_t>::max());
+    EXPECT_EQ(classes.file_bytes(), std::numeric_limits<std::size_t>::max());
+}
+
 TEST(MinedClasses, FindsEachOfManyClassesAgain) {
     constexpr Rank many = 5000;
     EssentialTree tree(std::vector<Count>(many, 1));

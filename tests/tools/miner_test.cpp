@@ -142,15 +142,40 @@ TEST(Mine, StopsWhenItIsToldTo) {
     EXPECT_EQ(reports, 6U);
 }
 
-// Any database.
-
-Set transactions_with_any(Set itemset, const Transactions& transactions) {
-    Set holding = 0;
-    for (std::size_t i = 0; i < transactions.size(); ++i) {
-        holding |= (transactions[i] & itemset) != 0 ? Set{1} << i : Set{0};
-    }
-    return holding;
+TEST(Mine, StopsWhileItCountsPairs) {
+    std::size_t reports = 0;
+    const MiningResult result = mine(database_of(persons), {.min_support = 1}, [&](const MiningProgress&) {
+        ++reports;
+        return false;
+    });
+    EXPECT_FALSE(result.is_complete);
+    EXPECT_EQ(result.classes.size(), 0U);
+    EXPECT_EQ(reports, 1U);
 }
+
+TEST(Mine, ReportsWithinARootItem) {
+    // Each of twelve items alone and all together: 2,048 essential itemsets have the last item.
+    Transactions transactions = {(Set{1} << 12) - 1};
+    for (unsigned item = 0; item < 12; ++item) {
+        transactions.push_back(Set{1} << item);
+    }
+    std::size_t within_the_last = 0;
+    mine(database_of(transactions), {.min_support = 1}, [&](const MiningProgress& progress) {
+        within_the_last += progress.roots_done == 11 && progress.essentials > 2047 ? 1 : 0;
+        return true;
+    });
+    EXPECT_EQ(within_the_last, 2U);  // at 2,048 and 3,072
+}
+
+TEST(Mine, EndsWhereThereWouldBeMoreClasses) {
+    const MiningResult result = mine(database_of(persons), {.min_support = 2, .max_classes = 3});
+    EXPECT_FALSE(result.is_complete);
+    EXPECT_EQ(list_of(result.classes),
+              (Classes{{{10}, 2, {{10}}}, {{13}, 2, {{13}}}, {{11, 13}, 3, {{11}}}}));
+    EXPECT_TRUE(mine(database_of(persons), {.min_support = 2, .max_classes = 4}).is_complete);
+}
+
+// Any database.
 
 /// Transactions, and for how many each of them stands.
 struct Weighted {
@@ -210,18 +235,17 @@ Itemset items_of(Set itemset) {
 /// The definition, over all subsets of the items.
 Classes brute_force(const Weighted& database, std::size_t items, const MiningOptions& options) {
     std::map<std::pair<std::size_t, Itemset>, MinedClass> by_closure;
-    const Transactions& transactions = database.transactions;
     for (Set itemset = 1; itemset < Set{1} << items; ++itemset) {
         if (!passes(itemset, database, options)) {
             continue;
         }
-        const Set holding = transactions_with_any(itemset, transactions);
         Set closure = 0;
         for (std::size_t item = 0; item < items; ++item) {
             const Set one = Set{1} << item;
             const Count number = number_with_all(one, database);
             const bool counts = number > 0 && (options.closure_over_all || number >= options.min_support);
-            if (counts && (transactions_with_any(one, transactions) & ~holding) == 0) {
+            const auto is_uncovered = [&](Set held) { return (held & one) != 0 && (held & itemset) == 0; };
+            if (counts && number_of(database, is_uncovered) == 0) {
                 closure |= one;
             }
         }
@@ -255,33 +279,82 @@ MiningOptions random_options(std::mt19937& random) {
     return options;
 }
 
+Weighted random_database(std::size_t items, std::size_t most_transactions, std::mt19937& random) {
+    Weighted database = {
+        random_transactions(items, most_transactions, 2 + static_cast<std::uint32_t>(random() % 5), random),
+        {}};
+    if (random() % 3 == 0) {
+        for (std::size_t i = 0; i < database.transactions.size(); ++i) {
+            database.weights.push_back(1 + static_cast<Count>(random() % 5));
+        }
+    }
+    return database;
+}
+
+/// Compares with brute force. Returns the number of classes.
+std::size_t compare(const Weighted& database, std::size_t items, const MiningOptions& options) {
+    const Classes expected = brute_force(database, items, options);
+    EXPECT_EQ(classes_of(database_of(database.transactions, database.weights), options), expected)
+        << testing::PrintToString(database.transactions) << ", weights "
+        << testing::PrintToString(database.weights) << ", min_support " << options.min_support
+        << ", min_joint " << testing::PrintToString(options.min_joint) << ", min_own " << options.min_own
+        << ", max_size " << options.max_size << ", closure over all " << options.closure_over_all;
+    return expected.size();
+}
+
 TEST(Mine, FindsWhatBruteForceFindsInAnyDatabase) {
     constexpr std::uint32_t seed = 20261121;
     std::mt19937 random(seed);
     std::size_t found = 0;
     std::size_t without_meeting = 0;
-    for (int round = 0; round < 24'000; ++round) {
+    for (int round = 0; round < 24'000 && !testing::Test::HasFailure(); ++round) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
         const std::size_t items = 1 + random() % 10;
-        Weighted database = {
-            random_transactions(items, 20, 2 + static_cast<std::uint32_t>(random() % 5), random), {}};
-        if (random() % 3 == 0) {
-            for (std::size_t i = 0; i < database.transactions.size(); ++i) {
-                database.weights.push_back(1 + static_cast<Count>(random() % 5));
-            }
-        }
+        const Weighted database = random_database(items, 20, random);
         const MiningOptions options = random_options(random);
-        const Classes expected = brute_force(database, items, options);
-        ASSERT_EQ(classes_of(database_of(database.transactions, database.weights), options), expected)
-            << testing::PrintToString(database.transactions) << ", weights "
-            << testing::PrintToString(database.weights) << ", min_support " << options.min_support
-            << ", min_joint " << testing::PrintToString(options.min_joint) << ", min_own " << options.min_own
-            << ", max_size " << options.max_size << ", closure over all " << options.closure_over_all;
-        found += expected.size();
-        without_meeting += options.min_joint == Count{0} ? expected.size() : 0;
+        const std::size_t classes = compare(database, items, options);
+        found += classes;
+        without_meeting += options.min_joint == Count{0} ? classes : 0;
     }
     EXPECT_GT(found, 100'000U);
     EXPECT_GT(without_meeting, 10'000U);
+}
+
+/// So many transactions that supports of itemsets of four and more items follow from those of their parts.
+TEST(Mine, FindsWhatBruteForceFindsInLongDatabases) {
+    constexpr std::uint32_t seed = 20261122;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 40 && !testing::Test::HasFailure(); ++round) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
+        MiningOptions options = random_options(random);
+        options.max_size = std::numeric_limits<std::size_t>::max();
+        const std::size_t most = options.representation == Representation::dense ? 12'000 : 1'500;
+        compare(random_database(7, most, random), 7, options);
+    }
+}
+
+/// Seven items of which any are together in a hundred transactions, and each is in as many without the
+/// others: the support of k of them is 100 for those with all, and 100 for each of the k.
+TEST(Mine, CountsLongItemsetsByTheirParts) {
+    Database database;
+    for (Item item = 0; item < 7; ++item) {
+        Database::ItemColumn& column = database.items.emplace_back();
+        column.item = item;
+        for (Transaction line = 0; line < 100; ++line) {
+            column.transactions.push_back(line);
+        }
+        for (Transaction line = 0; line < 100; ++line) {
+            column.transactions.push_back(100 * (item + 1) + line);
+        }
+    }
+    database.lines = database.transactions = 800;
+    for (const Representation representation : {Representation::dense, Representation::sparse}) {
+        const Classes classes = classes_of(database, {.min_support = 100, .representation = representation});
+        EXPECT_EQ(classes.size(), 127U);
+        for (const MinedClass& each : classes) {
+            EXPECT_EQ(each.support, 100 + 100 * each.closure.size());
+        }
+    }
 }
 
 }  // namespace

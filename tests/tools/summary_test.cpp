@@ -162,6 +162,14 @@ TEST_F(SummaryTest, CanBeOfTheInputAlone) {
               "1 line with the weight 0 is left out\n");
 }
 
+TEST_F(SummaryTest, DoesNotCallItemsRareThatAreInTooFewTransactionsOfTheirOwn) {
+    const Database wide = database_of({0b1111111111, 0b1111111111, 0b1});
+    options_ = {.min_support = 2, .min_own = 3};
+    classes_ = mine(wide, options_).classes;
+    EXPECT_EQ(classes_.rare_bytes(), 0U);
+    EXPECT_TRUE(notes().starts_with("To derive rules")) << notes();
+}
+
 TEST_F(SummaryTest, WarnsOfRareItemsThatAreMostOfTheFile) {
     // Nine items in the only transaction with 10.
     const Database wide = database_of({0b1111111111, 0b1, 0b1});

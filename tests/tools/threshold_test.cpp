@@ -64,6 +64,8 @@ TEST(InTransactions, OfAPercentageWithoutABinaryFormIsNotRoundedUpByOne) {
     EXPECT_EQ(min_support({0.7, true}, 1000), 7U);
     EXPECT_EQ(min_support({1.1, true}, 1000), 11U);
     EXPECT_EQ(min_support({5.5, true}, 200), 11U);
+    EXPECT_EQ(min_support({17.8, true}, 100'000'000), 17'800'000U);
+    EXPECT_EQ(min_support({0.9, true}, 2'000'000'000), 18'000'000U);
 }
 
 TEST(InTransactions, MustBeInRange) {

@@ -14,7 +14,7 @@ struct Arguments {
     ReadingOptions reading;
     MiningRequest mining;        ///< with one minimum support, unless an estimate is asked for
     bool is_estimate = false;    ///< whether to say what the minimum supports would bring, and no more
-    bool keeps_partial = false;  ///< whether classes are written when there are more than could be found
+    bool keeps_partial = false;  ///< whether the classes found so far are written when a limit ends the work
     std::string output = "-";    ///< path, or "-" for standard output
     std::string names;           ///< path of the names file; empty where it was not given
     bool quiet = false;

@@ -20,6 +20,8 @@ public:
     void insert(std::size_t row, std::size_t line) { bits_[row * words_ + word_of(line)] |= bit_of(line); }
 
     std::size_t words() const { return words_; }
+    /// How often a count goes over a set: once for each bit of the weights.
+    std::size_t passes() const { return weight_bits_.empty() ? 1 : weight_bits_.size() / words_; }
     const BitWord* operator[](std::size_t row) const { return bits_.data() + row * words_; }
 
     /// The weight of the lines in both sets.

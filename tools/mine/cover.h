@@ -20,8 +20,8 @@ struct Candidate {
 /// A cover answers questions about an itemset that grows and shrinks at its end. Items are ranks.
 ///
 /// There are two with the same operations, and each is tested against a count in the transactions: DenseCover
-/// keeps sets of transactions as bit vectors, SparseCover mostly as lists. Numbers of transactions are sums over the
-/// lines of the database; whether an item is covered is a conjunction over them.
+/// keeps sets of transactions as bit vectors, SparseCover mostly as lists. Numbers of transactions are sums
+/// over the lines of the database; whether an item is covered is a conjunction over them.
 ///
 /// - pairs_of(rank, least, candidates): replaces `candidates` by the items below `rank`, ascending, that are
 ///   together with it in at least `least` transactions. Called for all frequent items, ascending, or for
@@ -30,14 +30,15 @@ struct Candidate {
 /// - leave(): removes the item that was added last.
 /// - gain(rank): what enter would return, without the work for going on from there. For itemsets of two or
 ///   more items.
-/// - announce(children, joint_supports): tells by which items, ascending, the itemset is going to be extended,
+/// - announce(children, joint_supports): tells by which items, ascending, the itemset is going to be
+/// extended,
 ///   and the sum of its joint supports with each of them.
 /// - keep_frequent(least, candidates): sets the joint supports of the candidates with the itemset, and keeps
 ///   those with at least `least`. There is at least one; they are ascending, and below all of the itemset.
 /// - own(rank): the number of transactions that hold this item and no item of the itemset.
-/// - own_steps(rank): about how long own takes, in nanoseconds.
+/// - own_nanoseconds(rank): about how long own takes.
 
-/// Suits items that are in more than about one of fifty transactions.
+/// Suits items that are, on average, in at least one of fifty lines.
 class DenseCover;
 
 /// Suits items that are in few transactions.

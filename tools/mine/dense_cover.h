@@ -25,7 +25,7 @@ public:
     static void announce(const std::vector<Rank>&, std::uint64_t) {}
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
     Count own(Rank rank);
-    std::size_t own_steps(Rank) const { return rows_.words() / 2; }
+    std::size_t own_nanoseconds(Rank) const { return rows_.words() / 2 * rows_.passes(); }
 
 private:
     struct Outside {

@@ -22,8 +22,8 @@ struct Estimate {
 };
 
 /// What each minimum support of the request would bring, by falling support: by mining, each for at most
-/// `time`. A smaller support brings no less; so, once the time does not do, what was found until then is the
-/// lower bound for all that are left. Throws Error for thresholds out of range (see mining_options).
+/// `time`. A smaller support brings no less; so, once the time is not enough, what was found until then is
+/// the lower bound for all that are left. Throws Error for thresholds out of range (see mining_options).
 std::vector<Estimate> estimates(const Database& database, const MiningRequest& request,
                                 std::chrono::duration<double> time = std::chrono::seconds(1));
 

@@ -139,7 +139,8 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
         }
     }
     require_classes(result, database, options);
-    write_classes(result.classes, output);
+    within_memory([&] { write_classes(result.classes, output); },
+                  [] { return std::string("while writing the classes"); });
     AtomicOutput::commit_together(names ? std::vector{&*names, &output} : std::vector{&output});
 
     if (!arguments.quiet) {

@@ -49,6 +49,18 @@ Item take_number(const char*& begin) {
     return number;
 }
 
+// Items in the same transactions multiply essential itemsets, so there can be more than 64 bits can count.
+// Then these give the largest number.
+
+std::size_t sum(std::size_t a, std::size_t b) {
+    return a > std::numeric_limits<std::size_t>::max() - b ? std::numeric_limits<std::size_t>::max() : a + b;
+}
+
+std::size_t product(std::size_t a, std::size_t b) {
+    return b != 0 && a > std::numeric_limits<std::size_t>::max() / b ? std::numeric_limits<std::size_t>::max()
+                                                                     : a * b;
+}
+
 std::size_t digits_of(Count number) {
     std::size_t digits = 1;
     for (; number >= 10; number /= 10) {
@@ -128,7 +140,7 @@ MinedClasses::Slot& MinedClasses::slot_of(std::uint32_t hash, std::string_view b
     const std::size_t mask = slots_.size() - 1;
     std::size_t i = hash & mask;
     while (slots_[i].position != empty_slot &&
-           (slots_[i].hash != hash || bytes_of(classes_[slots_[i].position]) != bytes)) {
+           (slots_[i].hash != hash || encoded_closure(classes_[slots_[i].position]) != bytes)) {
         i = (i + 1) & mask;
     }
     return slots_[i];
@@ -151,10 +163,11 @@ void MinedClasses::grow_slots() {
 
 /// Adds the bytes of "1 2 3", TAB, the support, TAB and a line end.
 void MinedClasses::count_bytes_of_closure(const Itemset& closure, Count support) {
+    std::size_t bytes = closure.size() - 1 + 1 + digits_of(support) + 1 + 1;
     for (const Item item : closure) {
-        file_bytes_ += digits_of(item);
+        bytes += digits_of(item);
     }
-    file_bytes_ += closure.size() - 1 + 1 + digits_of(support) + 1 + 1;
+    file_bytes_ = sum(file_bytes_, bytes);
 }
 
 /// Counts each itemset that takes one item of each rank of the node, and the bytes of " 1 2,".
@@ -162,14 +175,14 @@ void MinedClasses::count_essentials(EssentialTree::Node node, const EssentialTre
     std::size_t itemsets = 1;
     std::size_t size = 0;
     for (EssentialTree::Node each = node; each != EssentialTree::none; each = tree.parent(each)) {
-        itemsets *= items_[tree.rank(each)].size();
+        itemsets = product(itemsets, items_[tree.rank(each)].size());
         ++size;
     }
-    essentials_ += itemsets;
-    file_bytes_ += itemsets * (size + 1);
+    essentials_ = sum(essentials_, itemsets);
+    file_bytes_ = sum(file_bytes_, product(itemsets, size + 1));
     for (EssentialTree::Node each = node; each != EssentialTree::none; each = tree.parent(each)) {
         const Rank rank = tree.rank(each);
-        file_bytes_ += itemsets / items_[rank].size() * digits_[rank];
+        file_bytes_ = sum(file_bytes_, product(itemsets / items_[rank].size(), digits_[rank]));
     }
 }
 
@@ -177,7 +190,7 @@ void MinedClasses::finish(EssentialTree tree) {
     tree_ = std::move(tree);
     slots_ = {};
     std::ranges::sort(classes_, [this](const Class& a, const Class& b) {
-        return a.items != b.items ? a.items < b.items : bytes_of(a) < bytes_of(b);
+        return a.items != b.items ? a.items < b.items : encoded_closure(a) < encoded_closure(b);
     });
 }
 
@@ -192,7 +205,7 @@ void MinedClasses::for_each(const std::function<void(const MinedClass&)>& visit)
             __builtin_prefetch(closures_.data() + classes_[i + ahead].closure);
         }
         const Class& each = classes_[i];
-        decode(bytes_of(each), mined.closure);
+        decode(encoded_closure(each), mined.closure);
         mined.support = each.support;
         std::size_t essentials = 0;
         for (EssentialTree::Node node = each.last; node != EssentialTree::none; node = next_[node]) {

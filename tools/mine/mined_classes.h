@@ -31,8 +31,8 @@ public:
                           std::size_t most = std::numeric_limits<std::uint32_t>::max() - 1);
 
     /// Adds an essential itemset to the class of its closure, which is ascending. `node` stands for it, with
-    /// its parents and its support in `tree`. `rare_bytes`: see there. Returns false, and changes nothing,
-    /// when its class would be one too many. O(closure).
+    /// its parents and its support in `tree`. `rare_bytes`: how many bytes of the closure are items that are
+    /// not frequent. Returns false, and changes nothing, when its class would be one too many. O(closure).
     bool add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
              std::size_t rare_bytes = 0);
 
@@ -45,14 +45,14 @@ public:
 
     /// How many classes there are so far.
     std::size_t size() const { return classes_.size(); }
-    /// How many essential itemsets they have.
+    /// How many essential itemsets they have; where these are too many for 64 bits, the largest number.
     std::size_t essentials() const { return essentials_; }
-    /// Bytes of their records in a class file.
+    /// Bytes of their records in a class file, likewise.
     std::size_t file_bytes() const { return file_bytes_; }
-    /// The bytes of these that the closures' rare items take, as far as add was told.
+    /// How many of these bytes are items of closures that are not frequent: the sum of what add was told.
     std::size_t rare_bytes() const { return rare_bytes_; }
     /// The bytes that the items for which a rank stands take in a closure, with a blank for each.
-    std::size_t bytes_of(Rank rank) const { return digits_[rank] + items_[rank].size(); }
+    std::size_t closure_bytes(Rank rank) const { return digits_[rank] + items_[rank].size(); }
     /// The number of items of the largest closure.
     std::size_t largest_closure() const { return largest_closure_; }
 
@@ -72,7 +72,7 @@ private:
         std::uint32_t position = empty_slot;  ///< in `classes_`
     };
 
-    std::string_view bytes_of(const Class& each) const {
+    std::string_view encoded_closure(const Class& each) const {
         return std::string_view(closures_).substr(each.closure, each.bytes);
     }
     Slot& slot_of(std::uint32_t hash, std::string_view bytes);

@@ -84,7 +84,11 @@ private:
         }
         ++size_;
         const Rank rank = tree_.rank(node);
-        find_candidates(node);
+        if (size_ < options_.max_size) {
+            find_candidates(node);
+        } else {
+            levels_[size_].candidates.clear();
+        }
         const bool may_be_extended =
             size_ < options_.max_size && (size_ == 1 || !levels_[size_].candidates.empty());
         const bool is_entered = size_ == 1 || may_be_extended;
@@ -105,7 +109,8 @@ private:
         gained_.clear();
         levels_[size_].rare_bytes = levels_[size_ - 1].rare_bytes;
         for (const Rank rank : gained) {
-            levels_[size_].rare_bytes += rank < items_.frequent ? 0 : classes_.bytes_of(rank);
+            levels_[size_].rare_bytes +=
+                items_.supports[rank] < options_.min_support ? classes_.closure_bytes(rank) : 0;
             gained_.insert(gained_.end(), items_.items[rank].begin(), items_.items[rank].end());
         }
         std::ranges::sort(gained_);
@@ -219,7 +224,7 @@ private:
         constexpr std::size_t nanoseconds_of_a_look = 10;
         const bool has_parts = size_ <= most_items_with_parts;
         const std::size_t looks = has_parts ? (std::size_t{1} << size_) - size_ - 2 : 0;
-        if (has_parts && looks * nanoseconds_of_a_look <= cover_.own_steps(candidate.rank)) {
+        if (has_parts && looks * nanoseconds_of_a_look <= cover_.own_nanoseconds(candidate.rank)) {
             return support_by_parts(node, candidate);
         }
         return tree_.support(node) + cover_.own(candidate.rank);

@@ -47,8 +47,8 @@ struct MiningProgress {
     std::size_t file_bytes = 0;  ///< of the class file, for what was found so far
 };
 
-/// Asked after each root item and, within one, for each few essential itemsets. The walk ends when it returns
-/// false.
+/// Asked after the pairs of each root item are counted, after each root item is done, and in between after
+/// every 1,024 essential itemsets. The walk ends when it returns false.
 using GoOn = std::function<bool(const MiningProgress&)>;
 
 /// What mine() found.

@@ -22,8 +22,8 @@ struct MiningRequest {
 };
 
 /// The same for one of the minimum supports, in a database of so many transactions. Throws Error for a
-/// threshold that no itemset can pass, or every one, and when the itemsets need not be together in as many
-/// transactions as their items are in, and their size has no limit.
+/// threshold that is below 1 (below 0 for min_joint) or above `transactions`, and when min_joint is below the
+/// minimum support but max_size is not given.
 MiningOptions mining_options(const MiningRequest& request, const Threshold& min_support, Count transactions);
 
 }  // namespace korv::tools

@@ -46,19 +46,20 @@ Count support_of(const Database::ItemColumn& column, const Database& database) {
                            [&](Count sum, Transaction line) { return sum + database.weights[line]; });
 }
 
-RankedItems ranked_items(const Database& database, Count least_frequent, Count least) {
+RankedItems ranked_items(const Database& database, Count least_in_essentials, Count least_in_closures) {
     std::vector<Count> supports;
     std::vector<std::size_t> wanted;
     for (std::size_t item = 0; item < database.items.size(); ++item) {
         supports.push_back(support_of(database.items[item], database));
-        if (supports.back() >= std::min(least, least_frequent)) {
+        if (supports.back() >= std::min(least_in_closures, least_in_essentials)) {
             wanted.push_back(item);
         }
     }
     std::vector<Twins> groups = with_twins(database, wanted);
     const auto support = [&](const Twins& twins) { return supports[twins.front()]; };
-    const auto rare = std::stable_partition(
-        groups.begin(), groups.end(), [&](const Twins& twins) { return support(twins) >= least_frequent; });
+    const auto rare = std::stable_partition(groups.begin(), groups.end(), [&](const Twins& twins) {
+        return support(twins) >= least_in_essentials;
+    });
     std::stable_sort(groups.begin(), rare,
                      [&](const Twins& a, const Twins& b) { return support(a) < support(b); });
 

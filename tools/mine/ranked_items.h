@@ -16,8 +16,8 @@ using Rank = std::uint32_t;
 ///
 /// Items in the same transactions are one here: no essential itemset holds two of them, each can stand for
 /// the others in any, and a closure holds all of them or none. Those that can be in essential itemsets come
-/// first, rare ones before frequent ones; so the frequent ones, which can be extended least, have the most
-/// candidates.
+/// first, by rising support, so that the most common ones, which leave the fewest candidates essential, have
+/// the most of them.
 struct RankedItems {
     std::vector<Itemset> items;                              ///< by rank: ascending, at least one
     std::vector<std::span<const Transaction>> transactions;  ///< by rank: ascending, in the database
@@ -35,8 +35,8 @@ struct RankedItems {
 /// The number of transactions that hold an item.
 Count support_of(const Database::ItemColumn& column, const Database& database);
 
-/// Ranks the items in at least `least_frequent` transactions, and behind them the others in at least `least`.
-/// `database` must outlive the result.
-RankedItems ranked_items(const Database& database, Count least_frequent, Count least);
+/// Ranks the items in at least `least_in_essentials` transactions, which are the frequent ones, and behind
+/// them the others in at least `least_in_closures`. `database` must outlive the result.
+RankedItems ranked_items(const Database& database, Count least_in_essentials, Count least_in_closures);
 
 }  // namespace korv::tools

@@ -52,9 +52,9 @@ void SparseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candi
 }
 
 /// Sets `together_` for the items below `rank`, and `touched_`.
-void SparseCover::count_below(Rank rank, std::span<const Transaction> together) {
+void SparseCover::count_below(Rank rank, std::span<const Transaction> of_lines) {
     touched_.clear();
-    index_.for_each(together, [&](Transaction line, std::span<const Rank> ranks) {
+    index_.for_each(of_lines, [&](Transaction line, std::span<const Rank> ranks) {
         const Count weight = items_.weight(line);
         for (const Rank below : ranks) {
             if (below >= rank) {

@@ -30,7 +30,7 @@ public:
     void announce(const std::vector<Rank>& children, std::uint64_t joint_supports);
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
     Count own(Rank rank);
-    std::size_t own_steps(Rank rank) const { return items_.transactions[rank].size(); }
+    std::size_t own_nanoseconds(Rank rank) const { return items_.transactions[rank].size(); }
 
 private:
     using Lines = std::vector<Transaction>;
@@ -48,7 +48,7 @@ private:
     };
 
     std::span<const Transaction> lines(Rank rank) const { return items_.transactions[rank]; }
-    void count_below(Rank rank, std::span<const Transaction> together);
+    void count_below(Rank rank, std::span<const Transaction> of_lines);
     void forget_counts();
     void push(Rank rank);
     void pop();

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <string_view>
 
 #include "base/number_text.h"
@@ -40,9 +41,9 @@ std::optional<std::vector<Threshold>> parse_thresholds(const std::string& text) 
 Count in_transactions(const Threshold& threshold, const std::string& option, Count least,
                       Count transactions) {
     // So that a percentage without an exact binary form is not rounded up to one transaction too many.
-    constexpr double tolerance = 1e-9;
-    const double count = threshold.is_percentage ? std::ceil(threshold.value / 100 * transactions - tolerance)
-                                                 : threshold.value;
+    const double exact = threshold.value / 100 * transactions;
+    const double tolerance = 1e-9 + exact * 4 * std::numeric_limits<double>::epsilon();
+    const double count = threshold.is_percentage ? std::ceil(exact - tolerance) : threshold.value;
     if (count < least || count > transactions) {
         throw Error(option + ": found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
                     " transactions; expected at least " + std::to_string(least) + " and at most " +
