@@ -18,6 +18,7 @@ import tempfile
 import unittest
 from collections import Counter
 from pathlib import Path
+from random import Random
 from typing import Callable, NamedTuple, Union
 
 from documents import MAN_PAGES, MARKDOWN, TOP, Block, anchors, blocks, links, section, table_rows, text_of
@@ -32,6 +33,7 @@ class Run(NamedTuple):
     begins: str
     status: int = 0
     needs: str = ""  # a program, without which they are left out
+    inside: str = "."  # the directory in which the reader is, by an earlier "cd"
 
 
 class Records(NamedTuple):
@@ -100,14 +102,14 @@ TABLE: dict[str, list[Entry]] = {
     ],
     "README.md": [
         ForShow("./scripts/demo", BUILDS),
-        Run("build/korv-mine examples/persons/persons.csv"),
+        Run("cd build"),
         Pieces("If age=74..88,", "run-1.explained"),
         ForShow("cmake -S . -B build", BUILDS),
         ForShow("g++ -std=c++20", BUILDS),
-        Run("build/korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
+        Run("./korv titanic ../examples/titanic/titanic.classes 100 0.6 2201", inside="build"),
         Pieces("If class=crew,", "run-2.explained"),
-        Records("7-->3 v 10", "intra_exact_titanic_100_0.6.txt"),
-        Records("8-->4 v 9", "inter_approx_titanic_100_0.6.txt"),
+        Records("7-->3 v 10", "build/intra_exact_titanic_100_0.6.txt"),
+        Records("8-->4 v 9", "build/inter_approx_titanic_100_0.6.txt"),
         ForShow("korv LABEL CLASSFILE MINSUPP MINCONF N", "a synopsis"),
         ClassFile("1 4<TAB>5<TAB> 1,", "1 4", 5, "1"),
     ],
@@ -119,12 +121,17 @@ TABLE: dict[str, list[Entry]] = {
         Run("korv-mine examples/persons/persons.csv"),
         Whole("input               table", "run-1.stderr"),
         Pieces("If age=74..88,", "run-1.explained"),
+        Run("iconv -f WINDOWS-1252"),
+        Run("sqlite3 :memory: '.import --csv receipts.csv sales'", needs="sqlite3"),
         ForShow("|<---- A: --min-support", "a drawing"),
         Run("korv-mine examples/titanic/titanic.dat -s 1 --min-joint 0 --max-size 2"),
-        Excerpt("4-->not(7)", "run-2.stdout"),
+        Excerpt("4-->not(7)", "run-4.stdout"),
+        Run("grep -P '\\t2201\\t' pairs.classes"),
+        Whole("1 2 3 4 5 6 7 8 9 10<TAB>2201", "run-5.stdout"),
+        Run("awk -F"),
         ForShow("korv-mine groceries.dat", "data that is not part of the project"),
-        Run("korv-mine examples/persons/persons.csv --bins 4 --ignore pension --estimate"),
-        Whole("min. support", "run-3.stdout"),
+        Run("korv-mine examples/persons/persons.csv --bins 4 --split 'languages=;' --ignore pension --estimate"),
+        Whole("min. support", "run-7.stdout"),
         Run("korv-mine examples/titanic/titanic.dat -s 1 --min-joint 0 --max-size 10"),
         Run("sort examples/titanic/titanic.dat"),
         Run("sqlite3 sales.db", needs="sqlite3"),
@@ -153,19 +160,19 @@ TABLE: dict[str, list[Entry]] = {
         Records("1 v 4-->not(2)not(3)", "inter_approx_part_1_0.5.txt"),
     ],
     "examples/titanic/README.md": [
-        Run("build/korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
+        Run("cd build"),
         Pieces("If class=crew,", "run-1.explained"),
-        Records("7-->3 v 10", "intra_exact_titanic_100_0.6.txt"),
-        Records("not(3)not(10)-->not(7)", "intra_exact_titanic_100_0.6.txt"),
-        Records("not(8)-->not(4)", "intra_exact_titanic_100_0.6.txt"),
-        Records("1-->10", "inter_approx_titanic_100_0.6.txt"),
-        Records("8-->4 v 9", "inter_approx_titanic_100_0.6.txt"),
-        Records("1 v 2 v 4-->8 v 10", "intra_exact_titanic_100_0.6.txt"),
+        Records("7-->3 v 10", "build/intra_exact_titanic_100_0.6.txt"),
+        Records("not(3)not(10)-->not(7)", "build/intra_exact_titanic_100_0.6.txt"),
+        Records("not(8)-->not(4)", "build/intra_exact_titanic_100_0.6.txt"),
+        Records("1-->10", "build/inter_approx_titanic_100_0.6.txt"),
+        Records("8-->4 v 9", "build/inter_approx_titanic_100_0.6.txt"),
+        Records("1 v 2 v 4-->8 v 10", "build/intra_exact_titanic_100_0.6.txt"),
     ],
     "examples/persons/README.md": [],
     "man/korv-mine.1": [
-        Run("korv-mine persons.csv --bins 4 --ignore pension -s 10%"),
-        Run("korv-mine persons.csv --bins 4 --ignore pension --estimate"),
+        Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension -s 10%"),
+        Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension --estimate"),
         Run("korv-mine titanic.dat"),
         Run("sort titanic.dat"),
     ],
@@ -204,6 +211,14 @@ def write_transactions(directory: Path) -> None:
     shutil.copy(sample("titanic.dat"), directory)
 
 
+def write_exports(directory: Path) -> None:
+    """What docs/mining.md converts: a table of a spreadsheet, and receipts in the long form."""
+    (directory / "export.csv").write_bytes("Straße;Preis\r\nHöhe;1,5\r\nHöhe;2\r\nRing;3,75\r\n"
+                                           "Ring;10,25\r\nRing;-0,5\r\n".encode("cp1252"))
+    (directory / "receipts.csv").write_text(
+        "receipt,item\n1,\"bread, white\"\n1,milk\n2,tea\n3,\"bread, white\"\n2,milk\n2,milk\n", encoding="ascii")
+
+
 def write_class_file(directory: Path) -> None:
     shutil.copy(sample("titanic.classes"), directory / "classes.txt")
 
@@ -224,16 +239,17 @@ def run_worked_example(directory: Path) -> None:
 # What a document takes for granted in the current directory.
 GIVEN: dict[str, Callable[[Path], None]] = {
     "docs/class-file.md": write_class_file,
+    "docs/mining.md": write_exports,
     "docs/output-files.md": run_worked_example,
     "man/korv-mine.1": write_transactions,
     "man/korv.1": write_mushrooms,
 }
 
 
-def shell(commands: str, directory: Path) -> subprocess.CompletedProcess[bytes]:
-    """Runs commands as if the programs were installed."""
+def shell(commands: str, directory: Path, inside: str = ".") -> subprocess.CompletedProcess[bytes]:
+    """Runs commands in a directory, or inside one of its own, as if the programs were installed."""
     environment = dict(os.environ, PATH=f"{directory / 'build'}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
-    return subprocess.run(["sh", "-e", "-c", commands], cwd=directory, env=environment, check=False,
+    return subprocess.run(["sh", "-e", "-c", commands], cwd=directory / inside, env=environment, check=False,
                           capture_output=True)
 
 
@@ -264,7 +280,7 @@ def run_blocks(document: str, directory: Path) -> list[str]:
         number += 1
         if is_left_out(entry):
             continue
-        done = shell(block.text, directory)
+        done = shell(block.text, directory, entry.inside)
         (directory / f"run-{number}.stdout").write_bytes(done.stdout)
         (directory / f"run-{number}.stderr").write_bytes(done.stderr)
         # Of a run of korv and explain-rules, what the latter says.
@@ -336,7 +352,7 @@ def agrees(entry: Entry, block: Block, directory: Path) -> bool:
         return b"fin de fichier" not in done.stdout and lattice == {
             entry.closed_itemset: {"support": entry.support, "essentials": [entry.essentials], "successors": []}}
     written = masked((directory / entry.file).read_text(encoding="utf-8"))
-    shown = masked(block.text)
+    shown = masked(block.text).replace("<TAB>", "\t")
     if isinstance(entry, Records):
         ends = [record if record.endswith("\n") else record + "\n" for record in records_of(shown)]
         return "-->" in shown and all(has_lines(written, record) for record in ends)
@@ -449,7 +465,8 @@ class Numbers(InDirectory):
     def test_of_the_rules_of_the_sample(self) -> None:
         directory = self.ran("examples/titanic/README.md")
         exact, approximative, approximated = self.printed(directory / "run-1.stdout")
-        texts = {path.name.partition("_titanic")[0]: path.read_text() for path in directory.glob("int*.txt")}
+        texts = {path.name.partition("_titanic")[0]: path.read_text()
+                 for path in (directory / "build").glob("int*.txt")}
         rules = {name: re.findall(r"^.*-->.*$", text, re.MULTILINE) for name, text in texts.items()}
         every = [rule for of_file in rules.values() for rule in of_file]
         self.assertEqual(
@@ -539,13 +556,13 @@ class Numbers(InDirectory):
     def test_of_the_table_of_persons(self) -> None:
         of_village = [person["home"] for person in persons() if person["lives_in"] == "village"]
         of_old = [person["retired"] for person in persons() if 74 <= int(person["age"]) <= 88]
-        of_french = [int(person["age"]) <= 26 or person["home"] == "rent" or person["children"] == "0"
-                     for person in persons() if person["languages"] == "fr"]
+        of_young = [person["home"] == "rent" or person["children"] == "0"
+                    for person in persons() if 18 <= int(person["age"]) <= 26]
         for document, position in (("README.md", 2), ("docs/mining.md", 2)):
             text = blocks(document)[position].text
             self.assertEqual(list(map(int, re.findall(r"both hold for (\d+)", text))),
-                             [len(of_old), len(of_village), len(of_french)])
-        self.assertEqual((set(of_old), set(of_village), set(of_french)), ({"yes"}, {"own"}, {True}))
+                             [len(of_old), len(of_village), len(of_young)])
+        self.assertEqual((set(of_old), set(of_village), set(of_young)), ({"yes"}, {"own"}, {True}))
         self.assertEqual([person["pension"] for person in persons()], [person["retired"] for person in persons()])
         self.assertEqual(self.numbers("docs/mining.md", r"its (\d+) persons are made up"), [len(persons())])
         self.assertEqual(self.numbers("examples/persons/README.md", r"# The table: (\d+) persons"), [len(persons())])
@@ -564,16 +581,62 @@ class Recipes(InDirectory):
                          sample("titanic.classes").read_bytes())
 
     def test_exclusions_are_the_pairs_that_never_meet(self) -> None:
-        shown = (self.ran("docs/mining.md") / "run-2.stdout").read_text(encoding="utf-8")
+        directory = self.ran("docs/mining.md")
+        shown = (directory / "run-4.stdout").read_text(encoding="utf-8")
         transactions = sample_transactions()
         expected = []
+        pairs = []
         for one, other in itertools.permutations(sorted(set().union(*transactions)), 2):
             never_meet = not any({one, other} <= transaction for transaction in transactions)
+            if never_meet and int(one) < int(other):
+                pairs.append(f"{one} {other}")
             # Where one or the other is always there, the closure of the two holds all items.
             if never_meet and not all(transaction & {one, other} for transaction in transactions):
                 expected.append(f"{one}-->not({other})")
-        self.assertEqual(sorted(re.findall(r"^\d+-->not\(\d+\)$", shown, re.MULTILINE)), sorted(expected))
+        self.assertEqual(sorted(re.findall(r"^.*-->.*$", shown, re.MULTILINE)), sorted(expected))
         self.assertEqual(len(expected), 12 + 2)
+        self.assertEqual(sorted((directory / "run-6.stdout").read_text(encoding="ascii").splitlines()), sorted(pairs))
+        self.assertEqual(len(pairs), 10)
+
+    def recipe_on(self, transactions: list[set[int]]) -> list[str]:
+        """What the commands for items that exclude each other print for other transactions, one behind the other."""
+        directory = Path(tempfile.mkdtemp(dir=self.directory))
+        laid_out("docs/rules.md", directory)
+        lines = [" ".join(map(str, sorted(transaction))) + "\n" for transaction in transactions]
+        (directory / "transactions").write_text("".join(lines), encoding="ascii")
+        mine, *_, list_pairs = (block.text for block in blocks("docs/mining.md")
+                                if block.text.startswith("awk") or "grep -E" in block.text)
+        mine = mine.replace("examples/titanic/titanic.dat", "transactions --format fimi")
+        done = [shell(commands, directory) for commands in (mine, list_pairs)]
+        return [each.stdout.decode() for each in done]
+
+    def test_exclusions_have_sides_of_several_items_where_closures_have(self) -> None:
+        rules, pairs = self.recipe_on([{7, 8}, {8}, {20}, {20}, {30}])
+        self.assertIn("\n7 v 8-->not(20)\n", "\n" + rules)
+        self.assertIn("\n20-->not(7)not(8)\n", "\n" + rules)
+        self.assertEqual(pairs, "7 20\n7 30\n8 20\n8 30\n20 30\n")
+
+    def test_pairs_that_never_meet_are_all_listed(self) -> None:
+        listed = 0
+        for seed in range(40):
+            random = Random(seed)
+            transactions = [{item for item in range(1, 7) if random.random() < 0.25} for _ in range(12)]
+            items = sorted(set().union(*transactions))
+            expected = [f"{one} {other}\n" for one, other in itertools.combinations(items, 2)
+                        if not any({one, other} <= transaction for transaction in transactions)]
+            listed += len(expected)
+            self.assertEqual(self.recipe_on(transactions)[1], "".join(expected), f"seed {seed}: {transactions}")
+        self.assertGreater(listed, 100)
+
+    def test_a_table_of_a_spreadsheet_is_converted(self) -> None:
+        names = (self.ran("docs/mining.md") / "prices.names").read_text(encoding="utf-8")
+        self.assertEqual(names, "1\tStraße=Höhe\n2\tStraße=Ring\n3\tPreis=-0.5..2\n4\tPreis=3.75..10.25\n")
+
+    @unittest.skipUnless(shutil.which("sqlite3"), "sqlite3 is missing")
+    def test_receipts_in_the_long_form_become_baskets(self) -> None:
+        baskets = (self.ran("docs/mining.md") / "baskets.txt").read_text(encoding="utf-8").splitlines()
+        self.assertEqual([set(basket.split("\t")) for basket in baskets],
+                         [{"bread, white", "milk"}, {"tea", "milk"}, {"bread, white"}])
 
     @unittest.skipUnless(shutil.which("sqlite3"), "sqlite3 is missing")
     def test_groups_of_an_sql_engine_give_the_classes_of_the_sales(self) -> None:
@@ -586,9 +649,9 @@ class Recipes(InDirectory):
 
 class NextCommand(InDirectory):
     def test_is_printed_by_korv_mine_as_the_documents_show_it(self) -> None:
-        for document, position in (("README.md", 1), ("docs/mining.md", 0), ("man/korv-mine.1", 0)):
+        for document, position, line in (("README.md", 1, 2), ("docs/mining.md", 0, 1), ("man/korv-mine.1", 0, 1)):
             with self.subTest(document=document):
-                shown = blocks(document)[position].text.splitlines()[1].removeprefix("build/")
+                shown = blocks(document)[position].text.splitlines()[line].removeprefix("./")
                 summary = (self.ran(document) / "run-1.stderr").read_text()
                 self.assertIn("\nTo derive rules: " + shown + "\n", summary)
 
