@@ -279,7 +279,7 @@ TEST(Table, TakesFlagsInAnySpelling) {
 TEST(Table, ReportsWhatIsNoFlag) {
     EXPECT_EQ(complaint("a,b\n1,0\n1,2\n", {.only_true = true}),
               "a.csv:3:3: found \"2\"; expected 1, yes, true, y, t or x, or 0, no, false, n or f, since "
-              "--only-true is given");
+              "--only-true is given; --ignore leaves the column \"b\" out");
 }
 
 TEST(Table, CutsAndSplitsColumnsOfTheirOwnRulesAmongFlags) {

@@ -159,9 +159,15 @@ void TableColumn::examine(const CsvCell& cell, const TextInput& input) {
         examine_number(cell, input);
     }
     if (meaning_ == Meaning::flag && !truth_of(cell.text)) {
-        throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
-                          "1, yes, true, y, t or x, or 0, no, false, n or f, since --only-true is given");
+        throw input_error(
+            input.name, place_of(input.text, cell.position), shown(cell.text),
+            "1, yes, true, y, t or x, or 0, no, false, n or f, since --only-true is given" + way_out());
     }
+}
+
+/// What the person can do about a column whose cells cannot be read.
+std::string TableColumn::way_out() const {
+    return "; --ignore leaves the column " + shown(name_) + " out";
 }
 
 /// Throws Error when a cell, or an answer in it, cannot be part of a name.
@@ -169,7 +175,7 @@ void TableColumn::require_name(std::string_view text, const CsvCell& cell, const
     try {
         check_name(text, cell.position, input);
     } catch (const Error& error) {
-        throw Error(error.what() + ("; --ignore leaves the column " + shown(name_) + " out"));
+        throw Error(error.what() + way_out());
     }
 }
 

@@ -66,6 +66,7 @@ public:
 
 private:
     void examine(const CsvCell& cell, const TextInput& input);
+    std::string way_out() const;
     void require_name(std::string_view text, const CsvCell& cell, const TextInput& input) const;
     void examine_number(const CsvCell& cell, const TextInput& input);
     bool is_missing(std::string_view text) const;
