@@ -342,6 +342,46 @@ TEST(Table, ReportsColumnsThatAreCutInTheSameWay) {
               (std::vector<Names>{{"cm", "inch"}}));
 }
 
+/// A table with the columns "id" and "kind": the lines from 1 to `lines`, numbered, of two kinds.
+std::string numbered_lines(int lines) {
+    std::string text = "id,kind\n";
+    for (int line = 1; line <= lines; ++line) {
+        text += std::to_string(line) + (line % 2 == 0 ? ",even\n" : ",odd\n");
+    }
+    return text;
+}
+
+TEST(Table, ReportsColumnsWithADifferentCellInEachLine) {
+    EXPECT_EQ(report(numbered_lines(21)).identifiers, Names{"id"});
+    EXPECT_EQ(report(numbered_lines(20)).identifiers, Names{});
+    EXPECT_EQ(report(numbered_lines(300) + "300,even\n").identifiers, Names{});
+}
+
+TEST(Table, ReportsIdentifiersThatHardlyEverLack) {
+    EXPECT_EQ(report(numbered_lines(38) + "NA,odd\n,even\n").identifiers, Names{"id"});    // 2 of 40
+    EXPECT_EQ(report(numbered_lines(36) + "NA,odd\nNA,even\n").identifiers, Names{});      // 2 of 38
+    EXPECT_EQ(report(numbered_lines(40) + "NA,odd\nNA,even\n").identifiers, Names{"id"});  // 2 of 42
+    EXPECT_EQ(report(numbered_lines(40) + "NA,odd\n40,even\n").identifiers, Names{});      // 40 twice
+}
+
+TEST(Table, ReportsNoIdentifierThatIsCutSplitOrLeftOut) {
+    const std::string text = numbered_lines(30);
+    EXPECT_EQ(report(text, {.bins = {{"id", 3}}}).identifiers, Names{});
+    EXPECT_EQ(report(text, {.bins = {{"", 3}}}).identifiers, Names{});
+    EXPECT_EQ(report(text, {.bins = {{"", 30}}}).identifiers, Names{"id"});  // too few values to be cut
+    EXPECT_EQ(report(text, {.splits = {{"id", ";"}}}).identifiers, Names{});
+    EXPECT_EQ(report(text, {.ignored = {"id"}}).identifiers, Names{});
+}
+
+TEST(Table, ReportsIdentifiersOfLinesWithWeights) {
+    EXPECT_EQ(report(numbered_lines(30), {.weight_column = "id"}).identifiers, Names{});
+    std::string text = "id,n\n0,0\n0,0\n";
+    for (int line = 1; line <= 21; ++line) {
+        text += std::to_string(line) + ",5\n";
+    }
+    EXPECT_EQ(report(text, {.weight_column = "n"}).identifiers, Names{"id"});
+}
+
 TEST(Table, ReadsSeveralFilesOneAfterTheOther) {
     const Database database = read_files({"a,b\nx,y\n", "a,\"b\"\r\nz,y", "a,b\n"}).database;
     EXPECT_EQ(named_columns(database), (NamedColumns{{"a=x", {0}}, {"a=z", {1}}, {"b=y", {0, 1}}}));

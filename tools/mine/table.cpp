@@ -181,6 +181,7 @@ void TableReader::note_other_cells(const TextInput& input) {
 
 Database TableReader::finish() {
     report_uncut();
+    report_identifiers();
     if (std::ranges::all_of(database_.weights, [](Count weight) { return weight == 1; })) {
         database_.weights.clear();
     }
@@ -202,6 +203,14 @@ void TableReader::report_uncut() {
         if (columns_[i].has_more_values_than_bins()) {
             cell.has_numbers = columns_[i].has_numbers();
             report_.uncut.push_back(std::move(cell));
+        }
+    }
+}
+
+void TableReader::report_identifiers() {
+    for (const TableColumn& column : columns_) {
+        if (column.is_identifier()) {
+            report_.identifiers.push_back(column.name());
         }
     }
 }

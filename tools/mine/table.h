@@ -33,6 +33,9 @@ struct TableReport {
     /// The names of columns whose items are in the same transactions, so that they double every rule: see
     /// twin_columns.
     std::vector<std::vector<std::string>> twins;
+    /// The names of columns in which hardly any two lines are alike, such as those of numbers of customers,
+    /// in the order of the columns: see TableColumn::is_identifier.
+    std::vector<std::string> identifiers;
     std::size_t left_out = 0;  ///< lines with the weight 0
 };
 
@@ -85,6 +88,7 @@ private:
     void add_transactions(const Line& line, std::uint64_t weight);
     void note_other_cells(const TextInput& input);
     void report_uncut();
+    void report_identifiers();
     void report_twins(const std::vector<std::size_t>& ends);
     void require_different_names(const std::vector<std::size_t>& ends) const;
 

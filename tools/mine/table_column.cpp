@@ -195,12 +195,39 @@ void TableColumn::examine_number(const CsvCell& cell, const TextInput& input) {
     }
 }
 
-bool TableColumn::has_more_values_than_bins() const {
+/// The number of distinct cells that are not missing.
+std::size_t TableColumn::distinct_values() const {
     std::size_t values = 0;
     for (std::uint32_t value = 0; value < dictionary_.size(); ++value) {
         values += is_missing(dictionary_.text(value)) ? 0 : 1;
     }
-    return bins_ != nullptr && values > bins_->bins;
+    return values;
+}
+
+bool TableColumn::has_more_values_than_bins() const {
+    return bins_ != nullptr && distinct_values() > bins_->bins;
+}
+
+bool TableColumn::is_identifier() const {
+    constexpr std::size_t most_values_of_a_kind = 20;
+    constexpr std::size_t lines_for_a_missing_cell = 20;
+    const bool makes_items_of_values = meaning_ == Meaning::value || meaning_ == Meaning::number_or_values;
+    if (!makes_items_of_values || is_cut()) {
+        return false;
+    }
+    const std::size_t values = distinct_values();
+    std::size_t lines = 0;
+    lines_.visit([&lines](const auto& numbers) { lines = numbers.size(); });
+    if (values <= most_values_of_a_kind || (lines - values) * lines_for_a_missing_cell > lines) {
+        return false;
+    }
+    const std::vector<std::uint64_t> cells = cells_of_values({});
+    for (std::uint32_t value = 0; value < dictionary_.size(); ++value) {
+        if (cells[value] > 1 && !is_missing(dictionary_.text(value))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::size_t TableColumn::distinct_numbers() const {

@@ -63,6 +63,11 @@ public:
     bool has_numbers() const { return has_numbers_; }
     /// Whether `--bins K` would have cut the column, had all its cells been numbers.
     bool has_more_values_than_bins() const;
+    /// Whether each cell is an item of its own, in one line alone: there are more than 20, all different, and
+    /// at most one line in 20 has none. Such a column floods the names, and hardly makes a rule. One that is
+    /// cut, split or of flags is none. Call this before move_to. O(distinct cells), and O(lines) where these
+    /// are nearly as many.
+    bool is_identifier() const;
 
 private:
     void examine(const CsvCell& cell, const TextInput& input);
@@ -71,6 +76,7 @@ private:
     void examine_number(const CsvCell& cell, const TextInput& input);
     bool is_missing(std::string_view text) const;
     bool is_cut() const;
+    std::size_t distinct_values() const;
     ColumnItems items(const std::vector<Count>& weights) const;
     ColumnItems bin_items(const std::vector<Count>& weights) const;
     ColumnItems value_items() const;
