@@ -361,9 +361,11 @@ TEST_F(KorvMine, BeginsEveryMessageWithItsNameOnce) {
 
 TEST_F(KorvMine, SaysThatAnOptionDoesNotGoWithTheFormatThatItSaw) {
     put("a.dat", small_database);
-    EXPECT_EQ(mine({"a.dat", "-s", "1", "--bins", "4"}).err,
-              "korv-mine: --bins: goes with --format table only; found --format fimi, guessed from whole "
-              "numbers with blanks between them; or say --format yourself\n");
+    EXPECT_EQ(
+        mine({"a.dat", "-s", "1", "--bins", "4"}).err,
+        "korv-mine: a.dat: found fimi (items as numbers), guessed from whole numbers with blanks between "
+        "them; expected a "
+        "table, since --bins is given: leave --bins out, or say --format table if that is what it is\n");
 }
 
 TEST_F(KorvMine, TellsItsVersionAndItsOptions) {

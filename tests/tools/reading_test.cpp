@@ -206,17 +206,19 @@ TEST_F(Reading, RecognisesAWrongSeparatorOfATable) {
 }
 
 TEST_F(Reading, RefusesOptionsThatDoNotGoWithTheFormat) {
-    EXPECT_EQ(
-        complaint({"1 2\n"}, with_bins()),
-        "--bins: goes with --format table only; found --format fimi, guessed from whole numbers with blanks "
-        "between them; or say --format yourself");
+    EXPECT_EQ(complaint({"1 2\n"}, with_bins()),
+              "a: found fimi (items as numbers), guessed from whole numbers with blanks between them; "
+              "expected a table, since --bins "
+              "is given: leave --bins out, or say --format table if that is what it is");
     EXPECT_EQ(
         complaint({"milk,bread\nmilk\n"}, with_bins()),
-        "--bins: goes with --format table only; found --format basket, guessed from lines of 1 to 2 cells; "
-        "or say --format yourself");
+        "a: found baskets, guessed from lines of 1 to 2 cells; expected a table, since --bins is given: "
+        "leave --bins out, or say --format table if that is what it is");
     EXPECT_EQ(complaint({"1 2\n"}, with_separator(';')),
-              "--separator: goes with --format basket or table only; found --format fimi, guessed from whole "
-              "numbers with blanks between them; or say --format yourself");
+              "a: found fimi (items as numbers), guessed from whole numbers with blanks between them; "
+              "expected baskets or a "
+              "table, since --separator is given: leave --separator out, or say --format basket or table if "
+              "that is what it is");
 }
 
 TEST_F(Reading, ReportsInputsWithoutItems) {

@@ -13,22 +13,66 @@ namespace korv::tools {
 
 namespace {
 
-/// Throws Error where options do not go with a format. `because`: what the format was guessed from, or empty.
-void require_options_for(Format format, const ReadingOptions& options, const std::string& because) {
-    const std::string found =
-        "--format " + word_for(format) +
-        (because.empty() ? "" : ", guessed from " + because + "; or say --format yourself");
-    const auto refuse = [&found](const std::string& option, const std::string& formats) {
-        throw Error(option + ": goes with " + formats + "; found " + found);
-    };
+/// What a text of a format is, in a sentence.
+std::string noun_for(Format format) {
+    switch (format) {
+        case Format::basket:
+            return "baskets";
+        case Format::table:
+            return "a table";
+        case Format::fimi:
+            break;
+    }
+    return "fimi (items as numbers)";
+}
+
+/// An option that does not go with a format, and the formats that it goes with.
+struct MisplacedOption {
+    std::string option;
+    std::vector<Format> formats;
+    std::string instead;  ///< what goes with the format in its place; empty for nothing
+};
+
+std::optional<MisplacedOption> misplaced_option(Format format, const ReadingOptions& options) {
     if (format != Format::table && !options.given_for_tables.empty()) {
-        refuse(options.given_for_tables.front(), "--format table only");
+        return MisplacedOption{options.given_for_tables.front(), {Format::table}, ""};
     }
     if (format == Format::fimi && options.separator) {
-        refuse("--separator", "--format basket or table only");
+        return MisplacedOption{"--separator", {Format::basket, Format::table}, ""};
     }
     if (format == Format::table && options.weighted) {
-        refuse("--weighted", "--format fimi or basket only, and --weight NAME with tables");
+        return MisplacedOption{"--weighted", {Format::fimi, Format::basket}, "--weight NAME with tables"};
+    }
+    return std::nullopt;
+}
+
+/// "table", or "basket or table", each made by `words`.
+template <typename Words>
+std::string joined(const std::vector<Format>& formats, Words words) {
+    std::string text;
+    for (const Format format : formats) {
+        text += (text.empty() ? "" : " or ") + words(format);
+    }
+    return text;
+}
+
+/// Throws Error where options do not go with the format that was given.
+void require_options_for(Format format, const ReadingOptions& options) {
+    if (const auto misplaced = misplaced_option(format, options)) {
+        throw Error(misplaced->option + ": goes with --format " + joined(misplaced->formats, word_for) +
+                    " only" + (misplaced->instead.empty() ? "" : ", and " + misplaced->instead) +
+                    "; found --format " + word_for(format));
+    }
+}
+
+/// Throws Error where options do not go with the format that was guessed.
+void require_options_for(const FormatGuess& guess, const TextInput& input, const ReadingOptions& options) {
+    if (const auto misplaced = misplaced_option(*guess.format, options)) {
+        const std::string& option = misplaced->option;
+        throw Error(input.name + ": found " + noun_for(*guess.format) + ", guessed from " + guess.seen +
+                    "; expected " + joined(misplaced->formats, noun_for) + ", since " + option +
+                    " is given: leave " + option + " out, or say --format " +
+                    joined(misplaced->formats, word_for) + " if that is what it is");
     }
 }
 
@@ -67,17 +111,18 @@ ReadingReport choose(const TextInput& input, const ReadingOptions& options) {
     ReadingReport chosen;
     chosen.separator = options.separator;
     if (options.format) {
+        require_options_for(*options.format, options);
         chosen.format = *options.format;
     } else {
         const FormatGuess guess = guess_format(input, {options.separator, options.weighted});
         if (!guess.format) {
             refuse_doubtful(input, guess, options.weighted);
         }
+        require_options_for(guess, input, options);
         chosen.format = *guess.format;
         chosen.format_seen = guess.seen;
         chosen.separator = options.separator ? options.separator : guess.separator;
     }
-    require_options_for(chosen.format, options, chosen.format_seen);
     if (chosen.format == Format::fimi) {
         return chosen;
     }
@@ -247,7 +292,7 @@ Database read_database(const std::vector<std::string>& paths, const ReadingOptio
 
 void check_together(const ReadingOptions& options) {
     if (options.format) {
-        require_options_for(*options.format, options, "");
+        require_options_for(*options.format, options);
     }
 }
 
