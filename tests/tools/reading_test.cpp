@@ -192,8 +192,37 @@ TEST_F(Reading, HintsAtTheFormatWhereFimiHasNames) {
 TEST_F(Reading, SaysThatAFormatWasGuessedWhereItCannotBeRead) {
     EXPECT_EQ(
         complaint({"milk,bread\nmilk\n\"eggs\n"}),
-        "a:3:1: found a quote that is not closed; expected a closing quote (read as basket, guessed from "
-        "lines of 1 to 2 cells; --format says otherwise)");
+        "a:3:1: found a quote that is not closed; expected a closing quote (read as baskets, guessed from "
+        "lines of 1 to 2 cells; say --format if it is something else)");
+    const std::string as_table =
+        " (read as a table, guessed from rows of 2 cells under a first line of distinct names; say --format "
+        "if it is something else)";
+    std::string longer = "kind,age\n";
+    for (int line = 2; line <= 1000; ++line) {
+        longer += "x,1\n";
+    }
+    EXPECT_EQ(complaint({longer + "x,1,2\n"}),
+              "a:1001:1: found a line of 3 cells; expected 2, as many as the header has" + as_table);
+    EXPECT_EQ(complaint({"kind,age\nx,1\n", "kind,size\nx,1\n"}),
+              "b:1:6: found \"size\"; expected \"age\", as in the header of a" + as_table);
+}
+
+TEST_F(Reading, DoesNotSayThatAFormatWasGuessedWhereNoOtherCouldHelp) {
+    const std::string table = "kind,age\nx,1\n";
+    ReadingOptions options;
+    options.table.ignored = {"town"};
+    EXPECT_EQ(complaint({table}, options),
+              "--ignore: found the column \"town\"; expected one of a: \"kind\", \"age\"");
+    options.table = {.bins = {{"kind", 2}}};
+    EXPECT_EQ(complaint({table}, options),
+              "a:2:1: found \"x\"; expected a number such as 1234.5, since --bins cuts the column \"kind\"");
+    options.table = {.weight_column = "kind"};
+    EXPECT_EQ(complaint({table}, options),
+              "a:2:1: found \"x\"; expected a whole number in the column \"kind\", for how many "
+              "transactions the line stands");
+    EXPECT_EQ(complaint({"      1 milk,bread\n      1 milk\n      eggs\n"}, weighted()),
+              "a:3:7: found \"eggs\"; expected how many times the transaction occurs, a number from 1 to "
+              "4294967295, and a blank");
 }
 
 TEST_F(Reading, RecognisesAWrongSeparatorOfATable) {

@@ -26,8 +26,8 @@ public:
     CsvReader(const TextInput& input, char separator) : input_(input), separator_(separator) {}
 
     /// Replaces `row` by the cells of the next line; a blank line has none. They are valid until the next
-    /// call. Returns false at the end. Throws Error, with the place, for a quote that is not closed and for
-    /// text behind a closing quote.
+    /// call. Returns false at the end. Throws FormError, with the place, for a quote that is not closed and
+    /// for text behind a closing quote.
     bool next(std::vector<CsvCell>& row);
 
     /// Where the line that was read last begins, for messages.

@@ -18,6 +18,13 @@ public:
     explicit Error(const std::string& message) : std::runtime_error(printable(message)) {}
 };
 
+/// An error about the form of an input, such as how many cells a line has. In another format, the input may
+/// be as it should be.
+class FormError : public Error {
+public:
+    explicit FormError(const Error& error) : Error(error) {}
+};
+
 /// A place in a text file, for messages.
 struct Place {
     std::size_t line;    ///< from 1

@@ -27,8 +27,8 @@ Item item_of(std::string_view word, const TextInput& input) {
     }
     const auto position = static_cast<std::size_t>(word.data() - input.text.data());
     const bool is_too_large = word.find_first_not_of("0123456789") == std::string_view::npos;
-    throw input_error(input.name, place_of(input.text, position), shown(word),
-                      is_too_large ? "an item number below 4294967296" : "an item number");
+    throw FormError(input_error(input.name, place_of(input.text, position), shown(word),
+                                is_too_large ? "an item number below 4294967296" : "an item number"));
 }
 
 /// Reads the word that begins at `begin`, and sets `begin` to its end.

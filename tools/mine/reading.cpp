@@ -220,11 +220,12 @@ private:
     void read(const TextInput& input) {
         try {
             std::visit([&input](auto& reader) { reader.add(input); }, *reader_);
-        } catch (const Error& error) {
-            throw Error(std::string(error.what()) + hint_behind_error(input));
+        } catch (const FormError& error) {
+            throw Error(error.what() + hint_behind_error(input));
         }
     }
 
+    /// How to read an input that does not have the form that it should have.
     std::string hint_behind_error(const TextInput& input) const {
         if (chosen_.format == Format::fimi) {
             const FormatGuess guess = guess_format_of_names(input, {{}, options_.weighted});
@@ -232,9 +233,10 @@ private:
                        ? "; try --format " + word_for(*guess.format) + ", since there are " + guess.seen
                        : "";
         }
-        return chosen_.format_seen.empty() ? ""
-                                           : " (read as " + word_for(chosen_.format) + ", guessed from " +
-                                                 chosen_.format_seen + "; --format says otherwise)";
+        return chosen_.format_seen.empty()
+                   ? ""
+                   : " (read as " + noun_for(chosen_.format) + ", guessed from " + chosen_.format_seen +
+                         "; say --format if it is something else)";
     }
 
     const ReadingOptions& options_;

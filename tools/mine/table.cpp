@@ -35,6 +35,12 @@ private:
     Place place_ = {1, 1};
 };
 
+/// An error about the form of the table.
+FormError form_error(const TextInput& input, std::size_t position, const std::string& found,
+                     const std::string& expected) {
+    return FormError(input_error(input.name, place_of(input.text, position), found, expected));
+}
+
 Error error_at(const TextInput& input, std::size_t position, const std::string& found,
                const std::string& expected) {
     return input_error(input.name, place_of(input.text, position), found, expected);
@@ -51,13 +57,13 @@ void check_header(const std::vector<CsvCell>& header, const TextInput& input) {
         check_name(cell.text, cell.position, input);
         if (cell.text.empty()) {
             const bool is_last = &cell == &header.back();
-            throw error_at(input, cell.position, "a column without a name",
-                           is_last ? "a name for each column, and no separator behind the last"
-                                   : "a name for each column");
+            throw form_error(input, cell.position, "a column without a name",
+                             is_last ? "a name for each column, and no separator behind the last"
+                                     : "a name for each column");
         }
         if (!names.insert(cell.text).second) {
-            throw error_at(input, cell.position, "the name " + shown(cell.text) + " twice in the header",
-                           "a different name for each column");
+            throw form_error(input, cell.position, "the name " + shown(cell.text) + " twice in the header",
+                             "a different name for each column");
         }
     }
 }
@@ -104,13 +110,13 @@ void TableReader::take_header(const Line& header) {
 
 void TableReader::require_same_header(const Line& header) const {
     if (header.cells.size() != header_.size()) {
-        throw error_at(header.input, header.position, "a header of " + in_cells(header.cells.size()),
-                       std::to_string(header_.size()) + ", as many as that of " + file_);
+        throw form_error(header.input, header.position, "a header of " + in_cells(header.cells.size()),
+                         std::to_string(header_.size()) + ", as many as that of " + file_);
     }
     for (std::size_t i = 0; i < header_.size(); ++i) {
         if (header.cells[i].text != header_[i]) {
-            throw error_at(header.input, header.cells[i].position, shown(header.cells[i].text),
-                           shown(header_[i]) + ", as in the header of " + file_);
+            throw form_error(header.input, header.cells[i].position, shown(header.cells[i].text),
+                             shown(header_[i]) + ", as in the header of " + file_);
         }
     }
 }
@@ -118,7 +124,7 @@ void TableReader::require_same_header(const Line& header) const {
 void TableReader::add_line(const Line& line) {
     if (!line.cells.empty() && line.cells.size() != header_.size()) {
         const bool is_last_empty = line.cells.back().text.empty();
-        throw error_at(
+        throw form_error(
             line.input, line.position,
             "a line of " + in_cells(line.cells.size()) + (is_last_empty ? ", the last of them empty" : ""),
             std::to_string(header_.size()) + ", as many as the header has");
