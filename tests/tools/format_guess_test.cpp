@@ -174,7 +174,7 @@ TEST(FormatGuess, LooksBehindTheWeights) {
     EXPECT_EQ(guess_of_weighted("      3 milk,bread\n      1 eggs\n"),
               "basket \",\": numbers, each with 1 to 2 cells");
     EXPECT_EQ(guess_of_weighted("      3 milk,bread\n      1 eggs,milk\n"),
-              "basket \",\": numbers, each with 2 to 2 cells");
+              "basket \",\": numbers, each with 2 cells");
     EXPECT_EQ(guess_of_weighted("      3 milk\n      1 bread\n"),
               "doubt: a single column, without commas, semicolons, tabs or bars");
 }
@@ -244,6 +244,18 @@ TEST(GuessOfNames, SeesTablesAndBasketsAlone) {
     EXPECT_EQ(guess_of_names("a,b\n1,2\n"),
               "table \",\": rows of 2 cells under a first line of distinct names");
     EXPECT_EQ(guess_of_names("1 2\n3,4\n5 6\n"), "doubt: lines of whole numbers");
+}
+
+TEST(TableWithoutWeights, HasAHeaderThatNoNumberPrecedes) {
+    const auto is_one = [](const std::string& text, std::optional<char> separator = {}) {
+        return is_table_without_weights({"a", text}, separator);
+    };
+    EXPECT_TRUE(is_one("kind,age\nx,1\ny,2\n"));
+    EXPECT_TRUE(is_one("\n kind;age\r\nx;1\r\n"));
+    EXPECT_TRUE(is_one("kind:age\nx:1\n", ':'));
+    EXPECT_FALSE(is_one("      3 milk,bread\n      2 eggs,ham\n"));
+    EXPECT_FALSE(is_one("milk,bread\nmilk\n"));
+    EXPECT_FALSE(is_one(""));
 }
 
 char separator_of(const std::string& text, Format format) {

@@ -119,6 +119,20 @@ TEST_F(Reading, ReadsWeightedLines) {
     EXPECT_EQ(named_columns(baskets), (NamedColumns{{"milk", {0, 1}}, {"bread", {0}}}));
 }
 
+TEST_F(Reading, SaysHowWeightsOfATableAreReadWhereLinesShouldBeginWithThem) {
+    const std::string table = "kind,n\nx,1\ny,2\n";
+    const std::string expected =
+        "expected how many times the transaction occurs, a number from 1 to 4294967295, and a blank";
+    const std::string hint =
+        "; if this is a table, say --format table, and --weight COLUMN where a column says how many times "
+        "each line occurs";
+    EXPECT_EQ(complaint({table}, weighted()), "a:1:1: found \"kind,n\"; " + expected + hint);
+    ReadingOptions options = as(Format::fimi);
+    options.weighted = true;
+    EXPECT_EQ(complaint({table}, options), "a:1:1: found \"kind,n\"; " + expected + hint);
+    EXPECT_EQ(complaint({"milk,bread\nmilk\n"}, weighted()), "a:1:1: found \"milk,bread\"; " + expected);
+}
+
 TEST_F(Reading, RefusesMoreTransactionsThanCanBeCounted) {
     EXPECT_EQ(complaint({"2147483647 1\n1 2\n"}, weighted()),
               "found more than 2147483647 transactions; expected at most so many");

@@ -255,6 +255,12 @@ std::string cells(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " cell" : " cells");
 }
 
+/// "2 cells", or "2 to 7 cells".
+std::string cells(const Lengths& lengths) {
+    const bool vary = lengths.smallest < lengths.largest;
+    return (vary ? std::to_string(lengths.smallest) + " to " : "") + cells(lengths.largest);
+}
+
 FormatGuess guess_from_equal_rows(const Rows& rows) {
     const std::string seen = "rows of " + cells(rows.rows.front().size());
     if (rows.rows.size() == 1) {
@@ -271,7 +277,7 @@ FormatGuess guess_from_equal_rows(const Rows& rows) {
 
 FormatGuess guess_from_varying_rows(const Rows& rows) {
     const Lengths lengths = lengths_of(rows.rows);
-    const std::string seen = "lines of " + std::to_string(lengths.smallest) + " to " + cells(lengths.largest);
+    const std::string seen = "lines of " + cells(lengths);
     if (rows.rows_with_separator() * 10 < rows.rows.size()) {
         return {{}, rows.separator, seen + ", nearly all of 1"};
     }
@@ -290,8 +296,7 @@ FormatGuess guess_from_rows(const Rows& rows, bool weighted) {
     }
     if (weighted) {
         const Lengths lengths = lengths_of(rows.rows);
-        return {Format::basket, rows.separator,
-                "numbers, each with " + std::to_string(lengths.smallest) + " to " + cells(lengths.largest)};
+        return {Format::basket, rows.separator, "numbers, each with " + cells(lengths)};
     }
     return rows.are_of_equal_length() ? guess_from_equal_rows(rows) : guess_from_varying_rows(rows);
 }
@@ -382,6 +387,13 @@ FormatGuess guess_format_of_names(const TextInput& input, const KnownOfText& kno
         return {{}, {}, "lines of whole numbers"};
     }
     return guess_from_cells(sample, numbers, known);
+}
+
+bool is_table_without_weights(const TextInput& input, std::optional<char> separator) {
+    const std::string_view text = input.text;
+    const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+    const std::string_view first = text.substr(begin, text.find('\n', begin) - begin);
+    return without_weight(first) == first && guess_format(input, {separator, false}).format == Format::table;
 }
 
 char guess_separator(const TextInput& input, Format format, bool weighted) {

@@ -56,6 +56,10 @@ FormatGuess guess_format(const TextInput& input, const KnownOfText& known);
 /// with blanks between them, there is doubt.
 FormatGuess guess_format_of_names(const TextInput& input, const KnownOfText& known);
 
+/// Whether a text seems to be a table, and its first line does not begin with how many times it occurs, as
+/// those of weighted fimi and baskets do. `separator`: that of its cells; guessed where it is not given.
+bool is_table_without_weights(const TextInput& input, std::optional<char> separator);
+
 /// The separator of baskets or of a table, from the same lines; a comma when there is none of the likely
 /// ones. Throws Error, which names --separator, when several are likely.
 char guess_separator(const TextInput& input, Format format, bool weighted);

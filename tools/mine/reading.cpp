@@ -222,6 +222,13 @@ private:
             std::visit([&input](auto& reader) { reader.add(input); }, *reader_);
         } catch (const FormError& error) {
             throw Error(error.what() + hint_behind_error(input));
+        } catch (const Error& error) {
+            if (!options_.weighted || !is_table_without_weights(input, options_.separator)) {
+                throw;
+            }
+            throw Error(error.what() +
+                        std::string("; if this is a table, say --format table, and --weight COLUMN where a "
+                                    "column says how many times each line occurs"));
         }
     }
 
