@@ -9,10 +9,11 @@
 namespace korv::tools {
 namespace {
 
-/// A guess in one line: the format, or "doubt"; the separator; what was seen.
+/// A guess in one line: the format, or "doubt"; the separator; what was seen, and in which line.
 std::string in_words(const FormatGuess& guess) {
     return (guess.format ? word_for(*guess.format) : "doubt") +
-           (guess.separator ? " " + shown_separator(*guess.separator) : "") + ": " + guess.seen;
+           (guess.separator ? " " + shown_separator(*guess.separator) : "") + ": " + guess.seen +
+           (guess.line ? " in line " + std::to_string(*guess.line) : "");
 }
 
 std::string guess_of(const std::string& text) {
@@ -104,7 +105,8 @@ TEST(FormatGuess, DoubtsASeparatorThatHardlyOccurs) {
     for (int i = 0; i < 20; ++i) {
         names += "item " + std::to_string(i) + '\n';
     }
-    EXPECT_EQ(guess_of("bread, white\n" + names), "doubt \",\": lines of 1 to 2 cells, nearly all of 1");
+    EXPECT_EQ(guess_of("bread, white\n" + names),
+              "doubt \",\": a line of 2 cells, where nearly all have 1 in line 1");
 }
 
 TEST(FormatGuess, DoubtsASingleLine) {
@@ -132,7 +134,14 @@ TEST(FormatGuess, DoubtsATableWithLinesThatAreTooShort) {
 
 TEST(FormatGuess, DoubtsATableUnderATitle) {
     EXPECT_EQ(guess_of("Sales of 2020\n\na,b,c\n1,2,3\n4,5,6\n7,8,9\n"),
-              "doubt \",\": lines of 1 to 3 cells, nearly all of 3");
+              "doubt \",\": a line of 1 cell, where nearly all have 3 in line 1");
+}
+
+TEST(FormatGuess, TellsTheFirstLineThatIsShorterOrLongerThanNearlyAll) {
+    const std::string rows = "4,5,6\n\n7,8,9\n\"1\n\n2\",2,3\n4,5,6\n";
+    const std::string doubt = "doubt \",\": a line of 2 cells, where nearly all have 3 in line ";
+    EXPECT_EQ(guess_of("a,b,c\n" + rows + "1,2\n"), doubt + "9");
+    EXPECT_EQ(guess_of("\n\na,b,c\n" + rows + "1,2\n1,2,3,4\n" + rows), doubt + "11");
 }
 
 TEST(FormatGuess, DoubtsNumbersAndNamesBetweenTabs) {
@@ -187,7 +196,7 @@ TEST(FormatGuess, LooksAtTheFirstThousandLines) {
     EXPECT_EQ(guess_of(table + "1,2,3\n"),
               "table \",\": rows of 2 cells under a first line of distinct names");
     EXPECT_EQ(guess_of(table.substr(0, table.size() - 4) + "1,2,3\n"),
-              "doubt \",\": lines of 2 to 3 cells, nearly all of 2");
+              "doubt \",\": a line of 3 cells, where nearly all have 2 in line 1000");
 }
 
 TEST(FormatGuess, LooksAtWholeLinesOfALongText) {
@@ -311,9 +320,10 @@ TEST(OtherSeparatorOfAHeader, IsNoneWhereTheHeaderHasCellsOrTheRowsHaveNone) {
 }
 
 TEST(FormatGuess, SaysThatDoubtMayComeFromAQuote) {
-    EXPECT_EQ(guess_of("name,size\nTV,\"12\nPC,9\n"),
-              "doubt \",\": a single line of 2 cells before a quote that is not closed, or is not the end of "
-              "its cell");
+    EXPECT_EQ(
+        guess_of("name,size\nTV,\"12\nPC,9\n"),
+        "doubt \",\": a single line of 2 cells, before a quote that is not closed, or is not the end of "
+        "its cell");
 }
 
 }  // namespace

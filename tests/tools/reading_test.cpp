@@ -183,6 +183,9 @@ TEST_F(Reading, NamesTheOptionWhereTheFormatIsDoubtful) {
         complaint({"a,b,a\n1,2,3\n"}),
         "a: found rows of 3 cells under a first line with \"a\" twice; expected --format to say whether "
         "it is fimi, basket or table");
+    EXPECT_EQ(complaint({"a,b\n1,2\n\n3,4\n5\n6,7\n"}),
+              "a:5: found a line of 1 cell, where nearly all have 2; expected --format to say whether it is "
+              "fimi, basket or table");
     EXPECT_EQ(complaint({"  3 milk\n  2 eggs\n"}, weighted()),
               "a: found a single column, without commas, semicolons, tabs or bars; expected --format to say "
               "whether it is fimi or basket");

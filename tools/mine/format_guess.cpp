@@ -42,7 +42,8 @@ std::string_view without_weight(std::string_view line) {
 /// The first lines of a text, without those that are blank.
 struct Sample {
     TextInput text;
-    bool is_all = true;  ///< whether no line follows
+    bool is_all = true;                     ///< whether no line follows
+    std::vector<std::size_t> numbers = {};  ///< of the lines, from 1, as they are in the whole text
 };
 
 Sample sample_of(const TextInput& input, bool weighted) {
@@ -53,17 +54,19 @@ Sample sample_of(const TextInput& input, bool weighted) {
         const std::size_t last_end = text.rfind('\n');
         text = text.substr(0, last_end == std::string_view::npos ? text.size() : last_end + 1);
     }
-    std::size_t lines = 0;
+    std::size_t number = 0;
     for_each_line(text, [&](std::string_view line) {
+        ++number;
         line = weighted ? without_weight(line) : line;
         if (without_blanks_before(line).empty()) {
             return;
         }
-        if (++lines > most_lines) {
+        if (sample.numbers.size() == most_lines) {
             sample.is_all = false;
             return;
         }
         sample.text.text.append(line).append("\n");
+        sample.numbers.push_back(number);
     });
     return sample;
 }
@@ -99,7 +102,8 @@ Numbers numbers_in(std::string_view line) {
 struct Rows {
     char separator;
     std::vector<Row> rows;
-    bool is_broken = false;  ///< whether quotes are not as they should be behind these rows
+    std::vector<std::size_t> lines = {};  ///< in which the rows begin, numbered from 1 in the whole text
+    bool is_broken = false;               ///< whether quotes are not as they should be behind these rows
 
     std::size_t rows_with_separator() const {
         return static_cast<std::size_t>(
@@ -115,8 +119,14 @@ struct Rows {
 Rows rows_of(const Sample& sample, char separator) {
     Rows result = {separator, {}};
     CsvReader reader(sample.text, separator);
+    std::size_t line = 0;  // of the sample
     try {
         for (std::vector<CsvCell> cells; reader.next(cells);) {
+            result.lines.push_back(sample.numbers[line]);
+            const std::string_view read =
+                std::string_view(sample.text.text)
+                    .substr(reader.line_position(), reader.position() - reader.line_position());
+            line += static_cast<std::size_t>(std::ranges::count(read, '\n'));
             Row& row = result.rows.emplace_back();
             for (const CsvCell& cell : cells) {
                 row.emplace_back(cell.text);
@@ -275,14 +285,21 @@ FormatGuess guess_from_equal_rows(const Rows& rows) {
     return {Format::table, rows.separator, seen + " under a first line of distinct names"};
 }
 
+/// Doubt, since some rows have not as many cells as nearly all have.
+FormatGuess guess_from_odd_row(const Rows& rows, std::size_t usual) {
+    const auto odd = std::ranges::find_if(rows.rows, [usual](const Row& row) { return row.size() != usual; });
+    const std::string seen =
+        "a line of " + cells(odd->size()) + ", where nearly all have " + std::to_string(usual);
+    return {{}, rows.separator, seen, rows.lines[static_cast<std::size_t>(odd - rows.rows.begin())]};
+}
+
 FormatGuess guess_from_varying_rows(const Rows& rows) {
     const Lengths lengths = lengths_of(rows.rows);
     const std::string seen = "lines of " + cells(lengths);
-    if (rows.rows_with_separator() * 10 < rows.rows.size()) {
-        return {{}, rows.separator, seen + ", nearly all of 1"};
-    }
-    if (lengths.most_frequent > 1 && lengths.frequency * 4 > rows.rows.size() * 3) {
-        return {{}, rows.separator, seen + ", nearly all of " + std::to_string(lengths.most_frequent)};
+    const bool hardly_occurs = rows.rows_with_separator() * 10 < rows.rows.size();
+    const bool are_nearly_equal = lengths.most_frequent > 1 && lengths.frequency * 4 > rows.rows.size() * 3;
+    if (hardly_occurs || are_nearly_equal) {
+        return guess_from_odd_row(rows, lengths.most_frequent);
     }
     if (rows.rows.front().size() == lengths.largest && flaw_of_header(rows.rows).empty()) {
         return {{}, rows.separator, seen + ", none longer than the first, which may be a header"};
@@ -332,11 +349,11 @@ FormatGuess guess_from_cells(const Sample& sample, const NumberCounts& numbers, 
     }
     const Rows* const rows = by_any(likely);
     if (rows == nullptr) {
-        return {{}, {}, listed(likely) + ", each of which may be the separator", true};
+        return {{}, {}, listed(likely) + ", each of which may be the separator", {}, true};
     }
     FormatGuess guess = guess_from_rows(*rows, known.weighted);
     if (!guess.format && rows->is_broken) {
-        guess.seen += " before a quote that is not closed, or is not the end of its cell";
+        guess.seen += ", before a quote that is not closed, or is not the end of its cell";
     }
     if (guess.format == Format::basket && rows->separator == '\t' && numbers.contains(Numbers::tabbed)) {
         guess = {{}, '\t', "lines of numbers with tabs between them, and others"};

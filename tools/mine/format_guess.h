@@ -38,6 +38,8 @@ struct FormatGuess {
     /// What stands between the cells of a basket or a table; nothing when the lines are doubtful about that.
     std::optional<char> separator;
     std::string seen;  ///< what was seen, for messages, such as "lines of 1 to 7 cells"
+    /// The number of the line, from 1, where `seen` says what is in a single one.
+    std::optional<std::size_t> line = {};
     /// Whether there is doubt because several separators are likely.
     bool has_several_separators = false;
 };

@@ -78,7 +78,8 @@ void require_options_for(const FormatGuess& guess, const TextInput& input, const
 
 [[noreturn]] void refuse_doubtful(const TextInput& input, const FormatGuess& guess, bool weighted) {
     const std::string formats = weighted ? "fimi or basket" : "fimi, basket or table";
-    throw Error(input.name + ": found " + guess.seen + "; expected " +
+    const std::string place = guess.line ? ":" + std::to_string(*guess.line) : "";
+    throw Error(input.name + place + ": found " + guess.seen + "; expected " +
                 (guess.has_several_separators ? "--separator to say which"
                                               : "--format to say whether it is " + formats));
 }
