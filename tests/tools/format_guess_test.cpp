@@ -263,6 +263,7 @@ TEST(TableWithoutWeights, HasAHeaderThatNoNumberPrecedes) {
     EXPECT_TRUE(is_one("\n kind;age\r\nx;1\r\n"));
     EXPECT_TRUE(is_one("kind:age\nx:1\n", ':'));
     EXPECT_FALSE(is_one("      3 milk,bread\n      2 eggs,ham\n"));
+    EXPECT_FALSE(is_one("sep=,\n3 milk,bread\n2 eggs,ham\n"));
     EXPECT_FALSE(is_one("milk,bread\nmilk\n"));
     EXPECT_FALSE(is_one(""));
 }

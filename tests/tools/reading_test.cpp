@@ -100,6 +100,49 @@ TEST_F(Reading, GuessesTheSeparatorOfAFormatThatIsGiven) {
               (NamedColumns{{"a=1", {0}}, {"b=2", {0}}}));
 }
 
+TEST_F(Reading, TakesTheSeparatorOfAFirstLineThatSaysIt) {
+    const NamedColumns columns = {{"kind=x", {0}}, {"age=1,5", {0}}};
+    EXPECT_EQ(named_columns(read({"sep=;\r\nkind;age\r\nx;1,5\r\n"})), columns);
+    EXPECT_EQ(description(report_),
+              "table with \";\" (guessed from rows of 2 cells under a first line of distinct names)");
+    EXPECT_EQ(named_columns(read({"sep=;\nkind;age\nx;1,5\n"}, as(Format::table))), columns);
+    EXPECT_EQ(description(report_), "table with \";\"");
+    EXPECT_EQ(named_columns(read({"sep=;\nkind;age\nx;1,5\n"}, with_separator(';'))), columns);
+    EXPECT_EQ(named_columns(read({"sep=\t\n1,2\nmilk\trye, dark\n"})),
+              (NamedColumns{{"1,2", {0}}, {"milk", {1}}, {"rye, dark", {1}}}));
+    EXPECT_EQ(named_columns(read({"sep=\t\n1\n2\t3\n"})), (NamedColumns{{"1", {0}}, {"2", {1}}, {"3", {1}}}));
+}
+
+TEST_F(Reading, SkipsTheLineThatSaysTheSeparatorInEachFile) {
+    EXPECT_EQ(named_columns(read({"sep=;\nk;n\nx;1\n", "sep=;\nk;n\ny;1\n", "k;n\nx;1\n"})),
+              (NamedColumns{{"k=x", {0, 2}}, {"k=y", {1}}, {"n=1", {0, 1, 2}}}));
+    EXPECT_EQ(named_columns(read({"sep=|\n2 milk|tea\n1 tea\n", "sep=|\n3 milk\n"}, weighted())),
+              (NamedColumns{{"milk", {0, 2}}, {"tea", {0, 1}}}));
+    EXPECT_EQ(complaint({"sep=;\nmilk;tea\ntea\n", "sep=,\nmilk,tea\ntea\n"}),
+              "b: found \",\" between cells; expected \";\" as in a, or --separator to say which");
+}
+
+TEST_F(Reading, TellsPlacesBehindALineThatSaysTheSeparator) {
+    EXPECT_EQ(complaint({"sep=;\nk;k\nx;1\n"}, as(Format::table)),
+              "a:2:3: found the name \"k\" twice in the header; expected a different name for each column");
+    EXPECT_EQ(complaint({"sep=;\nk;n\nx;1\ny;2\nz;3\nz\n"}),
+              "a:6: found a line of 1 cell, where nearly all have 2; expected --format to say whether it is "
+              "fimi, basket or table");
+    EXPECT_EQ(complaint({"sep=;\nmilk;\"tea\n"}, as(Format::basket)),
+              "a:2:6: found a quote that is not closed; expected a closing quote");
+    EXPECT_EQ(complaint({"sep=;\n"}, as(Format::table)),
+              "a:2:1: found nothing; expected a line with the names of the columns");
+}
+
+TEST_F(Reading, TakesALineThatSaysAnotherSeparatorThanTheOneGivenForText) {
+    ReadingOptions options = with_separator(',');
+    options.format = Format::basket;
+    EXPECT_EQ(named_columns(read({"sep=;\nmilk,tea\n"}, options)),
+              (NamedColumns{{"sep=;", {0}}, {"milk", {1}}, {"tea", {1}}}));
+    EXPECT_EQ(complaint({"sep=;\n1 2\n"}, as(Format::fimi)),
+              "a:1:1: found \"sep=;\"; expected an item number");
+}
+
 TEST_F(Reading, CountsTransactionsWithoutItems) {
     read({"1 2\n\n \n2\n"});
     EXPECT_EQ(report_.empty_transactions, 2U);
@@ -127,6 +170,7 @@ TEST_F(Reading, SaysHowWeightsOfATableAreReadWhereLinesShouldBeginWithThem) {
         "; if this is a table, say --format table, and --weight COLUMN where a column says how many times "
         "each line occurs";
     EXPECT_EQ(complaint({table}, weighted()), "a:1:1: found \"kind,n\"; " + expected + hint);
+    EXPECT_EQ(complaint({"sep=;\nkind;n\nx;1\n"}, weighted()), "a:2:1: found \"kind;n\"; " + expected + hint);
     ReadingOptions options = as(Format::fimi);
     options.weighted = true;
     EXPECT_EQ(complaint({table}, options), "a:1:1: found \"kind,n\"; " + expected + hint);

@@ -6,9 +6,10 @@
 
 namespace korv::tools {
 
-void BasketReader::add(const TextInput& input) {
+void BasketReader::add(const TextInput& input, std::size_t begin) {
     const std::string_view text = input.text;
     CsvReader reader(input, separator_);
+    reader.move_to(begin);
     for (std::vector<CsvCell> row; reader.position() < text.size();) {
         Count weight = 1;
         if (weighted_) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "common/csv.h"
@@ -20,9 +21,10 @@ public:
     explicit BasketReader(char separator, bool weighted = false)
         : separator_(separator), weighted_(weighted) {}
 
-    /// Reads the baskets of one more input, which is not needed afterwards. Throws Error, with the place, for
-    /// anything but baskets, and where there are more than most_transactions.
-    void add(const TextInput& input);
+    /// Reads the baskets of one more input from the position `begin` on. The input is not needed afterwards.
+    /// Throws Error, with the place, for anything but baskets, and where there are more than
+    /// most_transactions.
+    void add(const TextInput& input, std::size_t begin = 0);
 
     /// The transactions of all inputs in their order, with the names of the items. Call this once, last.
     Database finish();

@@ -10,6 +10,7 @@
 #include "common/csv.h"
 #include "common/error.h"
 #include "common/lines.h"
+#include "mine/separator_line.h"
 
 namespace korv::tools {
 
@@ -47,14 +48,15 @@ struct Sample {
 };
 
 Sample sample_of(const TextInput& input, bool weighted) {
-    std::string_view text = input.text;
+    const auto stated = separator_line(input);
+    std::string_view text = std::string_view(input.text).substr(stated ? stated->end : 0);
     Sample sample = {{input.name, {}}, text.size() <= most_bytes};
     if (!sample.is_all) {
         text = text.substr(0, most_bytes);
         const std::size_t last_end = text.rfind('\n');
         text = text.substr(0, last_end == std::string_view::npos ? text.size() : last_end + 1);
     }
-    std::size_t number = 0;
+    std::size_t number = stated ? 1 : 0;
     for_each_line(text, [&](std::string_view line) {
         ++number;
         line = weighted ? without_weight(line) : line;
@@ -382,7 +384,8 @@ std::string shown_separator(char separator) {
 FormatGuess guess_format(const TextInput& input, const KnownOfText& known) {
     const Sample sample = sample_of(input, known.weighted);
     const NumberCounts numbers = count_numbers(sample);
-    if (const auto fimi = guess_from_numbers(numbers)) {
+    const auto fimi = guess_from_numbers(numbers);
+    if (fimi && !separator_line(input)) {
         return *fimi;
     }
     FormatGuess guess = guess_from_cells(sample, numbers, known);
@@ -407,9 +410,8 @@ FormatGuess guess_format_of_names(const TextInput& input, const KnownOfText& kno
 }
 
 bool is_table_without_weights(const TextInput& input, std::optional<char> separator) {
-    const std::string_view text = input.text;
-    const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-    const std::string_view first = text.substr(begin, text.find('\n', begin) - begin);
+    const Sample sample = sample_of(input, false);
+    const std::string_view first = std::string_view(sample.text.text).substr(0, sample.text.text.find('\n'));
     return without_weight(first) == first && guess_format(input, {separator, false}).format == Format::table;
 }
 
@@ -431,6 +433,10 @@ char guess_separator(const TextInput& input, Format format, bool weighted) {
 }
 
 std::optional<char> another_separator(const TextInput& input, char separator, bool weighted) {
+    const auto stated = separator_line(input);
+    if (stated && stated->separator != separator) {
+        return stated->separator;
+    }
     const Sample sample = sample_of(input, weighted);
     const std::vector<Rows> likely = likely_rows(sample);
     const bool is_other = likely.size() == 1 && !rows_of(sample, separator).occurs();

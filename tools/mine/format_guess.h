@@ -44,7 +44,8 @@ struct FormatGuess {
     bool has_several_separators = false;
 };
 
-/// Guesses the format of a text from its first lines, at most 1,000 lines in 1 MiB. A text without anything
+/// Guesses the format of a text from its first lines, at most 1,000 lines in 1 MiB. Here and below, a
+/// separator_line is none of them; a text with one is never fimi. A text without anything
 /// but blanks is fimi. Prefers doubt to a guess that may be wrong: what could be two formats is neither.
 ///
 /// fimi: whole numbers with blanks or tabs between them, in all lines, or in some with blanks (whatever is
@@ -67,7 +68,7 @@ bool is_table_without_weights(const TextInput& input, std::optional<char> separa
 char guess_separator(const TextInput& input, Format format, bool weighted);
 
 /// The one likely separator that the first lines hold where they do not hold `separator`; nothing when they
-/// hold that, or several, or none.
+/// hold that, or several, or none. A separator_line that says another counts as well.
 std::optional<char> another_separator(const TextInput& input, char separator, bool weighted);
 
 /// What the first row of a table with one column holds instead: the most frequent of the likely separators

@@ -8,6 +8,7 @@
 #include "common/text_input.h"
 #include "mine/basket.h"
 #include "mine/fimi.h"
+#include "mine/separator_line.h"
 
 namespace korv::tools {
 
@@ -107,29 +108,38 @@ void require_line_ends(const TextInput& input) {
     }
 }
 
+std::optional<char> stated_separator(const TextInput& input) {
+    const auto line = separator_line(input);
+    return line ? std::optional(line->separator) : std::nullopt;
+}
+
 /// Decides how to read, by the first text in which anything is written.
 ReadingReport choose(const TextInput& input, const ReadingOptions& options) {
     ReadingReport chosen;
-    chosen.separator = options.separator;
+    chosen.separator = options.separator ? options.separator : stated_separator(input);
     if (options.format) {
         require_options_for(*options.format, options);
         chosen.format = *options.format;
     } else {
-        const FormatGuess guess = guess_format(input, {options.separator, options.weighted});
+        const FormatGuess guess = guess_format(input, {chosen.separator, options.weighted});
         if (!guess.format) {
             refuse_doubtful(input, guess, options.weighted);
         }
         require_options_for(guess, input, options);
         chosen.format = *guess.format;
         chosen.format_seen = guess.seen;
-        chosen.separator = options.separator ? options.separator : guess.separator;
+        if (!chosen.separator) {
+            chosen.separator = guess.separator;
+            chosen.separator_guessed = guess.separator.has_value();
+        }
     }
     if (chosen.format == Format::fimi) {
+        chosen.separator = {};
         return chosen;
     }
-    chosen.separator_guessed = !options.separator;
     if (!chosen.separator) {
         chosen.separator = guess_separator(input, chosen.format, options.weighted);
+        chosen.separator_guessed = true;
     }
     return chosen;
 }
@@ -200,7 +210,7 @@ private:
         if (is_blank(input)) {
             return;
         }
-        if (chosen_.separator_guessed) {
+        if (chosen_.separator && !options_.separator) {
             const auto other = another_separator(input, *chosen_.separator, options_.weighted);
             if (other) {
                 throw Error(input.name + ": found " + shown_separator(*other) + " between cells; expected " +
@@ -220,7 +230,13 @@ private:
 
     void read(const TextInput& input) {
         try {
-            std::visit([&input](auto& reader) { reader.add(input); }, *reader_);
+            if (auto* const fimi = std::get_if<FimiReader>(&*reader_)) {
+                fimi->add(input);
+            } else if (auto* const baskets = std::get_if<BasketReader>(&*reader_)) {
+                baskets->add(input, begin_of(input));
+            } else {
+                std::get<TableReader>(*reader_).add(input, begin_of(input));
+            }
         } catch (const FormError& error) {
             throw Error(error.what() + hint_behind_error(input));
         } catch (const Error& error) {
@@ -231,6 +247,12 @@ private:
                         std::string("; if this is a table, say --format table, and --weight COLUMN where a "
                                     "column says how many times each line occurs"));
         }
+    }
+
+    /// Where the cells begin: behind a line that says what their separator is.
+    std::size_t begin_of(const TextInput& input) const {
+        const auto line = separator_line(input);
+        return line && line->separator == chosen_.separator ? line->end : 0;
     }
 
     /// How to read an input that does not have the form that it should have.

@@ -12,9 +12,10 @@ namespace korv::tools {
 
 /// How transactions are to be read.
 struct ReadingOptions {
-    std::optional<Format> format;   ///< guessed where it is not given
-    std::optional<char> separator;  ///< of baskets and tables; guessed where it is not given
-    bool weighted = false;          ///< of fimi and baskets: see take_weight
+    std::optional<Format> format;  ///< guessed where it is not given
+    /// Of baskets and tables. Where it is not given, it is that of a separator_line, or guessed.
+    std::optional<char> separator;
+    bool weighted = false;  ///< of fimi and baskets: see take_weight
     TableOptions table;
     /// The options of the command line that go with tables alone, for a message where there is no table.
     std::vector<std::string> given_for_tables;
@@ -32,8 +33,8 @@ struct ReadingReport {
 
 /// Reads transactions from files, one after the other, as if they were one; each text is freed before the
 /// next is read. "-" is standard input. All of them have one format and one separator: those of the first in
-/// which anything is written. Items without numbers of their own are numbered across all files. Fills
-/// `report`.
+/// which anything is written. A separator_line of that separator is skipped in each text. Items without
+/// numbers of their own are numbered across all files. Fills `report`.
 ///
 /// Throws Error where a file cannot be read or does not have the format, where the format or the separator
 /// cannot be told, where options do not go with the format, where there is no item at all, and where standard

@@ -75,11 +75,13 @@ TableReader::TableReader(char separator, TableOptions options)
     check_rules(options_);
 }
 
-void TableReader::add(const TextInput& input) {
+void TableReader::add(const TextInput& input, std::size_t begin) {
     CsvReader reader(input, separator_);
+    reader.move_to(begin);
     std::vector<CsvCell> cells;
     if (!reader.next(cells) || cells.empty()) {
-        throw input_error(input.name, {1, 1}, "nothing", "a line with the names of the columns");
+        throw input_error(input.name, place_of(input.text, begin), "nothing",
+                          "a line with the names of the columns");
     }
     const Line header = {cells, reader.line_position(), input};
     if (header_.empty()) {

@@ -59,11 +59,11 @@ public:
     TableReader(const TableReader&) = delete;
     TableReader& operator=(const TableReader&) = delete;
 
-    /// Reads one more table, whose header must be that of the first. The input is not needed afterwards.
-    /// Throws Error, with the place, when the input does not have the form of a table, when a cell is not
-    /// what the options say, and when there are more than 2^31 - 1 transactions. Throws Error for options
-    /// that name columns that do not exist.
-    void add(const TextInput& input);
+    /// Reads one more table, which begins at the position `begin`; its header must be that of the first. The
+    /// input is not needed afterwards. Throws Error, with the place, when the input does not have the form of
+    /// a table, when a cell is not what the options say, and when there are more than 2^31 - 1 transactions.
+    /// Throws Error for options that name columns that do not exist.
+    void add(const TextInput& input, std::size_t begin = 0);
 
     /// The transactions of all tables in their order, with the names of the items; at least one table was
     /// added. Throws Error when there is no item at all, and when columns have items of the same name. Call
