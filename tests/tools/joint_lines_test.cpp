@@ -12,7 +12,8 @@ using Rows = JointLines::Rows;
 
 class JointLinesTest : public ::testing::TestWithParam<Rows> {};
 
-INSTANTIATE_TEST_SUITE_P(Both, JointLinesTest, ::testing::Values(Rows::bits, Rows::lists));
+INSTANTIATE_TEST_SUITE_P(Rows, JointLinesTest, ::testing::Values(Rows::bits, Rows::lists),
+                         [](const auto& each) { return each.param == Rows::bits ? "Bits" : "Lists"; });
 
 TEST_P(JointLinesTest, CountLinesOfASetThatAreInARow) {
     JointLines joint_lines;

@@ -142,6 +142,19 @@ TEST_F(SummaryTest, NamesTenColumnsAtMost) {
     EXPECT_NE(notes().find("\nGroups of such columns besides these: 1\n"), std::string::npos) << notes();
 }
 
+TEST_F(SummaryTest, NamesColumnsWithAnotherValueInEveryLine) {
+    reading_.table = TableReport();
+    reading_.table->identifiers = {"id"};
+    EXPECT_TRUE(notes().starts_with(
+        "The column \"id\" has another value in every line: --ignore leaves it out\nTo derive"))
+        << notes();
+    reading_.table->identifiers = {"id", "mail"};
+    EXPECT_TRUE(
+        notes().starts_with("The columns \"id\" and \"mail\" have other values in every line: --ignore "
+                            "leaves columns out\nTo derive"))
+        << notes();
+}
+
 TEST_F(SummaryTest, CountsLinesWithoutWeight) {
     reading_.table = TableReport();
     reading_.table->left_out = 2;

@@ -96,11 +96,11 @@ const BitWord* DenseCover::made(LazyBits Prefix::*which, std::size_t size, Combi
 }
 
 const BitWord* DenseCover::any(std::size_t size) {
-    return made(&Prefix::any, size, std::bit_or<BitWord>());
+    return made(&Prefix::any, size, std::bit_or<>());
 }
 
 const BitWord* DenseCover::all(std::size_t size) {
-    return made(&Prefix::all, size, std::bit_and<BitWord>());
+    return made(&Prefix::all, size, std::bit_and<>());
 }
 
 /// Whether an item stays outside the closure when `added` extends the prefix of this size. Then it gets a new

@@ -80,6 +80,16 @@ void add_uncut(const std::vector<UncutColumn>& columns, std::string& text) {
     }
 }
 
+void add_identifiers(const std::vector<std::string>& columns, std::string& text) {
+    if (columns.size() == 1) {
+        text +=
+            "The column " + list_of(columns) + " has another value in every line: --ignore leaves it out\n";
+    } else if (!columns.empty()) {
+        text += "The columns " + list_of(columns) +
+                " have other values in every line: --ignore leaves columns out\n";
+    }
+}
+
 void add_twins(const std::vector<std::vector<std::string>>& groups, std::string& text) {
     for (std::size_t i = 0; i < std::min(groups.size(), most_listed); ++i) {
         text += "The columns " + list_of(groups[i]) +
@@ -97,6 +107,7 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
     }
     const TableReport& table = *reading.table;
     add_uncut(table.uncut, text);
+    add_identifiers(table.identifiers, text);
     add_twins(table.twins, text);
     if (table.left_out > 0) {
         text += counted(table.left_out, "line") + " with the weight 0 " +
