@@ -39,8 +39,7 @@ void JointLines::assign(std::size_t row, Set& set) const {
 void JointLines::intersect(const Set& set, std::size_t row, Set& both) const {
     if (kind_ == Rows::bits) {
         both.bits.resize(bits_.words());
-        std::transform(set.bits.begin(), set.bits.end(), bits_[row], both.bits.begin(),
-                       std::bit_and<>());
+        std::transform(set.bits.begin(), set.bits.end(), bits_[row], both.bits.begin(), std::bit_and<>());
         return;
     }
     both.lines.clear();
