@@ -2,29 +2,31 @@
 
 namespace korv::tools {
 
-namespace {
-
-/// So many partners for each item are the most that are kept.
-constexpr std::size_t most_for_an_item = 256;
-
-}  // namespace
+Partners::Partners(const RankedItems& items) : items_(items), partners_(items.frequent) {
+    for (const std::span<const Transaction> lines : items.transactions) {
+        most_ += lines.size();
+    }
+}
 
 void Partners::add(Rank frequent, Rank other, Count together) {
-    add_if_often(frequent, other, together);
-    if (other < items_.frequent) {
+    if (is_complete_) {
+        add_if_often(frequent, other, together);
+    }
+    if (is_complete_ && other < items_.frequent) {
         add_if_often(other, frequent, together);
     }
 }
 
 void Partners::add_if_often(Rank item, Rank partner, Count together) {
-    if (!is_complete_ || std::uint64_t{together} * least_share < items_.supports[partner]) {
+    if (std::uint64_t{together} * least_share < items_.supports[partner]) {
+        return;
+    }
+    if (++size_ > most_) {
+        is_complete_ = false;
+        partners_ = {};
         return;
     }
     partners_[item].push_back({partner, together});
-    if (++size_ > most_for_an_item * items_.size()) {
-        is_complete_ = false;
-        partners_ = {};
-    }
 }
 
 }  // namespace korv::tools

@@ -24,14 +24,14 @@ public:
     };
 
     /// Without partners. `items` must outlive them.
-    explicit Partners(const RankedItems& items) : items_(items), partners_(items.frequent) {}
+    explicit Partners(const RankedItems& items);
 
     /// Tells in how many transactions two items are together, of which `frequent` is a frequent one. Each
     /// pair is told once.
     void add(Rank frequent, Rank other, Count together);
 
-    /// Whether all partners are kept. They are not, for the sake of memory, where they are many times as many
-    /// as the items.
+    /// Whether all partners are kept. They are not, for the sake of memory, where there are more of them than
+    /// the items have lines together.
     bool is_complete() const { return is_complete_; }
 
     /// The partners of a frequent item, in the order in which they were told.
@@ -43,6 +43,7 @@ private:
     const RankedItems& items_;
     std::vector<std::vector<Partner>> partners_;  ///< by rank
     std::size_t size_ = 0;                        ///< of all lists
+    std::size_t most_ = 0;                        ///< the largest size of all lists together
     bool is_complete_ = true;
 };
 
