@@ -9,10 +9,10 @@ namespace {
 BitRows rows_of_71_lines() {
     BitRows rows;
     rows.reset(2, 71);
-    for (const std::size_t line : {0, 1, 70}) {
+    for (const std::size_t line : std::initializer_list<std::size_t>{0, 1, 70}) {
         rows.insert(0, line);
     }
-    for (const std::size_t line : {1, 2}) {
+    for (const std::size_t line : std::initializer_list<std::size_t>{1, 2}) {
         rows.insert(1, line);
     }
     return rows;

@@ -106,7 +106,7 @@ public:
     std::size_t compared() const { return compared_; }
 
 private:
-    void visit(const Counted& prefix, Rank rank, std::vector<Candidate> candidates) {
+    void visit(const Counted& prefix, Rank rank, const std::vector<Candidate>& candidates) {
         ++compared_;
         const Counted counted = prefix.with(rank);
         ASSERT_EQ(sorted(cover_.enter(rank)), prefix.gain(rank));

@@ -18,10 +18,10 @@ INSTANTIATE_TEST_SUITE_P(Rows, JointLinesTest, ::testing::Values(Rows::bits, Row
 TEST_P(JointLinesTest, CountLinesOfASetThatAreInARow) {
     JointLines joint_lines;
     joint_lines.reset(GetParam(), 3, 100, {});
-    for (const std::size_t line : {0, 3, 70, 99}) {
+    for (const std::size_t line : std::initializer_list<std::size_t>{0, 3, 70, 99}) {
         joint_lines.insert(0, line);
     }
-    for (const std::size_t line : {3, 4, 70}) {
+    for (const std::size_t line : std::initializer_list<std::size_t>{3, 4, 70}) {
         joint_lines.insert(1, line);
     }
     joint_lines.insert(2, 70);
