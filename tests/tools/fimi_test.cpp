@@ -12,23 +12,29 @@
 namespace korv::tools {
 namespace {
 
+Database read(const std::string& text) {
+    FimiReader reader;
+    reader.add({"a.dat", text});
+    return reader.finish();
+}
+
 /// The transactions of each item.
 using Columns = std::map<Item, std::vector<Transaction>>;
 
 Columns columns_of(const std::string& text) {
     Columns columns;
-    for (const Database::ItemColumn& column : read_fimi({"a.dat", text}).items) {
+    for (const Database::ItemColumn& column : read(text).items) {
         columns[column.item] = column.transactions;
     }
     return columns;
 }
 
 Count transactions_in(const std::string& text) {
-    return read_fimi({"a.dat", text}).transactions;
+    return read(text).transactions;
 }
 
 std::string complaint(const std::string& text) {
-    return complaint_of([&] { read_fimi({"a.dat", text}); });
+    return complaint_of([&] { read(text); });
 }
 
 TEST(Fimi, ReadsATransactionALine) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <utility>
@@ -29,5 +30,10 @@ public:
 private:
     int number_;
 };
+
+/// Whether two statuses are of the same file, directory, pipe or device.
+inline bool is_same(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
 
 }  // namespace korv::tools

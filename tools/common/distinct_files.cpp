@@ -5,16 +5,13 @@
 
 #include <optional>
 
+#include "common/descriptor.h"
 #include "common/error.h"
 #include "common/output_place.h"
 
 namespace korv::tools {
 
 namespace {
-
-bool is_same(const struct stat& one, const struct stat& other) {
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
 
 /// Whether something that is written there can be read there.
 bool is_stored(const struct stat& status) {

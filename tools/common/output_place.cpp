@@ -22,10 +22,6 @@ namespace {
     throw Error(path + ": cannot be created: " + std::strerror(errno));
 }
 
-bool is_same(const struct stat& one, const struct stat& other) {
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
 /// A path in two parts: the directory with a slash at its end, and the name in it.
 struct Parts {
     std::string directory;

@@ -11,6 +11,9 @@ namespace korv::tools {
 /// Database::weights).
 using Transaction = Count;
 
+/// The largest number of transactions in a database.
+inline constexpr Count most_transactions = 2147483647;
+
 /// A transaction database, item by item.
 struct Database {
     struct ItemColumn {
@@ -22,7 +25,7 @@ struct Database {
     Count lines = 0;                ///< all of them, including empty ones
     /// For how many transactions each line stands; empty when each stands for one.
     std::vector<Count> weights;
-    Count transactions = 0;          ///< N: the sum of the weights; at most 2^31 - 1
+    Count transactions = 0;          ///< N: the sum of the weights; at most most_transactions
     std::vector<std::string> names;  ///< of `items`, in their order; empty when items have no names
 };
 

@@ -9,9 +9,6 @@
 
 namespace korv::tools {
 
-/// The largest number of transactions in a database.
-inline constexpr Count most_transactions = 2147483647;
-
 /// Turns transactions, one after the other, into a Database.
 class DatabaseBuilder {
 public:

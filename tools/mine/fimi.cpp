@@ -73,10 +73,4 @@ void FimiReader::add(const TextInput& input) {
     });
 }
 
-Database read_fimi(const TextInput& input) {
-    FimiReader reader;
-    reader.add(input);
-    return reader.finish();
-}
-
 }  // namespace korv::tools

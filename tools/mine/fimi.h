@@ -26,7 +26,4 @@ private:
     DatabaseBuilder builder_;
 };
 
-/// The transactions of one input without weights. Throws Error as FimiReader does.
-Database read_fimi(const TextInput& input);
-
 }  // namespace korv::tools

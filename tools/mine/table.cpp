@@ -14,8 +14,6 @@ namespace korv::tools {
 
 namespace {
 
-constexpr Count most_transactions_read = 2147483647;
-
 /// Tells the places of positions in a text that ascend, in one pass over the text.
 class PlaceFinder {
 public:
@@ -159,9 +157,9 @@ std::uint64_t TableReader::weight_of(const Line& line) const {
 }
 
 void TableReader::add_transactions(const Line& line, std::uint64_t weight) {
-    if (weight > most_transactions_read - database_.transactions) {
+    if (weight > most_transactions - database_.transactions) {
         throw error_at(line.input, line.position,
-                       "more than " + std::to_string(most_transactions_read) + " transactions",
+                       "more than " + std::to_string(most_transactions) + " transactions",
                        "at most that many");
     }
     ++database_.lines;
