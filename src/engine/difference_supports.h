@@ -56,6 +56,10 @@ public:
     /// The second time an itemset is asked for, L, U and U' are only looked up.
     Count settle(const Itemset& itemset, SupportBounds& bounds) override;
 
+    /// Whether no class holds a key (an essential itemset, or its closed itemset where it has none) of a
+    /// class of more support, and every essential itemset lies within its closed itemset and has items.
+    bool is_consistent() const { return consistent_; }
+
 private:
     /// The position of a class in the order of the entries.
     using Position = std::uint32_t;

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "base/itemset.h"
+#include "rules/rule_request.h"
+
+namespace korv::tools {
+
+/// The steps that leave rules out, in their order.
+enum class Step : std::size_t {
+    chance,          ///< lift
+    forms,           ///< another form
+    kinds,           ///< another kind
+    columns,         ///< true by the columns of the table alone
+    items,           ///< not the items asked for
+    size,            ///< too many items
+    where,           ///< not as --where asks
+    same_fact,       ///< the same fact in other words
+    reading,         ///< another reading of an association
+    turned_round,    ///< the contrapositive of a rule without exception
+    weaker,          ///< dominated
+    unproductive,    ///< no better than a shorter one
+    per_conclusion,  ///< beyond --per-conclusion
+    top,             ///< beyond --top
+};
+
+inline constexpr std::size_t number_of_steps = static_cast<std::size_t>(Step::top) + 1;
+
+/// What became of every rule.
+struct Accounting {
+    std::uint64_t classes = 0;
+    Count transactions = 0;
+    std::uint64_t pairs = 0;    ///< that were looked at
+    std::uint64_t derived = 0;  ///< rules that reach the minimum support and confidence
+    std::array<std::uint64_t, number_of_steps> left_out = {};
+    /// What was done of what was asked, since it decides on the words of the steps.
+    Prune prune = Prune::none;
+
+    std::uint64_t& operator[](Step step) { return left_out[static_cast<std::size_t>(step)]; }
+    std::uint64_t operator[](Step step) const { return left_out[static_cast<std::size_t>(step)]; }
+
+    /// How many rules are left.
+    std::uint64_t left() const;
+};
+
+/// The accounting in words, for standard error: a line for each step that left rules out, with the option
+/// that undoes it.
+std::string accounting_text(const Accounting& accounting, const RuleRequest& request);
+
+}  // namespace korv::tools

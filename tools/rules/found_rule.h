@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/itemset.h"
+#include "engine/rule_catalogue.h"
+#include "rules/itemset_pool.h"
+
+namespace korv::tools {
+
+/// A side of a rule as it is worded: an itemset of a pool, plain (a transaction holds one of its items) or
+/// negated (it holds none of them).
+class Side {
+public:
+    Side(ItemsetId itemset, bool is_negated) : packed_(itemset << 1 | (is_negated ? 1U : 0U)) {}
+
+    ItemsetId itemset() const { return packed_ >> 1; }
+    bool is_negated() const { return (packed_ & 1) != 0; }
+
+    auto operator<=>(const Side&) const = default;
+
+private:
+    std::uint32_t packed_;
+};
+
+/// The counts of a rule, in transactions. With N, the whole of its fourfold table follows.
+struct Contingency {
+    Count premise;     ///< meet the premise: x
+    Count conclusion;  ///< meet the conclusion: y
+    Count both;        ///< meet both, which is the support of the rule: a
+
+    bool operator==(const Contingency&) const = default;
+};
+
+/// A rule with its sides in words and its counts.
+///
+/// Where a support of its pair is known only within bounds, so are some of the counts: each of them is linear
+/// in that support, with a slope of 1, 0 or -1. The two tables are those at the ends of the bounds.
+struct FoundRule {
+    Side premise;
+    Side conclusion;
+    Contingency at_low;   ///< where the unknown support is smallest
+    Contingency at_high;  ///< where it is largest; the same where every count is known
+    Form form;            ///< as korv prints the rule
+    Count wordings = 1;   ///< how many rules say the same of every transaction; this is the first of them
+    Count readings = 1;   ///< how many rules tell of the same association; this is the best of them
+
+    bool is_known() const { return at_low == at_high; }
+};
+
+/// What is known of a rule, as users choose and read it.
+enum class Certainty {
+    exact,          ///< it has no exception, and its support is known
+    approximative,  ///< it has exceptions; support and confidence are known
+    bounded,        ///< support or confidence is known only within bounds
+};
+
+/// The certainty of a rule. One of which only the support of the conclusion is open is not bounded. One of
+/// support 0 is approximative.
+constexpr Certainty certainty(const FoundRule& rule) {
+    const Contingency& low = rule.at_low;
+    const Contingency& high = rule.at_high;
+    if (low.both != high.both || low.premise != high.premise) {
+        return Certainty::bounded;
+    }
+    return low.both == low.premise && low.both != 0 ? Certainty::exact : Certainty::approximative;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "base/itemset.h"
+#include "rules/found_rule.h"
+
+namespace korv::tools {
+
+/// What can be measured of a rule.
+enum class Measure : std::size_t {
+    support,
+    coverage,
+    prevalence,
+    confidence,
+    recall,
+    lift,
+    leverage,
+    added_value,
+    conviction,
+    certainty,
+    zhang,
+    phi,
+    kappa,
+    yule_q,
+    odds_ratio,
+    relative_risk,
+    jaccard,
+    cosine,
+    kulczynski,
+    imbalance,
+    laplace,
+    chi2,
+    p,
+};
+
+inline constexpr std::size_t number_of_measures = static_cast<std::size_t>(Measure::p) + 1;
+
+/// The name of a measure on the command line and in columns, such as "added_value".
+std::string_view name_of(Measure measure);
+
+/// The measure of this name; nothing for any other text.
+std::optional<Measure> measure_named(std::string_view name);
+
+/// The smallest and the largest value that a measure can have, as far as the counts are known; equal where
+/// it is known. Infinity is a value. NaN, both, where no value is defined (0/0).
+struct MeasureBounds {
+    double low;
+    double high;
+};
+
+/// The value of a measure for one table of a database of N transactions. Infinite, or NaN where it is not
+/// defined.
+double value_of(Measure measure, const Contingency& table, Count transactions);
+
+/// The bounds of a measure over all tables between the two of a rule. O(1).
+MeasureBounds bounds_of(Measure measure, const FoundRule& rule, Count transactions);
+
+/// The text of --help-measures: a line for each measure with its name, its formula and what it says.
+std::string_view help_on_measures();
+
+}  // namespace korv::tools

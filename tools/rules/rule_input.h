@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/itemset.h"
+#include "engine/classes.h"
+#include "mine/database.h"
+#include "mine/mining_request.h"
+#include "mine/reading.h"
+#include "rules/item_names.h"
+
+namespace korv::tools {
+
+/// Where rules come from.
+struct InputRequest {
+    std::vector<std::string> paths;  ///< a class file, or transactions; "-" is standard input
+    /// Whether the input is a class file; seen from its first lines where that is not given.
+    std::optional<bool> is_class_file;
+    ReadingOptions reading;             ///< of transactions, and of `database`
+    MiningRequest mining;               ///< of transactions; its min_supports hold one
+    bool has_bins = false;              ///< whether --bins was given
+    std::optional<Count> transactions;  ///< N, for a class file without a database
+    std::string database;               ///< path of the transactions of a class file; empty for none
+    std::string names;                  ///< path of a names file; empty for the default
+    std::size_t max_items = 6;          ///< no essential itemset is mined that has more; 0 for any
+};
+
+/// The classes that rules are derived from.
+struct RuleInput {
+    ClassMap classes;
+    Count transactions = 0;  ///< N
+    ItemNames names;
+    std::optional<Database> database;  ///< where the transactions are at hand
+    /// What the summary says of the input: whole lines, without line ends.
+    std::vector<std::string> notes;
+    /// The lines of the class file in the order of `classes`, for messages; empty for transactions.
+    std::vector<std::uint32_t> lines;
+    std::string path;  ///< of the class file, for messages
+};
+
+/// Tells how the mining goes. Returns false to end it.
+using MiningGoOn = std::function<bool(const MiningProgress&)>;
+
+/// Reads a class file, or transactions and mines them. Throws Error for what is wrong with an input: see
+/// class_file.h and reading.h.
+RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on);
+
+}  // namespace korv::tools

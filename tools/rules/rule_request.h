@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/rule_catalogue.h"
+#include "mine/threshold.h"
+#include "rules/found_rule.h"
+#include "rules/measures.h"
+
+namespace korv::tools {
+
+/// How sides are worded.
+enum class Wording {
+    shortest,  ///< by the shortest itemset that says the same of every transaction
+    full,      ///< as korv writes them
+};
+
+/// Which rules of an association are kept.
+enum class Readings {
+    one,  ///< the best one
+    all,
+};
+
+/// Which rules are left out because another one says more. Each goes on where the one before it ends.
+enum class Prune {
+    none,
+    same,        ///< weaker than a rule of the same conclusion
+    full,        ///< weaker than any other rule
+    productive,  ///< no better than a rule of fewer items
+};
+
+/// Where a pattern of items is looked for.
+enum class PatternPlace { either, premise, conclusion };
+
+/// A pattern of --with, --without, --if, --if-not, --then or --then-not, as it was typed.
+struct PatternWord {
+    std::string option;
+    std::string text;
+    PatternPlace place;
+    bool is_wanted;  ///< whether a rule must have such an item there, or must not
+};
+
+/// Which rules are wanted, and how they are told.
+struct RuleRequest {
+    Threshold min_support = {1, true};
+    double min_confidence = 0.8;
+
+    std::vector<PatternWord> patterns;
+    std::vector<Form> forms;            ///< in the order of the catalogue; empty for all
+    std::vector<Certainty> kinds;       ///< empty for all
+    std::size_t max_items = 6;          ///< of both sides together; 0 for any
+    std::size_t max_premise_items = 0;  ///< 0 for any
+    std::size_t max_conclusion_items = 0;
+    /// The smallest lift, inclusive. Nothing: more than 1. 0: any, also one that is not defined.
+    std::optional<double> min_lift;
+    std::string where;  ///< empty for none
+
+    Wording wording = Wording::shortest;
+    Readings readings = Readings::one;
+    std::optional<Prune> prune;  ///< nothing: productive, or same where the rules are too many
+
+    Measure sort = Measure::leverage;
+    bool is_ascending = false;
+    std::size_t top = 0;             ///< 0 for all
+    std::size_t per_conclusion = 0;  ///< 0 for all
+};
+
+}  // namespace korv::tools
