@@ -32,6 +32,9 @@ struct Pair {
     /// need not be known: a support of 0 is not, unless a class says it.
     SupportBounds difference_support;
     bool is_known;  ///< whether the support of the difference is known
+    /// The class of the base: `node` itself within a node, its successor between nodes. Of no class for a
+    /// pair made by hand.
+    NodeRef base_node = {};
 };
 
 /// Takes pairs, one after the other.

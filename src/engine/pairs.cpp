@@ -2,21 +2,31 @@
 
 namespace korv {
 
+void Pairs::of_class(const LatticeEntry& entry) {
+    within_node(entry.node);
+    between_nodes(entry);
+}
+
 void Pairs::intra_node(const ClassMap& classes) {
     for (NodeRef node = classes.begin(); node != classes.end(); ++node) {
-        const auto& essentials = node->second.essentials;
-        if (essentials.size() == 2) {
-            intra_node_of_two_essentials(node);
-            continue;
-        }
-        for (const Itemset& essential : essentials) {
-            intra_node(node, essential);
-        }
+        within_node(node);
+    }
+}
+
+/// The pairs within a node, in the order of its essential itemsets.
+void Pairs::within_node(NodeRef node) {
+    const auto& essentials = node->second.essentials;
+    if (essentials.size() == 2) {
+        intra_node_of_two_essentials(node);
+        return;
+    }
+    for (const Itemset& essential : essentials) {
+        intra_node(node, essential);
     }
 }
 
 void Pairs::intra_node(NodeRef node, const Itemset& essential) {
-    settle_and_add(PairKind::essential_and_rest, node, essential, node->second.support, 0);
+    settle_and_add(PairKind::essential_and_rest, node, essential, node, 0);
 }
 
 void Pairs::intra_node_of_two_essentials(NodeRef node) {
@@ -31,16 +41,21 @@ void Pairs::intra_node_of_two_essentials(NodeRef node) {
     // Not asked for: the support of an essential itemset is that of its class, also where the classes
     // contradict each other and an answer would differ.
     const Count s = node->second.support;
-    sink_.add({PairKind::essential_and_rest, node, first, rest, s, s, {s, s}, true});
+    sink_.add({PairKind::essential_and_rest, node, first, rest, s, s, {s, s}, true, node});
 }
 
 void Pairs::inter_node(const LatticeEntries& entries) {
     for (const LatticeEntry& entry : entries) {
-        if (entry.successors.size() == 2) {
-            inter_node_of_two_successors(entry);
-        } else {
-            each_successor(entry);
-        }
+        between_nodes(entry);
+    }
+}
+
+/// The pairs between an entry and its successors.
+void Pairs::between_nodes(const LatticeEntry& entry) {
+    if (entry.successors.size() == 2) {
+        inter_node_of_two_successors(entry);
+    } else {
+        each_successor(entry);
     }
 }
 
@@ -53,14 +68,14 @@ void Pairs::each_successor(const LatticeEntry& entry) {
 }
 
 void Pairs::successor(NodeRef node, NodeRef lower) {
-    const Count s1 = lower->second.support;
-    settle_and_add(PairKind::successor, node, lower->first, s1, node->second.support - s1);
+    settle_and_add(PairKind::successor, node, lower->first, lower,
+                   node->second.support - lower->second.support);
 }
 
 void Pairs::essentials_of_successor(NodeRef node, NodeRef lower) {
-    const Count s1 = lower->second.support;
     for (const Itemset& essential : lower->second.essentials) {
-        settle_and_add(PairKind::essential_of_successor, node, essential, s1, node->second.support - s1);
+        settle_and_add(PairKind::essential_of_successor, node, essential, lower,
+                       node->second.support - lower->second.support);
     }
 }
 
@@ -81,15 +96,16 @@ void Pairs::inter_node_of_two_successors(const LatticeEntry& entry) {
                entry.support(),
                first->second.support,
                {r, r},
-               true});
+               true,
+               first});
     essentials_of_successor(entry.node, first);
     essentials_of_successor(entry.node, second);
 }
 
-/// Adds the pair of a base within a node. `lower`: how many transactions hold an item of the difference at
-/// least. Between nodes that are those with an item of f2 but none of the base.
-void Pairs::settle_and_add(PairKind kind, NodeRef node, const Itemset& base, Count base_support,
-                           Count lower) {
+/// Adds the pair of a base, which is of the class `base_node`, within a node. `lower`: how many transactions
+/// hold an item of the difference at least. Between nodes that are those with an item of f2 but none of the
+/// base.
+void Pairs::settle_and_add(PairKind kind, NodeRef node, const Itemset& base, NodeRef base_node, Count lower) {
     const Itemset rest = difference(node->first, base);
     SupportBounds bounds = {lower, node->second.support};
     const Count r = supports_.settle(rest, bounds);
@@ -98,7 +114,8 @@ void Pairs::settle_and_add(PairKind kind, NodeRef node, const Itemset& base, Cou
     if (is_known) {
         bounds = {r, r};
     }
-    sink_.add({kind, node, base, rest, node->second.support, base_support, bounds, is_known});
+    sink_.add({kind, node, base, rest, node->second.support, base_node->second.support, bounds, is_known,
+               base_node});
 }
 
 void for_each_pair(const ClassMap& classes, const LatticeEntries& entries, Supports& supports,

@@ -19,6 +19,10 @@ public:
     /// Refers to both.
     Pairs(Supports& supports, PairSink& sink) : supports_(supports), sink_(sink) {}
 
+    /// All pairs of one class: those within its node, then those between it and its successors. Those of all
+    /// classes are the whole stream in another order, which keeps together what one class yields.
+    void of_class(const LatticeEntry& entry);
+
     /// Those within all nodes, in the order of the map.
     void intra_node(const ClassMap& classes);
 
@@ -41,8 +45,10 @@ public:
     void inter_node_of_two_successors(const LatticeEntry& entry);
 
 private:
+    void within_node(NodeRef node);
+    void between_nodes(const LatticeEntry& entry);
     void each_successor(const LatticeEntry& entry);
-    void settle_and_add(PairKind kind, NodeRef node, const Itemset& base, Count base_support, Count lower);
+    void settle_and_add(PairKind kind, NodeRef node, const Itemset& base, NodeRef base_node, Count lower);
 
     Supports& supports_;
     PairSink& sink_;

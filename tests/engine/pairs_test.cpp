@@ -352,6 +352,37 @@ TEST(ForEachPair, TakesThoseWithinTheNodesThenThoseBetweenThem) {
                           {essential_of_successor, {1, 2, 3}, {1}, {2, 3}, 80, 50, {80, 80}, true}}));
 }
 
+TEST(PairsOfAClass, AreThoseWithinItsNodeThenThoseBetweenItAndItsSuccessors) {
+    LoadedClasses classes("1 2\t50\t 1,\n1 2 3\t80\t 2,\n");
+    link_successors(classes.entries);
+    SupportWalk walk(classes.entries);
+    PairCollector collector;
+    Pairs(walk, collector).of_class(classes.entries.back());
+    // Of this class alone; {2} and {3} are within no class of which they are a part.
+    EXPECT_EQ(collector.pairs,
+              (FoundPairs{{essential_and_rest, {1, 2, 3}, {2}, {1, 3}, 80, 80, {50, 80}, false},
+                          {successor, {1, 2, 3}, {1, 2}, {3}, 80, 50, {30, 80}, false},
+                          {essential_of_successor, {1, 2, 3}, {1}, {2, 3}, 80, 50, {80, 80}, true}}));
+}
+
+/// The closed itemsets of the classes of the bases, pair by pair.
+class BaseClasses final : public PairSink {
+public:
+    void add(const Pair& pair) override { closed_itemsets.push_back(pair.base_node->first); }
+
+    std::vector<Itemset> closed_itemsets;
+};
+
+TEST(ForEachPair, NamesTheClassOfTheBase) {
+    // {1 2} is partitioned by its essential itemsets, {1 2 3 4} by its successors.
+    LoadedClasses classes("1 2\t50\t 1, 2,\n3 4\t60\t 3 4,\n1 2 3 4\t80\t 1 3,\n");
+    link_successors(classes.entries);
+    SupportWalk walk(classes.entries);
+    BaseClasses bases;
+    for_each_pair(classes.classes, classes.entries, walk, bases);
+    EXPECT_EQ(bases.closed_itemsets, (std::vector<Itemset>{{1, 2}, {1, 2, 3, 4}, {1, 2}, {1, 2}, {1, 2}}));
+}
+
 TEST(ForEachPair, AsksForEachSupportOnceAndForNoneOfAPartition) {
     LoadedClasses classes("1\t30\t 1,\n2\t40\t 2,\n1 2\t50\t 1, 2,\n1 2 3\t80\t 2,\n");
     link_successors(classes.entries);
