@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "base/itemset.h"
 #include "engine/rule_catalogue.h"
@@ -55,15 +58,28 @@ enum class Certainty {
     bounded,        ///< support or confidence is known only within bounds
 };
 
-/// The certainty of a rule. One of which only the support of the conclusion is open is not bounded. One of
-/// support 0 is approximative.
-constexpr Certainty certainty(const FoundRule& rule) {
-    const Contingency& low = rule.at_low;
-    const Contingency& high = rule.at_high;
-    if (low.both != high.both || low.premise != high.premise) {
+inline constexpr std::array all_certainties = {Certainty::exact, Certainty::approximative,
+                                               Certainty::bounded};
+
+/// The word for a kind of rules, on the command line and in columns.
+constexpr std::string_view name_of(Certainty kind) {
+    constexpr std::array<std::string_view, all_certainties.size()> names = {"exact", "approximative",
+                                                                            "bounded"};
+    return names[static_cast<std::size_t>(kind)];
+}
+
+/// The certainty of a rule with these tables. One of which only the support of the conclusion is open is not
+/// bounded. One of support 0 is approximative.
+constexpr Certainty certainty(const Contingency& at_low, const Contingency& at_high) {
+    if (at_low.both != at_high.both || at_low.premise != at_high.premise) {
         return Certainty::bounded;
     }
-    return low.both == low.premise && low.both != 0 ? Certainty::exact : Certainty::approximative;
+    return at_low.both == at_low.premise && at_low.both != 0 ? Certainty::exact : Certainty::approximative;
+}
+
+/// The certainty of a rule.
+constexpr Certainty certainty(const FoundRule& rule) {
+    return certainty(rule.at_low, rule.at_high);
 }
 
 }  // namespace korv::tools

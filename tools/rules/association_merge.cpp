@@ -1,0 +1,112 @@
+#include "rules/association_merge.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <tuple>
+
+#include "rules/rule_order.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// Whether a form is of a pair within a node.
+bool is_within_node(Form form) {
+    return static_cast<std::size_t>(form) % forms_in_a_group < 2;
+}
+
+/// Whether a rule comes before another one in the rule files of korv, which hold the rules within nodes, by
+/// their closed itemsets, and then those between them, in the order of the lattice. False for rules of the
+/// same class and file.
+bool comes_first(const Candidate& one, const Candidate& other) {
+    const bool is_within = is_within_node(one.rule.form);
+    if (is_within != is_within_node(other.rule.form)) {
+        return is_within;
+    }
+    if (one.of_class == other.of_class) {
+        return false;
+    }
+    return is_within ? one.of_class->itemset() < other.of_class->itemset() : one.of_class < other.of_class;
+}
+
+std::size_t negated_sides(const FoundRule& rule) {
+    return std::size_t{rule.premise.is_negated()} + std::size_t{rule.conclusion.is_negated()};
+}
+
+/// The lower end of the confidence.
+double confidence(const FoundRule& rule) {
+    const auto at = [](const Contingency& table) { return static_cast<double>(table.both) / table.premise; };
+    return std::min(at(rule.at_low), at(rule.at_high));
+}
+
+auto sides(const Candidate& candidate) {
+    return std::tuple(candidate.rule.premise, candidate.rule.conclusion);
+}
+
+/// Keeps the first of each run of candidates that are the same. `merge` takes that one and each other.
+template <typename AreSame, typename Merge>
+void merge_runs(std::vector<Candidate>& candidates, AreSame are_same, Merge merge) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        if (kept > 0 && are_same(candidates[kept - 1], candidates[i])) {
+            merge(candidates[kept - 1].rule, candidates[i].rule);
+        } else {
+            candidates[kept++] = candidates[i];
+        }
+    }
+    candidates.erase(candidates.begin() + static_cast<std::ptrdiff_t>(kept), candidates.end());
+}
+
+}  // namespace
+
+void AssociationMerge::settle(std::vector<Candidate>& candidates) {
+    merge_facts(candidates);
+    if (readings_ == Readings::one) {
+        keep_best_readings(candidates);
+    }
+    for (const Candidate& candidate : candidates) {
+        add_(candidate.rule);
+    }
+    candidates.clear();
+}
+
+void AssociationMerge::merge_facts(std::vector<Candidate>& candidates) {
+    std::ranges::stable_sort(candidates, [](const Candidate& one, const Candidate& other) {
+        return sides(one) != sides(other) ? sides(one) < sides(other) : comes_first(one, other);
+    });
+    merge_runs(
+        candidates, [](const auto& one, const auto& other) { return sides(one) == sides(other); },
+        [this](FoundRule& first, const FoundRule& other) {
+            first.wordings += other.wordings;
+            ++accounting_[Step::same_fact];
+        });
+}
+
+void AssociationMerge::keep_best_readings(std::vector<Candidate>& candidates) {
+    std::ranges::sort(candidates, [this](const Candidate& one, const Candidate& other) {
+        return one.association != other.association ? one.association < other.association
+                                                    : is_better(one.rule, other.rule);
+    });
+    merge_runs(
+        candidates, [](const auto& one, const auto& other) { return one.association == other.association; },
+        [this](FoundRule& best, const FoundRule&) {
+            ++best.readings;
+            ++accounting_[Step::reading];
+        });
+}
+
+/// Whether a rule is the better reading: it has fewer negated sides, or else a higher confidence, or else
+/// fewer items, or else the smaller sides.
+bool AssociationMerge::is_better(const FoundRule& one, const FoundRule& other) const {
+    if (negated_sides(one) != negated_sides(other)) {
+        return negated_sides(one) < negated_sides(other);
+    }
+    if (confidence(one) != confidence(other)) {
+        return confidence(one) > confidence(other);
+    }
+    const std::size_t items = number_of_items(one, pool_);
+    const std::size_t other_items = number_of_items(other, pool_);
+    return items != other_items ? items < other_items : compare_sides(one, other, pool_) < 0;
+}
+
+}  // namespace korv::tools

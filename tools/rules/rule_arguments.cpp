@@ -1,0 +1,497 @@
+#include "rules/rule_arguments.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <limits>
+#include <map>
+#include <utility>
+
+#include "base/number_text.h"
+#include "common/error.h"
+#include "common/printable.h"
+#include "mine/argument_check.h"
+#include "mine/mining_arguments.h"
+#include "mine/reading_arguments.h"
+#include "rules/nearest.h"
+
+namespace korv::tools {
+
+namespace {
+
+constexpr const char* choice_group = "Which rules";
+constexpr const char* order_group = "How they are told";
+constexpr const char* output_group = "Output";
+
+/// How many rules a terminal gets.
+constexpr std::size_t top_on_terminal = 20;
+constexpr std::size_t usual_max_classes = 1'000'000;
+
+template <typename Value>
+struct Word {
+    const char* word;
+    Value value;
+};
+
+constexpr std::array wordings = {Word<Wording>{"shortest", Wording::shortest},
+                                 Word<Wording>{"full", Wording::full}};
+constexpr std::array readings = {Word<Readings>{"one", Readings::one}, Word<Readings>{"all", Readings::all}};
+constexpr std::array prunes = {Word<Prune>{"none", Prune::none}, Word<Prune>{"same", Prune::same},
+                               Word<Prune>{"full", Prune::full},
+                               Word<Prune>{"productive", Prune::productive}};
+constexpr std::array formats = {
+    Word<RuleFormat>{"words", RuleFormat::words}, Word<RuleFormat>{"table", RuleFormat::table},
+    Word<RuleFormat>{"csv", RuleFormat::csv}, Word<RuleFormat>{"tsv", RuleFormat::tsv},
+    Word<RuleFormat>{"jsonl", RuleFormat::jsonl}};
+constexpr std::array extensions = {
+    Word<RuleFormat>{".txt", RuleFormat::words}, Word<RuleFormat>{".csv", RuleFormat::csv},
+    Word<RuleFormat>{".tsv", RuleFormat::tsv}, Word<RuleFormat>{".jsonl", RuleFormat::jsonl}};
+/// The groups of forms in words, from the first.
+constexpr std::array groups = {"or-or", "none-none", "or-none", "none-or"};
+
+/// What a word of a table stands for; nothing for any other text.
+template <typename Table>
+auto value_of_word(const Table& table, const std::string& text)
+    -> std::optional<decltype(table.front().value)> {
+    const auto found =
+        std::ranges::find(table, text, [](const auto& each) { return std::string(each.word); });
+    return found == table.end() ? std::nullopt : std::optional(found->value);
+}
+
+/// The words of a table, for a check of CLI11.
+template <typename Table>
+std::vector<std::string> words_of(const Table& table) {
+    std::vector<std::string> words;
+    std::ranges::transform(table, std::back_inserter(words), [](const auto& each) { return each.word; });
+    return words;
+}
+
+/// The options as they are typed.
+struct Words {
+    MiningWords mining;
+    ReadingWords reading;
+    std::string transactions;
+    std::string min_confidence;
+    std::map<std::string, std::vector<std::string>> patterns;  ///< by option
+    std::string forms;
+    std::string kinds;
+    std::string max_items = "6";
+    std::string max_premise_items = "0";
+    std::string max_conclusion_items = "0";
+    std::string min_lift;
+    std::string wording = "shortest";
+    std::string readings = "one";
+    std::string prune;
+    std::string sort = "leverage";
+    std::string top;
+    std::string per_conclusion = "0";
+    std::string format;
+    std::string color = "auto";
+    std::string measures;
+};
+
+/// An option that takes patterns of items.
+struct PatternOption {
+    const char* name;
+    PatternPlace place;
+    bool is_wanted;
+    const char* help;
+};
+
+constexpr std::array pattern_options = {
+    PatternOption{"--with", PatternPlace::either, true,
+                  "Only rules with such an item on either side: a name, with * and ?, /a regular expression/ "
+                  "or #17 for a number; a|b means either, repeated options all hold"},
+    PatternOption{"--without", PatternPlace::either, false, "No rules with such an item"},
+    PatternOption{"--if", PatternPlace::premise, true, "Only rules with such an item in the premise"},
+    PatternOption{"--if-not", PatternPlace::premise, false, "No rules with such an item in the premise"},
+    PatternOption{"--then", PatternPlace::conclusion, true, "Only rules with such an item in the conclusion"},
+    PatternOption{"--then-not", PatternPlace::conclusion, false,
+                  "No rules with such an item in the conclusion"}};
+
+/// Parses a finite number that is not negative, as such or per cent. Returns nothing for anything else.
+std::optional<double> parse_ratio(const std::string& text) {
+    const bool is_percentage = text.ends_with('%');
+    const auto number = parse_number<double>(text.substr(0, text.size() - (is_percentage ? 1 : 0)));
+    if (!number || !std::isfinite(*number) || *number < 0) {
+        return std::nullopt;
+    }
+    return is_percentage ? *number / 100 : *number;
+}
+
+std::optional<double> parse_confidence(const std::string& text) {
+    const auto confidence = parse_ratio(text);
+    return confidence && *confidence <= 1 ? confidence : std::nullopt;
+}
+
+/// Parses N.
+std::optional<Count> parse_transactions(const std::string& text) {
+    const auto number = parse_number<Count>(text);
+    return number && *number >= 1 && *number <= most_transactions ? number : std::nullopt;
+}
+
+/// Parses the name of a measure, with a plus sign before it for ascending order.
+std::optional<std::pair<Measure, bool>> parse_sort(const std::string& text) {
+    const bool is_ascending = text.starts_with('+');
+    const auto measure = measure_named(std::string_view(text).substr(is_ascending ? 1 : 0));
+    return measure ? std::optional(std::pair(*measure, is_ascending)) : std::nullopt;
+}
+
+std::vector<std::string> names_of_measures() {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < number_of_measures; ++i) {
+        names.emplace_back(name_of(static_cast<Measure>(i)));
+    }
+    return names;
+}
+
+/// The check of an option whose words are measures.
+std::string unknown_measure(const std::string& name) {
+    return "found " + shown(name) + "; expected a measure such as " +
+           nearest_in_words(name, names_of_measures()) + " (--help-measures explains all)";
+}
+
+bool is_path(const std::string& text) {
+    return !text.empty();
+}
+
+/// Adds an option that is a whole number, of which 0 means any.
+CLI::Option* add_limit(CLI::App& app, const std::string& name, std::string& word, const char* group,
+                       const std::string& help) {
+    return app.add_option(name, word, help)
+        ->check(argument_check(parse_number<std::uint32_t>, "a whole number; 0 for any"))
+        ->group(group);
+}
+
+void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
+    app.add_option("INPUT", arguments.input.paths,
+                   "A class file, or transactions in one file or several; - for standard input")
+        ->required();
+    app.add_option("-n,--database-size", words.transactions,
+                   "Number of transactions that the classes of a class file were mined from")
+        ->check(argument_check(parse_transactions,
+                               "a whole number from 1 to " + std::to_string(most_transactions)));
+    app.add_option("--database", arguments.input.database,
+                   "The transactions that the classes of a class file were mined from: gives their number, "
+                   "settles every support and checks every class")
+        ->check(argument_check(is_path, "the name of a file"))
+        ->excludes("--database-size");
+    app.add_option(
+           "--names", arguments.input.names,
+           "The names of the items of a class file: item TAB name (default: the class file's name with "
+           "the extension .names, where there is such a file)")
+        ->check(argument_check(is_path, "the name of a file"));
+}
+
+void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
+    app.add_option(
+           "-c,--min-confidence", words.min_confidence,
+           "Smallest confidence of a rule, such as 0.8 or 80%; of bounds, the lower one (default: 0.8)")
+        ->check(argument_check(parse_confidence, "a number from 0 to 1, or a percentage"))
+        ->group(choice_group);
+    for (const PatternOption& option : pattern_options) {
+        app.add_option(option.name, words.patterns[option.name], option.help)
+            ->check(argument_check(is_path, "a pattern of items"))
+            ->take_all()
+            ->allow_extra_args(false)
+            ->group(choice_group);
+    }
+    app.add_option(
+           "--forms", words.forms,
+           "Only these forms, with commas between them: or-or, none-none, or-none, none-or, 1 to 4 for "
+           "the same, or labels such as R121")
+        ->group(choice_group);
+    app.add_option("--kinds", words.kinds, "Only these kinds: exact, approximative, bounded")
+        ->group(choice_group);
+    add_limit(app, "--max-items", words.max_items, choice_group,
+              "Largest number of items on both sides together; 0 for any")
+        ->capture_default_str();
+    add_limit(app, "--max-if", words.max_premise_items, choice_group,
+              "Largest number of items in the premise; 0 for any");
+    add_limit(app, "--max-then", words.max_conclusion_items, choice_group,
+              "Largest number of items in the conclusion; 0 for any");
+    app.add_option("--min-lift", words.min_lift,
+                   "Smallest lift of a rule; 0 for any (default: more than 1, more often than by chance)")
+        ->check(argument_check(parse_ratio, "a number from 0 on"))
+        ->group(choice_group);
+    app.add_option("--where", arguments.rules.where,
+                   "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; see "
+                   "--help-measures")
+        ->group(choice_group);
+}
+
+void add_order_options(CLI::App& app, Words& words) {
+    app.add_option("--wording", words.wording,
+                   "Sides by the fewest items that say the same, or by all items as korv writes them")
+        ->check(CLI::IsMember(words_of(wordings)))
+        ->capture_default_str()
+        ->group(order_group);
+    app.add_option("--readings", words.readings,
+                   "The best rule of each association, or all rules that tell of it")
+        ->check(CLI::IsMember(words_of(readings)))
+        ->capture_default_str()
+        ->group(order_group);
+    app.add_option(
+           "--prune", words.prune,
+           "Leave out rules that are weaker than one of the same conclusion (same), than any other "
+           "rule (full), and besides those that are no better than a shorter one (productive; default, "
+           "up to a million rules; then same)")
+        ->check(CLI::IsMember(words_of(prunes)))
+        ->group(order_group);
+    app.add_option("--sort", words.sort,
+                   "The measure by which rules are ordered; +NAME for the smallest first")
+        ->check([](const std::string& text) {
+            return parse_sort(text) ? "" : unknown_measure(text.starts_with('+') ? text.substr(1) : text);
+        })
+        ->capture_default_str()
+        ->group(order_group);
+    add_limit(app, "--top", words.top, order_group,
+              "Only the first so many rules; 0 for all (default: 20 on a terminal, all otherwise)");
+    add_limit(app, "--per-conclusion", words.per_conclusion, order_group,
+              "Only the first so many rules of each conclusion; 0 for all");
+}
+
+void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
+    app.add_option(
+           "-o,--output", arguments.output,
+           "The file that the rules go to, by its extension .txt, .csv, .tsv or .jsonl; - for standard "
+           "output")
+        ->check(argument_check(is_path, "the name of a file"))
+        ->capture_default_str()
+        ->group(output_group);
+    app.add_option(
+           "--to", words.format,
+           "Format: words, table, csv, tsv or jsonl (default: by the extension; a table on a terminal, "
+           "words otherwise)")
+        ->check(CLI::IsMember(words_of(formats)))
+        ->group(output_group);
+    app.add_option("--color", words.color, "Colour in tables: on a terminal, always or never")
+        ->check(CLI::IsMember({"auto", "always", "never"}))
+        ->capture_default_str()
+        ->group(output_group);
+    app.add_option("--measures", words.measures,
+                   "Further measures to tell, with commas between them, or all; see --help-measures")
+        ->group(output_group);
+    app.add_flag_callback(
+           "--help-measures",
+           [] {
+               std::cout << help_on_measures();
+               std::exit(0);
+           },
+           "Explain the measures, and exit")
+        ->group(output_group);
+    app.add_flag(
+           "--count", arguments.is_count,
+           "Write no rule; say how many there are of each form and kind, and how many bytes each format "
+           "would take")
+        ->group(output_group);
+    app.add_flag("--verify", arguments.verifies,
+                 "Count each rule that is written again in the transactions, which must be at hand")
+        ->group(output_group);
+    app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error")
+        ->group(output_group);
+}
+
+/// The words of a list with commas between them; throws Error for an empty one.
+std::vector<std::string> words_of_list(const std::string& option, const std::string& text) {
+    std::vector<std::string> words = parse_words(option, text);
+    if (words.empty()) {
+        throw Error(option + ": found no word; expected words with commas between them");
+    }
+    return words;
+}
+
+RuleRequest rule_request(const CLI::App& app, const Words& words, std::string where) {
+    RuleRequest request;
+    request.where = std::move(where);
+    if (app.count("--min-confidence") > 0) {
+        request.min_confidence = *parse_confidence(words.min_confidence);
+    }
+    for (const PatternOption& option : pattern_options) {
+        for (const std::string& text : words.patterns.at(option.name)) {
+            request.patterns.push_back({option.name, text, option.place, option.is_wanted});
+        }
+    }
+    if (app.count("--forms") > 0) {
+        request.forms = parse_forms(words.forms);
+    }
+    if (app.count("--kinds") > 0) {
+        request.kinds = parse_kinds(words.kinds);
+    }
+    request.max_items = *parse_number<std::uint32_t>(words.max_items);
+    request.max_premise_items = *parse_number<std::uint32_t>(words.max_premise_items);
+    request.max_conclusion_items = *parse_number<std::uint32_t>(words.max_conclusion_items);
+    request.min_lift = app.count("--min-lift") > 0 ? parse_ratio(words.min_lift) : std::nullopt;
+    request.wording = *value_of_word(wordings, words.wording);
+    request.readings = *value_of_word(readings, words.readings);
+    request.prune = value_of_word(prunes, words.prune);
+    std::tie(request.sort, request.is_ascending) = *parse_sort(words.sort);
+    request.per_conclusion = *parse_number<std::uint32_t>(words.per_conclusion);
+    return request;
+}
+
+/// Fills in what depends on where the rules go.
+void complete_output(const CLI::App& app, const Words& words, RuleArguments& arguments) {
+    const bool is_terminal = arguments.output == "-" && ::isatty(STDOUT_FILENO) != 0;
+    if (!words.format.empty()) {
+        arguments.format = *value_of_word(formats, words.format);
+    } else if (arguments.output != "-" && !arguments.is_count) {
+        arguments.format = format_of_path(arguments.output);
+    } else {
+        arguments.format = is_terminal ? RuleFormat::table : RuleFormat::words;
+    }
+    const bool is_short = is_terminal && !arguments.is_count;
+    arguments.rules.top =
+        app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top) : (is_short ? top_on_terminal : 0);
+    winsize size = {};
+    if (is_terminal && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+        arguments.style.width = size.ws_col;
+    }
+    arguments.style.has_color = words.color == "always" ||
+                                (words.color == "auto" && is_terminal && std::getenv("NO_COLOR") == nullptr);
+}
+
+/// Takes what the options say about reading and mining.
+void complete_input(const CLI::App& app, Words& words, RuleArguments& arguments) {
+    InputRequest& input = arguments.input;
+    if (app.count("--format") > 0) {
+        input.is_class_file = words.reading.format == "classes";
+    }
+    if (words.reading.format == "classes") {
+        words.reading.format.clear();
+    }
+    input.has_bins = app.count("--bins") > 0;
+    if (words.reading.bins == std::vector<std::string>{"none"}) {
+        words.reading.bins.clear();
+    }
+    input.reading = reading_options(app, words.reading);
+    input.mining = mining_request(app, words.mining);
+    if (input.mining.min_supports.size() > 1) {
+        throw Error("--min-support: found " + std::to_string(input.mining.min_supports.size()) +
+                    " of them; expected one");
+    }
+    if (input.mining.min_supports.empty()) {
+        input.mining.min_supports = {arguments.rules.min_support};
+    }
+    arguments.rules.min_support = input.mining.min_supports.front();
+    if (!input.mining.max_classes) {
+        input.mining.max_classes = usual_max_classes;
+    }
+    input.max_items = arguments.rules.max_items;
+    if (app.count("--database-size") > 0) {
+        input.transactions = parse_transactions(words.transactions);
+    }
+}
+
+}  // namespace
+
+std::vector<Form> parse_forms(const std::string& text) {
+    std::array<bool, rule_catalogue.size()> is_wanted = {};
+    for (const std::string& word : words_of_list("--forms", text)) {
+        bool is_known = false;
+        for (const FormDescription& each : rule_catalogue) {
+            const std::size_t number = group(each.form);
+            if (word == each.label || word == std::to_string(number) || word == groups[number - 1]) {
+                is_wanted[static_cast<std::size_t>(each.form)] = true;
+                is_known = true;
+            }
+        }
+        if (!is_known) {
+            throw Error("--forms: found " + shown(word) +
+                        "; expected or-or, none-none, or-none, none-or, a group from 1 to 4, or a label from "
+                        "R111 to R432");
+        }
+    }
+    std::vector<Form> forms;
+    for (const FormDescription& each : rule_catalogue) {
+        if (is_wanted[static_cast<std::size_t>(each.form)]) {
+            forms.push_back(each.form);
+        }
+    }
+    return forms;
+}
+
+std::vector<Certainty> parse_kinds(const std::string& text) {
+    std::vector<Certainty> kinds;
+    for (const std::string& word : words_of_list("--kinds", text)) {
+        const auto found =
+            std::ranges::find(all_certainties, word, [](Certainty kind) { return name_of(kind); });
+        if (found == all_certainties.end()) {
+            throw Error("--kinds: found " + shown(word) + "; expected exact, approximative or bounded");
+        }
+        kinds.push_back(*found);
+    }
+    return kinds;
+}
+
+std::vector<Measure> parse_measures(const std::string& text) {
+    constexpr std::array always_told = {Measure::support, Measure::confidence, Measure::lift,
+                                        Measure::leverage};
+    std::array<bool, number_of_measures> is_wanted = {};
+    for (const std::string& word : words_of_list("--measures", text)) {
+        const auto measure = measure_named(word);
+        if (word == "all") {
+            is_wanted.fill(true);
+        } else if (measure) {
+            is_wanted[static_cast<std::size_t>(*measure)] = true;
+        } else {
+            throw Error("--measures: " + unknown_measure(word));
+        }
+    }
+    std::vector<Measure> measures;
+    for (std::size_t i = 0; i < number_of_measures; ++i) {
+        const auto measure = static_cast<Measure>(i);
+        if (is_wanted[i] && std::ranges::find(always_told, measure) == always_told.end()) {
+            measures.push_back(measure);
+        }
+    }
+    return measures;
+}
+
+RuleFormat format_of_path(const std::string& path) {
+    const auto format = value_of_word(extensions, std::filesystem::path(path).extension().string());
+    if (!format) {
+        throw Error("-o: found " + shown(path) +
+                    "; expected a name that ends with .txt, .csv, .tsv or .jsonl, or --to FORMAT");
+    }
+    return *format;
+}
+
+RuleArguments parse_rule_arguments(int argc, char** argv) {
+    RuleArguments arguments;
+    Words words;
+    CLI::App app(
+        "Finds the rules that matter in transactions or in a class file: derives generalized association "
+        "rules, chooses, words, ranks and writes them.",
+        "korv-rules");
+    app.set_version_flag("--version", "korv-rules " KORV_VERSION);
+    add_input_options(app, arguments, words);
+    add_choice_options(app, arguments, words);
+    add_order_options(app, words);
+    add_output_options(app, arguments, words);
+    add_mining_options(app, words.mining);
+    add_reading_options(app, words.reading);
+    app.failure_message(complaint);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        constexpr int wrong_usage = 2;
+        std::exit(app.exit(error) == 0 ? 0 : wrong_usage);
+    }
+    arguments.rules = rule_request(app, words, std::move(arguments.rules.where));
+    complete_input(app, words, arguments);
+    complete_output(app, words, arguments);
+    if (app.count("--measures") > 0) {
+        arguments.measures = parse_measures(words.measures);
+    }
+    return arguments;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <unordered_set>
+#include <vector>
+
+#include "base/itemset.h"
+#include "base/itemset_hash.h"
+#include "engine/lattice_entries.h"
+#include "engine/pair.h"
+#include "engine/supports.h"
+#include "rules/accounting.h"
+#include "rules/association_merge.h"
+#include "rules/column_facts.h"
+#include "rules/found_rule.h"
+#include "rules/itemset_pool.h"
+#include "rules/pair_rules.h"
+#include "rules/rule_filter.h"
+#include "rules/rule_request.h"
+#include "rules/wording.h"
+
+namespace korv::tools {
+
+/// What rules are derived from.
+struct RuleSource {
+    const LatticeEntries& entries;  ///< with their successors
+    Supports& supports;
+    const ColumnFacts& columns;
+    Count transactions;
+    PairSink* listener = nullptr;  ///< gets every pair, too, before any rule is derived from it; may be null
+};
+
+/// Told how far the derivation has come: after each class, with how many are done.
+using DerivationProgress = std::function<void(std::size_t classes)>;
+
+/// Throws what is to be said of a pair whose supports contradict each other.
+using Contradiction = std::function<void(const Pair& pair)>;
+
+/// Derives the rules of all pairs, chooses, words and merges them. `add` gets those that are left, in no
+/// order; `accounting` what became of the others.
+///
+/// Memory grows with the itemsets in `pool`, those of the sides of rules that pass the filter, and with what
+/// `add` keeps: rules that say the same, or tell of the same association, come from the same class. (The
+/// union of their sides is met by the same transactions as the class, so the class is the closure of that
+/// union.) Only sides that columns word by other items come from several, and wait until the end.
+void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
+                  ItemsetPool& pool, Accounting& accounting, const AddRule& add,
+                  const DerivationProgress& progress, const Contradiction& contradiction);
+
+}  // namespace korv::tools

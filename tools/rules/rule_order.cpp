@@ -1,0 +1,88 @@
+#include "rules/rule_order.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+namespace korv::tools {
+
+namespace {
+
+std::strong_ordering compare_side(Side one, Side other, const ItemsetPool& itemsets) {
+    if (one.itemset() != other.itemset()) {
+        const ItemSpan items = itemsets[one.itemset()];
+        const ItemSpan other_items = itemsets[other.itemset()];
+        return std::lexicographical_compare_three_way(items.begin(), items.end(), other_items.begin(),
+                                                      other_items.end());
+    }
+    return one.is_negated() <=> other.is_negated();
+}
+
+}  // namespace
+
+std::size_t number_of_items(const FoundRule& rule, const ItemsetPool& itemsets) {
+    return itemsets[rule.premise.itemset()].size() + itemsets[rule.conclusion.itemset()].size();
+}
+
+std::strong_ordering compare_sides(const FoundRule& one, const FoundRule& other,
+                                   const ItemsetPool& itemsets) {
+    const std::strong_ordering by_premise = compare_side(one.premise, other.premise, itemsets);
+    return by_premise != std::strong_ordering::equal
+               ? by_premise
+               : compare_side(one.conclusion, other.conclusion, itemsets);
+}
+
+RuleOrder::Ranked RuleOrder::ranked(const FoundRule& rule) const {
+    const MeasureBounds bounds = bounds_of(measure_, rule, transactions_);
+    return {is_ascending_ ? bounds.high : -bounds.low, rule};
+}
+
+bool RuleOrder::is_before(const Ranked& one, const Ranked& other) const {
+    if (std::isnan(one.rank) != std::isnan(other.rank)) {
+        return std::isnan(other.rank);
+    }
+    if (one.rank != other.rank && !std::isnan(one.rank)) {
+        return one.rank < other.rank;
+    }
+    const Count support = std::min(one.rule.at_low.both, one.rule.at_high.both);
+    const Count other_support = std::min(other.rule.at_low.both, other.rule.at_high.both);
+    if (support != other_support) {
+        return support > other_support;
+    }
+    const std::size_t items = number_of_items(one.rule, itemsets_);
+    const std::size_t other_items = number_of_items(other.rule, itemsets_);
+    return items != other_items ? items < other_items : compare_sides(one.rule, other.rule, itemsets_) < 0;
+}
+
+void FirstRules::add(const FoundRule& rule) {
+    const auto is_before = [this](const auto& one, const auto& other) {
+        return order_.is_before(one, other);
+    };
+    RuleOrder::Ranked ranked = order_.ranked(rule);
+    if (most_ == 0 || kept_.size() < most_) {
+        kept_.push_back(std::move(ranked));
+        if (kept_.size() == most_) {
+            std::ranges::make_heap(kept_, is_before);
+        }
+        return;
+    }
+    if (!order_.is_before(ranked, kept_.front())) {
+        return;
+    }
+    std::ranges::pop_heap(kept_, is_before);
+    kept_.back() = std::move(ranked);
+    std::ranges::push_heap(kept_, is_before);
+}
+
+std::vector<FoundRule> FirstRules::take() {
+    std::ranges::sort(kept_,
+                      [this](const auto& one, const auto& other) { return order_.is_before(one, other); });
+    std::vector<FoundRule> rules;
+    rules.reserve(kept_.size());
+    std::ranges::transform(kept_, std::back_inserter(rules), &RuleOrder::Ranked::rule);
+    kept_ = {};
+    return rules;
+}
+
+}  // namespace korv::tools

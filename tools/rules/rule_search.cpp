@@ -1,0 +1,181 @@
+#include "rules/rule_search.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+#include "common/error.h"
+#include "engine/difference_supports.h"
+#include "engine/lattice_building.h"
+#include "engine/lattice_entries.h"
+#include "engine/pairs.h"
+#include "engine/rule_makers.h"
+#include "mine/threshold.h"
+#include "rules/column_facts.h"
+#include "rules/pruning.h"
+#include "rules/rule_filter.h"
+#include "rules/rule_order.h"
+#include "rules/support_counter.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// The minimum support in transactions.
+Count minimum_support(const RuleInput& input, const RuleRequest& request) {
+    return in_transactions(request.min_support, "--min-support", 1, input.transactions);
+}
+
+/// Where the transactions are at hand, what they say of columns; otherwise what the classes do.
+ColumnFacts column_facts(const RuleInput& input, const RuleRequest& request) {
+    if (request.wording == Wording::full) {
+        return {};
+    }
+    return input.database ? ColumnFacts(input.names, *input.database)
+                          : ColumnFacts(input.names, input.classes, input.transactions);
+}
+
+/// All items of the classes, ascending.
+Itemset items_of(const ClassMap& classes) {
+    std::unordered_set<Item> occurring;
+    for (const auto& [itemset, of_class] : classes) {
+        occurring.insert(itemset.begin(), itemset.end());
+    }
+    Itemset items(occurring.begin(), occurring.end());
+    std::ranges::sort(items);
+    return items;
+}
+
+std::string text_of_items(ItemSpan items) {
+    std::string text;
+    for (const Item item : items) {
+        text += (text.empty() ? "" : " ") + std::to_string(item);
+    }
+    return shown(text);
+}
+
+/// The class of an itemset as a message names it: by its line, where it was read from a file.
+std::string place_of_class(const RuleInput& input, NodeRef node) {
+    if (input.lines.empty()) {
+        return text_of_items(node->first);
+    }
+    const auto position = static_cast<std::size_t>(std::distance(input.classes.begin(), node));
+    return input.path + ":" + std::to_string(input.lines[position]);
+}
+
+[[noreturn]] void refuse(const RuleInput& input, const Pair& pair) {
+    throw Error(place_of_class(input, pair.node) + ": found a support of " + std::to_string(pair.support) +
+                ", which contradicts the support of " + std::to_string(pair.base_support) + " of " +
+                place_of_class(input, pair.base_node) + ": the rest of its items, " +
+                text_of_items(pair.difference) + ", would be in " +
+                std::to_string(pair.support - pair.base_support) + " to " + std::to_string(pair.support) +
+                " transactions; other classes say " + std::to_string(pair.difference_support.lower) + " to " +
+                std::to_string(pair.difference_support.upper));
+}
+
+/// Leaves out all but the first `most` rules of each conclusion; none where `most` is 0. Returns how many.
+std::size_t limit_per_conclusion(std::vector<FoundRule>& rules, std::size_t most, Accounting& accounting) {
+    if (most == 0) {
+        return 0;
+    }
+    std::map<Side, std::size_t> seen;
+    const std::size_t left_out =
+        std::erase_if(rules, [&](const FoundRule& rule) { return ++seen[rule.conclusion] > most; });
+    accounting[Step::per_conclusion] += left_out;
+    return left_out;
+}
+
+void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+           const RuleRequest& request, Accounting& accounting) {
+    accounting.prune =
+        request.prune.value_or(rules.size() <= most_rules_for_productive ? Prune::productive : Prune::same);
+    const Pruned pruned = prune_rules(rules, itemsets, transactions, accounting.prune);
+    accounting[Step::turned_round] += pruned.turned_round;
+    accounting[Step::weaker] += pruned.weaker;
+    accounting[Step::unproductive] += pruned.unproductive;
+}
+
+/// Derives the rules of the input and hands on those that are left.
+void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
+            SearchResult& result, const AddRule& add, const SearchProgress& progress, KorvOutput* korv) {
+    progress.begin(SearchPhase::building_lattice);
+    LatticeEntries entries = lattice_entries(input.classes);
+    link_successors(entries);
+    progress.begin(SearchPhase::indexing);
+    DifferenceSupports from_classes(entries);
+    std::optional<CountedSupports> counted;
+    if (input.database) {
+        counted.emplace(from_classes, *input.database);
+    }
+    Supports& supports = counted ? static_cast<Supports&>(*counted) : from_classes;
+    const ColumnFacts columns = column_facts(input, request);
+
+    std::optional<RuleMaker> korv_rules;
+    if (korv != nullptr) {
+        const Count min_support = minimum_support(input, request);
+        korv_rules.emplace(RuleSettings{min_support, request.min_confidence, input.transactions},
+                           korv->rules);
+        korv->bytes_of_lattice = bytes_of_lattice_file(entries);
+    }
+    progress.begin(SearchPhase::deriving);
+    // korv itself does not know what was counted in the transactions.
+    if (korv_rules && counted) {
+        for_each_pair(input.classes, entries, from_classes, *korv_rules);
+    }
+    PairSink* const listener = korv_rules && !counted ? &*korv_rules : nullptr;
+    derive_rules(
+        {entries, supports, columns, input.transactions, listener}, request, filter, result.itemsets,
+        result.accounting, add,
+        [&](std::size_t done) { progress.derived(result.accounting, done, entries.size()); },
+        [&](const Pair& pair) { refuse(input, pair); });
+}
+
+}  // namespace
+
+RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
+    const Itemset items = request.patterns.empty() ? Itemset() : items_of(input.classes);
+    return RuleFilter(request, minimum_support(input, request), input.transactions,
+                      ItemChoice(request.patterns, items, input.names),
+                      request.where.empty() ? std::nullopt : std::optional(parse_where(request.where)));
+}
+
+SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
+                          const SearchProgress& progress, KorvOutput* korv) {
+    SearchResult result;
+    const RuleOrder order(request.sort, request.is_ascending, input.transactions, result.itemsets);
+    // A list of all rules is needed only where they are compared with each other.
+    FirstRules first(order, request.per_conclusion > 0 ? 0 : request.top);
+    std::vector<FoundRule> compared;
+    const bool are_compared = request.prune != Prune::none;
+    std::size_t left = 0;
+    const auto add = [&](const FoundRule& rule) {
+        ++left;
+        if (are_compared) {
+            compared.push_back(rule);
+        } else {
+            first.add(rule);
+        }
+    };
+    derive(input, request, filter, result, add, progress, korv);
+    if (are_compared) {
+        progress.begin(SearchPhase::pruning);
+        prune(compared, result.itemsets, input.transactions, request, result.accounting);
+        left = compared.size();
+        std::ranges::for_each(compared, [&first](const FoundRule& rule) { first.add(rule); });
+        compared = {};
+    }
+    progress.begin(SearchPhase::sorting);
+    result.rules = first.take();
+    left -= limit_per_conclusion(result.rules, request.per_conclusion, result.accounting);
+    if (request.top > 0 && result.rules.size() > request.top) {
+        result.rules.resize(request.top, result.rules.front());
+    }
+    result.accounting[Step::top] += left - result.rules.size();
+    return result;
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "rules/accounting.h"
+#include "rules/found_rule.h"
+#include "rules/itemset_pool.h"
+#include "rules/rule_derivation.h"
+#include "rules/rule_filter.h"
+#include "rules/rule_input.h"
+#include "rules/rule_request.h"
+#include "rules/size_count.h"
+
+namespace korv::tools {
+
+/// The largest number of rules among which unproductive ones are looked for where it is not said what to
+/// leave out: a search among so many takes some seconds.
+inline constexpr std::size_t most_rules_for_productive = 1'000'000;
+
+/// What korv itself would make of the classes, with the same minimum support and confidence.
+struct KorvOutput {
+    SizeCount rules;
+    std::uint64_t bytes_of_lattice = 0;  ///< of the lattice file
+};
+
+/// Rules that were asked for, in their order.
+struct SearchResult {
+    std::vector<FoundRule> rules;
+    ItemsetPool itemsets;  ///< of their sides
+    Accounting accounting;
+};
+
+/// What the search is doing.
+enum class SearchPhase { building_lattice, indexing, deriving, pruning, sorting };
+
+/// Told what the search does, and how many of how many classes are done where it derives.
+struct SearchProgress {
+    std::function<void(SearchPhase phase)> begin;
+    std::function<void(const Accounting& accounting, std::size_t done, std::size_t classes)> derived;
+};
+
+/// The filter that `request` asks for. Throws Error where the request does not go with the input, such as for
+/// an item that there is not.
+RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request);
+
+/// Finds the rules that `request` asks for; `filter` is its filter. Fills `korv`, which may be null. Throws
+/// Error where classes contradict each other.
+SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
+                          const SearchProgress& progress, KorvOutput* korv = nullptr);
+
+}  // namespace korv::tools
