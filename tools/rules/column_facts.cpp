@@ -128,7 +128,11 @@ WordedItemset ColumnFacts::worded(ItemSpan itemset) const {
 }
 
 bool ColumnFacts::imply(const WordedSide& premise, const WordedSide& conclusion) const {
-    if (columns_.empty() || premise.is_negated == conclusion.is_negated) {
+    if (premise.is_negated == conclusion.is_negated) {
+        return premise.is_negated ? is_contained(conclusion.items, premise.items)
+                                  : is_contained(premise.items, conclusion.items);
+    }
+    if (columns_.empty()) {
         return false;
     }
     if (premise.is_negated) {

@@ -153,8 +153,7 @@ void Derivation::word(const Pair& pair) {
         }
         const WordedSide premise_side = of_premise.side(is_premise_negated);
         const WordedSide conclusion_side = of_conclusion.side(is_conclusion_negated);
-        if (const auto step = filter_.refused_by_sides(rule.form, rule.at_low, rule.at_high, premise_side,
-                                                       conclusion_side)) {
+        if (const auto step = filter_.refused_by_sides(premise_side, conclusion_side)) {
             ++accounting_[*step];
             continue;
         }
@@ -174,11 +173,13 @@ void Derivation::add_candidate(const CountedRule& rule, const WordedSide& premis
     const auto [first, second] = std::minmax({stands_for(base), stands_for(difference)});
     // Groups 3 and 4 have one negated side; each itemset for which its rest stands turns that once more.
     const bool is_opposite = (group(rule.form) >= 3) != (base.is_turned() != difference.is_turned());
+    const FoundRule found = {side(premise), side(conclusion), rule.at_low, rule.at_high, rule.form};
+    if (filter_.is_refused_by_condition(found, premise.items.size() + conclusion.items.size())) {
+        ++accounting_[Step::where];
+        return;
+    }
     const bool waits = !base.rest.empty() || !difference.rest.empty();
-    (waits ? waiting_ : candidates_)
-        .push_back({{side(premise), side(conclusion), rule.at_low, rule.at_high, rule.form},
-                    {first, second, is_opposite},
-                    class_});
+    (waits ? waiting_ : candidates_).push_back({found, {first, second, is_opposite}, class_});
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ std::size_t limit(std::size_t given) {
 }  // namespace
 
 RuleFilter::RuleFilter(const RuleRequest& request, Count min_support, Count transactions, ItemChoice choice,
-                       std::optional<Where> where)
+                       Where where)
     : min_support_(min_support),
       min_confidence_(request.min_confidence),
       min_lift_(request.min_lift),
@@ -70,21 +70,15 @@ std::optional<Step> RuleFilter::refused_by_counts(Form form, const Contingency& 
     return std::nullopt;
 }
 
-std::optional<Step> RuleFilter::refused_by_sides(Form form, const Contingency& at_low,
-                                                 const Contingency& at_high, const WordedSide& premise,
+std::optional<Step> RuleFilter::refused_by_sides(const WordedSide& premise,
                                                  const WordedSide& conclusion) const {
     if (!choice_.admits(premise.items, conclusion.items)) {
         return Step::items;
     }
-    const std::size_t items = premise.items.size() + conclusion.items.size();
-    if (items > max_items_ || premise.items.size() > max_premise_items_ ||
-        conclusion.items.size() > max_conclusion_items_) {
-        return Step::size;
-    }
-    if (where_ && !where_->holds(form, at_low, at_high, items, transactions_)) {
-        return Step::where;
-    }
-    return std::nullopt;
+    const bool is_too_large = premise.items.size() + conclusion.items.size() > max_items_ ||
+                              premise.items.size() > max_premise_items_ ||
+                              conclusion.items.size() > max_conclusion_items_;
+    return is_too_large ? std::optional(Step::size) : std::nullopt;
 }
 
 }  // namespace korv::tools

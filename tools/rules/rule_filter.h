@@ -19,7 +19,7 @@ public:
     /// `min_support`: in transactions. `choice` and `where`: what the patterns and the condition of the
     /// request say.
     RuleFilter(const RuleRequest& request, Count min_support, Count transactions, ItemChoice choice,
-               std::optional<Where> where);
+               Where where);
 
     /// Whether a rule reaches the minimum support and the minimum confidence, at both ends of its bounds.
     bool reaches_thresholds(const Contingency& at_low, const Contingency& at_high) const;
@@ -29,9 +29,13 @@ public:
     std::optional<Step> refused_by_counts(Form form, const Contingency& at_low,
                                           const Contingency& at_high) const;
 
-    /// The first of the steps that look at sides: items, size and --where.
-    std::optional<Step> refused_by_sides(Form form, const Contingency& at_low, const Contingency& at_high,
-                                         const WordedSide& premise, const WordedSide& conclusion) const;
+    /// The first of the steps that look at sides: items and size.
+    std::optional<Step> refused_by_sides(const WordedSide& premise, const WordedSide& conclusion) const;
+
+    /// Whether the condition of --where does not hold. `items`: of both sides together.
+    bool is_refused_by_condition(const FoundRule& rule, std::size_t items) const {
+        return !where_.holds(rule, items, transactions_);
+    }
 
 private:
     bool is_above_chance(const Contingency& table) const;
@@ -46,7 +50,7 @@ private:
     std::size_t max_premise_items_;
     std::size_t max_conclusion_items_;
     ItemChoice choice_;
-    std::optional<Where> where_;
+    Where where_;
 };
 
 }  // namespace korv::tools
