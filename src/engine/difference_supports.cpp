@@ -112,6 +112,23 @@ bool DifferenceSupports::classes_agree() {
     return true;
 }
 
+std::vector<NodeRef> DifferenceSupports::contradicted_classes() {
+    std::vector<Position> found;
+    for (std::size_t column = 0; column < classes_.supports.size(); ++column) {
+        const Position position = classes_.positions[column];
+        if (key_index_.has_other_within(classes_.closed_itemsets[column], classes_.supports[column],
+                                        position)) {
+            found.push_back(position);
+        }
+    }
+    std::ranges::sort(found);
+    std::vector<NodeRef> classes;
+    for (const Position position : found) {
+        classes.push_back(entries_[position].node);
+    }
+    return classes;
+}
+
 /// The first class of at least this support, or the number of classes.
 Column DifferenceSupports::first_class_of_support(Count support) const {
     return static_cast<Column>(std::ranges::lower_bound(classes_.supports, support) -

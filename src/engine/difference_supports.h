@@ -60,6 +60,11 @@ public:
     /// class of more support, and every essential itemset lies within its closed itemset and has items.
     bool is_consistent() const { return consistent_; }
 
+    /// The classes within which a key of another class lies whose support is not smaller, in the order of the
+    /// entries. There are none where the classes are those of a database, since such a key would have the
+    /// same closure. Irregular classes do not count. About the time that construction takes.
+    std::vector<NodeRef> contradicted_classes();
+
 private:
     /// The position of a class in the order of the entries.
     using Position = std::uint32_t;

@@ -223,8 +223,8 @@ Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
     return few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
 }
 
-/// The largest support, entering the tree only by the items of the itemset.
-Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
+/// Fills wanted_tops_, by falling support.
+void KeyIndex::want_tops(ItemSpan itemset) {
     wanted_tops_.clear();
     for (const Item item : itemset) {
         if (top_[item] != no_node) {
@@ -232,6 +232,11 @@ Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
         }
     }
     std::ranges::sort(wanted_tops_);
+}
+
+/// The largest support, entering the tree only by the items of the itemset.
+Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
+    want_tops(itemset);
     for (const std::uint32_t node : wanted_tops_) {
         if (nodes_[node].largest <= largest) {
             break;
@@ -266,6 +271,43 @@ Count KeyIndex::take_own(std::uint32_t node, Count largest) {
         return nodes_[node].own;
     }
     return largest;
+}
+
+bool KeyIndex::has_other_within(ItemSpan itemset, Count least, std::uint32_t position) {
+    const Wanted wanted(itemset, is_wanted_);
+    const bool few_tops = children(0).end - children(0).first <= few_tops_for_each_item * itemset.size();
+    if (few_tops) {
+        return has_other_below(0, least, position);
+    }
+    want_tops(itemset);
+    for (const std::uint32_t node : wanted_tops_) {
+        if (nodes_[node].largest < least) {
+            return false;
+        }
+        if (is_other(node, least, position) || has_other_below(node, least, position)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool KeyIndex::has_other_below(std::uint32_t node, Count least, std::uint32_t position) {
+    pending_.assign(1, children(node));
+    while (!pending_.empty()) {
+        Siblings& siblings = pending_.back();
+        if (siblings.first == siblings.end || nodes_[siblings.first].largest < least) {
+            pending_.pop_back();
+            continue;
+        }
+        const std::uint32_t next = siblings.first++;
+        if (is_wanted_[nodes_[next].item] != 0) {
+            if (is_other(next, least, position)) {
+                return true;
+            }
+            pending_.push_back(children(next));
+        }
+    }
+    return false;
 }
 
 bool KeyIndex::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {

@@ -41,6 +41,11 @@ public:
     /// Whether there is such a position. Costs less, as a rule.
     bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
+    /// Whether a key lies within `itemset` whose support is at least `least`, 1 or more, and whose position is
+    /// another one than `position`. Of equal keys only the one of the largest support counts, and of these
+    /// the one of the smallest position. Costs as much as largest_support_within.
+    bool has_other_within(ItemSpan itemset, Count least, std::uint32_t position);
+
 private:
     struct Node {
         Item item = 0;
@@ -74,6 +79,11 @@ private:
     Count search_below(std::uint32_t node, Count largest);
     Count search_below_wanted_tops(ItemSpan itemset, Count largest);
     Count take_own(std::uint32_t node, Count largest);
+    void want_tops(ItemSpan itemset);
+    bool is_other(std::uint32_t node, Count least, std::uint32_t position) const {
+        return nodes_[node].own >= least && positions_[node].own != position;
+    }
+    bool has_other_below(std::uint32_t node, Count least, std::uint32_t position);
 
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};

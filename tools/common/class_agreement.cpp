@@ -1,0 +1,102 @@
+#include "common/class_agreement.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "base/number_text.h"
+#include "common/error.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// A class and its line.
+struct PlacedClass {
+    NodeRef node;
+    std::uint32_t line;
+};
+
+Error class_error(const std::string& name, const PlacedClass& place, const std::string& found,
+                  const std::string& expected) {
+    return input_error(name, {place.line, 1}, found, expected);
+}
+
+/// The first line whose class `is_wanted` asks for; the end of the classes and 0 where there is none.
+template <typename IsWanted>
+PlacedClass first_class(const ClassMap& classes, const std::vector<std::uint32_t>& lines,
+                        IsWanted is_wanted) {
+    PlacedClass first = {classes.end(), 0};
+    auto line = lines.begin();
+    for (NodeRef node = classes.begin(); node != classes.end(); ++node, ++line) {
+        const bool is_earlier = first.node == classes.end() || *line < first.line;
+        if (is_earlier && is_wanted(node)) {
+            first = {node, *line};
+        }
+    }
+    return first;
+}
+
+/// Throws Error for the first line with a support above `transactions`.
+void require_supports_up_to(Count transactions, const ClassMap& classes,
+                            const std::vector<std::uint32_t>& lines, const std::string& name) {
+    const PlacedClass first = first_class(
+        classes, lines, [transactions](NodeRef node) { return node->second.support > transactions; });
+    if (first.node != classes.end()) {
+        throw class_error(name, first, "the support " + std::to_string(first.node->second.support),
+                          std::to_string(transactions) + " at most, the number of transactions");
+    }
+}
+
+/// The key of a class that lies within an itemset; nullptr when there is none.
+const Itemset* key_within(NodeRef of_class, const Itemset& itemset) {
+    const std::vector<Itemset>& essentials = of_class->second.essentials;
+    if (essentials.empty()) {
+        return is_contained(of_class->first, itemset) ? &of_class->first : nullptr;
+    }
+    const auto within = std::ranges::find_if(
+        essentials, [&itemset](const Itemset& essential) { return is_contained(essential, itemset); });
+    return within == essentials.end() ? nullptr : &*within;
+}
+
+/// The first line of another class of no smaller support that has a key within a class.
+PlacedClass other_with_key_within(NodeRef of_class, const ClassMap& classes,
+                                  const std::vector<std::uint32_t>& lines) {
+    return first_class(classes, lines, [of_class](NodeRef node) {
+        return node != of_class && node->second.support >= of_class->second.support &&
+               key_within(node, of_class->first) != nullptr;
+    });
+}
+
+/// The one of some classes that stands first in the file.
+PlacedClass first_of(const std::vector<NodeRef>& some, const ClassMap& classes,
+                     const std::vector<std::uint32_t>& lines) {
+    std::unordered_set<const Itemset*> wanted;
+    for (const NodeRef node : some) {
+        wanted.insert(&node->first);
+    }
+    return first_class(classes, lines, [&wanted](NodeRef node) { return wanted.contains(&node->first); });
+}
+
+[[noreturn]] void fail(const PlacedClass& contradicted, const PlacedClass& other, const std::string& name) {
+    std::string key;
+    append_items(*key_within(other.node, contradicted.node->first), key);
+    throw class_error(name, contradicted, "the support " + std::to_string(contradicted.node->second.support),
+                      "more than " + std::to_string(other.node->second.support) + ", the support of line " +
+                          std::to_string(other.line) + ", whose itemset " + shown(key) +
+                          " lies within the closed itemset");
+}
+
+}  // namespace
+
+void require_agreement(const ClassMap& classes, const std::vector<std::uint32_t>& lines,
+                       const std::string& name, Count transactions, DifferenceSupports& supports) {
+    require_supports_up_to(transactions, classes, lines, name);
+    const std::vector<NodeRef> contradicted = supports.contradicted_classes();
+    if (contradicted.empty()) {
+        return;
+    }
+    const PlacedClass first = first_of(contradicted, classes, lines);
+    fail(first, other_with_key_within(first.node, classes, lines), name);
+}
+
+}  // namespace korv::tools
