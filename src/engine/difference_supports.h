@@ -62,7 +62,8 @@ public:
 
     /// The classes within which a key of another class lies whose support is not smaller, in the order of the
     /// entries. There are none where the classes are those of a database, since such a key would have the
-    /// same closure. Irregular classes do not count. About the time that construction takes.
+    /// same closure. Where classes of equal support have a key in common, only some of them may be found.
+    /// Irregular classes do not count. Takes less time than construction.
     std::vector<NodeRef> contradicted_classes();
 
 private:

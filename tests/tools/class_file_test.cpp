@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
     OfItemsets, ClassFileFault,
     testing::Values(
         Fault{"2 1 2\t4\t 1,\n", "1:5: found the item 2 again; expected each item of an itemset once"},
-        Fault{"1 2 3\t4\t 3 3,\n", "1:11: found the item 3 again; expected each item of an itemset once"},
+        Fault{"1 2 3\t4\t 3 3,\n", "1:12: found the item 3 again; expected each item of an itemset once"},
         Fault{"1 2\t4\t 1, 3,\n",
               "1:11: found an essential itemset with the item 3; expected items of the "
               "closed itemset alone"},

@@ -14,11 +14,10 @@ namespace korv::tools {
 /// where a support is above `transactions`, and where within a closed itemset lies a key of another class
 /// whose support is not smaller. (A key of a class is one of its essential itemsets, or its closed itemset
 /// where it has none. A transaction that meets the one itemset meets the other; so that class would have a
-/// smaller support, or the same closure.) Of several, the class that stands first in the file is named.
+/// smaller support, or the same closure.)
 ///
 /// `lines`: of the classes, in their order; `name`: of the class file; `supports`: made of the classes, whose
-/// essential itemsets have items and lie within the closed itemsets. Takes about as long as `supports` took
-/// to be made.
+/// essential itemsets have items and lie within the closed itemsets. Takes less time than making these did.
 void require_agreement(const ClassMap& classes, const std::vector<std::uint32_t>& lines,
                        const std::string& name, Count transactions, DifferenceSupports& supports);
 

@@ -76,7 +76,7 @@ std::vector<std::uint32_t> lines_in_order(const Records& records) {
 }
 
 /// Throws Error for the first line whose closed itemset an earlier line has.
-void require_different(const Records& records, const std::vector<std::uint32_t>& in_order,
+void require_each_once(const Records& records, const std::vector<std::uint32_t>& in_order,
                        const std::string& name) {
     std::optional<std::pair<std::uint32_t, std::uint32_t>> first;  // the later line, and the earlier one
     for (std::size_t i = 1; i < in_order.size(); ++i) {
@@ -309,7 +309,7 @@ ClassFile read_class_file(TextInput input) {
     }
     std::string().swap(input.text);  // an assignment would keep the memory
     file.lines = lines_in_order(records);
-    require_different(records, file.lines, input.name);
+    require_each_once(records, file.lines, input.name);
     if (fault) {
         throw Error(*fault);
     }
@@ -331,9 +331,9 @@ bool looks_like_class_file(std::string_view text) {
     std::size_t lines = 0;
     std::size_t records = 0;
     for (; !text.empty() && lines < most_lines; ++lines) {
-        const std::size_t end = std::min(text.find('\n'), text.size() - 1);
-        records += begins_as_record(text.substr(0, end)) ? 1 : 0;
-        text.remove_prefix(end + 1);
+        const std::string_view line = text.substr(0, text.find('\n'));
+        records += begins_as_record(line) ? 1 : 0;
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
     }
     return records > 0 && records * 2 >= lines;
 }

@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <iostream>
@@ -19,7 +18,6 @@
 #include "mine/mining_watch.h"
 #include "mine/named_items.h"
 #include "mine/progress.h"
-#include "mine/ranked_items.h"
 #include "mine/reading.h"
 #include "mine/summary.h"
 
@@ -85,21 +83,6 @@ MiningResult mine_within_memory(const Database& database, const MiningOptions& o
         [&] { return "after " + std::to_string(watch.progress().classes) + " classes"; });
 }
 
-/// Throws Error when there are no classes, since korv stops at an empty class file.
-void require_classes(const MiningResult& result, const Database& database, const MiningOptions& options) {
-    if (result.classes.size() > 0) {
-        return;
-    }
-    Count most = 0;
-    for (const Database::ItemColumn& column : database.items) {
-        most = std::max(most, support_of(column, database));
-    }
-    const bool is_rare = most < options.min_support;
-    throw Error((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)
-                         : "--min-own: no item is in " + std::to_string(options.min_own)) +
-                " transactions; the most frequent one is in " + std::to_string(most));
-}
-
 void write_classes(const MinedClasses& classes, AtomicOutput& output) {
     std::string record;
     classes.for_each([&](const MinedClass& each) {
@@ -138,7 +121,7 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
             return Status::stopped;
         }
     }
-    require_classes(result, database, options);
+    require_classes(result.classes, database, options);
     within_memory([&] { write_classes(result.classes, output); },
                   [] { return std::string("while writing the classes"); });
     AtomicOutput::commit_together(names ? std::vector{&*names, &output} : std::vector{&output});

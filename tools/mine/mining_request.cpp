@@ -1,8 +1,10 @@
 #include "mine/mining_request.h"
 
+#include <algorithm>
 #include <string>
 
 #include "common/error.h"
+#include "mine/ranked_items.h"
 
 namespace korv::tools {
 
@@ -25,6 +27,20 @@ MiningOptions mining_options(const MiningRequest& request, const Threshold& min_
     options.max_classes = request.max_classes.value_or(options.max_classes);
     options.closure_over_all = request.closure_over_all;
     return options;
+}
+
+void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options) {
+    if (classes.size() > 0) {
+        return;
+    }
+    Count most = 0;
+    for (const Database::ItemColumn& column : database.items) {
+        most = std::max(most, support_of(column, database));
+    }
+    const bool is_rare = most < options.min_support;
+    throw Error((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)
+                         : "--min-own: no item is in " + std::to_string(options.min_own)) +
+                " transactions; the most frequent one is in " + std::to_string(most));
 }
 
 }  // namespace korv::tools

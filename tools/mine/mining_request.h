@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "mine/database.h"
+#include "mine/mined_classes.h"
 #include "mine/miner.h"
 #include "mine/threshold.h"
 
@@ -25,5 +27,8 @@ struct MiningRequest {
 /// threshold that is below 1 (below 0 for min_joint) or above `transactions`, and when min_joint is below the
 /// minimum support but max_size is not given.
 MiningOptions mining_options(const MiningRequest& request, const Threshold& min_support, Count transactions);
+
+/// Throws Error when there are no classes, since there is nothing to derive rules from.
+void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options);
 
 }  // namespace korv::tools

@@ -1,6 +1,7 @@
 #include "mine/reading.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <variant>
 
@@ -309,9 +310,16 @@ std::string name_of(const std::vector<std::string>& paths) {
 Database read_database(const std::vector<std::string>& paths, const ReadingOptions& options,
                        ReadingReport& report) {
     require_standard_input_once(paths);
+    return read_database(read_text(paths.front()), paths, options, report);
+}
+
+Database read_database(TextInput first, const std::vector<std::string>& paths, const ReadingOptions& options,
+                       ReadingReport& report) {
+    require_standard_input_once(paths);
     Texts texts(options);
-    for (const std::string& path : paths) {
-        texts.add(read_text(path));
+    texts.add(std::move(first));
+    for (auto path = std::next(paths.begin()); path != paths.end(); ++path) {
+        texts.add(read_text(*path));
     }
     Database database = texts.finish();
     if (database.items.empty()) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/text_input.h"
 #include "mine/database.h"
 #include "mine/format_guess.h"
 #include "mine/table.h"
@@ -40,6 +41,10 @@ struct ReadingReport {
 /// cannot be told, where options do not go with the format, where there is no item at all, and where standard
 /// input is named twice.
 Database read_database(const std::vector<std::string>& paths, const ReadingOptions& options,
+                       ReadingReport& report);
+
+/// The same where the text of the first of the files is at hand.
+Database read_database(TextInput first, const std::vector<std::string>& paths, const ReadingOptions& options,
                        ReadingReport& report);
 
 /// Throws Error where options do not go with the format that was given. Where none was, read_database does.

@@ -80,6 +80,13 @@ void add_uncut(const std::vector<UncutColumn>& columns, std::string& text) {
     }
 }
 
+void add_cut(const std::vector<std::string>& columns, std::string& text) {
+    if (!columns.empty()) {
+        text += "Cut into bins: the column" + std::string(columns.size() == 1 ? " " : "s ") +
+                list_of(columns) + ", of many numbers (--bins says how; --bins none leaves them)\n";
+    }
+}
+
 void add_identifiers(const std::vector<std::string>& columns, std::string& text) {
     if (columns.size() == 1) {
         text +=
@@ -106,6 +113,7 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
         return;
     }
     const TableReport& table = *reading.table;
+    add_cut(table.cut, text);
     add_uncut(table.uncut, text);
     add_identifiers(table.identifiers, text);
     add_twins(table.twins, text);

@@ -187,6 +187,7 @@ void TableReader::note_other_cells(const TextInput& input) {
 
 Database TableReader::finish() {
     report_uncut();
+    report_cut();
     report_identifiers();
     if (std::ranges::all_of(database_.weights, [](Count weight) { return weight == 1; })) {
         database_.weights.clear();
@@ -209,6 +210,14 @@ void TableReader::report_uncut() {
         if (columns_[i].has_more_values_than_bins()) {
             cell.has_numbers = columns_[i].has_numbers();
             report_.uncut.push_back(std::move(cell));
+        }
+    }
+}
+
+void TableReader::report_cut() {
+    for (const TableColumn& column : columns_) {
+        if (column.is_cut_for_many_numbers()) {
+            report_.cut.push_back(column.name());
         }
     }
 }

@@ -30,6 +30,9 @@ struct UncutColumn {
 /// What the person who reads the rules should know about a table.
 struct TableReport {
     std::vector<UncutColumn> uncut;  ///< in the order of the columns
+    /// The names of columns that a rule for columns of many distinct numbers cut, in the order of the
+    /// columns: see BinRule::more_than.
+    std::vector<std::string> cut;
     /// The names of columns whose items are in the same transactions, so that they double every rule: see
     /// twin_columns.
     std::vector<std::vector<std::string>> twins;
@@ -45,9 +48,9 @@ struct TableReport {
 ///
 /// A cell is an item, "column=value"; a missing one is none. A column for which there is a rule is cut into
 /// bins (see column_bins.h). A rule for all columns cuts those that hold nothing but numbers, more of them
-/// than bins; a rule for one column takes precedence. A cell of a column that is to be split holds several
-/// answers, without blanks around them, each of them the item "column=answer"; an answer that is empty or
-/// missing is none. With only_true, a cell of any other column is the item "column" or none.
+/// than bins or than the rule says; a rule for one column takes precedence. A cell of a column that is to be
+/// split holds several answers, without blanks around them, each of them the item "column=answer"; an answer
+/// that is empty or missing is none. With only_true, a cell of any other column is the item "column" or none.
 ///
 /// Items are numbered from 1, column by column: values and answers in the order in which they first occur,
 /// bins from the smallest. While the tables are read, each column holds its distinct cells, and one to four
@@ -88,6 +91,7 @@ private:
     void add_transactions(const Line& line, std::uint64_t weight);
     void note_other_cells(const TextInput& input);
     void report_uncut();
+    void report_cut();
     void report_identifiers();
     void report_twins(const std::vector<std::size_t>& ends);
     void require_different_names(const std::vector<std::size_t>& ends) const;

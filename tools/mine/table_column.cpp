@@ -205,7 +205,7 @@ std::size_t TableColumn::distinct_values() const {
 }
 
 bool TableColumn::has_more_values_than_bins() const {
-    return bins_ != nullptr && distinct_values() > bins_->bins;
+    return bins_ != nullptr && distinct_values() > bins_->most_uncut();
 }
 
 bool TableColumn::is_identifier() const {
@@ -240,7 +240,7 @@ std::size_t TableColumn::distinct_numbers() const {
 /// Whether cells become bins.
 bool TableColumn::is_cut() const {
     if (meaning_ == Meaning::number_or_values) {
-        return !other_position_ && distinct_numbers() > bins_->bins;
+        return !other_position_ && distinct_numbers() > bins_->most_uncut();
     }
     return meaning_ == Meaning::number;
 }

@@ -63,6 +63,8 @@ public:
     bool has_numbers() const { return has_numbers_; }
     /// Whether `--bins K` would have cut the column, had all its cells been numbers.
     bool has_more_values_than_bins() const;
+    /// Whether it is cut by a rule that is for columns of many distinct numbers. Call this before move_to.
+    bool is_cut_for_many_numbers() const { return bins_ != nullptr && bins_->more_than > 0 && is_cut(); }
     /// Whether each cell is an item of its own, in one line alone: there are more than 20, all different, and
     /// at most one line in 20 has none. Such a column floods the names, and hardly makes a rule. One that is
     /// cut, split or of flags is none. Call this before move_to. O(distinct cells), and O(lines) where these

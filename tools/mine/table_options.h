@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -12,6 +13,12 @@ struct BinRule {
     std::string column;                    ///< its name; empty for all columns that hold nothing but numbers
     std::size_t bins;                      ///< at least 1; without meaning where there are points
     std::vector<std::string> points = {};  ///< finite numbers as they are typed, ascending; each begins a bin
+    /// A rule for all columns cuts those of more than so many distinct numbers; at least those of more
+    /// numbers than bins.
+    std::size_t more_than = 0;
+
+    /// How many distinct numbers a column that a rule for all columns leaves as it is has at most.
+    std::size_t most_uncut() const { return std::max(bins, more_than); }
 };
 
 /// A rule that a cell holds several answers, each of them an item.

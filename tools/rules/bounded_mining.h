@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "common/error.h"
+#include "engine/classes.h"
+#include "mine/database.h"
+#include "mine/miner.h"
+
+namespace korv::tools {
+
+/// Says that mining ended because it was told to.
+class MiningStopped : public Error {
+public:
+    MiningStopped() : Error("stopped before all classes were mined") {}
+};
+
+/// What mine_bounded found.
+struct BoundedMining {
+    MinedClasses classes;   ///< all of them, for `options`
+    MiningOptions options;  ///< with the largest size that was mined
+    bool is_reduced;        ///< whether that is smaller than the one that was asked for
+};
+
+/// The classes of a database, no more than options.max_classes. Where there are more, the largest size of
+/// essential itemsets is the largest one, at least 2, of which there are not. Throws Error where there are
+/// more even then; it names a minimum support that would do. Throws Error where there are no classes, and
+/// MiningStopped when `go_on` returns false.
+///
+/// Mines again, from size 2 upwards, where the classes are too many.
+BoundedMining mine_bounded(const Database& database, const MiningOptions& options, const GoOn& go_on = {});
+
+/// The classes as korv stores them: without the essential itemset that is the closed itemset.
+ClassMap class_map(const MinedClasses& classes);
+
+}  // namespace korv::tools

@@ -1,0 +1,273 @@
+#include "rules/rule_input.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include "base/number_text.h"
+#include "common/class_file.h"
+#include "common/error.h"
+#include "common/lines.h"
+#include "common/quantity.h"
+#include "common/text_input.h"
+#include "mine/arguments.h"
+#include "mine/summary.h"
+#include "rules/bounded_mining.h"
+#include "rules/names_file.h"
+#include "rules/support_counter.h"
+
+namespace korv::tools {
+
+namespace {
+
+constexpr std::size_t default_max_classes = 1'000'000;
+constexpr std::size_t default_bins = 4;
+constexpr std::size_t most_numbers_left_uncut = 8;
+
+/// A line of the notes, as korv-mine writes its summary.
+std::string note(const std::string& label, const std::string& value) {
+    return label + std::string(20 - label.size(), ' ') + value;
+}
+
+void add_lines(std::string_view text, std::vector<std::string>& notes) {
+    for_each_line(text, [&notes](std::string_view line) { notes.emplace_back(line); });
+}
+
+std::map<Item, std::string> names_of(const Database& database) {
+    std::map<Item, std::string> names;
+    for (std::size_t i = 0; i < database.names.size(); ++i) {
+        names.emplace(database.items[i].item, database.names[i]);
+    }
+    return names;
+}
+
+/// The names file beside a class file; empty where there is none.
+std::string names_beside(const std::string& class_file) {
+    std::filesystem::path path = class_file;
+    if (path.extension() == ".gz") {
+        path.replace_extension();
+    }
+    const std::string names = default_names(path.string());
+    std::error_code failed;  // what cannot be looked at is not there
+    return names != class_file && std::filesystem::exists(names, failed) ? names : "";
+}
+
+/// Reads the names: from the file that was asked for, the database, or the file beside a class file.
+ItemNames read_item_names(const InputRequest& request, const Database* database,
+                          std::vector<std::string>& notes, const std::string& class_file) {
+    if (request.names.empty() && database != nullptr && !database->names.empty()) {
+        return ItemNames(names_of(*database));
+    }
+    const std::string path =
+        request.names.empty() && !class_file.empty() ? names_beside(class_file) : request.names;
+    if (path.empty()) {
+        return {};
+    }
+    notes.push_back(note("names", path));
+    return ItemNames(read_names(read_text(path)));
+}
+
+std::string names_of_paths(const std::vector<std::string>& paths) {
+    std::string names;
+    for (const std::string& path : paths) {
+        names += (names.empty() ? "" : ", ") + (path == "-" ? "standard input" : path);
+    }
+    return names;
+}
+
+/// The first option that is given for transactions; empty where there is none.
+std::string option_for_transactions(const InputRequest& request) {
+    const ReadingOptions& reading = request.reading;
+    const MiningRequest& mining = request.mining;
+    const bool is_read_only = !request.database.empty();
+    const std::array<std::pair<bool, const char*>, 9> given = {{
+        {!is_read_only && reading.format, "--format"},
+        {!is_read_only && reading.separator, "--separator"},
+        {!is_read_only && reading.weighted, "--weighted"},
+        {mining.min_joint.has_value(), "--min-joint"},
+        {mining.min_own.has_value(), "--min-own"},
+        {mining.max_size.has_value(), "--max-size"},
+        {mining.closure_over_all, "--closure-items"},
+        {mining.max_classes.has_value(), "--max-classes"},
+        {mining.max_seconds.has_value(), "--max-seconds"},
+    }};
+    const auto* const found = std::ranges::find_if(given, [](const auto& each) { return each.first; });
+    if (found != given.end()) {
+        return found->second;
+    }
+    return is_read_only || reading.given_for_tables.empty() ? "" : reading.given_for_tables.front();
+}
+
+/// The classes in the order of their lines.
+std::vector<NodeRef> by_line(const ClassFile& file) {
+    std::vector<NodeRef> nodes(file.classes.size());
+    auto line = file.lines.begin();
+    for (NodeRef node = file.classes.begin(); node != file.classes.end(); ++node, ++line) {
+        nodes[*line - 1] = node;
+    }
+    return nodes;
+}
+
+/// Throws Error unless an itemset of a class has its support in the database.
+void require_support(const Itemset& itemset, std::size_t line, Count support, SupportCounter& counter,
+                     const ClassFile& file, const std::string& database) {
+    const Count counted = counter.count(itemset);
+    if (counted != support) {
+        std::string items;
+        append_items(itemset, items);
+        throw input_error(file.name, {line, 1}, "the support " + std::to_string(support),
+                          std::to_string(counted) + ", the support of " + shown(items) + " in " + database);
+    }
+}
+
+/// Throws Error for the first class, by its line, whose support is not that of its itemsets in the database.
+void require_supports(const ClassFile& file, const Database& database, const std::string& name) {
+    SupportCounter counter(database);
+    std::size_t line = 1;
+    for (const NodeRef node : by_line(file)) {
+        const Count support = node->second.support;
+        require_support(node->first, line, support, counter, file, name);
+        for (const Itemset& essential : node->second.essentials) {
+            require_support(essential, line, support, counter, file, name);
+        }
+        ++line;
+    }
+}
+
+void check_class_request(const InputRequest& request, const std::string& name) {
+    if (request.paths.size() > 1) {
+        throw Error(request.paths[1] + ": found a second input behind the class file " + name +
+                    "; expected one class file, or files of transactions alone");
+    }
+    const std::string option = option_for_transactions(request);
+    if (!option.empty()) {
+        throw Error(option + ": goes with transactions only; " + name + " is a class file");
+    }
+    if (request.database.empty() && !request.transactions) {
+        throw Error(name +
+                    ": found a class file, which does not say how many transactions there are; expected "
+                    "--database-size N (-n N), or --database FILE");
+    }
+}
+
+/// Reads the transactions of a class file, and counts all of its supports.
+void read_its_database(const InputRequest& request, const ClassFile& file, RuleInput& input) {
+    if (request.database == "-" && request.paths.front() == "-") {
+        throw Error("-: found as the class file and the database; expected standard input at most once");
+    }
+    ReadingReport report;
+    input.database = read_database({request.database}, request.reading, report);
+    const std::string name = names_of_paths({request.database});
+    require_supports(file, *input.database, name);
+    input.transactions = input.database->transactions;
+    if (request.transactions && *request.transactions != input.transactions) {
+        throw Error("--database-size: found " + std::to_string(*request.transactions) + "; expected " +
+                    std::to_string(input.transactions) + " as in " + name + ", or no such option");
+    }
+    input.notes.push_back(note("database", name + ", which has all supports of the classes"));
+    add_lines(summary_of_input(*input.database, report), input.notes);
+}
+
+RuleInput read_class_input(TextInput text, const InputRequest& request) {
+    check_class_request(request, text.name);
+    RuleInput input;
+    ClassFile file = read_class_file(std::move(text));
+    const std::string how = request.is_class_file ? "" : " (seen from its first lines)";
+    input.notes.push_back(note("class file", file.name + how));
+    input.notes.push_back(note("classes", std::to_string(file.classes.size())));
+    if (request.database.empty()) {
+        input.transactions = *request.transactions;
+        input.notes.push_back(note("transactions", std::to_string(input.transactions)));
+    } else {
+        read_its_database(request, file, input);
+    }
+    const bool is_named = request.paths.front() != "-";
+    input.names = read_item_names(request, input.database ? &*input.database : nullptr, input.notes,
+                                  is_named ? request.paths.front() : "");
+    input.path = file.name;
+    input.classes = std::move(file.classes);
+    input.lines = std::move(file.lines);
+    return input;
+}
+
+void check_transactions_request(const InputRequest& request, const std::string& name) {
+    const char* const option = request.transactions        ? "--database-size"
+                               : !request.database.empty() ? "--database"
+                                                           : nullptr;
+    if (option != nullptr) {
+        throw Error(std::string(option) + ": goes with a class file only; " + name +
+                    " holds transactions, as far as its first lines tell (--format classes says that it is "
+                    "a class file)");
+    }
+}
+
+/// The options of reading, with the bins that go without saying.
+ReadingOptions with_default_bins(const InputRequest& request) {
+    ReadingOptions reading = request.reading;
+    if (!request.has_bins && !reading.table.only_true) {
+        reading.table.bins.push_back(
+            {.column = "", .bins = default_bins, .points = {}, .more_than = most_numbers_left_uncut});
+    }
+    return reading;
+}
+
+/// What is to be mined, with what goes without saying.
+MiningOptions options_of(const InputRequest& request, Count transactions) {
+    MiningRequest mining = request.mining;
+    if (!mining.max_size && request.max_items > 0) {
+        mining.max_size = request.max_items;
+    }
+    mining.max_classes = mining.max_classes.value_or(default_max_classes);
+    return mining_options(mining, mining.min_supports.front(), transactions);
+}
+
+void add_notes_on(const BoundedMining& mined, std::vector<std::string>& notes) {
+    notes.push_back(note("classes", std::to_string(mined.classes.size())));
+    if (mined.is_reduced) {
+        notes.push_back("Itemsets of more than " + std::to_string(mined.options.max_size) +
+                        (mined.options.max_size == 1 ? " item" : " items") +
+                        " are left out, since with them there are more than " +
+                        with_commas(mined.options.max_classes) +
+                        " classes: --max-classes allows more, a higher --min-support brings fewer");
+    }
+}
+
+RuleInput read_transactions(TextInput text, const InputRequest& request, const MiningGoOn& go_on) {
+    check_transactions_request(request, text.name);
+    RuleInput input;
+    ReadingReport report;
+    input.database = read_database(std::move(text), request.paths, with_default_bins(request), report);
+    input.transactions = input.database->transactions;
+    add_lines(summary_of_input(*input.database, report), input.notes);
+    input.names = read_item_names(request, &*input.database, input.notes, "");
+    const BoundedMining mined = mine_bounded(*input.database, options_of(request, input.transactions), go_on);
+    add_notes_on(mined, input.notes);
+    input.classes = class_map(mined.classes);
+    return input;
+}
+
+/// Whether an input is a class file.
+bool is_class_file(const TextInput& text, const InputRequest& request) {
+    if (request.is_class_file) {
+        return *request.is_class_file;
+    }
+    // Only a class file has a database besides; the format is that of the transactions.
+    return !request.database.empty() || (!request.reading.format && looks_like_class_file(text.text));
+}
+
+}  // namespace
+
+RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on) {
+    return within_memory(
+        [&] {
+            TextInput text = read_text(request.paths.front());
+            return is_class_file(text, request) ? read_class_input(std::move(text), request)
+                                                : read_transactions(std::move(text), request, go_on);
+        },
+        [&] { return "while reading " + names_of_paths(request.paths); });
+}
+
+}  // namespace korv::tools
