@@ -1,12 +1,9 @@
 #include "mine/column_choice.h"
 
 #include <algorithm>
-#include <iterator>
-#include <numeric>
-#include <unordered_map>
-#include <utility>
 
 #include "common/error.h"
+#include "common/nearest.h"
 #include "common/utf8.h"
 
 namespace korv::tools {
@@ -15,57 +12,19 @@ namespace {
 
 /// The columns of a message.
 constexpr std::size_t most_listed = 10;
-/// Of the names that are compared to find close ones.
-constexpr std::size_t most_compared = 64;
-
-/// How many bytes have to be inserted, removed or replaced to make one text of the other.
-std::size_t edit_distance(std::string_view one, std::string_view other) {
-    std::vector<std::size_t> distances(other.size() + 1);
-    std::iota(distances.begin(), distances.end(), std::size_t{0});
-    for (std::size_t i = 0; i < one.size(); ++i) {
-        std::size_t diagonal = std::exchange(distances[0], i + 1);
-        for (std::size_t j = 0; j < other.size(); ++j) {
-            const std::size_t replaced = diagonal + (one[i] == other[j] ? 0 : 1);
-            diagonal = distances[j + 1];
-            distances[j + 1] = std::min({replaced, diagonal + 1, distances[j] + 1});
-        }
-    }
-    return distances.back();
-}
-
-std::string beginning_in_small_letters(std::string_view text) {
-    std::string result(text.substr(0, most_compared));
-    for (char& c : result) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return result;
-}
 
 /// Names like `word`, the closest first; all names in their order where they are few.
 std::vector<std::string> names_to_list(std::string_view word, const std::vector<std::string>& header) {
     if (header.size() <= most_listed) {
         return header;
     }
-    const std::string wanted = beginning_in_small_letters(word);
-    std::vector<std::pair<std::size_t, std::size_t>> closest;  // distance and position
-    for (std::size_t i = 0; i < header.size(); ++i) {
-        closest.emplace_back(edit_distance(wanted, beginning_in_small_letters(header[i])), i);
-    }
-    std::ranges::partial_sort(closest, closest.begin() + most_listed);
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < most_listed; ++i) {
-        names.push_back(header[closest[i].second]);
-    }
-    return names;
+    return nearest(word, header, most_listed);
 }
 
 /// Throws Error for a word that should be the name of a column.
 [[noreturn]] void fail_for_unknown(const std::string& option, const std::string& word,
                                    const std::vector<std::string>& header, const std::string& file) {
-    std::string names;
-    for (const std::string& name : names_to_list(word, header)) {
-        names += (names.empty() ? "" : ", ") + shown(name);
-    }
+    const std::string names = all_shown(names_to_list(word, header));
     const std::string number = std::to_string(header.size());
     const std::string expected = header.size() <= most_listed
                                      ? "one of " + file + ": " + names
