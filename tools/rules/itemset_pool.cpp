@@ -14,7 +14,7 @@ ItemsetId ItemsetPool::intern(ItemSpan itemset) {
         grow();
     }
     const auto hash = static_cast<std::uint32_t>(hash_of(itemset));
-    Slot& slot = slot_of(itemset, hash);
+    Slot& slot = slots_[slot_of(itemset, hash)];
     if (slot.id == no_itemset) {
         if (itemsets_.size() == most_itemsets) {
             throw Error(
@@ -27,13 +27,21 @@ ItemsetId ItemsetPool::intern(ItemSpan itemset) {
     return slot.id;
 }
 
-/// The slot of an itemset, or the empty one where it belongs.
-ItemsetPool::Slot& ItemsetPool::slot_of(ItemSpan itemset, std::uint32_t hash) {
+std::optional<ItemsetId> ItemsetPool::find(ItemSpan itemset) const {
+    if (slots_.empty()) {
+        return {};
+    }
+    const ItemsetId id = slots_[slot_of(itemset, static_cast<std::uint32_t>(hash_of(itemset)))].id;
+    return id == no_itemset ? std::optional<ItemsetId>() : id;
+}
+
+/// The position of the slot of an itemset, or of the empty one where it belongs.
+std::size_t ItemsetPool::slot_of(ItemSpan itemset, std::uint32_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-        Slot& slot = slots_[i];
+        const Slot& slot = slots_[i];
         if (slot.id == no_itemset || (slot.hash == hash && std::ranges::equal(itemsets_[slot.id], itemset))) {
-            return slot;
+            return i;
         }
     }
 }

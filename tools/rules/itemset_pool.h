@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "base/itemset.h"
@@ -19,6 +20,9 @@ public:
     /// O(items), on average. Throws Error beyond 2^31 itemsets.
     ItemsetId intern(ItemSpan itemset);
 
+    /// The number of `itemset` (ascending, each item once); nothing when it is not there. Costs as much.
+    std::optional<ItemsetId> find(ItemSpan itemset) const;
+
     /// Valid until the next itemset is new.
     ItemSpan operator[](ItemsetId id) const { return itemsets_[id]; }
 
@@ -33,7 +37,7 @@ private:
         std::uint32_t hash = 0;
     };
 
-    Slot& slot_of(ItemSpan itemset, std::uint32_t hash);
+    std::size_t slot_of(ItemSpan itemset, std::uint32_t hash) const;
     void grow();
 
     ItemsetTable itemsets_;

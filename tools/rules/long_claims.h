@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "rules/claim.h"
+#include "rules/itemset_pool.h"
+#include "rules/itemset_signatures.h"
+
+namespace korv::tools {
+
+/// Finds claims that outdo others, whatever the sizes of their itemsets.
+///
+/// The claims stand in blocks of 512 by the signatures of their itemsets, so that those of a block resemble
+/// each other. A block is passed over where its strongest claim is too weak, or where what all its claims
+/// have, or any of them has, cannot be in the right relation. In the other blocks 512 claims are compared at
+/// a time, column of the signature by column, until none is left. Those that are left at the end are compared
+/// by their items.
+///
+/// Invariant: a block has one bit for each claim and column, for the first itemset and for the second; the
+/// claims of a block stand by `low`, descending, so that those that are strong enough are the first ones. In
+/// `present`, the columns that most claims of the block have come first.
+///
+/// A few claims are compared one by one.
+///
+/// Costs at worst O(claims) for each question, divided by some hundreds: hardly more with long itemsets than
+/// with short ones. Takes at most 64 bytes for each claim, besides the claims.
+class LongClaims {
+public:
+    /// Refers to the first two. No two of `claims` have the same itemsets. Where their second itemsets have
+    /// to be equal, they should be: blocks are not passed over for that.
+    LongClaims(const ItemsetPool& itemsets, const ItemsetSignatures& signatures,
+               std::span<const Claim> claims, Outdoing outdoing);
+
+    /// Whether one of the claims, other than itself, outdoes `claim`.
+    bool outdo(const Claim& claim) const;
+
+private:
+    static constexpr std::size_t block_words = 8;
+    static constexpr std::size_t block_claims = 64 * block_words;
+    static constexpr std::size_t few_claims = 32;
+
+    using Bits = std::array<std::uint64_t, block_words>;
+
+    /// What the claims of a block have at one place, the first or the second.
+    struct Place {
+        Signature all = Signature::full();                           ///< columns that every claim has
+        Signature some;                                              ///< columns that a claim has
+        std::vector<std::uint8_t> present;                           ///< the columns of `some`
+        std::vector<Bits> claims_with_column;                        ///< in the order of `present`
+        std::array<std::uint8_t, Signature::columns> position = {};  ///< by column: in `present`
+    };
+    struct Block {
+        std::size_t begin;  ///< of its claims
+        std::size_t end;
+        std::array<Place, 2> places;
+    };
+
+    void sort_by_signature();
+    Block block_of(std::size_t begin, std::size_t end);
+    void fill(Place& place, std::size_t number, std::span<const Claim> claims) const;
+    bool may_outdo(const Block& block, const Claim& claim) const;
+    bool outdoes(const Block& block, const Claim& claim) const;
+    Bits strong_enough(const Block& block, Rank high) const;
+    static bool keep_those_with(const Place& place, const Signature& signature, Bits& left);
+    static bool keep_those_within(const Place& place, const Signature& signature, Bits& left);
+    static bool may_stand(Stand stand, const Place& place, const Signature& signature);
+    bool stands(ItemsetId itemset, Stand stand, ItemsetId other) const;
+    bool is_outdone_by(const Claim& claim, const Claim& other) const;
+
+    const ItemsetPool& itemsets_;
+    const ItemsetSignatures& signatures_;
+    std::array<Stand, 2> stands_;
+    std::vector<Claim> claims_;  ///< block by block
+    std::vector<Block> blocks_;
+};
+
+}  // namespace korv::tools

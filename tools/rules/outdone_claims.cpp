@@ -1,0 +1,70 @@
+#include "rules/outdone_claims.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "rules/long_claims.h"
+
+namespace korv::tools {
+
+OutdoneClaims::OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char>& is_wanted)
+    : itemsets_(itemsets),
+      parts_(itemsets, is_wanted),
+      signatures_(itemsets, is_wanted),
+      short_claims_(parts_, itemsets.size()) {}
+
+void OutdoneClaims::mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone) {
+    const auto longs =
+        std::ranges::stable_partition(claims, [&](const Claim& claim) { return is_short(claim, outdoing); });
+    const std::size_t shorts = claims.size() - longs.size();
+    short_claims_.mark_outdone(claims.first(shorts), outdoing, is_outdone);
+    if (longs.empty()) {
+        return;
+    }
+    if (outdoing.second == Stand::equals) {
+        mark_long_of_equal_second(claims, outdoing, is_outdone);
+    } else {
+        mark_long(claims, shorts, outdoing, is_outdone);
+    }
+}
+
+/// Marks the claims that are outdone where one of the two is long. The first `shorts` claims are short.
+void OutdoneClaims::mark_long(std::span<Claim> claims, std::size_t shorts, Outdoing outdoing,
+                              std::vector<char>& is_outdone) const {
+    const auto ask = [&](std::span<const Claim> stronger, std::span<const Claim> asking) {
+        const LongClaims index(itemsets_, signatures_, stronger, outdoing);
+        for (const Claim& claim : asking) {
+            if (claim.high != unreachable && is_outdone[claim.rule] == 0 && index.outdo(claim)) {
+                is_outdone[claim.rule] = 1;
+            }
+        }
+    };
+    ask(claims.first(shorts), claims.subspan(shorts));
+    ask(claims.subspan(shorts), claims);
+}
+
+/// The same, for the claims of each second itemset by themselves.
+void OutdoneClaims::mark_long_of_equal_second(std::span<Claim> claims, Outdoing outdoing,
+                                              std::vector<char>& is_outdone) const {
+    std::ranges::sort(claims, [&](const Claim& a, const Claim& b) {
+        return a.second != b.second ? a.second < b.second : is_short(a, outdoing) && !is_short(b, outdoing);
+    });
+    for (std::size_t begin = 0; begin < claims.size();) {
+        std::size_t end = begin;
+        std::size_t shorts = 0;
+        for (; end < claims.size() && claims[end].second == claims[begin].second; ++end) {
+            shorts += is_short(claims[end], outdoing) ? 1 : 0;
+        }
+        if (shorts < end - begin) {
+            mark_long(claims.subspan(begin, end - begin), shorts, outdoing, is_outdone);
+        }
+        begin = end;
+    }
+}
+
+bool OutdoneClaims::is_short(const Claim& claim, Outdoing outdoing) const {
+    const std::size_t second = outdoing.second == Stand::equals ? 0 : itemsets_[claim.second].size();
+    return itemsets_[claim.first].size() + second <= ItemsetParts::most_items;
+}
+
+}  // namespace korv::tools

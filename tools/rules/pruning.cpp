@@ -1,0 +1,378 @@
+#include "rules/pruning.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <span>
+#include <tuple>
+#include <utility>
+
+#include "rules/outdone_claims.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// A confidence: this part of a whole that is not 0. In contradictory counts it may be more than 1.
+struct Confidence {
+    Count part;
+    Count whole;
+
+    std::uint64_t times(const Confidence& other) const { return std::uint64_t{part} * other.whole; }
+    bool operator==(const Confidence& other) const { return times(other) == other.times(*this); }
+    bool operator<(const Confidence& other) const { return times(other) < other.times(*this); }
+};
+
+/// The ends of what a measure of a rule can be.
+template <typename Value>
+struct Ends {
+    Value low;
+    Value high;
+};
+
+template <typename Value>
+Ends<Value> ends(const Value& a, const Value& b) {
+    return b < a ? Ends<Value>{b, a} : Ends<Value>{a, b};
+}
+
+/// The ends of the confidence. It has none where no transaction need meet the premise.
+std::optional<Ends<Confidence>> confidence(const FoundRule& rule) {
+    if (rule.at_low.premise == 0 || rule.at_high.premise == 0) {
+        return {};
+    }
+    return ends(Confidence{rule.at_low.both, rule.at_low.premise},
+                Confidence{rule.at_high.both, rule.at_high.premise});
+}
+
+/// The leverage of a table, times the square of N. For counts of N < 2^31 transactions, or of any N that are
+/// possible, it fits: it is then at most a quarter of that square.
+std::int64_t leverage(const Contingency& table, Count transactions) {
+    return static_cast<std::int64_t>(std::uint64_t{table.both} * transactions -
+                                     std::uint64_t{table.premise} * table.conclusion);
+}
+
+/// Whether a rule has no exception, whatever is unknown of it: then it is a statement about all transactions.
+bool is_statement(const FoundRule& rule) {
+    const auto is_exact = [](const Contingency& table) {
+        return table.both == table.premise && table.premise != 0;
+    };
+    return is_exact(rule.at_low) && is_exact(rule.at_high);
+}
+
+/// Values by their order, from 1; equal ones have the same rank.
+template <typename Value>
+class Ranks {
+public:
+    explicit Ranks(std::vector<Value> values) : values_(std::move(values)) {
+        std::sort(values_.begin(), values_.end());
+        values_.erase(std::unique(values_.begin(), values_.end()), values_.end());
+    }
+
+    /// The rank of one of the values.
+    Rank operator()(const Value& value) const {
+        return static_cast<Rank>(std::lower_bound(values_.begin(), values_.end(), value) - values_.begin()) +
+               1;
+    }
+
+private:
+    std::vector<Value> values_;  ///< ascending, each once
+};
+
+/// The ranks of the ends of a measure, by rule; of 0 and `unreachable` where it has none.
+template <typename Measured>
+std::vector<Ends<Rank>> ranks_of_ends(const std::vector<FoundRule>& rules, Measured measured) {
+    using Value = decltype(measured(rules.front())->low);
+    std::vector<Value> values;
+    values.reserve(2 * rules.size());
+    for (const FoundRule& rule : rules) {
+        if (const auto found = measured(rule)) {
+            values.push_back(found->low);
+            values.push_back(found->high);
+        }
+    }
+    const Ranks<Value> ranks(std::move(values));
+    std::vector<Ends<Rank>> result;
+    result.reserve(rules.size());
+    for (const FoundRule& rule : rules) {
+        const auto found = measured(rule);
+        result.push_back(found ? Ends<Rank>{ranks(found->low), ranks(found->high)}
+                               : Ends<Rank>{0, unreachable});
+    }
+    return result;
+}
+
+/// Which sides of a rule are negated.
+enum class Signs : std::size_t { none, both, conclusion, premise };
+
+Signs signs(const FoundRule& rule) {
+    if (rule.premise.is_negated()) {
+        return rule.conclusion.is_negated() ? Signs::both : Signs::premise;
+    }
+    return rule.conclusion.is_negated() ? Signs::conclusion : Signs::none;
+}
+
+/// Of rules of the same signs: which of them is compared with which, and how.
+struct Comparison {
+    Signs signs;
+    bool is_conclusion_first;  ///< whether the conclusion is the first itemset of a claim
+    Outdoing outdoing;
+};
+
+/// The larger a plain premise, the more transactions meet it; a negated one is met by fewer. A rule that says
+/// more has a premise that is met by more, and a conclusion that is met by fewer.
+constexpr std::array domination = {
+    Comparison{Signs::none, false, {Stand::contains, Stand::within}},
+    Comparison{Signs::both, true, {Stand::contains, Stand::within}},
+    Comparison{Signs::conclusion, false, {Stand::contains, Stand::contains}},
+    Comparison{Signs::premise, false, {Stand::within, Stand::within}},
+};
+
+constexpr std::array domination_of_same_conclusion = {
+    Comparison{Signs::none, false, {Stand::contains, Stand::equals}},
+    Comparison{Signs::both, false, {Stand::within, Stand::equals}},
+    Comparison{Signs::conclusion, false, {Stand::contains, Stand::equals}},
+    Comparison{Signs::premise, false, {Stand::within, Stand::equals}},
+};
+
+constexpr std::array within_both_sides = {
+    Comparison{Signs::none, false, {Stand::within, Stand::within}},
+    Comparison{Signs::both, false, {Stand::within, Stand::within}},
+    Comparison{Signs::conclusion, false, {Stand::within, Stand::within}},
+    Comparison{Signs::premise, false, {Stand::within, Stand::within}},
+};
+
+/// A rule without exception, as what it says. Rules of the same statement are contrapositives of each other.
+struct Statement {
+    /// `none`: whoever meets the first itemset meets the second. `conclusion`: nobody meets both. `premise`:
+    /// everybody meets one of them.
+    Signs form;
+    ItemsetId first;
+    ItemsetId second;
+    std::uint32_t rule;
+
+    auto key() const { return std::tuple(form, first, second); }
+};
+
+Statement statement(const FoundRule& rule, std::uint32_t number) {
+    const ItemsetId premise = rule.premise.itemset();
+    const ItemsetId conclusion = rule.conclusion.itemset();
+    switch (signs(rule)) {
+        case Signs::none:
+            return {Signs::none, premise, conclusion, number};
+        case Signs::both:
+            return {Signs::none, conclusion, premise, number};
+        case Signs::conclusion:
+        case Signs::premise:
+            break;
+    }
+    return {signs(rule), std::min(premise, conclusion), std::max(premise, conclusion), number};
+}
+
+std::vector<char> itemsets_of_sides(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
+    std::vector<char> is_side(itemsets.size());
+    for (const FoundRule& rule : rules) {
+        is_side[rule.premise.itemset()] = 1;
+        is_side[rule.conclusion.itemset()] = 1;
+    }
+    return is_side;
+}
+
+/// What pruning works on. Its steps come in their order; each returns how many rules it leaves out.
+class Pruning {
+public:
+    Pruning(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets)
+        : rules_(rules),
+          itemsets_(itemsets),
+          outdone_claims_(itemsets, itemsets_of_sides(rules, itemsets)),
+          is_left_out_(rules.size()) {}
+
+    /// Leaves out rules of which the contrapositive is better to read.
+    std::size_t leave_out_contrapositives();
+
+    /// Leaves out what a rule of the same conclusion dominates or, unless `has_same_conclusion`, what any
+    /// rule dominates or implies.
+    std::size_t leave_out_weaker(bool has_same_conclusion);
+
+    /// Leaves out what is no better than a rule of fewer items.
+    std::size_t leave_out_unproductive(Count transactions);
+
+    bool is_left_out(std::size_t rule) const { return is_left_out_[rule] != 0; }
+
+private:
+    void leave_out_implied();
+    void leave_out_implied_alternatives();
+    void leave_out_outdone(std::span<const Comparison> comparisons, const std::vector<Ends<Rank>>& strengths);
+    bool is_preferred(std::uint32_t a, std::uint32_t b) const;
+    std::size_t count_left_out() const {
+        return static_cast<std::size_t>(std::ranges::count(is_left_out_, char{1}));
+    }
+
+    const std::vector<FoundRule>& rules_;
+    const ItemsetPool& itemsets_;
+    OutdoneClaims outdone_claims_;
+    std::vector<char> is_left_out_;      ///< by rule
+    std::vector<Statement> statements_;  ///< of rules without exception that are no turned-round ones
+};
+
+std::size_t Pruning::leave_out_contrapositives() {
+    std::vector<Statement> all;
+    for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
+        if (is_statement(rules_[rule])) {
+            all.push_back(statement(rules_[rule], rule));
+        }
+    }
+    std::ranges::sort(all, [this](const Statement& a, const Statement& b) {
+        return a.key() != b.key() ? a.key() < b.key() : is_preferred(a.rule, b.rule);
+    });
+    for (const Statement& one : all) {
+        if (!statements_.empty() && statements_.back().key() == one.key()) {
+            is_left_out_[one.rule] = 1;
+        } else {
+            statements_.push_back(one);
+        }
+    }
+    return all.size() - statements_.size();
+}
+
+/// Whether rule a is the better one to read of two that say the same.
+bool Pruning::is_preferred(std::uint32_t a, std::uint32_t b) const {
+    const auto negated_sides = [](const FoundRule& rule) {
+        return (rule.premise.is_negated() ? 1 : 0) + (rule.conclusion.is_negated() ? 1 : 0);
+    };
+    const auto compare_items = [this](const Side& x, const Side& y) {
+        const ItemSpan of_x = itemsets_[x.itemset()];
+        const ItemSpan of_y = itemsets_[y.itemset()];
+        return std::lexicographical_compare_three_way(of_x.begin(), of_x.end(), of_y.begin(), of_y.end());
+    };
+    const auto size = [this](const FoundRule& rule) {
+        return itemsets_[rule.premise.itemset()].size() + itemsets_[rule.conclusion.itemset()].size();
+    };
+    const FoundRule& x = rules_[a];
+    const FoundRule& y = rules_[b];
+    if (negated_sides(x) != negated_sides(y)) {
+        return negated_sides(x) < negated_sides(y);
+    }
+    if (size(x) != size(y)) {
+        return size(x) < size(y);
+    }
+    const auto premises = compare_items(x.premise, y.premise);
+    return premises != 0 ? premises < 0 : compare_items(x.conclusion, y.conclusion) < 0;
+}
+
+std::size_t Pruning::leave_out_weaker(bool has_same_conclusion) {
+    const std::size_t before = count_left_out();
+    if (!has_same_conclusion) {
+        leave_out_implied();
+    }
+    const std::vector<Ends<Rank>> confidences = ranks_of_ends(rules_, confidence);
+    leave_out_outdone(has_same_conclusion ? std::span<const Comparison>(domination_of_same_conclusion)
+                                          : std::span<const Comparison>(domination),
+                      confidences);
+    return count_left_out() - before;
+}
+
+/// Leaves out rules without exception that others without exception imply.
+void Pruning::leave_out_implied() {
+    std::vector<Claim> implications;
+    std::vector<Claim> exclusions;
+    for (const auto& [form, first, second, rule] : statements_) {
+        if (form == Signs::none) {
+            implications.push_back({first, second, 1, 1, rule});
+        } else if (form == Signs::conclusion) {
+            // It implies others either way round.
+            exclusions.push_back({first, second, 1, 1, rule});
+            exclusions.push_back({second, first, 1, unreachable, rule});
+        }
+    }
+    outdone_claims_.mark(implications, {Stand::contains, Stand::within}, is_left_out_);
+    outdone_claims_.mark(exclusions, {Stand::contains, Stand::contains}, is_left_out_);
+    leave_out_implied_alternatives();
+}
+
+/// Likewise those of a negated premise and a plain conclusion: they say that everybody meets the union of the
+/// two.
+void Pruning::leave_out_implied_alternatives() {
+    ItemsetPool unions;
+    std::vector<std::uint32_t> best;  // rule of each union
+    Itemset joined;
+    for (const auto& [form, first, second, rule] : statements_) {
+        if (form != Signs::premise) {
+            continue;
+        }
+        joined.clear();
+        std::ranges::set_union(itemsets_[first], itemsets_[second], std::back_inserter(joined));
+        const ItemsetId id = unions.intern(joined);
+        if (id == best.size()) {
+            best.push_back(rule);
+            continue;
+        }
+        const bool is_better = is_preferred(rule, best[id]);
+        is_left_out_[is_better ? best[id] : rule] = 1;
+        best[id] = is_better ? rule : best[id];
+    }
+    std::vector<Claim> claims;
+    for (ItemsetId id = 0; id < best.size(); ++id) {
+        claims.push_back({id, 0, 1, 1, best[id]});
+    }
+    OutdoneClaims(unions, std::vector<char>(unions.size(), 1))
+        .mark(claims, {Stand::within, Stand::equals}, is_left_out_);
+}
+
+/// Leaves out rules that others of the same signs outdo. Rules that are left out already still outdo others.
+void Pruning::leave_out_outdone(std::span<const Comparison> comparisons,
+                                const std::vector<Ends<Rank>>& strengths) {
+    for (const auto& [of_signs, is_conclusion_first, outdoing] : comparisons) {
+        std::vector<Claim> claims;
+        for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
+            if (signs(rules_[rule]) != of_signs || strengths[rule].low == 0) {
+                continue;
+            }
+            ItemsetId first = rules_[rule].premise.itemset();
+            ItemsetId second = rules_[rule].conclusion.itemset();
+            if (is_conclusion_first) {
+                std::swap(first, second);
+            }
+            const Rank high = is_left_out(rule) ? unreachable : strengths[rule].high;
+            claims.push_back({first, second, strengths[rule].low, high, rule});
+        }
+        outdone_claims_.mark(claims, outdoing, is_left_out_);
+    }
+}
+
+std::size_t Pruning::leave_out_unproductive(Count transactions) {
+    const std::size_t before = count_left_out();
+    std::vector<Ends<Rank>> leverages = ranks_of_ends(rules_, [=](const FoundRule& rule) {
+        return std::optional(ends(leverage(rule.at_low, transactions), leverage(rule.at_high, transactions)));
+    });
+    for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
+        if (is_left_out(rule)) {
+            leverages[rule] = {0, unreachable};
+        }
+    }
+    leave_out_outdone(within_both_sides, leverages);
+    return count_left_out() - before;
+}
+
+}  // namespace
+
+Pruned prune_rules(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+                   Prune prune) {
+    Pruned pruned;
+    if (prune == Prune::none) {
+        return pruned;
+    }
+    Pruning pruning(rules, itemsets);
+    pruned.turned_round = pruning.leave_out_contrapositives();
+    pruned.weaker = pruning.leave_out_weaker(prune == Prune::same);
+    if (prune == Prune::productive) {
+        pruned.unproductive = pruning.leave_out_unproductive(transactions);
+    }
+    std::size_t number = 0;
+    std::erase_if(rules, [&](const FoundRule&) { return pruning.is_left_out(number++); });
+    return pruned;
+}
+
+}  // namespace korv::tools
