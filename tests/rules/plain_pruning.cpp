@@ -1,0 +1,176 @@
+#include "rules/plain_pruning.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iterator>
+#include <tuple>
+#include <utility>
+
+namespace korv::test {
+
+using tools::Contingency;
+using tools::FoundRule;
+using tools::ItemsetPool;
+using tools::Prune;
+using tools::Pruned;
+using tools::Side;
+
+namespace {
+
+/// Whether the confidence of one table is at least that of another one.
+bool is_at_least_as_confident(const Contingency& a, const Contingency& b) {
+    return std::uint64_t{a.both} * b.premise >= std::uint64_t{b.both} * a.premise;
+}
+
+bool is_certainly_at_least(const FoundRule& rule, const FoundRule& other, const auto& is_at_least) {
+    return is_at_least(rule.at_low, other.at_low) && is_at_least(rule.at_low, other.at_high) &&
+           is_at_least(rule.at_high, other.at_low) && is_at_least(rule.at_high, other.at_high);
+}
+
+bool has_confidence(const FoundRule& rule) {
+    return rule.at_low.premise != 0 && rule.at_high.premise != 0;
+}
+
+Side negation(const Side& side) {
+    return {side.itemset(), !side.is_negated()};
+}
+
+bool have_same_sides(const FoundRule& a, const FoundRule& b) {
+    return a.premise == b.premise && a.conclusion == b.conclusion;
+}
+
+FoundRule contrapositive(const FoundRule& rule) {
+    FoundRule turned = rule;
+    turned.premise = negation(rule.conclusion);
+    turned.conclusion = negation(rule.premise);
+    return turned;
+}
+
+Itemset all_items(const FoundRule& rule, const ItemsetPool& itemsets) {
+    Itemset all;
+    std::ranges::set_union(itemsets[rule.premise.itemset()], itemsets[rule.conclusion.itemset()],
+                           std::back_inserter(all));
+    return all;
+}
+
+std::size_t items(const FoundRule& rule, const ItemsetPool& itemsets) {
+    return itemsets[rule.premise.itemset()].size() + itemsets[rule.conclusion.itemset()].size();
+}
+
+bool is_of_negated_premise_alone(const FoundRule& rule) {
+    return rule.premise.is_negated() && !rule.conclusion.is_negated();
+}
+
+/// Of two rules that say the same, the smaller one stays.
+auto order_of_preference(const FoundRule& rule, const ItemsetPool& itemsets) {
+    const auto copy = [&](const Side& side) {
+        const ItemSpan itemset = itemsets[side.itemset()];
+        return Itemset(itemset.begin(), itemset.end());
+    };
+    const int negated = (rule.premise.is_negated() ? 1 : 0) + (rule.conclusion.is_negated() ? 1 : 0);
+    return std::tuple(negated, items(rule, itemsets), copy(rule.premise), copy(rule.conclusion));
+}
+
+/// Takes out the rules that any of `others` leaves out.
+std::size_t take_out(std::vector<FoundRule>& rules, const std::vector<FoundRule>& others,
+                     const std::function<bool(const FoundRule& other, const FoundRule& rule)>& leaves_out) {
+    return std::erase_if(rules, [&](const FoundRule& rule) {
+        return std::ranges::any_of(others, [&](const FoundRule& other) { return leaves_out(other, rule); });
+    });
+}
+
+/// Shorter rules first, each is compared with those that are kept.
+std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPool& itemsets,
+                                  Count transactions) {
+    const auto leverage = [&](const Contingency& table) {
+        return std::int64_t{table.both} * transactions - std::int64_t{table.premise} * table.conclusion;
+    };
+    const auto is_within = [&](const Side& side, const Side& other) {
+        return side.is_negated() == other.is_negated() &&
+               is_contained(itemsets[side.itemset()], itemsets[other.itemset()]);
+    };
+    const auto is_no_better = [&](const FoundRule& rule, const FoundRule& kept) {
+        return is_within(kept.premise, rule.premise) && is_within(kept.conclusion, rule.conclusion) &&
+               !have_same_sides(kept, rule) &&
+               is_certainly_at_least(kept, rule, [&](const Contingency& a, const Contingency& b) {
+                   return leverage(a) >= leverage(b);
+               });
+    };
+    std::vector<FoundRule> by_size = rules;
+    std::ranges::stable_sort(by_size, {}, [&](const FoundRule& rule) { return items(rule, itemsets); });
+    std::vector<FoundRule> kept;
+    for (const FoundRule& rule : by_size) {
+        if (std::ranges::none_of(kept, [&](const FoundRule& one) { return is_no_better(rule, one); })) {
+            kept.push_back(rule);
+        }
+    }
+    return std::erase_if(rules, [&](const FoundRule& rule) {
+        return std::ranges::none_of(kept, [&](const FoundRule& one) { return have_same_sides(one, rule); });
+    });
+}
+
+}  // namespace
+
+bool implies(const Side& side, const Side& other, const ItemsetPool& itemsets) {
+    const ItemSpan own = itemsets[side.itemset()];
+    const ItemSpan others = itemsets[other.itemset()];
+    return side.is_negated() == other.is_negated() &&
+           (side.is_negated() ? is_contained(others, own) : is_contained(own, others));
+}
+
+bool dominates_in_items(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
+    return implies(other.premise, rule.premise, itemsets) &&
+           implies(rule.conclusion, other.conclusion, itemsets) && !have_same_sides(rule, other);
+}
+
+bool dominates(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
+    return dominates_in_items(rule, other, itemsets) && has_confidence(rule) && has_confidence(other) &&
+           is_certainly_at_least(rule, other, is_at_least_as_confident);
+}
+
+bool has_no_exception(const FoundRule& rule) {
+    return has_confidence(rule) && rule.at_low.both == rule.at_low.premise &&
+           rule.at_high.both == rule.at_high.premise;
+}
+
+bool statement_implies(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
+    if (is_of_negated_premise_alone(rule) && is_of_negated_premise_alone(other)) {
+        return is_contained(all_items(rule, itemsets), all_items(other, itemsets));
+    }
+    const FoundRule turned = contrapositive(rule);
+    return have_same_sides(rule, other) || have_same_sides(turned, other) ||
+           dominates_in_items(rule, other, itemsets) || dominates_in_items(turned, other, itemsets);
+}
+
+Pruned prune_rules_plainly(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+                           Prune prune) {
+    Pruned pruned;
+    if (prune == Prune::none) {
+        return pruned;
+    }
+    const std::vector<FoundRule> all = rules;
+    const auto is_preferred = [&](const FoundRule& rule, const FoundRule& other) {
+        return order_of_preference(rule, itemsets) < order_of_preference(other, itemsets);
+    };
+    pruned.turned_round = take_out(rules, all, [&](const FoundRule& other, const FoundRule& rule) {
+        return has_no_exception(other) && has_no_exception(rule) &&
+               have_same_sides(contrapositive(other), rule) && is_preferred(other, rule);
+    });
+    pruned.weaker = take_out(rules, all, [&](const FoundRule& other, const FoundRule& rule) {
+        if (prune == Prune::same) {
+            return other.conclusion == rule.conclusion && dominates(other, rule, itemsets);
+        }
+        const bool is_implied = has_no_exception(other) && has_no_exception(rule) &&
+                                statement_implies(other, rule, itemsets) &&
+                                (!statement_implies(rule, other, itemsets) || is_preferred(other, rule));
+        return is_implied || dominates(other, rule, itemsets);
+    });
+    if (prune == Prune::productive) {
+        pruned.unproductive = take_out_unproductive(rules, itemsets, transactions);
+    }
+    return pruned;
+}
+
+}  // namespace korv::test

@@ -1,0 +1,471 @@
+#include "rules/pruning.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <iterator>
+#include <ostream>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "rules/plain_pruning.h"
+#include "rules/random_rules.h"
+#include "support/bits.h"
+
+namespace korv::tools {
+
+namespace {
+
+using test::RuleSet;
+using test::RuleSetShape;
+
+/// A rule as it is typed in a test: the items of a side, negative ones for a negated side.
+struct TypedRule {
+    std::vector<int> premise;
+    std::vector<int> conclusion;
+    Contingency low;
+    Contingency high;
+
+    TypedRule(std::vector<int> if_this, std::vector<int> then_that, Contingency table)
+        : premise(std::move(if_this)), conclusion(std::move(then_that)), low(table), high(table) {}
+    TypedRule(std::vector<int> if_this, std::vector<int> then_that, Contingency at_low, Contingency at_high)
+        : premise(std::move(if_this)), conclusion(std::move(then_that)), low(at_low), high(at_high) {}
+};
+
+Side side_of(const std::vector<int>& typed, ItemsetPool& itemsets) {
+    Itemset items;
+    for (const int item : typed) {
+        items.push_back(static_cast<Item>(std::abs(item)));
+    }
+    return {itemsets.intern(items), typed.front() < 0};
+}
+
+std::string text(const Side& side, const ItemsetPool& itemsets) {
+    std::string text;
+    for (const Item item : itemsets[side.itemset()]) {
+        text += (text.empty() ? "" : " ") +
+                std::to_string(side.is_negated() ? -static_cast<int>(item) : static_cast<int>(item));
+    }
+    return text;
+}
+
+std::string text(const FoundRule& rule, const ItemsetPool& itemsets) {
+    return text(rule.premise, itemsets) + " => " + text(rule.conclusion, itemsets);
+}
+
+std::vector<std::string> texts(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
+    std::vector<std::string> all;
+    for (const FoundRule& rule : rules) {
+        all.push_back(text(rule, itemsets));
+    }
+    return all;
+}
+
+/// What is left, and how many rules each step left out.
+struct Outcome {
+    std::vector<std::string> left;
+    std::array<std::size_t, 3> pruned;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+void PrintTo(const Outcome& outcome, std::ostream* out) {
+    *out << outcome.left.size() << " left:";
+    for (const std::string& rule : outcome.left) {
+        *out << "  " << rule;
+    }
+    *out << "; turned round " << outcome.pruned[0] << ", weaker " << outcome.pruned[1] << ", unproductive "
+         << outcome.pruned[2];
+}
+
+template <typename PruneRules>
+Outcome outcome_of(PruneRules prune_them, RuleSet set, Prune prune) {
+    const Pruned pruned = prune_them(set.rules, set.itemsets, set.transactions, prune);
+    return {texts(set.rules, set.itemsets), {pruned.turned_round, pruned.weaker, pruned.unproductive}};
+}
+
+/// Of 100 transactions.
+Outcome outcome(const std::vector<TypedRule>& typed, Prune prune) {
+    RuleSet set;
+    set.transactions = 100;
+    for (const TypedRule& rule : typed) {
+        const Side premise = side_of(rule.premise, set.itemsets);
+        const Side conclusion = side_of(rule.conclusion, set.itemsets);
+        set.rules.push_back({premise, conclusion, rule.low, rule.high, Form::R111});
+    }
+    return outcome_of(prune_rules, set, prune);
+}
+
+using Left = std::vector<std::string>;
+
+TEST(PruneRules, LeavesEverythingIfNothingIsToBePruned) {
+    const Outcome found = outcome({{{1}, {2}, {10, 20, 10}}, {{-2}, {-1}, {80, 90, 80}}}, Prune::none);
+
+    EXPECT_EQ(found, (Outcome{{"1 => 2", "-2 => -1"}, {0, 0, 0}}));
+}
+
+TEST(PruneRules, KeepsTheOrderOfTheRulesThatAreLeft) {
+    const Outcome found =
+        outcome({{{9}, {2}, {10, 20, 9}}, {{1}, {2, 3}, {10, 30, 8}}, {{1}, {2}, {10, 20, 8}}}, Prune::full);
+
+    EXPECT_EQ(found, (Outcome{{"9 => 2", "1 => 2"}, {0, 1, 0}}));
+}
+
+TEST(PruneRules, LeavesOutADominatedRuleOfTheSameConclusionOnlyUnderSame) {
+    // The first dominates the second, whose premise is smaller, and the third, whose conclusion is larger.
+    const std::vector<TypedRule> rules = {
+        {{1, 2}, {5}, {20, 30, 18}}, {{1}, {5}, {10, 30, 9}}, {{1, 2}, {5, 6}, {20, 40, 18}}};
+
+    EXPECT_EQ(outcome(rules, Prune::same), (Outcome{{"1 2 => 5", "1 2 => 5 6"}, {0, 1, 0}}));
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"1 2 => 5"}, {0, 2, 0}}));
+}
+
+TEST(PruneRules, KeepsARuleThatIsMoreConfidentThanTheOneThatDominatesItInItems) {
+    const std::vector<TypedRule> rules = {{{1, 2}, {5}, {20, 30, 17}}, {{1}, {5}, {10, 30, 9}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"1 2 => 5", "1 => 5"}, {0, 0, 0}}));
+}
+
+TEST(PruneRules, ComparesTheLowerEndOfABoundedRuleWithTheUpperEndOfAnother) {
+    // 16/20 to 18/20 against 9/10, then against 8/10.
+    const TypedRule bounded = {{1, 2}, {5}, {20, 30, 16}, {20, 30, 18}};
+
+    EXPECT_EQ(outcome({bounded, {{1}, {5}, {10, 30, 9}}}, Prune::full).left, (Left{"1 2 => 5", "1 => 5"}));
+    EXPECT_EQ(outcome({bounded, {{1}, {5}, {10, 30, 8}}}, Prune::full).left, (Left{"1 2 => 5"}));
+    // 8/10 to 9/10 against 9/10: the upper end of the weaker one counts.
+    EXPECT_EQ(
+        outcome({{{1, 2}, {5}, {20, 30, 17}}, {{1}, {5}, {10, 30, 8}, {10, 30, 9}}}, Prune::full).left.size(),
+        2U);
+    EXPECT_EQ(
+        outcome({{{1, 2}, {5}, {20, 30, 18}}, {{1}, {5}, {10, 30, 8}, {10, 30, 9}}}, Prune::full).left.size(),
+        1U);
+}
+
+TEST(PruneRules, ComparesConfidencesExactly) {
+    // 2147483646/2147483647 is more than 2147483645/2147483646; as floating-point numbers of 53 bits they are
+    // the same.
+    const Contingency larger = {2147483647, 2147483647, 2147483646};
+    const Contingency smaller = {2147483646, 2147483647, 2147483645};
+
+    EXPECT_EQ(outcome({{{1, 2}, {5}, smaller}, {{1}, {5}, larger}}, Prune::full).left.size(), 2U);
+    EXPECT_EQ(outcome({{{1, 2}, {5}, larger}, {{1}, {5}, smaller}}, Prune::full).left.size(), 1U);
+}
+
+TEST(PruneRules, KeepsOneOfTwoContrapositivesWithoutException) {
+    // Plain sides first.
+    EXPECT_EQ(outcome({{{-2}, {-1, -3}, {80, 90, 80}}, {{1, 3}, {2}, {10, 20, 10}}}, Prune::same),
+              (Outcome{{"1 3 => 2"}, {1, 0, 0}}));
+    // Then the smaller premise.
+    EXPECT_EQ(outcome({{{2}, {-1}, {20, 90, 20}}, {{1}, {-2}, {10, 80, 10}}}, Prune::same),
+              (Outcome{{"1 => -2"}, {1, 0, 0}}));
+    EXPECT_EQ(outcome({{{-2}, {1, 3}, {20, 80, 20}}, {{-1, -3}, {2}, {20, 80, 20}}}, Prune::same),
+              (Outcome{{"-1 -3 => 2"}, {1, 0, 0}}));
+}
+
+TEST(PruneRules, KeepsBothContrapositivesIfTheyHaveExceptions) {
+    const std::vector<TypedRule> rules = {{{-2}, {-1}, {80, 90, 79}}, {{1}, {2}, {10, 20, 9}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"-2 => -1", "1 => 2"}, {0, 0, 0}}));
+}
+
+TEST(PruneRules, CountsAContrapositiveAsTurnedRoundThoughBothAreWeaker) {
+    const std::vector<TypedRule> rules = {
+        {{1, 4}, {2}, {15, 20, 15}}, {{1}, {2}, {10, 20, 10}}, {{-2}, {-1}, {80, 90, 80}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"1 4 => 2"}, {1, 1, 0}}));
+}
+
+TEST(PruneRules, LeavesOutWhatAnExclusionImpliesTheOtherWayRound) {
+    const std::vector<TypedRule> rules = {{{1, 2}, {-5, -6}, {20, 70, 20}}, {{5}, {-1}, {10, 90, 10}}};
+
+    EXPECT_EQ(outcome(rules, Prune::same).left.size(), 2U);
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"1 2 => -5 -6"}, {0, 1, 0}}));
+}
+
+TEST(PruneRules, ComparesTheUnionsOfRulesThatSayEverybodyMeetsOne) {
+    const std::vector<TypedRule> rules = {
+        {{-3}, {1}, {30, 80, 30}}, {{-1, -2}, {3, 4}, {10, 90, 10}}, {{-1, -4}, {2, 3}, {10, 90, 10}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full), (Outcome{{"-3 => 1"}, {0, 2, 0}}));
+    EXPECT_EQ(outcome({rules[2], rules[1]}, Prune::full), (Outcome{{"-1 -2 => 3 4"}, {0, 1, 0}}));
+    EXPECT_EQ(outcome(rules, Prune::same).left.size(), 3U);
+}
+
+TEST(PruneRules, LeavesOutARuleWithNoMoreLeverageThanOneOfFewerItems) {
+    // Leverage times 10,000: 800, 800, 810. None dominates: the longer premises are less confident.
+    const std::vector<TypedRule> rules = {
+        {{1}, {5}, {10, 10, 9}}, {{1, 2}, {5}, {20, 10, 10}}, {{1, 3}, {5}, {19, 10, 10}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full).left.size(), 3U);
+    EXPECT_EQ(outcome(rules, Prune::productive), (Outcome{{"1 => 5", "1 3 => 5"}, {0, 0, 1}}));
+}
+
+TEST(PruneRules, KeepsABoundedRuleThatMayHaveMoreLeverageThanOneOfFewerItems) {
+    // 800 against 700 to 900, then against 700 to 800.
+    const TypedRule shorter = {{1}, {5}, {10, 10, 9}};
+
+    EXPECT_EQ(outcome({shorter, {{1, 2}, {5}, {20, 10, 9}, {20, 10, 11}}}, Prune::productive).left.size(),
+              2U);
+    EXPECT_EQ(outcome({shorter, {{1, 2}, {5}, {20, 10, 9}, {20, 10, 10}}}, Prune::productive).left.size(),
+              1U);
+}
+
+TEST(PruneRules, NeitherLeavesOutNorComparesByConfidenceARuleWhosePremiseMayHoldForNobody) {
+    const std::vector<TypedRule> rules = {{{1, 2}, {5}, {0, 30, 0}, {20, 30, 20}}, {{1}, {5}, {10, 30, 9}}};
+
+    EXPECT_EQ(outcome(rules, Prune::full).left.size(), 2U);
+}
+
+TEST(PruneRules, HasNothingToDoWithoutRules) {
+    EXPECT_EQ(outcome({}, Prune::productive), (Outcome{{}, {0, 0, 0}}));
+}
+
+// --- Five items, all rules ---
+
+/// Everything that two sides over five items can say: a bit for each of the 32 possible transactions.
+using Transactions = std::uint32_t;
+
+constexpr test::Bits five_items = 0b11111;
+
+struct SmallRule {
+    test::Bits premise;
+    bool is_premise_negated;
+    test::Bits conclusion;
+    bool is_conclusion_negated;
+};
+
+std::vector<SmallRule> all_small_rules() {
+    std::vector<SmallRule> rules;
+    for (test::Bits premise = 1; premise <= five_items; ++premise) {
+        for (test::Bits conclusion = 1; conclusion <= five_items; ++conclusion) {
+            if ((premise & conclusion) != 0) {
+                continue;
+            }
+            for (const bool is_premise_negated : {false, true}) {
+                for (const bool is_conclusion_negated : {false, true}) {
+                    rules.push_back({premise, is_premise_negated, conclusion, is_conclusion_negated});
+                }
+            }
+        }
+    }
+    return rules;
+}
+
+Transactions that_meet(test::Bits items, bool is_negated) {
+    Transactions meeting = 0;
+    for (test::Bits transaction = 0; transaction <= five_items; ++transaction) {
+        const bool meets_any = (transaction & items) != 0;
+        meeting |= Transactions{meets_any != is_negated ? 1U : 0U} << transaction;
+    }
+    return meeting;
+}
+
+/// The transactions that cannot be if a rule has no exception.
+Transactions forbidden(const SmallRule& rule) {
+    return that_meet(rule.premise, rule.is_premise_negated) &
+           ~that_meet(rule.conclusion, rule.is_conclusion_negated);
+}
+
+bool is_subset(Transactions inner, Transactions outer) {
+    return (inner & ~outer) == 0;
+}
+
+FoundRule found(const SmallRule& rule, ItemsetPool& itemsets, const Contingency& table) {
+    return {{itemsets.intern(test::itemset_of(rule.premise)), rule.is_premise_negated},
+            {itemsets.intern(test::itemset_of(rule.conclusion)), rule.is_conclusion_negated},
+            table,
+            table,
+            Form::R111};
+}
+
+TEST(RelationsOfSides, AreThoseOfTheItems) {
+    ItemsetPool itemsets;
+    for (test::Bits a = 1; a <= five_items; ++a) {
+        for (test::Bits b = 1; b <= five_items; ++b) {
+            for (const auto& [is_a_negated, is_b_negated] :
+                 {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
+                const Side side = {itemsets.intern(test::itemset_of(a)), is_a_negated};
+                const Side other = {itemsets.intern(test::itemset_of(b)), is_b_negated};
+
+                EXPECT_EQ(test::implies(side, other, itemsets),
+                          is_subset(that_meet(a, is_a_negated), that_meet(b, is_b_negated)));
+            }
+        }
+    }
+}
+
+TEST(RelationsOfRules, DominanceIsAWiderPremiseAndANarrowerConclusion) {
+    ItemsetPool itemsets;
+    const std::vector<SmallRule> rules = all_small_rules();
+    std::size_t pairs = 0;
+    for (const SmallRule& a : rules) {
+        for (const SmallRule& b : rules) {
+            const bool is_same = &a == &b;
+            const bool is_wider = is_subset(that_meet(b.premise, b.is_premise_negated),
+                                            that_meet(a.premise, a.is_premise_negated));
+            const bool is_narrower = is_subset(that_meet(a.conclusion, a.is_conclusion_negated),
+                                               that_meet(b.conclusion, b.is_conclusion_negated));
+            ASSERT_EQ(test::dominates_in_items(found(a, itemsets, {}), found(b, itemsets, {}), itemsets),
+                      is_wider && is_narrower && !is_same);
+            ++pairs;
+        }
+    }
+    EXPECT_EQ(pairs, 518'400U);
+}
+
+/// Whether a rule says that everybody meets one of its items.
+bool is_alternative(const SmallRule& rule) {
+    return rule.is_premise_negated && !rule.is_conclusion_negated;
+}
+
+/// Whether everybody meets the conclusion, or nobody the premise, if everybody meets one of `items`.
+bool is_idle(const SmallRule& rule, test::Bits items) {
+    return (!rule.is_conclusion_negated && is_subset(items, rule.conclusion)) ||
+           (rule.is_premise_negated && is_subset(items, rule.premise));
+}
+
+TEST(RelationsOfRules, WhatARuleWithoutExceptionImpliesFollowsFromItsItems) {
+    ItemsetPool itemsets;
+    const std::vector<SmallRule> rules = all_small_rules();
+    std::size_t idle = 0;
+    for (const SmallRule& a : rules) {
+        for (const SmallRule& b : rules) {
+            const bool is_implied = is_subset(forbidden(b), forbidden(a));
+            const bool is_implied_in_items =
+                test::statement_implies(found(a, itemsets, {}), found(b, itemsets, {}), itemsets);
+            // Whoever says that everybody meets one of some items makes rules idle that conclude them. They
+            // are implied, but have no lift: they are left to the choice by lift.
+            const bool is_made_idle =
+                is_alternative(a) && !is_alternative(b) && is_idle(b, a.premise | a.conclusion);
+            ASSERT_EQ(is_implied, is_implied_in_items || is_made_idle);
+            idle += is_made_idle && !is_implied_in_items ? 1 : 0;
+        }
+    }
+    EXPECT_GT(idle, 0U);
+}
+
+TEST(PruneRules, OfTwoRulesWithoutExceptionKeepsTheOneThatImpliesTheOther) {
+    ItemsetPool itemsets;
+    std::vector<FoundRule> all;
+    const std::vector<SmallRule> small = all_small_rules();
+    for (const SmallRule& rule : small) {
+        all.push_back(found(rule, itemsets, {10, 50, 10}));
+    }
+    for (std::size_t a = 0; a < small.size(); ++a) {
+        for (std::size_t b = 0; b < a; ++b) {
+            const Transactions of_a = forbidden(small[a]);
+            const Transactions of_b = forbidden(small[b]);
+            const bool are_of_a_kind = is_alternative(small[a]) == is_alternative(small[b]);
+            const bool is_one_redundant = are_of_a_kind && (is_subset(of_a, of_b) || is_subset(of_b, of_a));
+            std::vector<FoundRule> rules = {all[a], all[b]};
+
+            prune_rules(rules, itemsets, 100, Prune::full);
+
+            ASSERT_EQ(rules.size(), is_one_redundant ? 1U : 2U)
+                << text(all[a], itemsets) << ", " << text(all[b], itemsets);
+            if (is_one_redundant && of_a != of_b) {
+                ASSERT_EQ(text(rules[0], itemsets), text(is_subset(of_a, of_b) ? all[b] : all[a], itemsets));
+            }
+        }
+    }
+}
+
+// --- Random rules ---
+
+constexpr std::array every_prune = {Prune::same, Prune::full, Prune::productive};
+
+void expect_as_plain(const RuleSet& set, unsigned seed) {
+    for (const Prune prune : every_prune) {
+        ASSERT_EQ(outcome_of(prune_rules, set, prune), outcome_of(test::prune_rules_plainly, set, prune))
+            << "seed " << seed << ", --prune " << static_cast<int>(prune);
+    }
+}
+
+struct RandomCase {
+    const char* name;
+    RuleSetShape shape;
+    unsigned sets;
+};
+
+void PrintTo(const RandomCase& one, std::ostream* out) {
+    *out << one.name;
+}
+
+class PruneRandomRules : public testing::TestWithParam<RandomCase> {};
+
+TEST_P(PruneRandomRules, OfADatabaseAsThePlainAlgorithmDoes) {
+    for (unsigned seed = 0; seed < GetParam().sets; ++seed) {
+        std::mt19937 random(seed);
+        expect_as_plain(rules_of_database(GetParam().shape, random), seed);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+TEST_P(PruneRandomRules, ThatContradictEachOtherAsThePlainAlgorithmDoes) {
+    for (unsigned seed = 0; seed < GetParam().sets; ++seed) {
+        std::mt19937 random(seed);
+        expect_as_plain(contradictory_rules(GetParam().shape, random), seed);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+TEST_P(PruneRandomRules, SoThatWhatIsLeftOutFollowsFromOneThatIsKept) {
+    std::size_t left_out = 0;
+    for (unsigned seed = 0; seed < GetParam().sets; ++seed) {
+        std::mt19937 random(seed);
+        const RuleSet set = rules_of_database(GetParam().shape, random);
+        std::vector<FoundRule> kept = set.rules;
+        prune_rules(kept, set.itemsets, set.transactions, Prune::full);
+        left_out += set.rules.size() - kept.size();
+        for (const FoundRule& rule : set.rules) {
+            ASSERT_TRUE(std::ranges::any_of(
+                kept,
+                [&](const FoundRule& one) {
+                    return (one.premise == rule.premise && one.conclusion == rule.conclusion) ||
+                           test::dominates(one, rule, set.itemsets) ||
+                           (test::has_no_exception(one) && test::statement_implies(one, rule, set.itemsets));
+                }))
+                << "seed " << seed << ": " << text(rule, set.itemsets);
+        }
+    }
+    EXPECT_GT(left_out, GetParam().sets);
+}
+
+TEST_P(PruneRandomRules, WhateverTheirOrder) {
+    for (unsigned seed = 0; seed < GetParam().sets / 10; ++seed) {
+        std::mt19937 random(seed);
+        RuleSet set = rules_of_database(GetParam().shape, random);
+        Outcome before = outcome_of(prune_rules, set, Prune::productive);
+        std::ranges::shuffle(set.rules, random);
+        Outcome after = outcome_of(prune_rules, set, Prune::productive);
+        std::ranges::sort(before.left);
+        std::ranges::sort(after.left);
+        ASSERT_EQ(before, after) << "seed " << seed;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, PruneRandomRules,
+    testing::Values(RandomCase{"FewItems", {.items = 4, .rules = 30, .most_items = 3}, 20'000},
+                    RandomCase{"FiveItemsKnown",
+                               {.items = 5, .rules = 60, .most_items = 4, .one_is_bounded_of = 0},
+                               5'000},
+                    RandomCase{"ShortOnes", {.items = 8, .rules = 150, .most_items = 4}, 1'000},
+                    RandomCase{"ShortAndLongOnes", {.items = 14, .rules = 200, .most_items = 8}, 500},
+                    RandomCase{"LongOnes", {.items = 60, .rules = 300, .most_items = 30}, 100},
+                    RandomCase{"ManyBlocks", {.items = 24, .rules = 3'000, .most_items = 12}, 3},
+                    RandomCase{"ManyItems", {.items = 600, .rules = 400, .most_items = 40}, 50}),
+    [](const auto& one) { return one.param.name; });
+
+}  // namespace
+
+}  // namespace korv::tools
