@@ -84,14 +84,6 @@ TEST(ColumnFacts, ImplyThatTheValuesOfAColumnExcludeEachOther) {
     EXPECT_FALSE(imply({6}, false, {6}, true));
 }
 
-TEST(ColumnFacts, ImplyThatOneOfSomeItemsIsOneOfMore) {
-    EXPECT_TRUE(imply({1, 6}, false, {1, 4, 6}, false));
-    EXPECT_TRUE(imply({6}, false, {6}, false));
-    EXPECT_FALSE(imply({1, 6}, false, {1, 4}, false));
-    EXPECT_TRUE(imply({1, 4, 6}, true, {1, 6}, true));
-    EXPECT_FALSE(imply({1, 6}, true, {1, 4, 6}, true));
-}
-
 TEST(ColumnFacts, ImplyThatEveryTransactionHasAValueOfAnExhaustiveColumn) {
     EXPECT_TRUE(imply({4}, true, {5}, false));
     EXPECT_TRUE(imply({1, 4}, true, {5}, false));

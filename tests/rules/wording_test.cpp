@@ -12,31 +12,40 @@ namespace {
 
 using test::LoadedClasses;
 
-Itemset wording_of_class(const std::string& class_file, const Itemset& closed_itemset) {
+Itemset wording_of_base(const std::string& class_file, const Itemset& closed_itemset, const Itemset& base,
+                        const Itemset& other) {
     const LoadedClasses classes(class_file);
     ShortestWording wording(classes.entries);
-    const ItemSpan items = wording.of_class(classes.node(closed_itemset));
+    const ItemSpan items = wording.of_base(base, classes.node(closed_itemset), other);
     return {items.begin(), items.end()};
 }
 
-TEST(WordingOfAClass, IsItsShortestEssentialItemset) {
-    EXPECT_EQ(wording_of_class("1 2 3 4\t60\t 1 2, 4, 2 3,\n", {1, 2, 3, 4}), (Itemset{4}));
+TEST(WordingOfABase, IsTheShortestEssentialItemsetOfItsClass) {
+    EXPECT_EQ(wording_of_base("1 2 3 4\t60\t 1 2, 4, 2 3,\n", {1, 2, 3, 4}, {2, 3}, {9}), (Itemset{4}));
 }
 
-TEST(WordingOfAClass, IsTheLexicographicallySmallestOfTheShortest) {
-    EXPECT_EQ(wording_of_class("1 2 3 4\t60\t 2 3, 1 4, 2 4,\n", {1, 2, 3, 4}), (Itemset{1, 4}));
+TEST(WordingOfABase, IsTheLexicographicallySmallestOfTheShortest) {
+    EXPECT_EQ(wording_of_base("1 2 3 4\t60\t 2 3, 1 4, 2 4,\n", {1, 2, 3, 4}, {1, 2, 3, 4}, {9}),
+              (Itemset{1, 4}));
 }
 
-TEST(WordingOfAClass, IsItsClosedItemsetWhereItStoresNoEssentialOne) {
-    EXPECT_EQ(wording_of_class("1 2 3\t60\t 1 2 3,\n", {1, 2, 3}), (Itemset{1, 2, 3}));
+TEST(WordingOfABase, IsTheClosedItemsetOfAClassThatStoresNoEssentialOne) {
+    EXPECT_EQ(wording_of_base("1 2 3\t60\t 1 2 3,\n", {1, 2, 3}, {1, 2, 3}, {9}), (Itemset{1, 2, 3}));
 }
 
-TEST(WordingOfAClass, IsThatOfTheClassThatIsAskedForNow) {
+TEST(WordingOfABase, SharesNoItemWithTheOtherSide) {
+    const char* const classes = "1 2 3 4\t60\t 1, 2, 3 4,\n";
+    EXPECT_EQ(wording_of_base(classes, {1, 2, 3, 4}, {3, 4}, {1, 5}), (Itemset{2}));
+    EXPECT_EQ(wording_of_base(classes, {1, 2, 3, 4}, {3, 4}, {1, 2}), (Itemset{3, 4}));
+}
+
+TEST(WordingOfABase, IsThatOfTheClassThatIsAskedForNow) {
     const LoadedClasses classes("1 2\t30\t 2,\n1 2 3\t60\t 3,\n");
     ShortestWording wording(classes.entries);
-    EXPECT_EQ(wording.of_class(classes.node({1, 2})).front(), 2U);
-    EXPECT_EQ(wording.of_class(classes.node({1, 2, 3})).front(), 3U);
-    EXPECT_EQ(wording.of_class(classes.node({1, 2})).front(), 2U);
+    const Itemset other = {9};
+    EXPECT_EQ(wording.of_base({1, 2}, classes.node({1, 2}), other).front(), 2U);
+    EXPECT_EQ(wording.of_base({1, 2, 3}, classes.node({1, 2, 3}), other).front(), 3U);
+    EXPECT_EQ(wording.of_base({1, 2}, classes.node({1, 2}), other).front(), 2U);
 }
 
 Itemset wording_of(const std::string& class_file, const Itemset& itemset, Count support) {

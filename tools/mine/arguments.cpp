@@ -6,8 +6,8 @@
 
 #include "common/error.h"
 #include "common/output_place.h"
-#include "common/printable.h"
 #include "mine/argument_check.h"
+#include "mine/command_line.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
 
@@ -26,15 +26,6 @@ struct Words {
     MiningWords mining;
     ReadingWords reading;
 };
-
-/// A message of CLI11 in the form of all others. Its words are repeated as they were typed.
-std::string complaint(const CLI::App* app, const CLI::Error& error) {
-    return app->get_name() + ": " + printable(error.what()) + "; see " + app->get_name() + " --help\n";
-}
-
-bool is_path(const std::string& text) {
-    return !text.empty();
-}
 
 void add_output_options(CLI::App& app, Arguments& arguments) {
     app.add_option("-o,--output", arguments.output, "The class file; - for standard output")

@@ -128,11 +128,7 @@ WordedItemset ColumnFacts::worded(ItemSpan itemset) const {
 }
 
 bool ColumnFacts::imply(const WordedSide& premise, const WordedSide& conclusion) const {
-    if (premise.is_negated == conclusion.is_negated) {
-        return premise.is_negated ? is_contained(conclusion.items, premise.items)
-                                  : is_contained(premise.items, conclusion.items);
-    }
-    if (columns_.empty()) {
+    if (columns_.empty() || premise.is_negated == conclusion.is_negated) {
         return false;
     }
     if (premise.is_negated) {

@@ -49,8 +49,8 @@ public:
     /// How the sides of an itemset are worded. Refers to it.
     WordedItemset worded(ItemSpan itemset) const;
 
-    /// Whether a rule says no more than its items and the columns do: that one of some items is one of these
-    /// and others, that the values of a column exclude each other, or that every transaction has one.
+    /// Whether a rule between two disjoint itemsets says no more than the columns do: that the values of a
+    /// column exclude each other, or that every transaction has one.
     bool imply(const WordedSide& premise, const WordedSide& conclusion) const;
 
 private:

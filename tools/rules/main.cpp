@@ -20,6 +20,7 @@
 #include "rules/rule_input.h"
 #include "rules/rule_search.h"
 #include "rules/rule_writer.h"
+#include "rules/side_words.h"
 #include "rules/statistics.h"
 
 namespace {
@@ -137,15 +138,17 @@ RuleInput read(const RuleArguments& arguments, Watch& watch) {
 
 /// Throws Error, an internal one, when a rule is counted differently in the transactions.
 void verify(const std::vector<FoundRule>& rules, const RuleBook& book, const RuleInput& input) {
-    const Recount recount(*input.database);
+    const auto words = [&book](Side side) { return side_text(side, book.itemsets, book.names, {}); };
+    Recount recount(*input.database);
     for (const FoundRule& rule : rules) {
-        const auto counted =
-            recount.count(book.itemsets[rule.premise.itemset()], rule.premise.is_negated(),
-                          book.itemsets[rule.conclusion.itemset()], rule.conclusion.is_negated());
+        const Contingency counted =
+            recount.count({book.itemsets[rule.premise.itemset()], rule.premise.is_negated()},
+                          {book.itemsets[rule.conclusion.itemset()], rule.conclusion.is_negated()});
         if (counted != rule.at_low || counted != rule.at_high) {
-            throw Error("internal error: " + in_one_line(rule, book) + ": counted again it is " +
-                        std::to_string(counted.both) + " of " + std::to_string(counted.premise) + ", with " +
-                        std::to_string(counted.conclusion) + " for the conclusion");
+            throw Error("internal error: the rule " + words(rule.premise) + " => " + words(rule.conclusion) +
+                        " holds for " + std::to_string(rule.at_low.both) + " of " +
+                        std::to_string(rule.at_low.premise) + " transactions; counted again, for " +
+                        std::to_string(counted.both) + " of " + std::to_string(counted.premise));
         }
     }
 }
@@ -217,7 +220,7 @@ int main(int argc, char** argv) {
         status = failure.status;
         say(failure.message);
     } catch (const std::bad_alloc&) {
-        say("out of memory while " + std::string(name_of(statistics().phase)));
+        say("out of memory");
     } catch (const std::exception& error) {
         say(error.what());
     }

@@ -16,11 +16,11 @@
 
 #include "base/number_text.h"
 #include "common/error.h"
-#include "common/printable.h"
+#include "common/nearest.h"
 #include "mine/argument_check.h"
+#include "mine/command_line.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
-#include "rules/nearest.h"
 
 namespace korv::tools {
 
@@ -32,13 +32,11 @@ constexpr const char* output_group = "Output";
 
 /// How many rules a terminal gets.
 constexpr std::size_t top_on_terminal = 20;
-constexpr std::size_t usual_max_classes = 1'000'000;
+constexpr std::size_t most_suggestions = 3;
 
+/// What a word on the command line stands for.
 template <typename Value>
-struct Word {
-    const char* word;
-    Value value;
-};
+using Word = std::pair<std::string_view, Value>;
 
 constexpr std::array wordings = {Word<Wording>{"shortest", Wording::shortest},
                                  Word<Wording>{"full", Wording::full}};
@@ -46,30 +44,26 @@ constexpr std::array readings = {Word<Readings>{"one", Readings::one}, Word<Read
 constexpr std::array prunes = {Word<Prune>{"none", Prune::none}, Word<Prune>{"same", Prune::same},
                                Word<Prune>{"full", Prune::full},
                                Word<Prune>{"productive", Prune::productive}};
-constexpr std::array formats = {
-    Word<RuleFormat>{"words", RuleFormat::words}, Word<RuleFormat>{"table", RuleFormat::table},
-    Word<RuleFormat>{"csv", RuleFormat::csv}, Word<RuleFormat>{"tsv", RuleFormat::tsv},
-    Word<RuleFormat>{"jsonl", RuleFormat::jsonl}};
 constexpr std::array extensions = {
     Word<RuleFormat>{".txt", RuleFormat::words}, Word<RuleFormat>{".csv", RuleFormat::csv},
     Word<RuleFormat>{".tsv", RuleFormat::tsv}, Word<RuleFormat>{".jsonl", RuleFormat::jsonl}};
 /// The groups of forms in words, from the first.
 constexpr std::array groups = {"or-or", "none-none", "or-none", "none-or"};
 
-/// What a word of a table stands for; nothing for any other text.
+/// What a word stands for in a table; nothing for any other text.
 template <typename Table>
-auto value_of_word(const Table& table, const std::string& text)
-    -> std::optional<decltype(table.front().value)> {
-    const auto found =
-        std::ranges::find(table, text, [](const auto& each) { return std::string(each.word); });
-    return found == table.end() ? std::nullopt : std::optional(found->value);
+auto value_of_word(const Table& table, std::string_view text)
+    -> std::optional<typename Table::value_type::second_type> {
+    const auto* const found = std::ranges::find(table, text, [](const auto& each) { return each.first; });
+    return found == table.end() ? std::nullopt : std::optional(found->second);
 }
 
 /// The words of a table, for a check of CLI11.
 template <typename Table>
 std::vector<std::string> words_of(const Table& table) {
     std::vector<std::string> words;
-    std::ranges::transform(table, std::back_inserter(words), [](const auto& each) { return each.word; });
+    std::ranges::transform(table, std::back_inserter(words),
+                           [](const auto& each) { return std::string(each.first); });
     return words;
 }
 
@@ -155,11 +149,8 @@ std::vector<std::string> names_of_measures() {
 /// The check of an option whose words are measures.
 std::string unknown_measure(const std::string& name) {
     return "found " + shown(name) + "; expected a measure such as " +
-           nearest_in_words(name, names_of_measures()) + " (--help-measures explains all)";
-}
-
-bool is_path(const std::string& text) {
-    return !text.empty();
+           all_shown(nearest(name, names_of_measures(), most_suggestions)) +
+           " (--help-measures explains all)";
 }
 
 /// Adds an option that is a whole number, of which 0 means any.
@@ -270,7 +261,7 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
            "--to", words.format,
            "Format: words, table, csv, tsv or jsonl (default: by the extension; a table on a terminal, "
            "words otherwise)")
-        ->check(CLI::IsMember(words_of(formats)))
+        ->check(CLI::IsMember(words_of(rule_formats)))
         ->group(output_group);
     app.add_option("--color", words.color, "Colour in tables: on a terminal, always or never")
         ->check(CLI::IsMember({"auto", "always", "never"}))
@@ -341,7 +332,7 @@ RuleRequest rule_request(const CLI::App& app, const Words& words, std::string wh
 void complete_output(const CLI::App& app, const Words& words, RuleArguments& arguments) {
     const bool is_terminal = arguments.output == "-" && ::isatty(STDOUT_FILENO) != 0;
     if (!words.format.empty()) {
-        arguments.format = *value_of_word(formats, words.format);
+        arguments.format = *value_of_word(rule_formats, words.format);
     } else if (arguments.output != "-" && !arguments.is_count) {
         arguments.format = format_of_path(arguments.output);
     } else {
@@ -381,9 +372,6 @@ void complete_input(const CLI::App& app, Words& words, RuleArguments& arguments)
         input.mining.min_supports = {arguments.rules.min_support};
     }
     arguments.rules.min_support = input.mining.min_supports.front();
-    if (!input.mining.max_classes) {
-        input.mining.max_classes = usual_max_classes;
-    }
     input.max_items = arguments.rules.max_items;
     if (app.count("--database-size") > 0) {
         input.transactions = parse_transactions(words.transactions);

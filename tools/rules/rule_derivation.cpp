@@ -133,10 +133,11 @@ void Derivation::find_rules(const Pair& pair) {
 /// Turns the rules in `found_` into candidates.
 void Derivation::word(const Pair& pair) {
     const bool is_known = pair.difference_support.lower == pair.difference_support.upper;
-    const ItemSpan base_items = shortest_ ? shortest_->of_class(pair.base_node) : ItemSpan(pair.base);
     const ItemSpan difference_items =
         shortest_ && is_known ? shortest_->of_itemset(pair.difference, pair.difference_support.lower)
                               : ItemSpan(pair.difference);
+    const ItemSpan base_items =
+        shortest_ ? shortest_->of_base(pair.base, pair.base_node, difference_items) : ItemSpan(pair.base);
     const WordedItemset base = source_.columns.worded(base_items);
     const WordedItemset difference = source_.columns.worded(difference_items);
     for (const CountedRule& rule : found_) {

@@ -72,7 +72,7 @@ std::optional<Step> RuleFilter::refused_by_counts(Form form, const Contingency& 
 
 std::optional<Step> RuleFilter::refused_by_sides(const WordedSide& premise,
                                                  const WordedSide& conclusion) const {
-    if (!choice_.admits(premise.items, conclusion.items)) {
+    if (!choice_.holds(premise.items, conclusion.items)) {
         return Step::items;
     }
     const bool is_too_large = premise.items.size() + conclusion.items.size() > max_items_ ||

@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "common/class_agreement.h"
 #include "common/error.h"
 #include "engine/difference_supports.h"
 #include "engine/lattice_building.h"
@@ -107,9 +108,14 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
     link_successors(entries);
     progress.begin(SearchPhase::indexing);
     DifferenceSupports from_classes(entries);
+    if (!input.lines.empty()) {
+        require_agreement(input.classes, input.lines, input.path, input.transactions, from_classes);
+    }
+    std::optional<SupportCounter> counter;
     std::optional<CountedSupports> counted;
     if (input.database) {
-        counted.emplace(from_classes, *input.database);
+        counter.emplace(*input.database);
+        counted.emplace(from_classes, *counter);
     }
     Supports& supports = counted ? static_cast<Supports&>(*counted) : from_classes;
     const ColumnFacts columns = column_facts(input, request);

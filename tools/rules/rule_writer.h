@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/itemset.h"
@@ -16,6 +18,15 @@ namespace korv::tools {
 
 /// In which format rules are written.
 enum class RuleFormat { words, table, csv, tsv, jsonl };
+
+/// The formats by their names on the command line.
+inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 5> rule_formats = {{
+    {"words", RuleFormat::words},
+    {"table", RuleFormat::table},
+    {"csv", RuleFormat::csv},
+    {"tsv", RuleFormat::tsv},
+    {"jsonl", RuleFormat::jsonl},
+}};
 
 /// What the numbers in rules stand for, and what is told of them.
 struct RuleBook {

@@ -14,6 +14,10 @@ bool is_before(const Itemset& one, const Itemset& other) {
     return one.size() != other.size() ? one.size() < other.size() : one < other;
 }
 
+bool share_items(ItemSpan one, ItemSpan other) {
+    return std::ranges::any_of(one, [other](Item item) { return std::ranges::binary_search(other, item); });
+}
+
 /// The keys of a class.
 std::span<const Itemset> keys_of(NodeRef node) {
     const auto& essentials = node->second.essentials;
@@ -53,13 +57,22 @@ std::uint64_t ShortestWording::signature_of(ItemSpan itemset) {
     return signature;
 }
 
-ItemSpan ShortestWording::of_class(NodeRef node) {
+ItemSpan ShortestWording::of_base(const Itemset& base, NodeRef node, ItemSpan other) {
+    const std::span<const Itemset> keys = keys_of(node);
     if (&node->second != last_class_) {
         last_class_ = &node->second;
-        const std::span<const Itemset> keys = keys_of(node);
         last_wording_ = &*std::ranges::min_element(keys, is_before);
     }
-    return *last_wording_;
+    if (!share_items(*last_wording_, other)) {
+        return *last_wording_;
+    }
+    const Itemset* best = &base;
+    for (const Itemset& key : keys) {
+        if (is_before(key, *best) && !share_items(key, other)) {
+            best = &key;
+        }
+    }
+    return *best;
 }
 
 ItemSpan ShortestWording::of_itemset(const Itemset& itemset, Count support) const {
