@@ -2,8 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 
 #include "support/files.h"
 #include "support/process.h"
@@ -64,6 +68,31 @@ TEST_F(TemporaryFileIn, HiddenLinkIsASecondName) {
 TEST_F(TemporaryFileIn, HiddenLinkToNothingIsNone) {
     EXPECT_FALSE(hidden_link(directory(), "name").has_value());
     EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(TemporaryFileIn, ADirectoryIsThereWhileTheHookOfASignalRunsAndGoneAfterwards) {
+    test::Channel channel = test::make_pipe();
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::dup2(channel.write.number(), STDERR_FILENO);
+        static const TemporaryFile* hidden = nullptr;
+        remove_temporary_files_on_signals([](int signal) {
+            struct stat status = {};
+            const bool is_there = ::fstat(hidden->descriptor(), &status) == 0 && status.st_nlink == 1;
+            const char answer = signal == SIGTERM && is_there ? 'y' : 'n';
+            [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, &answer, 1);
+        });
+        const TemporaryFile file(directory(), 0600);
+        hidden = &file;
+        std::raise(SIGTERM);
+        ::_exit(0);
+    }
+    channel.write.close();
+    EXPECT_EQ(test::read_to_end(channel.read), "y");
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_EQ(files(), test::Files{});
 }
 
 volatile std::sig_atomic_t signals_seen = 0;

@@ -33,7 +33,12 @@ void forget(const TemporaryFile::Entry* entry) {
     }
 }
 
+std::atomic<BeforeTheEnd> before_the_end = nullptr;
+
 extern "C" void remove_and_end(int signal) {
+    if (const BeforeTheEnd first = before_the_end) {
+        first(signal);
+    }
     for (const auto& slot : to_remove) {
         if (const auto* const entry = slot.load()) {
             ::unlinkat(entry->directory, entry->name.data(), 0);
@@ -105,7 +110,8 @@ std::optional<HiddenName> hidden_link(int directory, const char* name) {
     return result == 0 ? std::optional(link) : std::nullopt;
 }
 
-void remove_temporary_files_on_signals() {
+void remove_temporary_files_on_signals(BeforeTheEnd first) {
+    before_the_end = first;
     struct sigaction remove = {};
     remove.sa_handler = remove_and_end;
     ::sigfillset(&remove.sa_mask);

@@ -46,10 +46,13 @@ private:
 /// Gives a file a second, hidden name in its directory. Nothing, with errno, when that is not possible.
 std::optional<HiddenName> hidden_link(int directory, const char* name);
 
+/// What is done first when a signal ends the program. It may call only what is safe in handlers of signals.
+using BeforeTheEnd = void (*)(int signal);
+
 /// From now on, every signal that ends a program, but for SIGKILL, first removes all temporary files, and a
 /// file that grows beyond the limit of its size is an error like a full disk. Signals that are ignored or
-/// have a handler are left as they are.
-void remove_temporary_files_on_signals();
+/// have a handler are left as they are. Before the files are removed, `first` is called, unless it is null.
+void remove_temporary_files_on_signals(BeforeTheEnd first = nullptr);
 
 /// Holds back all signals for as long as it exists, but for SIGKILL and SIGSTOP.
 class SignalsBlocked {

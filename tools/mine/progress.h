@@ -1,9 +1,9 @@
 #pragma once
 
-#include <chrono>
 #include <ostream>
 #include <string>
 
+#include "common/progress_line.h"
 #include "mine/miner.h"
 
 namespace korv::tools {
@@ -15,24 +15,17 @@ namespace korv::tools {
 /// than all others together, and nothing short of mining tells how long.
 std::string progress_line(const MiningProgress& progress, double seconds, std::size_t mebibytes);
 
-/// Tells somebody who waits how far the mining is: on a terminal in one line that is kept up to date,
-/// elsewhere in a line every 30 seconds.
+/// Tells somebody who waits how far the mining is, see ProgressLine.
 class ProgressDisplay {
 public:
     /// `out` must outlive the display.
-    ProgressDisplay(std::ostream& out, bool is_terminal);
-    /// Clears the line of a terminal.
-    ~ProgressDisplay();
-    ProgressDisplay(const ProgressDisplay&) = delete;
-    ProgressDisplay& operator=(const ProgressDisplay&) = delete;
+    ProgressDisplay(std::ostream& out, bool is_terminal) : line_(out, is_terminal, "korv-mine") {}
 
     /// Shows the progress, `seconds` after the beginning, unless it was shown a moment ago.
     void show(const MiningProgress& progress, double seconds);
 
 private:
-    std::ostream& out_;
-    bool is_terminal_;
-    double shown_ = 0.0;  ///< seconds after the beginning
+    ProgressLine line_;
 };
 
 }  // namespace korv::tools
