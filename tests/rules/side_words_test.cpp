@@ -1,0 +1,139 @@
+#include "rules/side_words.h"
+
+#include <gtest/gtest.h>
+
+#include "made_rules.h"
+
+namespace korv::tools {
+
+namespace {
+
+class SideText : public ::testing::Test {
+protected:
+    std::string any(const Itemset& items) { return text(shop_.any(items), shop_); }
+    std::string none(const Itemset& items) { return text(shop_.none(items), shop_); }
+    std::string any_person(const Itemset& items) { return text(titanic_.any(items), titanic_); }
+    std::string no_person(const Itemset& items) { return text(titanic_.none(items), titanic_); }
+
+    std::string text(Side side, const MadeRules& rules) const {
+        return side_text(side, rules.pool(), rules.names(), style);
+    }
+
+    SideStyle style;
+
+private:
+    MadeRules shop_{{{1, "bread"}, {2, "butter"}, {3, "milk"}, {4, "a\x1B[2J"}, {5, "b\xFF"}, {6, "size=L"}}};
+    MadeRules titanic_{titanic_names};
+};
+
+TEST_F(SideText, JoinsPlainItemsByOr) {
+    EXPECT_EQ(any({1}), "bread");
+    EXPECT_EQ(any({1, 2}), "bread or butter");
+    EXPECT_EQ(any({1, 2, 17}), "bread or butter or 17");
+}
+
+TEST_F(SideText, DeniesNegatedItems) {
+    EXPECT_EQ(none({1}), "not bread");
+    EXPECT_EQ(none({1, 2}), "none of bread, butter");
+}
+
+TEST_F(SideText, KeepsAnEmptyName) {
+    MadeRules rules({{1, ""}, {2, "milk"}});
+    EXPECT_EQ(text(rules.any({1, 2}), rules), " or milk");
+    EXPECT_EQ(text(rules.none({1, 2}), rules), "none of , milk");
+}
+
+TEST_F(SideText, OfNoItem) {
+    EXPECT_EQ(any({}), "nothing");
+    EXPECT_EQ(none({}), "anything");
+}
+
+TEST_F(SideText, SaysItemsOfAColumnTogether) {
+    EXPECT_EQ(any_person({6}), "sex=female");
+    EXPECT_EQ(any_person({1, 2}), "class in {1st, 2nd}");
+    EXPECT_EQ(any_person({1, 2, 6}), "class in {1st, 2nd} or sex=female");
+    EXPECT_EQ(any_person({1, 6}), "class=1st or sex=female");
+}
+
+TEST_F(SideText, DeniesItemsOfAColumnTogether) {
+    EXPECT_EQ(no_person({4}), "class not crew");
+    EXPECT_EQ(no_person({3, 4}), "class not in {3rd, crew}");
+    EXPECT_EQ(no_person({3, 4, 6}), "class not in {3rd, crew} and sex not female");
+}
+
+TEST_F(SideText, DeniesItemsOfNoColumnLast) {
+    MadeRules rules({{1, "owner"}, {2, "sex=female"}, {3, "sex=male"}, {4, "tenant"}});
+    EXPECT_EQ(text(rules.none({1, 2, 4}), rules), "sex not female and none of owner, tenant");
+    EXPECT_EQ(text(rules.none({1, 2}), rules), "sex not female and not owner");
+    EXPECT_EQ(text(rules.any({1, 2, 3, 4}), rules), "owner or sex in {female, male} or tenant");
+}
+
+TEST_F(SideText, TakesTheOnlyValueOfAColumnForAName) {
+    EXPECT_EQ(any({6}), "size=L");
+    EXPECT_EQ(none({6}), "not size=L");
+}
+
+TEST_F(SideText, SpellsWhatATerminalCannotShow) {
+    EXPECT_EQ(any({4, 5}), "a\x1B[2J or b\xEF\xBF\xBD");  // U+FFFD for the byte that is no character
+    style.is_printable = true;
+    EXPECT_EQ(any({4, 5}), "a\\x1B[2J or b\\xFF");
+}
+
+TEST_F(SideText, CountsItemsBeyondAsManyAsAreNamed) {
+    style.most_items = 2;
+    EXPECT_EQ(any({1, 2}), "bread or butter");
+    EXPECT_EQ(any({1, 2, 3}), "bread or butter or 1 more");
+    EXPECT_EQ(none({1, 2, 3}), "none of bread, butter and not 1 more");
+    EXPECT_EQ(any_person({1, 2, 3, 6}), "class in {1st, 2nd} or 2 more");
+    EXPECT_EQ(no_person({1, 2, 3, 6}), "class not in {1st, 2nd} and not 2 more");
+}
+
+TEST_F(SideText, ShortensLongNames) {
+    style.most_columns = 4;
+    EXPECT_EQ(any({1, 3}), "bre… or milk");
+    EXPECT_EQ(no_person({5, 6}), "sex not in {male, fem…}");
+}
+
+TEST(ValidUtf8, LeavesCharactersAndReplacesOtherBytes) {
+    EXPECT_EQ(valid_utf8("Käse \xF0\x9F\x8D\x9E"), "Käse \xF0\x9F\x8D\x9E");
+    EXPECT_EQ(valid_utf8("\xC3"), "\xEF\xBF\xBD");
+    EXPECT_EQ(valid_utf8("a\xC3(\xFF"), "a\xEF\xBF\xBD(\xEF\xBF\xBD");
+}
+
+TEST(SideTexts, MakesTheTextOfASideOnce) {
+    int made = 0;
+    SideTexts texts([&made](Side side, std::string& text) {
+        ++made;
+        text += std::to_string(side.itemset()) + (side.is_negated() ? "-" : "+");
+    });
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(texts.of({7, false}), "7+");
+        EXPECT_EQ(texts.of({7, true}), "7-");
+        EXPECT_EQ(texts.of({8, true}), "8-");
+    }
+    EXPECT_EQ(made, 3);
+}
+
+TEST(SideTexts, AreRightForMoreSidesThanAreKept) {
+    SideTexts texts([](Side side, std::string& text) { text += std::to_string(side.itemset()); });
+    for (int round = 0; round < 2; ++round) {
+        for (ItemsetId id = 0; id < 100'000; ++id) {
+            ASSERT_EQ(texts.of({id, false}), std::to_string(id));
+        }
+    }
+}
+
+TEST(SideTexts, DoesNotKeepLongTexts) {
+    int made = 0;
+    SideTexts texts([&made](Side /*side*/, std::string& text) {
+        ++made;
+        text.assign(4097, 'a');
+    });
+    EXPECT_EQ(texts.of({1, false}).size(), 4097U);
+    EXPECT_EQ(texts.of({1, false}).size(), 4097U);
+    EXPECT_EQ(made, 2);
+}
+
+}  // namespace
+
+}  // namespace korv::tools

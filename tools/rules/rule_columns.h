@@ -1,0 +1,110 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/itemset.h"
+#include "engine/rule_catalogue.h"
+#include "rules/found_rule.h"
+#include "rules/measures.h"
+#include "rules/rule_writer.h"
+
+namespace korv::tools {
+
+/// A count of a rule, as far as it is known.
+struct CountRange {
+    Count low;
+    Count high;
+
+    bool operator==(const CountRange&) const = default;
+};
+
+/// The range of one of the counts of a rule, such as &Contingency::both.
+inline CountRange range_of(const FoundRule& rule, Count Contingency::*count) {
+    const auto [low, high] = std::minmax({rule.at_low.*count, rule.at_high.*count});
+    return {low, high};
+}
+
+/// The word for a certainty.
+constexpr std::string_view certainty_name(Certainty certainty) {
+    switch (certainty) {
+        case Certainty::exact:
+            return "exact";
+        case Certainty::approximative:
+            return "approximative";
+        case Certainty::bounded:
+            break;
+    }
+    return "bounded";
+}
+
+/// How many items a rule has on both sides together.
+inline std::size_t number_of_items(const FoundRule& rule, const ItemsetPool& itemsets) {
+    return itemsets[rule.premise.itemset()].size() + itemsets[rule.conclusion.itemset()].size();
+}
+
+/// Appends a number as the shortest text that reads back equal, an infinite one as "inf" or "-inf".
+void append_shortest(double number, std::string& text);
+void append_shortest(std::uint64_t number, std::string& text);
+
+/// A measure that was asked for, with the names of its columns.
+struct FurtherMeasure {
+    Measure measure;
+    std::string name;
+    std::string name_of_most;
+};
+
+/// The measures of a book in their order, each once, without those that have columns anyway.
+std::vector<FurtherMeasure> further_measures(const RuleBook& book);
+
+/// A rule as it is written.
+struct NumberedRule {
+    std::uint64_t id;
+    const FoundRule& rule;
+    const RuleBook& book;
+};
+
+/// The columns of csv and tsv, which are the keys of jsonl, in their order. Calls
+/// - columns.one(name, value) for a number (std::uint64_t) or a word,
+/// - columns.range(name, name_of_most, value) for two columns, those of a CountRange or of MeasureBounds,
+/// - columns.side(name, value) for a Side,
+/// where `value` takes a NumberedRule.
+template <typename Columns>
+void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& columns) {
+    const auto count = [&](Count Contingency::*each, std::string_view name, std::string_view name_of_most) {
+        columns.range(name, name_of_most,
+                      [each](const NumberedRule& numbered) { return range_of(numbered.rule, each); });
+    };
+    const auto measure = [&](Measure each, std::string_view name, std::string_view name_of_most) {
+        columns.range(name, name_of_most, [each](const NumberedRule& numbered) {
+            return bounds_of(each, numbered.rule, numbered.book.transactions);
+        });
+    };
+    columns.one("id", [](const NumberedRule& numbered) { return numbered.id; });
+    columns.one("form", [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
+    columns.one("kind",
+                [](const NumberedRule& numbered) { return certainty_name(certainty(numbered.rule)); });
+    columns.side("premise", [](const NumberedRule& numbered) { return numbered.rule.premise; });
+    columns.side("conclusion", [](const NumberedRule& numbered) { return numbered.rule.conclusion; });
+    count(&Contingency::both, "support", "support_max");
+    measure(Measure::confidence, "confidence", "confidence_max");
+    measure(Measure::lift, "lift", "lift_max");
+    measure(Measure::leverage, "leverage", "leverage_max");
+    count(&Contingency::premise, "premise_count", "premise_count_max");
+    count(&Contingency::conclusion, "conclusion_count", "conclusion_count_max");
+    columns.one("transactions",
+                [](const NumberedRule& numbered) { return std::uint64_t{numbered.book.transactions}; });
+    columns.one("items", [](const NumberedRule& numbered) {
+        return std::uint64_t{number_of_items(numbered.rule, numbered.book.itemsets)};
+    });
+    columns.one("wordings",
+                [](const NumberedRule& numbered) { return std::uint64_t{numbered.rule.wordings}; });
+    for (const FurtherMeasure& each : further) {
+        measure(each.measure, each.name, each.name_of_most);
+    }
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,156 @@
+#include "rules/side_words.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/printable.h"
+#include "common/quantity.h"
+#include "common/utf8.h"
+#include "rules/display_text.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// Items of a side that are said together.
+struct Group {
+    const ItemNames::Column* column;  ///< nullptr: they are in none
+    std::vector<Item> items;
+};
+
+class SideSpeaker {
+public:
+    SideSpeaker(const ItemNames& names, const SideStyle& style) : names_(names), style_(style) {}
+
+    std::string said(Side side, ItemSpan items) const {
+        if (items.empty()) {
+            return side.is_negated() ? "anything" : "nothing";
+        }
+        const std::size_t named =
+            style_.most_items == 0 ? items.size() : std::min(items.size(), style_.most_items);
+        const std::vector<Group> groups = groups_of(items.first(named), side.is_negated());
+        const std::size_t others = items.size() - named;
+        return side.is_negated() ? negated(groups, others) : plain(groups, others);
+    }
+
+private:
+    /// The items by column, in the order of the first of each. Those of no column are parts of their own in a
+    /// plain side, and the last part of a negated one.
+    std::vector<Group> groups_of(ItemSpan items, bool is_negated) const {
+        std::vector<Group> groups;
+        Group rest = {nullptr, {}};
+        for (const Item item : items) {
+            const ItemNames::Column* column = names_.column_of(item);
+            if (column == nullptr) {
+                if (is_negated) {
+                    rest.items.push_back(item);
+                } else {
+                    groups.push_back({nullptr, {item}});
+                }
+                continue;
+            }
+            const auto same = std::ranges::find(groups, column, &Group::column);
+            if (same == groups.end()) {
+                groups.push_back({column, {item}});
+            } else {
+                same->items.push_back(item);
+            }
+        }
+        if (!rest.items.empty()) {
+            groups.push_back(std::move(rest));
+        }
+        return groups;
+    }
+
+    std::string plain(const std::vector<Group>& groups, std::size_t others) const {
+        std::string text;
+        std::string_view between;
+        for (const Group& group : groups) {
+            text += std::exchange(between, " or ");
+            text += group.items.size() == 1 ? shown(names_.name(group.items.front()))
+                                            : shown(group.column->name) + " in " + values(group.items);
+        }
+        return others == 0 ? text : text + " or " + with_commas(others) + " more";
+    }
+
+    std::string negated(const std::vector<Group>& groups, std::size_t others) const {
+        std::string text;
+        std::string_view between;
+        for (const Group& group : groups) {
+            text += std::exchange(between, " and ");
+            text += group.column == nullptr ? none_of(group.items) : not_in(group);
+        }
+        return others == 0 ? text : text + " and not " + with_commas(others) + " more";
+    }
+
+    std::string none_of(const std::vector<Item>& items) const {
+        if (items.size() == 1) {
+            return "not " + shown(names_.name(items.front()));
+        }
+        std::string text = "none of ";
+        std::string_view between;
+        for (const Item item : items) {
+            text.append(std::exchange(between, ", ")).append(shown(names_.name(item)));
+        }
+        return text;
+    }
+
+    std::string not_in(const Group& group) const {
+        const std::string column = shown(group.column->name) + " not ";
+        return group.items.size() == 1 ? column + shown(names_.value(group.items.front()))
+                                       : column + "in " + values(group.items);
+    }
+
+    /// Values of one column: "{1st, 2nd}".
+    std::string values(const std::vector<Item>& items) const {
+        std::string text;
+        for (const Item item : items) {
+            text += (text.empty() ? "{" : ", ") + shown(names_.value(item));
+        }
+        return text + "}";
+    }
+
+    std::string shown(std::string_view name) const {
+        const std::string text = style_.is_printable ? printable(name) : valid_utf8(name);
+        return style_.most_columns == 0 ? text : shortened(text, style_.most_columns);
+    }
+
+    const ItemNames& names_;
+    const SideStyle& style_;
+};
+
+}  // namespace
+
+std::string side_text(Side side, const ItemsetPool& itemsets, const ItemNames& names,
+                      const SideStyle& style) {
+    return SideSpeaker(names, style).said(side, itemsets[side.itemset()]);
+}
+
+std::string valid_utf8(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string valid;
+    while (!text.empty()) {
+        const std::size_t bytes = first_character(text).bytes;
+        valid += bytes == 0 ? replacement : text.substr(0, bytes);
+        text.remove_prefix(std::max<std::size_t>(bytes, 1));
+    }
+    return valid;
+}
+
+const std::string& SideTexts::of(Side side) {
+    // Sides are numbered in the order in which they come, so neighbours in time have different slots.
+    Slot& slot = slots_[(std::size_t{side.itemset()} * 2 + (side.is_negated() ? 1 : 0)) % number_of_slots];
+    if (slot.side == side) {
+        return slot.text;
+    }
+    long_text_.clear();
+    make_(side, long_text_);
+    if (long_text_.size() > longest_kept) {
+        return long_text_;
+    }
+    slot.side = side;
+    slot.text = long_text_;
+    return slot.text;
+}
+
+}  // namespace korv::tools
