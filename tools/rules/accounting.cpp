@@ -1,0 +1,233 @@
+#include "rules/accounting.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <string_view>
+#include <vector>
+
+#include "common/quantity.h"
+#include "rules/rule_columns.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// "1 rule", "2,201 rules".
+std::string counted(std::uint64_t number, const std::string& noun, const std::string& ending = "s") {
+    return with_commas(number) + " " + noun + (number == 1 ? "" : ending);
+}
+
+/// "a", "a or b", "a, b or c".
+std::string joined(const std::vector<std::string>& words, const std::string& conjunction) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool is_last = i + 1 == words.size();
+        text += (i == 0 ? "" : is_last ? " " + conjunction + " " : ", ") + words[i];
+    }
+    return text;
+}
+
+std::string shortest(double number) {
+    std::string text;
+    append_shortest(number, text);
+    return text;
+}
+
+/// What a step did to the rules that it left out, and the options without which it would not have.
+struct StepWords {
+    std::string what;
+    std::string options;
+};
+
+StepWords words_of_chance(const RuleRequest& request) {
+    return {request.min_lift ? "of a lift below " + shortest(*request.min_lift)
+                             : "no more often together than by chance",
+            "--min-lift 0"};
+}
+
+StepWords words_of_kinds(const RuleRequest& request) {
+    std::vector<std::string> kinds;
+    for (const Certainty kind : request.kinds) {
+        kinds.emplace_back(certainty_name(kind));
+    }
+    return {"not " + joined(kinds, "or"), "without --kinds"};
+}
+
+StepWords words_of_items(const RuleRequest& request) {
+    std::vector<std::string> options;
+    for (const PatternWord& pattern : request.patterns) {
+        const std::string option = pattern.option.starts_with('-') ? pattern.option : "--" + pattern.option;
+        if (std::ranges::find(options, option) == options.end()) {
+            options.push_back(option);
+        }
+    }
+    return {"without the items asked for", "without " + joined(options, "and")};
+}
+
+StepWords words_of_size(const RuleRequest& request) {
+    struct Limit {
+        std::size_t most;
+        std::string place;
+        std::string option;
+    };
+    const std::array<Limit, 3> limits = {{
+        {request.max_items, "", "--max-items 0"},
+        {request.max_premise_items, " in the premise", "--max-if 0"},
+        {request.max_conclusion_items, " in the conclusion", "--max-then 0"},
+    }};
+    std::vector<std::string> what;
+    std::vector<std::string> options;
+    for (const Limit& limit : limits) {
+        if (limit.most == 0) {
+            continue;
+        }
+        what.push_back(counted(limit.most, "item") + limit.place);
+        options.push_back(limit.option);
+    }
+    std::string all_options;
+    for (const std::string& option : options) {
+        all_options += (all_options.empty() ? "" : " ") + option;
+    }
+    return {"of more than " + joined(what, "or"), all_options};
+}
+
+StepWords words_of_weaker(Prune prune) {
+    return prune == Prune::same ? StepWords{"weaker than one of the same conclusion", "--prune none"}
+                                : StepWords{"weaker than another rule", "--prune none"};
+}
+
+StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& request) {
+    switch (step) {
+        case Step::chance:
+            return words_of_chance(request);
+        case Step::forms:
+            return {"of another form", "without --forms"};
+        case Step::kinds:
+            return words_of_kinds(request);
+        case Step::columns:
+            return {"true by the columns of the table alone", "--wording full"};
+        case Step::items:
+            return words_of_items(request);
+        case Step::size:
+            return words_of_size(request);
+        case Step::where:
+            return {"not as --where asks", "without --where"};
+        case Step::same_fact:
+            return {"the same fact in other words", "--wording full"};
+        case Step::reading:
+            return {"another reading of an association", "--readings all"};
+        case Step::turned_round:
+            return {"the contrapositive of another rule", "--prune none"};
+        case Step::weaker:
+            return words_of_weaker(accounting.prune);
+        case Step::unproductive:
+            return {"no better than a rule of fewer items", "--prune full"};
+        case Step::per_conclusion:
+            return {"beyond the best " + with_commas(request.per_conclusion) + " of a conclusion",
+                    "--per-conclusion 0"};
+        case Step::top:
+            break;
+    }
+    return {"beyond the best " + with_commas(request.top), "--top 0"};
+}
+
+/// A line of the text: a number, what it counts, and an option.
+struct Line {
+    std::uint64_t number;
+    std::string what;
+    std::string option;
+};
+
+/// "--min-lift 0 keeps them", or "it is kept without --where".
+std::string keeps(const std::string& options, std::uint64_t rules) {
+    if (options.starts_with("without ")) {
+        return (rules == 1 ? "it is kept " : "they are kept ") + options;
+    }
+    return options + (rules == 1 ? " keeps it" : " keeps them");
+}
+
+/// The lines of all steps that left rules out, but for the last, which is said with what is shown.
+std::vector<Line> step_lines(const Accounting& accounting, const RuleRequest& request) {
+    std::vector<Line> lines;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(Step::top); ++i) {
+        const auto step = static_cast<Step>(i);
+        if (accounting[step] > 0) {
+            const StepWords words = words_of(step, accounting, request);
+            const bool is_first = step == Step::chance;  // which shows what the others mean
+            lines.push_back({accounting[step], words.what,
+                             is_first ? keeps(words.options, accounting[step]) : words.options});
+        }
+    }
+    return lines;
+}
+
+Line last_line(const Accounting& accounting, const RuleRequest& request) {
+    const std::uint64_t shown = accounting.left();
+    const std::uint64_t beyond = accounting[Step::top];
+    return {shown,
+            "shown, by " + std::string(name_of(request.sort)) +
+                (request.is_ascending ? ", the smallest first" : ""),
+            beyond == 0 ? "" : "--top 0 shows all " + with_commas(shown + beyond)};
+}
+
+std::string aligned(const std::vector<Line>& lines, std::size_t number_width) {
+    std::size_t width = 0;
+    for (const Line& line : lines) {
+        width = std::max(width, line.what.size());
+    }
+    std::string text;
+    for (const Line& line : lines) {
+        const std::string number = with_commas(line.number);
+        text +=
+            std::string(number_width - std::min(number.size(), number_width), ' ') + number + ' ' + line.what;
+        if (!line.option.empty()) {
+            text += std::string(width - line.what.size() + 5, ' ') + line.option;
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+std::string why_none_was_derived(const RuleRequest& request) {
+    return "No rule reaches the minimum support of " + text_of(request.min_support) +
+           " and the minimum confidence of " + shortest(request.min_confidence) +
+           ": a lower --min-confidence or --min-support brings more.\n";
+}
+
+/// Says which step took the last rules, and what brings them back.
+std::string why_none_is_left(const Accounting& accounting, const RuleRequest& request) {
+    std::size_t last = number_of_steps;
+    while (last > 0 && accounting.left_out[last - 1] == 0) {
+        --last;
+    }
+    if (last == 0) {
+        return why_none_was_derived(request);
+    }
+    const auto step = static_cast<Step>(last - 1);
+    const std::uint64_t taken = accounting[step];
+    const StepWords words = words_of(step, accounting, request);
+    return "No rule is left: the last " + (taken == 1 ? "one was " : with_commas(taken) + " were ") +
+           words.what + "; " + keeps(words.options, taken) + ".\n";
+}
+
+}  // namespace
+
+std::uint64_t Accounting::left() const {
+    return derived - std::accumulate(left_out.begin(), left_out.end(), std::uint64_t{0});
+}
+
+std::string accounting_text(const Accounting& accounting, const RuleRequest& request) {
+    const std::string first = counted(accounting.derived, "rule") + " from " +
+                              counted(accounting.classes, "class", "es") + ", " +
+                              counted(accounting.transactions, "transaction") + '\n';
+    std::vector<Line> lines = step_lines(accounting, request);
+    const bool is_none_left = accounting.left() == 0;
+    if (!is_none_left) {
+        lines.push_back(last_line(accounting, request));
+    }
+    return first + aligned(lines, with_commas(accounting.derived).size()) +
+           (is_none_left ? why_none_is_left(accounting, request) : "");
+}
+
+}  // namespace korv::tools
