@@ -29,7 +29,8 @@ protected:
         return all.substr(all.find("No rule"));
     }
 
-    Accounting accounting{.classes = 13'492, .transactions = 9835, .derived = 171'321};
+    Accounting accounting{
+        .classes = 13'492, .transactions = 9835, .derived = 171'321, .prune = Prune::productive};
     RuleRequest request;
 };
 
@@ -53,8 +54,21 @@ TEST_F(AccountingText, SaysNothingOfWhatLeftNothingOut) {
               "171,321 shown, by leverage\n");
 }
 
+TEST_F(AccountingText, SaysThatLessWasPrunedThanIsUsual) {
+    accounting.prune = Prune::same;
+    EXPECT_EQ(text(),
+              "171,321 rules from 13,492 classes, 9,835 transactions\n"
+              "171,321 shown, by leverage\n"
+              "There are too many rules to compare them all in seconds, so this is --prune same; --prune "
+              "productive goes on.\n");
+    request.prune = Prune::same;
+    EXPECT_EQ(text(),
+              "171,321 rules from 13,492 classes, 9,835 transactions\n"
+              "171,321 shown, by leverage\n");
+}
+
 TEST_F(AccountingText, IsRightForOne) {
-    accounting = {.classes = 1, .transactions = 1, .derived = 2};
+    accounting = {.classes = 1, .transactions = 1, .derived = 2, .prune = Prune::productive};
     accounting[Step::chance] = 1;
     request.sort = Measure::lift;
     request.is_ascending = true;

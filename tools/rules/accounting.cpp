@@ -189,6 +189,19 @@ std::string aligned(const std::vector<Line>& lines, std::size_t number_width) {
     return text;
 }
 
+/// Says that less was pruned than is usual.
+std::string note_on_pruning(const Accounting& accounting, const RuleRequest& request) {
+    const bool is_usual = request.prune || accounting.prune == Prune::productive;
+    if (is_usual) {
+        return "";
+    }
+    const std::string done = accounting.prune == Prune::none   ? "none"
+                             : accounting.prune == Prune::same ? "same"
+                                                               : "full";
+    return "There are too many rules to compare them all in seconds, so this is --prune " + done +
+           "; --prune productive goes on.\n";
+}
+
 std::string why_none_was_derived(const RuleRequest& request) {
     return "No rule reaches the minimum support of " + text_of(request.min_support) +
            " and the minimum confidence of " + shortest(request.min_confidence) +
@@ -227,7 +240,7 @@ std::string accounting_text(const Accounting& accounting, const RuleRequest& req
         lines.push_back(last_line(accounting, request));
     }
     return first + aligned(lines, with_commas(accounting.derived).size()) +
-           (is_none_left ? why_none_is_left(accounting, request) : "");
+           (is_none_left ? why_none_is_left(accounting, request) : note_on_pruning(accounting, request));
 }
 
 }  // namespace korv::tools

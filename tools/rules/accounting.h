@@ -48,7 +48,8 @@ struct Accounting {
 };
 
 /// The accounting in words, for standard error: a line for each step that left rules out, with the option
-/// that undoes it.
+/// that undoes it; then, where less was pruned than is usual, a sentence that says so, or, where no rule is
+/// left, one that says which step took the last ones and what brings them back.
 std::string accounting_text(const Accounting& accounting, const RuleRequest& request);
 
 }  // namespace korv::tools

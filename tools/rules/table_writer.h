@@ -9,7 +9,7 @@ namespace korv::tools {
 /// Writes rules as a table for a terminal that fits its width:
 ///
 ///      #  rule                        confidence  lift  support  leverage
-///      1  sex=female => survived=yes       0.732  2.26      344    0.0873
+///      1  sex=female => survived=yes       0.732  2.27      344    0.0873
 ///
 /// Long rules go on in further lines. A side of more than 6 items names the first 6, names of more than 40
 /// columns end with an ellipsis, and where the numbers leave too little room for the rules they stand below
