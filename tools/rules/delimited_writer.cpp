@@ -165,7 +165,7 @@ std::unique_ptr<RuleWriter> tsv_writer(const RuleBook& book, TextSink sink) {
 }
 
 std::string csv_cell(std::string_view side) {
-    const std::string cell = guarded(side);
+    std::string cell = guarded(side);
     if (cell.find_first_of(",\"\r\n") == std::string::npos) {
         return cell;
     }
