@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <random>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace korv::tools {
@@ -352,9 +352,9 @@ Contingency table_of(const Pair& pair, const Kind& kind, Count second) {
     return kind.is_turned_round ? Contingency{other, first, a} : Contingency{first, other, a};
 }
 
-/// Every rule of every pair with every interval, of at most so many transactions.
+/// The eight rules of every pair in at most so many transactions.
 template <typename Visit>
-void for_each_interval(Count most_transactions, Visit visit) {
+void for_each_rule(Count most_transactions, Visit visit) {
     for (Count n = 0; n <= most_transactions; ++n) {
         for (Count either = 0; either <= n; ++either) {
             for (Count first = 0; first <= either; ++first) {
@@ -376,34 +376,59 @@ void include(MeasureBounds& bounds, double value) {
 }
 
 bool is_close(double found, double expected) {
+    constexpr double relative_error = 1e-12;
     if (std::isnan(expected) || std::isinf(expected)) {
         return std::isnan(expected) ? std::isnan(found) : found == expected;
     }
-    return std::abs(found - expected) <= 1e-14 * std::max(1.0, std::abs(expected));
+    return std::abs(found - expected) <= relative_error * std::max(1.0, std::abs(expected));
+}
+
+/// Compares the bounds of a measure, from one support of the second itemset to each larger one, with the
+/// values at all of them. Returns how many intervals there were.
+std::size_t compare_intervals(Measure measure, const Pair& pair, const Kind& kind, Count low) {
+    MeasureBounds expected = {undefined, undefined};
+    for (Count high = low; high <= pair.either; ++high) {
+        include(expected, value_of(measure, table_of(pair, kind, high), pair.transactions));
+        const FoundRule rule = rule_of(table_of(pair, kind, low), table_of(pair, kind, high));
+        const MeasureBounds found = bounds_of(measure, rule, pair.transactions);
+        EXPECT_TRUE(is_close(found.low, expected.low) && is_close(found.high, expected.high))
+            << name_of(measure) << " of " << pair.transactions << " transactions, " << pair.either
+            << " with either, " << pair.first << " with the first, " << low << " to " << high
+            << " with the second; negated " << kind.negates_first << kind.negates_second << ", turned round "
+            << kind.is_turned_round << ": found " << found.low << " to " << found.high << ", expected "
+            << expected.low << " to " << expected.high;
+    }
+    return pair.either + 1 - low;
 }
 
 TEST(MeasureBounds, AreThoseOfAllTablesOfAllSmallDatabases) {
     constexpr Count most_transactions = 12;
     std::size_t intervals = 0;
-    for_each_interval(most_transactions, [&](const Pair& pair, const Kind& kind) {
+    for_each_rule(most_transactions, [&](const Pair& pair, const Kind& kind) {
         for (const Measure measure : all_measures()) {
             for (Count low = pair.either - pair.first; low <= pair.either; ++low) {
-                MeasureBounds expected = {undefined, undefined};
-                for (Count high = low; high <= pair.either; ++high) {
-                    include(expected, value_of(measure, table_of(pair, kind, high), pair.transactions));
-                    const FoundRule rule = rule_of(table_of(pair, kind, low), table_of(pair, kind, high));
-                    const MeasureBounds found = bounds_of(measure, rule, pair.transactions);
-                    ASSERT_TRUE(is_close(found.low, expected.low) && is_close(found.high, expected.high))
-                        << name_of(measure) << " of " << pair.transactions << " " << pair.either << " "
-                        << pair.first << " from " << low << " to " << high << " found " << found.low << " "
-                        << found.high << " expected " << expected.low << " " << expected.high << " signs "
-                        << kind.negates_first << kind.negates_second << kind.is_turned_round;
-                    ++intervals;
-                }
+                intervals += compare_intervals(measure, pair, kind, low);
             }
         }
     });
     EXPECT_GT(intervals, 1'000'000U);
+    EXPECT_FALSE(HasFailure());
+}
+
+TEST(MeasureBounds, AreThoseOfAllTablesOfRandomLargerDatabases) {
+    std::mt19937 random(1);
+    const auto up_to = [&](Count most) { return static_cast<Count>(random() % (std::size_t{most} + 1)); };
+    for (int i = 0; i < 2000; ++i) {
+        const Count transactions = up_to(300);
+        const Count either = up_to(transactions);
+        const Pair pair = {transactions, either, up_to(either)};
+        const Kind kind = {up_to(1) == 1, up_to(1) == 1, up_to(1) == 1};
+        const Count low = pair.either - up_to(pair.first);
+        for (const Measure measure : all_measures()) {
+            compare_intervals(measure, pair, kind, low);
+        }
+        ASSERT_FALSE(HasFailure());
+    }
 }
 
 TEST(MeasureNames, AreReadBack) {

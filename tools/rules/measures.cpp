@@ -430,8 +430,12 @@ std::string_view name_of(Measure measure) {
 }
 
 std::optional<Measure> measure_named(std::string_view name) {
-    const auto found = std::ranges::find(catalogue, name, &Description::name);
-    return found == catalogue.end() ? std::nullopt : std::optional(found->measure);
+    for (const Description& each : catalogue) {
+        if (each.name == name) {
+            return each.measure;
+        }
+    }
+    return std::nullopt;
 }
 
 double value_of(Measure measure, const Contingency& table, Count transactions) {

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <tao/pegtl.hpp>
 #include <utility>
@@ -348,9 +347,11 @@ void WhereParser::take_name(std::string_view name, std::size_t position) {
         CountName{"wordings", Quantity::wordings},
     };
     const std::string small = in_small_letters(name);
-    if (const auto count = std::ranges::find(counts, small, &CountName::name); count != counts.end()) {
-        read_ = {{count->quantity}, position, name};
-        return;
+    for (const CountName& count : counts) {
+        if (count.name == small) {
+            read_ = {{count.quantity}, position, name};
+            return;
+        }
     }
     if (const auto measure = measure_named(small)) {
         read_ = {{Quantity::measure, *measure}, position, name};
@@ -360,8 +361,10 @@ void WhereParser::take_name(std::string_view name, std::size_t position) {
     for (std::size_t i = 0; i < number_of_measures; ++i) {
         names.emplace_back(name_of(static_cast<Measure>(i)));
     }
-    for (const CountName& count : counts | std::views::drop(1)) {  // support is among the measures
-        names.emplace_back(count.name);
+    for (const CountName& count : counts) {
+        if (!measure_named(count.name)) {  // support is there already
+            names.emplace_back(count.name);
+        }
     }
     fail(position, "a measure or a count, such as " + all_shown(nearest(small, names, 3)));
 }
@@ -487,8 +490,8 @@ Where::Step WhereParser::compile(const Node& node, bool is_negated, Where::Step 
     }
     const bool is_all = (node.shape == Shape::all) != is_opposite;
     Where::Step& next = is_all ? if_it_holds : otherwise;
-    for (const Node& part : node.parts | std::views::reverse) {
-        next = compile(part, is_opposite, if_it_holds, otherwise);
+    for (std::size_t i = node.parts.size(); i-- > 0;) {
+        next = compile(node.parts[i], is_opposite, if_it_holds, otherwise);
     }
     return next;
 }
