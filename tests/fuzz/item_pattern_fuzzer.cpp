@@ -37,8 +37,8 @@ std::string escaped(const std::string& name) {
 
 Itemset found(const std::string& pattern, const ItemNames& names) {
     const Itemset items = {of_any_name, 2, 3, 4, 5, 17};
-    const Itemset result = korv::tools::matching_items(
-        {"--with", pattern, korv::tools::PatternPlace::either, true}, items, names);
+    Itemset result = korv::tools::matching_items({"--with", pattern, korv::tools::PatternPlace::either, true},
+                                                 items, names);
     require(!result.empty());
     require(std::ranges::is_sorted(result));
     require(std::ranges::includes(items, result));
