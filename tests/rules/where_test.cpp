@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/complaint.h"
@@ -79,7 +80,6 @@ TEST(Where, ReadsAllFormsOfNumbers) {
 }
 
 TEST(Where, TakesAPercentageForItsFraction) {
-    // 7/100 is the double 0.07; 7.0/100 is, too, but 0.07 * 100 would not be 7.
     const FoundRule rule = rule_of({100, 500, 7}, {100, 500, 7});
     EXPECT_TRUE(parse_where("confidence = 7% and confidence = 0.07").holds(rule, items, 1000));
     const FoundRule other = rule_of({1000, 500, 123}, {1000, 500, 123});
@@ -102,9 +102,9 @@ TEST(Where, TakesAPercentageBesideACountForOneOfAllTransactions) {
     EXPECT_FALSE(holds("support >= 30.1%"));
     EXPECT_TRUE(holds("40% = premise_count"));
     EXPECT_TRUE(holds("conclusion_count < 51%"));
-    // 1.15 * 100 is a little less than 115 in doubles, 0.07 * 100 a little more than 7.
-    const FoundRule rule = rule_of({700, 115, 115}, {700, 115, 115});
-    EXPECT_TRUE(parse_where("support = 1.15% and premise_count = 7%").holds(rule, items, 10'000));
+    // 0.07 * 10,000 / 100 is a little more than 7 in doubles.
+    const FoundRule rule = rule_of({700, 115, 7}, {700, 115, 7});
+    EXPECT_TRUE(parse_where("support = 0.07% and premise_count = 7%").holds(rule, items, 10'000));
 }
 
 TEST(Where, BindsAndMoreTightlyThanOr) {
@@ -120,6 +120,18 @@ TEST(Where, NegatesWhatFollows) {
     EXPECT_TRUE(holds("not not lift > 1"));
     EXPECT_TRUE(holds("not not not lift > 2"));
     EXPECT_TRUE(holds("not (lift > 2 or not lift > 1)"));
+}
+
+TEST(Where, NegatesEachComparison) {
+    const std::vector<std::pair<std::string, std::string>> opposites = {
+        {"<", ">="}, {"<=", ">"}, {">", "<="}, {">=", "<"}, {"=", "!="}, {"==", "!="}, {"!=", "="}};
+    for (const auto& [sign, opposite] : opposites) {
+        for (const std::string number : {" 1.4", " 1.5", " 1.6"}) {
+            EXPECT_EQ(holds("not lift " + sign + number), holds("lift " + opposite + number))
+                << sign << number;
+            EXPECT_NE(holds("not lift " + sign + number), holds("lift " + sign + number)) << sign << number;
+        }
+    }
 }
 
 TEST(Where, ReadsWordsInAnyCase) {
