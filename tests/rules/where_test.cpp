@@ -127,9 +127,12 @@ TEST(Where, NegatesEachComparison) {
         {"<", ">="}, {"<=", ">"}, {">", "<="}, {">=", "<"}, {"=", "!="}, {"==", "!="}, {"!=", "="}};
     for (const auto& [sign, opposite] : opposites) {
         for (const std::string number : {" 1.4", " 1.5", " 1.6"}) {
-            EXPECT_EQ(holds("not lift " + sign + number), holds("lift " + opposite + number))
-                << sign << number;
-            EXPECT_NE(holds("not lift " + sign + number), holds("lift " + sign + number)) << sign << number;
+            std::string comparison = "lift ";
+            comparison.append(sign).append(number);
+            std::string opposite_comparison = "lift ";
+            opposite_comparison.append(opposite).append(number);
+            EXPECT_EQ(holds("not " + comparison), holds(opposite_comparison)) << comparison;
+            EXPECT_NE(holds("not " + comparison), holds(comparison)) << comparison;
         }
     }
 }
