@@ -113,7 +113,7 @@ MadeRules long_rules(std::size_t count) {
     RuleMaker maker(made, random);
     while (made.rules.size() < count) {
         const Itemset& order = orders[below(families, random)];
-        const auto end = order.begin() + static_cast<std::ptrdiff_t>(40 + below(45, random));
+        const auto end = order.begin() + static_cast<std::ptrdiff_t>(50 + below(25, random));
         const auto middle = order.begin() + static_cast<std::ptrdiff_t>(1 + below(39, random));
         Itemset first(order.begin(), middle);
         Itemset second(middle, end);

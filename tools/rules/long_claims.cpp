@@ -25,7 +25,15 @@ LongClaims::LongClaims(const ItemsetPool& itemsets, const ItemsetSignatures& sig
     }
     sort_by_signature();
     for (std::size_t begin = 0; begin < claims_.size(); begin += block_claims) {
-        blocks_.push_back(block_of(begin, std::min(begin + block_claims, claims_.size())));
+        const std::size_t end = std::min(begin + block_claims, claims_.size());
+        blocks_.push_back(block_of(begin, end));
+        const Limits limits = limits_of(begin, end);
+        if (limits_.size() % group_blocks == 0) {
+            group_limits_.push_back(limits);
+        } else {
+            widen(group_limits_.back(), limits);
+        }
+        limits_.push_back(limits);
     }
 }
 
@@ -40,6 +48,30 @@ void LongClaims::sort_by_signature() {
     });
 }
 
+/// What the claims of a block have in common.
+LongClaims::Limits LongClaims::limits_of(std::size_t begin, std::size_t end) const {
+    const auto limits_of_one = [this](const Claim& claim) {
+        return Limits{claim.low, {signatures_[claim.first], signatures_[claim.second]}};
+    };
+    Limits limits = limits_of_one(claims_[begin]);
+    for (std::size_t i = begin + 1; i < end; ++i) {
+        widen(limits, limits_of_one(claims_[i]));
+    }
+    return limits;
+}
+
+/// Makes limits hold for other claims, too.
+void LongClaims::widen(Limits& limits, const Limits& others) const {
+    limits.largest_low = std::max(limits.largest_low, others.largest_low);
+    for (std::size_t i = 0; i < stands_.size(); ++i) {
+        if (stands_[i] == Stand::contains) {
+            limits.places[i].unite(others.places[i]);
+        } else {
+            limits.places[i].intersect(others.places[i]);
+        }
+    }
+}
+
 /// A block of the claims from `begin` to `end` - 1, which it sorts by `low`, descending.
 LongClaims::Block LongClaims::block_of(std::size_t begin, std::size_t end) {
     Block block = {begin, end, {}};
@@ -52,19 +84,19 @@ LongClaims::Block LongClaims::block_of(std::size_t begin, std::size_t end) {
 }
 
 void LongClaims::fill(Place& place, std::size_t number, std::span<const Claim> claims) const {
+    Signature some;
     std::array<Bits, Signature::columns> bits = {};
     std::array<std::size_t, Signature::columns> frequencies = {};
     for (std::size_t i = 0; i < claims.size(); ++i) {
         const Signature& signature = signatures_[itemset(claims[i], number)];
-        place.all.intersect(signature);
-        place.some.unite(signature);
+        some.unite(signature);
         signature.for_each([&](std::size_t column) {
             bits[column][i / 64] |= std::uint64_t{1} << i % 64;
             ++frequencies[column];
             return true;
         });
     }
-    place.some.for_each([&](std::size_t column) {
+    some.for_each([&](std::size_t column) {
         place.present.push_back(static_cast<std::uint8_t>(column));
         return true;
     });
@@ -82,39 +114,42 @@ bool LongClaims::outdo(const Claim& claim) const {
             return other.low >= claim.high && is_outdone_by(claim, other);
         });
     }
-    return std::ranges::any_of(
-        blocks_, [&](const Block& block) { return may_outdo(block, claim) && outdoes(block, claim); });
+    const std::array<const Signature*, 2> signatures = {&signatures_[claim.first],
+                                                        &signatures_[claim.second]};
+    for (std::size_t group = 0; group < group_limits_.size(); ++group) {
+        if (!may_outdo(group_limits_[group], claim.high, signatures)) {
+            continue;
+        }
+        const std::size_t end = std::min((group + 1) * group_blocks, blocks_.size());
+        for (std::size_t i = group * group_blocks; i < end; ++i) {
+            if (may_outdo(limits_[i], claim.high, signatures) && outdoes(blocks_[i], claim)) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
-/// Whether one of a block may outdo a claim, as far as its strength and what is common to its claims tell.
-bool LongClaims::may_outdo(const Block& block, const Claim& claim) const {
-    if (claims_[block.begin].low < claim.high) {
+/// Whether one of a block may outdo a claim of these signatures, as far as its limits tell.
+bool LongClaims::may_outdo(const Limits& limits, Rank high,
+                           const std::array<const Signature*, 2>& signatures) const {
+    if (limits.largest_low < high) {
         return false;
     }
     for (std::size_t i = 0; i < stands_.size(); ++i) {
-        if (!may_stand(stands_[i], block.places[i], signatures_[itemset(claim, i)])) {
+        const bool may = stands_[i] == Stand::contains ? signatures[i]->is_within(limits.places[i])
+                                                       : limits.places[i].is_within(*signatures[i]);
+        if (!may) {
             return false;
         }
     }
     return true;
 }
 
-/// Whether the itemset of one of a block may stand to one of this signature as asked.
-bool LongClaims::may_stand(Stand stand, const Place& place, const Signature& signature) {
-    switch (stand) {
-        case Stand::contains:
-            return signature.is_within(place.some);
-        case Stand::within:
-            return place.all.is_within(signature);
-        case Stand::equals:
-            break;
-    }
-    return true;
-}
-
 /// Whether one of a block outdoes a claim.
 bool LongClaims::outdoes(const Block& block, const Claim& claim) const {
-    Bits left = strong_enough(block, claim.high);
+    Bits left;
+    left.fill(~std::uint64_t{0});
     for (std::size_t i = 0; i < stands_.size(); ++i) {
         const Signature& signature = signatures_[itemset(claim, i)];
         const Place& place = block.places[i];
@@ -123,9 +158,13 @@ bool LongClaims::outdoes(const Block& block, const Claim& claim) const {
             return false;
         }
     }
-    for (std::size_t word = 0; word < block_words; ++word) {
+    const std::size_t strong = strong_enough(block, claim.high);
+    for (std::size_t word = 0; 64 * word < strong; ++word) {
         for (std::uint64_t rest = left[word]; rest != 0; rest &= rest - 1) {
             const std::size_t i = 64 * word + static_cast<std::size_t>(std::countr_zero(rest));
+            if (i >= strong) {
+                return false;
+            }
             if (is_outdone_by(claim, claims_[block.begin + i])) {
                 return true;
             }
@@ -134,18 +173,12 @@ bool LongClaims::outdoes(const Block& block, const Claim& claim) const {
     return false;
 }
 
-/// The claims of a block whose `low` is at least `high`.
-LongClaims::Bits LongClaims::strong_enough(const Block& block, Rank high) const {
+/// How many claims of a block, the first ones, have a `low` of at least `high`.
+std::size_t LongClaims::strong_enough(const Block& block, Rank high) const {
     const std::span claims = std::span(claims_).subspan(block.begin, block.end - block.begin);
     const auto weak =
         std::ranges::partition_point(claims, [=](const Claim& claim) { return claim.low >= high; });
-    const auto strong = static_cast<std::size_t>(weak - claims.begin());
-    Bits bits = {};
-    for (std::size_t word = 0; 64 * word < strong; ++word) {
-        const std::size_t count = strong - 64 * word;
-        bits[word] = count >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
-    }
-    return bits;
+    return static_cast<std::size_t>(weak - claims.begin());
 }
 
 /// Takes out of `left` the claims that lack a column of `signature`. Returns whether any is left.
