@@ -27,6 +27,17 @@ TEST(ItemsetPool, KnowsAnItemsetAgain) {
     EXPECT_EQ(pool.size(), 2U);
 }
 
+TEST(ItemsetPool, FindsOnlyWhatIsThere) {
+    ItemsetPool pool;
+    EXPECT_EQ(pool.find(Itemset{1, 9}), std::nullopt);
+    pool.intern(Itemset{7});
+    const ItemsetId id = pool.intern(Itemset{1, 9});
+
+    EXPECT_EQ(pool.find(Itemset{1, 9}), id);
+    EXPECT_EQ(pool.find(Itemset{1}), std::nullopt);
+    EXPECT_EQ(pool.size(), 2U);
+}
+
 TEST(ItemsetPool, KeepsTheNumbersOfManyItemsets) {
     ItemsetPool pool;
     constexpr Item many = 10'000;

@@ -27,7 +27,7 @@ namespace korv::tools {
 /// A few claims are compared one by one.
 ///
 /// Costs at worst O(claims) for each question, divided by some hundreds: hardly more with long itemsets than
-/// with short ones. Takes at most 64 bytes for each claim, besides the claims.
+/// with short ones. Takes at most some 70 bytes for each claim, besides the claim.
 class LongClaims {
 public:
     /// Refers to the first two. No two of `claims` have the same itemsets. Where their second itemsets have

@@ -62,6 +62,11 @@ bool is_statement(const FoundRule& rule) {
     return is_exact(rule.at_low) && is_exact(rule.at_high);
 }
 
+/// Whether more transactions may meet both sides of a rule than meet its premise.
+bool may_contradict_itself(const FoundRule& rule) {
+    return rule.at_low.both > rule.at_low.premise || rule.at_high.both > rule.at_high.premise;
+}
+
 /// Values by their order, from 1; equal ones have the same rank.
 template <typename Value>
 class Ranks {
@@ -264,10 +269,16 @@ bool Pruning::is_preferred(std::uint32_t a, std::uint32_t b) const {
 
 std::size_t Pruning::leave_out_weaker(bool has_same_conclusion) {
     const std::size_t before = count_left_out();
+    std::vector<Ends<Rank>> confidences = ranks_of_ends(rules_, confidence);
     if (!has_same_conclusion) {
         leave_out_implied();
+        if (std::ranges::none_of(rules_, may_contradict_itself)) {
+            // What dominates a rule without exception has none either, and implies it: that is done.
+            for (const Statement& one : statements_) {
+                confidences[one.rule].high = unreachable;
+            }
+        }
     }
-    const std::vector<Ends<Rank>> confidences = ranks_of_ends(rules_, confidence);
     leave_out_outdone(has_same_conclusion ? std::span<const Comparison>(domination_of_same_conclusion)
                                           : std::span<const Comparison>(domination),
                       confidences);
