@@ -10,10 +10,11 @@ namespace korv::tools {
 
 namespace {
 
-std::vector<char> outdone(const test::ClaimSet& set, Outdoing outdoing) {
+std::vector<char> outdone(const test::ClaimSet& set, Outdoing outdoing,
+                          std::size_t pairs_of_a_pass = ShortClaims::default_pairs_of_a_pass) {
     const ItemsetParts parts(set.itemsets, std::vector<char>(set.itemsets.size(), 1));
     std::vector<char> is_outdone(set.claims.size());
-    ShortClaims(parts, set.itemsets.size()).mark_outdone(set.claims, outdoing, is_outdone);
+    ShortClaims(parts, set.itemsets.size(), pairs_of_a_pass).mark_outdone(set.claims, outdoing, is_outdone);
     return is_outdone;
 }
 
@@ -60,6 +61,15 @@ TEST(ShortClaims, AreOutdoneAsByDefinition) {
         for (const Outdoing& outdoing : test::every_outdoing) {
             ASSERT_EQ(outdone(set, outdoing), test::outdone_by_definition(set, outdoing)) << "seed " << seed;
         }
+    }
+}
+
+TEST(ShortClaims, AreOutdoneAsByDefinitionInManyPasses) {
+    constexpr Outdoing half_way = {Stand::contains, Stand::within};
+    for (unsigned seed = 0; seed < 1'000; ++seed) {
+        std::mt19937 random(seed);
+        const test::ClaimSet set = test::random_claims({}, random);
+        ASSERT_EQ(outdone(set, half_way, 20), test::outdone_by_definition(set, half_way)) << "seed " << seed;
     }
 }
 

@@ -9,9 +9,6 @@ namespace korv::tools {
 
 namespace {
 
-/// The most pairs that a pass over claims keeps in its table.
-constexpr std::size_t most_pairs_of_a_pass = std::size_t{1} << 24;
-
 std::uint64_t mixed(ItemsetId first, ItemsetId second) {
     std::uint64_t value = (std::uint64_t{first} << 32 | second) * 0x9E3779B97F4A7C15;
     value = (value ^ value >> 32) * 0xFF51AFD7ED558CCD;
@@ -153,7 +150,7 @@ void ShortClaims::mark_half_way(std::span<const Claim> claims, std::vector<char>
         return pairs;
     };
     const auto is_first = [this](ItemsetId part) { return is_first_[part] != 0; };
-    const std::size_t passes = count_pairs(is_first) / most_pairs_of_a_pass + 1;
+    const std::size_t passes = count_pairs(is_first) / pairs_of_a_pass_ + 1;
     for (std::size_t pass = 0; pass < passes; ++pass) {
         const auto is_of_pass = [&](ItemsetId part) {
             return is_first(part) && (passes == 1 || mixed(part, 0) % passes == pass);

@@ -22,12 +22,17 @@ namespace korv::tools {
 ///
 /// Invariant: a part is looked up only if it is an itemset of a claim at the same place, so there are hardly
 /// more look-ups than claims that stand to each other as asked in one of their itemsets. The table of the
-/// third case is made in several passes, each for some of the first itemsets, so that it never takes more
+/// third case is made in several passes, each for some of the first itemsets, so that it does not take more
 /// than some 400 MiB.
 class ShortClaims {
 public:
+    /// About the most pairs that a pass keeps in its table.
+    static constexpr std::size_t default_pairs_of_a_pass = std::size_t{1} << 24;
+
     /// `parts`: of itemsets of a pool of `itemsets` itemsets. Refers to them.
-    ShortClaims(const ItemsetParts& parts, std::size_t itemsets) : parts_(parts), itemsets_(itemsets) {}
+    ShortClaims(const ItemsetParts& parts, std::size_t itemsets,
+                std::size_t pairs_of_a_pass = default_pairs_of_a_pass)
+        : parts_(parts), itemsets_(itemsets), pairs_of_a_pass_(pairs_of_a_pass) {}
 
     /// Sets `is_outdone` of the rule of each claim that is outdone. No two claims have the same itemsets, and
     /// all itemsets that are not to be equal have parts. At most 255 look-ups for each claim of up to 8
@@ -49,6 +54,7 @@ private:
 
     const ItemsetParts& parts_;
     std::size_t itemsets_;
+    std::size_t pairs_of_a_pass_;
     bool is_second_equal_ = false;
     std::vector<char> is_first_;   ///< by itemset: whether it is the first of a claim
     std::vector<char> is_second_;  ///< by itemset: whether it is the second of a claim
