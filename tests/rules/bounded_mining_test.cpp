@@ -69,7 +69,9 @@ TEST(BoundedMining, WherePairsAreTooManyAMinimumSupportIsNamedThatWouldDo) {
 }
 
 TEST(BoundedMining, WhereNoMinimumSupportWouldDoNoneIsNamed) {
-    EXPECT_EQ(complaint_of([] { mine_bounded(database_of({0b111, 0b111, 0b001, 0b010, 0b100}), options(2, 2)); }),
+    EXPECT_EQ(complaint_of([] {
+                  mine_bounded(database_of({0b111, 0b111, 0b001, 0b010, 0b100}), options(2, 2));
+              }),
               "--min-support: with 1 there are more than 2 classes, even of itemsets of at most 2 items; "
               "expected a higher --max-classes");
 }
@@ -89,7 +91,8 @@ TEST(BoundedMining, EndsWhereItIsToldTo) {
 TEST(ClassMapOfMinedClasses, IsThatOfTheirClassFile) {
     std::mt19937 random(60);
     for (int i = 0; i < 500; ++i) {
-        const Database database = database_of(random_transactions(7, 40, 2 + random() % 3, random));
+        const Database database =
+            database_of(random_transactions(7, 40, static_cast<std::uint32_t>(2 + random() % 3), random));
         const MiningResult mined = mine(database, {});
         std::string text;
         mined.classes.for_each([&text](const MinedClass& each) {

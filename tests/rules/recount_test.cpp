@@ -53,7 +53,8 @@ TEST(Recount, ItemsThatTheDatabaseLacksAreInNoLine) {
 TEST(Recount, CountsAsSetsOfItemsTellInRandomDatabases) {
     std::mt19937 random(50);
     for (int i = 0; i < 2000; ++i) {
-        const Transactions transactions = random_transactions(8, 60, 2 + random() % 4, random);
+        const Transactions transactions =
+            random_transactions(8, 60, static_cast<std::uint32_t>(2 + random() % 4), random);
         std::vector<Count> weights;
         for (std::size_t line = 0; i % 2 == 0 && line < transactions.size(); ++line) {
             weights.push_back(1 + static_cast<Count>(random() % 5));
@@ -85,9 +86,9 @@ TEST(Recount, CountsAsSetsOfItemsTellInRandomDatabases) {
                 expected.both += x && y ? weight : 0;
             }
 
-            ASSERT_EQ(recount.count({premise_items, is_premise_negated},
-                                    {conclusion_items, is_conclusion_negated}),
-                      expected)
+            ASSERT_EQ(
+                recount.count({premise_items, is_premise_negated}, {conclusion_items, is_conclusion_negated}),
+                expected)
                 << "round " << i;
         }
     }

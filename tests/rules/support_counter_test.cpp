@@ -42,7 +42,8 @@ TEST(SupportCounter, CountsAsAPlainLoopInRandomDatabases) {
     std::mt19937 random(40);
     for (int i = 0; i < 300; ++i) {
         // From items in half of the lines to some in one of a hundred, which are lists.
-        const Transactions transactions = random_transactions(10, 400, 2 + random() % 100, random);
+        const Transactions transactions =
+            random_transactions(10, 400, static_cast<std::uint32_t>(2 + random() % 100), random);
         std::vector<Count> weights;
         for (std::size_t line = 0; i % 2 == 0 && line < transactions.size(); ++line) {
             weights.push_back(1 + static_cast<Count>(random() % 5));

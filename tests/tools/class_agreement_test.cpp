@@ -107,7 +107,7 @@ TEST(ClassAgreement, ContradictedLineIsFoundAmongRandomClasses) {
         std::ranges::shuffle(order, random);
         for (const test::Bits bits : order) {
             const auto size = static_cast<Count>(std::popcount(bits));
-            const Count support = size * 4 + test::random_below(4, random) - (random() % 12 == 0 ? 4 : 0);
+            const Count support = size * 4 + 1 + test::random_below(4, random) - (random() % 12 == 0 ? 4 : 0);
             std::vector<Itemset> essentials;
             for (test::Bits part = bits; part != 0; part = (part - 1) & bits) {
                 const bool is_large = std::popcount(part) + 1 == std::popcount(bits);

@@ -10,10 +10,10 @@ namespace korv::tools {
 namespace {
 
 /// What the words of a command line say. Throws as CLI11 does for wrong ones.
-ReadingOptions options_of(std::vector<std::string> words) {
+ReadingOptions options_of(std::vector<std::string> words, Reader reader = Reader::mining) {
     CLI::App app;
     ReadingWords typed;
-    add_reading_options(app, typed);
+    add_reading_options(app, typed, reader);
     std::ranges::reverse(words);  // as CLI11 takes them
     app.parse(words);
     return reading_options(app, typed);
@@ -144,6 +144,24 @@ TEST(ParseWords, SplitsAtCommas) {
     EXPECT_EQ(parse_words("--columns", ""), Words{});
     EXPECT_EQ(complaint_of([] { parse_words("--columns", "a,\"b"); }),
               "--columns:1:3: found a quote that is not closed; expected a closing quote");
+}
+
+TEST(ReadingArguments, OfRulesTakeClassFilesAndNoBins) {
+    EXPECT_EQ(options_of({"--format", "classes"}, Reader::rules).format, std::nullopt);
+    EXPECT_EQ(options_of({"--format", "table"}, Reader::rules).format, Format::table);
+    const ReadingOptions none = options_of({"--format", "fimi", "--bins", "none"}, Reader::rules);
+    EXPECT_TRUE(none.table.bins.empty());
+    EXPECT_EQ(none.given_for_tables, Words{});
+    EXPECT_EQ(options_of({"--bins", "age=3"}, Reader::rules).table.bins.front().bins, 3U);
+    EXPECT_EQ(complaint_of([] {
+                  options_of({"--bins", "none", "--bins", "age=3"}, Reader::rules);
+              }),
+              "--bins: found none among other rules; expected none alone, or rules");
+}
+
+TEST(ReadingArguments, OfMiningTakeNeither) {
+    EXPECT_THROW(options_of({"--format", "classes"}), CLI::ParseError);
+    EXPECT_THROW(options_of({"--bins", "none"}), CLI::ParseError);
 }
 
 }  // namespace

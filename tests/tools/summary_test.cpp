@@ -195,5 +195,18 @@ TEST_F(SummaryTest, WarnsOfRareItemsThatAreMostOfTheFile) {
         << notes();
 }
 
+TEST(SummaryOfInput, NamesColumnsThatWereCutForTheirManyNumbers) {
+    ReadingReport reading;
+    reading.table.emplace();
+    reading.table->cut = {"age", "income"};
+    EXPECT_EQ(
+        summary_of_input(database, reading),
+        "input               fimi\n"
+        "transactions        3\n"
+        "items               3\n"
+        "Cut into bins: the columns \"age\" and \"income\", of many numbers (--bins says how; --bins none "
+        "leaves them)\n");
+}
+
 }  // namespace
 }  // namespace korv::tools

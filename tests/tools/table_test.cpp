@@ -181,6 +181,24 @@ TEST(Table, CountsDifferentSpellingsOfANumberOnceForThat) {
     EXPECT_EQ(read("n\n1\n1.0\n2\n", {.bins = {{"", 2}}}).names, (Names{"n=1", "n=1.0", "n=2"}));
 }
 
+TEST(Table, RuleForColumnsOfManyNumbersLeavesTheOthersAndNamesWhatItCuts) {
+    const TableOptions options = {.bins = {{.column = "", .bins = 2, .points = {}, .more_than = 3}}};
+    const std::string text = "few,many,word\n1,1,a\n2,2,b\n3,3,c\n3,4,d\n";
+
+    EXPECT_EQ(read(text, options).names, (Names{"few=1", "few=2", "few=3", "many=1..2", "many=3..4", "word=a",
+                                                "word=b", "word=c", "word=d"}));
+    EXPECT_EQ(report(text, options).cut, Names{"many"});
+}
+
+TEST(Table, RuleForColumnsOfManyNumbersStillTakesMoreNumbersThanBins) {
+    EXPECT_EQ(read("n\n1\n2\n", {.bins = {{.column = "", .bins = 2, .points = {}, .more_than = 1}}}).names,
+              (Names{"n=1", "n=2"}));
+}
+
+TEST(Table, ColumnsThatOtherRulesCutAreNotNamed) {
+    EXPECT_TRUE(report("n\n1\n2\n3\n", {.bins = {{"", 2}}}).cut.empty());
+}
+
 TEST(Table, CutsAColumnThatIsNamedInAnyCase) {
     EXPECT_EQ(read("n\n1\n2\n", {.bins = {{"", 5}, {"n", 1}}}).names, (Names{"n=1..2"}));
 }

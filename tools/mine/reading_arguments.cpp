@@ -14,11 +14,14 @@ namespace {
 
 constexpr const char* group = "How transactions are read";
 
+/// The word for no rule of bins.
+constexpr const char* no_bins = "none";
+
 /// The options that go with tables alone.
 constexpr std::array options_for_tables = {"--columns", "--ignore",    "--missing", "--bins",
                                            "--split",   "--only-true", "--weight"};
 
-void add_table_options(CLI::App& app, ReadingWords& words) {
+void add_table_options(CLI::App& app, ReadingWords& words, Reader reader) {
     app.add_option(
            "--columns", words.columns,
            "Columns of the table to read, with commas between them; * and ? stand for any text and any "
@@ -30,13 +33,19 @@ void add_table_options(CLI::App& app, ReadingWords& words) {
                    "Words for cells without a value, with commas between them; '' for empty cells alone "
                    "(default: NA,NaN,null,?)")
         ->group(group);
+    const bool takes_none = reader == Reader::rules;
+    const auto is_bins = [takes_none](const std::string& text) {
+        return (takes_none && text == no_bins) || parse_bin_rule(text).has_value();
+    };
     app.add_option("--bins", words.bins,
-                   "Cut columns of numbers into so many bins of roughly equal size, 4 for all columns, age=4 "
-                   "for one, "
-                   "or at points, age=18,65; may be repeated")
-        ->check(argument_check(parse_bin_rule,
+                   std::string("Cut columns of numbers into so many bins of roughly equal size, 4 for all "
+                               "columns, age=4 for one, or at points, age=18,65; ") +
+                       (takes_none ? "none for no bins; " : "") + "may be repeated" +
+                       (takes_none ? " (default: 4 for columns of more than 8 numbers)" : ""))
+        ->check(argument_check(is_bins,
                                "a number of bins from 1 on, a column and a number of bins such "
-                               "as age=4, or a column and ascending points such as age=18,65"))
+                               "as age=4, or a column and ascending points such as age=18,65" +
+                                   std::string(takes_none ? ", or none" : "")))
         ->take_all()
         ->allow_extra_args(false)
         ->group(group);
@@ -79,7 +88,11 @@ TableOptions table_options(const CLI::App& app, const ReadingWords& words) {
         options.missing = parse_words("--missing", words.missing);
     }
     for (const std::string& word : words.bins) {
-        options.bins.push_back(*parse_bin_rule(word));
+        if (word != no_bins) {
+            options.bins.push_back(*parse_bin_rule(word));
+        } else if (words.bins.size() > 1) {
+            throw Error("--bins: found none among other rules; expected none alone, or rules");
+        }
     }
     for (const std::string& word : words.splits) {
         options.splits.push_back(*parse_split_rule(word));
@@ -117,13 +130,19 @@ std::vector<std::string> parse_words(const std::string& option, const std::strin
     return words;
 }
 
-void add_reading_options(CLI::App& app, ReadingWords& words) {
-    app.add_option("--format", words.format,
-                   "fimi: items as numbers with blanks between them; basket: item names with separators "
-                   "between them; "
-                   "table: CSV with a header, each cell an item column=value (default: seen from the first "
-                   "lines)")
-        ->check(CLI::IsMember({"fimi", "basket", "table"}))
+void add_reading_options(CLI::App& app, ReadingWords& words, Reader reader) {
+    std::vector<std::string> formats = {"fimi", "basket", "table"};
+    if (reader == Reader::rules) {
+        formats.insert(formats.begin(), "classes");
+    }
+    app.add_option(
+           "--format", words.format,
+           std::string(reader == Reader::rules ? "classes: a class file; " : "") +
+               "fimi: items as numbers with blanks between them; basket: item names with separators "
+               "between them; "
+               "table: CSV with a header, each cell an item column=value (default: seen from the first "
+               "lines)")
+        ->check(CLI::IsMember(formats))
         ->group(group);
     app.add_option("--separator", words.separator,
                    "What separates the cells of baskets and tables: one byte, or tab (default: the comma, "
@@ -134,7 +153,7 @@ void add_reading_options(CLI::App& app, ReadingWords& words) {
                  "Each line of fimi or baskets begins with how many times its transaction occurs, as uniq -c "
                  "writes it")
         ->group(group);
-    add_table_options(app, words);
+    add_table_options(app, words, reader);
 }
 
 ReadingOptions reading_options(const CLI::App& app, const ReadingWords& words) {
@@ -145,7 +164,8 @@ ReadingOptions reading_options(const CLI::App& app, const ReadingWords& words) {
     }
     options.weighted = words.weighted;
     for (const std::string option : options_for_tables) {
-        if (app.count(option) > 0) {
+        const bool is_no_bins = option == "--bins" && words.bins == std::vector<std::string>{no_bins};
+        if (app.count(option) > 0 && !is_no_bins) {
             options.given_for_tables.push_back(option);
         }
     }

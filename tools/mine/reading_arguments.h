@@ -26,11 +26,20 @@ struct ReadingWords {
     std::string weight;
 };
 
-/// Adds the options that say how transactions are read, as a group, to the command line of a program.
-void add_reading_options(CLI::App& app, ReadingWords& words);
+/// What transactions are read for.
+enum class Reader {
+    mining,
+    /// Deriving rules: the input may be a class file, which is the word "classes" in ReadingWords::format,
+    /// and columns of many numbers are cut unless ReadingWords::bins is the word "none".
+    rules,
+};
 
-/// What the options say, once `app` has parsed the command line. Throws Error where they contradict each
-/// other or do not go with the format that they name.
+/// Adds the options that say how transactions are read, as a group, to the command line of a program.
+void add_reading_options(CLI::App& app, ReadingWords& words, Reader reader = Reader::mining);
+
+/// What the options say, once `app` has parsed the command line. There is no format for "classes", and no
+/// rule for "none". Throws Error where they contradict each other or do not go with the format that they
+/// name.
 ReadingOptions reading_options(const CLI::App& app, const ReadingWords& words);
 
 /// Parses one byte, or "tab". Returns nothing for anything else, and for a quote and a line end, which cannot
