@@ -94,5 +94,22 @@ TEST(Recount, CountsAsSetsOfItemsTellInRandomDatabases) {
     }
 }
 
+TEST(Recount, ManyItemsInFewLinesEachAreCountedToo) {
+    // The line k holds the items 2 k and 2 k + 1.
+    Database database;
+    database.lines = 500;
+    database.transactions = 500;
+    for (Item item = 0; item < 1000; ++item) {
+        database.items.push_back({item, {item / 2}});
+    }
+    Recount recount(database);
+    const Itemset one = {0, 3, 998};  // in the lines 0, 1 and 499
+    const Itemset other = {1, 2, 7};  // in the lines 0, 1 and 3
+
+    EXPECT_EQ(recount.count({one, false}, {other, false}), (Contingency{3, 3, 2}));
+    EXPECT_EQ(recount.count({one, false}, {other, true}), (Contingency{3, 497, 1}));
+    EXPECT_EQ(recount.count({one, true}, {other, true}), (Contingency{497, 497, 496}));
+}
+
 }  // namespace
 }  // namespace korv::tools

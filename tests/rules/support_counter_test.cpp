@@ -79,6 +79,9 @@ TEST(CountedSupports, CountWhatTheClassesLeaveOpen) {
 
     EXPECT_EQ(supports.settle({11}, bounds), 2U);
     EXPECT_EQ(bounds, (SupportBounds{2, 2}));
+    bounds = {1, 3};
+    EXPECT_EQ(supports.settle({11}, bounds), 2U);
+    EXPECT_EQ(bounds, (SupportBounds{2, 2}));
     EXPECT_EQ(supports.counted(), 1U);
 }
 

@@ -1,11 +1,12 @@
 #include "rules/support_counter.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace korv::tools {
 
 namespace {
+
+constexpr std::size_t no_row = ~std::size_t{0};
 
 /// Whether a bit vector takes no more memory than the list.
 bool is_dense(const Database::ItemColumn& column, const Database& database) {
@@ -14,58 +15,64 @@ bool is_dense(const Database::ItemColumn& column, const Database& database) {
 
 }  // namespace
 
-SupportCounter::SupportCounter(const Database& database) {
-    const auto dense = static_cast<std::size_t>(std::ranges::count_if(
-        database.items, [&database](const auto& column) { return is_dense(column, database); }));
-    rows_.reset(dense, database.lines);
+SupportCounter::SupportCounter(const Database& database) : database_(database) {
+    std::size_t rows = 0;
+    for (const Database::ItemColumn& column : database.items) {
+        items_.push_back(column.item);
+        row_.push_back(is_dense(column, database) ? rows++ : no_row);
+    }
+    rows_.reset(rows, database.lines);
     if (!database.weights.empty()) {
         rows_.set_weights(database.weights);
     }
     met_.resize(rows_.words());
-    Row row = 0;
-    for (const Database::ItemColumn& column : database.items) {
-        if (!is_dense(column, database)) {
-            items_.emplace(column.item, &column.transactions);
+    for (std::size_t position = 0; position < items_.size(); ++position) {
+        if (row_[position] == no_row) {
             continue;
         }
-        for (const Transaction line : column.transactions) {
-            rows_.insert(row, line);
+        for (const Transaction line : database.items[position].transactions) {
+            rows_.insert(row_[position], line);
         }
-        items_.emplace(column.item, row);
-        ++row;
     }
 }
 
 Count SupportCounter::count(ItemSpan itemset) {
     std::ranges::fill(met_, BitWord{0});
     for (const Item item : itemset) {
-        const auto found = items_.find(item);
-        if (found == items_.end()) {
-            continue;
-        }
-        if (const Row* const row = std::get_if<Row>(&found->second)) {
-            const BitWord* const words = rows_[*row];
-            for (std::size_t word = 0; word < met_.size(); ++word) {
-                met_[word] |= words[word];
-            }
-            continue;
-        }
-        for (const Transaction line : *std::get<List>(found->second)) {
-            met_[word_of(line)] |= bit_of(line);
+        const auto found = std::ranges::lower_bound(items_, item);
+        if (found != items_.end() && *found == item) {
+            add_lines_with(static_cast<std::size_t>(found - items_.begin()));
         }
     }
     return rows_.both(met_.data(), met_.data());
 }
 
-Count CountedSupports::settle(const Itemset& itemset, SupportBounds& bounds) {
-    const Count known = supports_.settle(itemset, bounds);
-    if (known != 0) {
-        return known;
+/// Adds the lines with an item to those that are met.
+void SupportCounter::add_lines_with(std::size_t position) {
+    if (row_[position] == no_row) {
+        for (const Transaction line : database_.items[position].transactions) {
+            met_[word_of(line)] |= bit_of(line);
+        }
+        return;
     }
-    ++counted_;
-    const Count counted = counter_.count(itemset);
-    bounds = {counted, counted};
-    return counted;
+    const BitWord* const row = rows_[row_[position]];
+    for (std::size_t word = 0; word < met_.size(); ++word) {
+        met_[word] |= row[word];
+    }
+}
+
+Count CountedSupports::settle(const Itemset& itemset, SupportBounds& bounds) {
+    if (const Count settled = supports_.settle(itemset, bounds); settled != 0) {
+        return settled;
+    }
+    auto [known, is_new] = known_.try_emplace(itemset);
+    if (is_new) {
+        const Count counted = counter_.count(itemset);
+        known = {counted, counted};
+        ++counted_;
+    }
+    bounds = known;
+    return known.lower;
 }
 
 }  // namespace korv::tools

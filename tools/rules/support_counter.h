@@ -2,12 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
-#include <variant>
 #include <vector>
 
 #include "base/bit_words.h"
 #include "engine/supports.h"
+#include "index/bounds_cache.h"
 #include "mine/bit_rows.h"
 #include "mine/database.h"
 
@@ -28,13 +27,13 @@ public:
     Count count(ItemSpan itemset);
 
 private:
-    /// An item by its bit vector, as a row of `rows_`, or by its list.
-    using Row = std::size_t;
-    using List = const std::vector<Transaction>*;
+    void add_lines_with(std::size_t position);
 
-    std::unordered_map<Item, std::variant<Row, List>> items_;
-    BitRows rows_;
-    std::vector<BitWord> met_;  ///< working space: the lines that hold an item of the itemset
+    const Database& database_;
+    Itemset items_;                 ///< of the database, ascending: an item is known by its position
+    std::vector<std::size_t> row_;  ///< by position: the row of the item in `rows_`, or no_row
+    BitRows rows_;                  ///< of the items that are in many lines
+    std::vector<BitWord> met_;      ///< working space: the lines that hold an item of the itemset
 };
 
 /// Supports that are known, each of them: where others leave a support open, it is counted.
@@ -44,7 +43,7 @@ public:
     CountedSupports(Supports& supports, SupportCounter& counter) : supports_(supports), counter_(counter) {}
 
     /// The support of `itemset`, which both bounds are set to where it is counted. 0 only where no
-    /// transaction has an item of it.
+    /// transaction has an item of it. What was counted is remembered, in bounded memory.
     Count settle(const Itemset& itemset, SupportBounds& bounds) override;
 
     /// How many supports were counted.
@@ -53,6 +52,7 @@ public:
 private:
     Supports& supports_;
     SupportCounter& counter_;
+    BoundsCache known_;  ///< what was counted, as both bounds
     std::uint64_t counted_ = 0;
 };
 
