@@ -234,6 +234,24 @@ TEST(ContradictoryStart, IsMetAtTheFirstClassThatReachesIt) {
 
 // The walk itself decides.
 
+TEST(ContradictedClasses, AreThoseAroundAKeyOfAnotherClassOfNoLessSupport) {
+    test::LoadedClasses classes("1\t5\t 1,\n1 2\t5\t 1 2,\n1 3\t6\t 3,\n3 4\t6\t 4,\n2 3\t5\t 2,\n");
+    DifferenceSupports supports(classes.entries);
+
+    // 1 is within 1 2; 3, which is that of 1 3, within 3 4 and 2 3; 2, which is that of 2 3, within 1 2.
+    EXPECT_EQ(supports.contradicted_classes(),
+              (std::vector<NodeRef>{classes.node({1, 2}), classes.node({2, 3}), classes.node({3, 4})}));
+}
+
+TEST(ContradictedClasses, AreNoneInADatabase) {
+    // Of the transactions 1 2, 2 and 3.
+    test::LoadedClasses classes("1\t1\t 1,\n1 2\t2\t 2,\n3\t1\t 3,\n1 3\t2\t 1 3,\n1 2 3\t3\t 2 3,\n");
+    DifferenceSupports supports(classes.entries);
+
+    EXPECT_TRUE(supports.contradicted_classes().empty());
+    EXPECT_TRUE(supports.is_consistent());
+}
+
 TEST(EmptyItemset, IsBoundedByAllClasses) {
     EXPECT_EQ(ask({{{1}, {4, {}}}, {{2}, {3, {}}}, {{1, 2}, {6, {{1}}}}}, {}), unknown_between(0, 3));
 }

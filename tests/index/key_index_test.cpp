@@ -150,6 +150,58 @@ TEST(KeyIndexPosition, OfClassesInAnyOrderIsTheSmallest) {
     EXPECT_TRUE(index.has_position_within(Itemset{0}, 4, 6));
 }
 
+TEST(KeyIndexOther, IsAKeyWithinOfEnoughSupportAndAnotherPosition) {
+    KeyIndex index = index_of({{0}, {0, 1}, {2}}, {3, 5, 4}, 4);
+    EXPECT_FALSE(index.has_other_within(Itemset{0, 1}, 5, 1));
+    EXPECT_TRUE(index.has_other_within(Itemset{0, 1}, 3, 1));
+    EXPECT_FALSE(index.has_other_within(Itemset{0, 1}, 4, 1));
+    EXPECT_TRUE(index.has_other_within(Itemset{0, 1, 2}, 4, 1));
+    EXPECT_TRUE(index.has_other_within(Itemset{0, 1, 2}, 5, 2));
+    EXPECT_FALSE(index.has_other_within(Itemset{3}, 1, 0));
+}
+
+TEST(KeyIndexOther, OfEqualKeysIsThatOfTheLargestSupportThenTheFirst) {
+    KeyIndex index = index_of({{0}, {0}, {0}}, {4, 6, 6}, 1);
+    EXPECT_TRUE(index.has_other_within(Itemset{0}, 4, 0));
+    EXPECT_FALSE(index.has_other_within(Itemset{0}, 4, 1));
+    EXPECT_TRUE(index.has_other_within(Itemset{0}, 4, 2));
+}
+
+/// The definition of KeyIndex::has_other_within.
+bool has_other(const std::vector<Itemset>& keys, const std::vector<Count>& supports, const Itemset& itemset,
+               Count least, std::uint32_t position) {
+    for (std::uint32_t key = 0; key < keys.size(); ++key) {
+        bool is_hidden = false;
+        for (std::uint32_t twin = 0; twin < keys.size(); ++twin) {
+            const bool comes_first =
+                supports[twin] > supports[key] || (supports[twin] == supports[key] && twin < key);
+            is_hidden = is_hidden || (keys[twin] == keys[key] && comes_first);
+        }
+        if (!is_hidden && key != position && supports[key] >= least && is_contained(keys[key], itemset)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST(KeyIndexOther, IsFoundAsByLookingAtEachKey) {
+    std::mt19937 random(20261122);
+    for (const auto& [count, items] : {std::pair<std::size_t, Item>{6, 4}, {20, 8}, {60, 200}}) {
+        for (int round = 0; round < 100; ++round) {
+            const std::vector<Itemset> keys = test::random_itemsets(count, items, random);
+            std::vector<Count> supports(count);
+            std::ranges::generate(supports, [&] { return 1 + static_cast<Count>(random() % 9); });
+            KeyIndex index = index_of(keys, supports, items);
+            for (const Itemset& itemset : test::random_itemsets(30, items, random)) {
+                const Count least = 1 + static_cast<Count>(random() % 9);
+                const auto position = static_cast<std::uint32_t>(random() % count);
+                ASSERT_EQ(index.has_other_within(itemset, least, position),
+                          has_other(keys, supports, itemset, least, position));
+            }
+        }
+    }
+}
+
 /// The definition of KeyIndex::first_position_within.
 std::uint32_t first_position(const std::vector<Itemset>& keys, const std::vector<KeyOwner>& owners,
                              const Itemset& itemset, Count least, std::uint32_t before) {

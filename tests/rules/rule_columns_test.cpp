@@ -41,9 +41,9 @@ TEST(RangeOf, HasItsEndsInOrderWhereACountFallsWithTheUnknownSupport) {
 }
 
 TEST(CertaintyName, OfEachKind) {
-    EXPECT_EQ(certainty_name(Certainty::exact), "exact");
-    EXPECT_EQ(certainty_name(Certainty::approximative), "approximative");
-    EXPECT_EQ(certainty_name(Certainty::bounded), "bounded");
+    EXPECT_EQ(name_of(Certainty::exact), "exact");
+    EXPECT_EQ(name_of(Certainty::approximative), "approximative");
+    EXPECT_EQ(name_of(Certainty::bounded), "bounded");
 }
 
 TEST(FurtherMeasures, LeaveOutRepeatedOnesAndThoseThatHaveColumnsAnyway) {

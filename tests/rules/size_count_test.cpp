@@ -145,7 +145,7 @@ TEST(SizeCount, IsThatOfTheFilesOfContradictoryClasses) {
 }
 
 TEST(SizeCount, IsThatOfTheFilesOfTheSample) {
-    std::istringstream file(test::read_file(TITANIC "/titanic.classes"));
+    std::istringstream file(test::read_file(EXAMPLES "/titanic/titanic.classes"));
     const ClassMap classes = read_classes(file);
     EXPECT_GT(compare(classes, {.minsupp = 23, .minconf = 0.5, .transactions = 2201}), 1000U);
 }

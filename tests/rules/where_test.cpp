@@ -20,10 +20,10 @@ constexpr Count transactions = 10;
 constexpr std::size_t items = 3;
 
 FoundRule rule_of(const Contingency& low, const Contingency& high) {
-    return {Side(0, false), Side(1, false), low, high, Form::R111, 2};
+    return {Side(0, false), Side(1, false), low, high, Form::R111};
 }
 
-/// Support 3, confidence 0.75, lift 1.5, leverage 0.1, two wordings.
+/// Support 3, confidence 0.75, lift 1.5, leverage 0.1.
 const FoundRule known_rule = rule_of({4, 5, 3}, {4, 5, 3});
 /// Support 1 to 3, confidence 0.25 to 0.75, lift 0.5 to 1.07, conclusion 5 to 7.
 const FoundRule bounded_rule = rule_of({4, 5, 1}, {4, 7, 3});
@@ -92,7 +92,6 @@ TEST(Where, ComparesCountsWithWholeNumbers) {
     EXPECT_TRUE(holds("conclusion_count = 5"));
     EXPECT_TRUE(holds("transactions = 10"));
     EXPECT_TRUE(holds("items = 3"));
-    EXPECT_TRUE(holds("wordings = 2"));
     EXPECT_TRUE(holds("support < premise_count"));
     EXPECT_FALSE(holds("support >= 4"));
 }

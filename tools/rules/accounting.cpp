@@ -49,7 +49,7 @@ StepWords words_of_chance(const RuleRequest& request) {
 StepWords words_of_kinds(const RuleRequest& request) {
     std::vector<std::string> kinds;
     for (const Certainty kind : request.kinds) {
-        kinds.emplace_back(certainty_name(kind));
+        kinds.emplace_back(name_of(kind));
     }
     return {"not " + joined(kinds, "or"), "without --kinds"};
 }

@@ -10,6 +10,7 @@
 #include "engine/rule_catalogue.h"
 #include "rules/found_rule.h"
 #include "rules/measures.h"
+#include "rules/rule_order.h"
 #include "rules/rule_writer.h"
 
 namespace korv::tools {
@@ -26,24 +27,6 @@ struct CountRange {
 inline CountRange range_of(const FoundRule& rule, Count Contingency::*count) {
     const auto [low, high] = std::minmax({rule.at_low.*count, rule.at_high.*count});
     return {low, high};
-}
-
-/// The word for a certainty.
-constexpr std::string_view certainty_name(Certainty certainty) {
-    switch (certainty) {
-        case Certainty::exact:
-            return "exact";
-        case Certainty::approximative:
-            return "approximative";
-        case Certainty::bounded:
-            break;
-    }
-    return "bounded";
-}
-
-/// How many items a rule has on both sides together.
-inline std::size_t number_of_items(const FoundRule& rule, const ItemsetPool& itemsets) {
-    return itemsets[rule.premise.itemset()].size() + itemsets[rule.conclusion.itemset()].size();
 }
 
 /// Appends a number as the shortest text that reads back equal, an infinite one as "inf" or "-inf".
@@ -86,7 +69,7 @@ void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& colum
     columns.one("id", [](const NumberedRule& numbered) { return numbered.id; });
     columns.one("form", [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
     columns.one("kind",
-                [](const NumberedRule& numbered) { return certainty_name(certainty(numbered.rule)); });
+                [](const NumberedRule& numbered) { return name_of(certainty(numbered.rule)); });
     columns.side("premise", [](const NumberedRule& numbered) { return numbered.rule.premise; });
     columns.side("conclusion", [](const NumberedRule& numbered) { return numbered.rule.conclusion; });
     count(&Contingency::both, "support", "support_max");

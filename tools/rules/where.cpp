@@ -65,8 +65,6 @@ MeasureBounds Where::bounds_of(const Operand& operand, const Subject& subject) {
             return known(subject.transactions);
         case Quantity::items:
             return known(static_cast<double>(subject.items));
-        case Quantity::wordings:
-            return known(subject.rule.wordings);
     }
     return known(std::numeric_limits<double>::quiet_NaN());
 }
@@ -344,7 +342,6 @@ void WhereParser::take_name(std::string_view name, std::size_t position) {
         CountName{"conclusion_count", Quantity::conclusion_count},
         CountName{"transactions", Quantity::transactions},
         CountName{"items", Quantity::items},
-        CountName{"wordings", Quantity::wordings},
     };
     const std::string small = in_small_letters(name);
     for (const CountName& count : counts) {
@@ -420,7 +417,7 @@ void WhereParser::settle_number(Read& number, const Read& other) const {
         return;
     }
     const bool is_whole = !is_percentage && std::trunc(number.operand.number) == number.operand.number;
-    const bool is_of_transactions = quantity != Quantity::items && quantity != Quantity::wordings;
+    const bool is_of_transactions = quantity != Quantity::items;
     if (!is_whole && !(is_percentage && is_of_transactions)) {
         fail(number.position,
              (is_of_transactions ? "a whole number or a percentage, such as 50 or 2%, beside "

@@ -15,7 +15,7 @@ namespace korv::tools {
 ///
 /// It consists of comparisons (< <= > >= = == !=), joined by "or", "and" and "not" and parentheses; "and"
 /// binds more tightly than "or". Either side of a comparison is a number ("0.8", "80%", "inf"), a measure, or
-/// a count: support, premise_count, conclusion_count, transactions, items (of both sides together), wordings.
+/// a count: support, premise_count, conclusion_count, transactions, items (of both sides together).
 /// So `support` is a number of transactions here, as in the output; a percentage beside a count of
 /// transactions is one of all transactions. Case does not matter.
 ///
@@ -43,7 +43,6 @@ private:
         conclusion_count,
         transactions,
         items,
-        wordings,
     };
 
     enum class Comparator : std::uint8_t { less, at_most, more, at_least, equal, unequal };
