@@ -41,8 +41,8 @@ public:
     /// Whether there is such a position. Costs less, as a rule.
     bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
 
-    /// Whether a key lies within `itemset` whose support is at least `least`, 1 or more, and whose position is
-    /// another one than `position`. Of equal keys only the one of the largest support counts, and of these
+    /// Whether a key lies within `itemset` whose support is at least `least`, 1 or more, and whose position
+    /// is another one than `position`. Of equal keys only the one of the largest support counts, and of these
     /// the one of the smallest position. Costs as much as largest_support_within.
     bool has_other_within(ItemSpan itemset, Count least, std::uint32_t position);
 

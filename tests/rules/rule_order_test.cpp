@@ -67,10 +67,10 @@ TEST_F(RuleOrderTest, PutsAPlainPremiseBeforeTheNegatedOneAndThenLooksAtConclusi
     negated.premise = {plain.premise.itemset(), true};
     const FoundRule other = rule({1}, {8}, {20, 40, 10});
 
-    EXPECT_LT(compare_sides(plain, negated, pool_), 0);
-    EXPECT_GT(compare_sides(negated, other, pool_), 0);
-    EXPECT_GT(compare_sides(plain, other, pool_), 0);
-    EXPECT_EQ(compare_sides(plain, plain, pool_), 0);
+    EXPECT_TRUE(compare_sides(plain, negated, pool_) < 0);
+    EXPECT_TRUE(compare_sides(negated, other, pool_) > 0);
+    EXPECT_TRUE(compare_sides(plain, other, pool_) > 0);
+    EXPECT_TRUE(compare_sides(plain, plain, pool_) == 0);
 }
 
 TEST_F(RuleOrderTest, PutsRulesLastWhoseMeasureIsNotDefinedBehindInfiniteOnes) {

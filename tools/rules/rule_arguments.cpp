@@ -350,18 +350,12 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
 }
 
 /// Takes what the options say about reading and mining.
-void complete_input(const CLI::App& app, Words& words, RuleArguments& arguments) {
+void complete_input(const CLI::App& app, const Words& words, RuleArguments& arguments) {
     InputRequest& input = arguments.input;
     if (app.count("--format") > 0) {
         input.is_class_file = words.reading.format == "classes";
     }
-    if (words.reading.format == "classes") {
-        words.reading.format.clear();
-    }
     input.has_bins = app.count("--bins") > 0;
-    if (words.reading.bins == std::vector<std::string>{"none"}) {
-        words.reading.bins.clear();
-    }
     input.reading = reading_options(app, words.reading);
     input.mining = mining_request(app, words.mining);
     if (input.mining.min_supports.size() > 1) {
@@ -465,7 +459,7 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     add_order_options(app, words);
     add_output_options(app, arguments, words);
     add_mining_options(app, words.mining);
-    add_reading_options(app, words.reading);
+    add_reading_options(app, words.reading, Reader::rules);
     app.failure_message(complaint);
     try {
         app.parse(argc, argv);

@@ -46,8 +46,19 @@ struct RuleInput {
 /// Tells how the mining goes. Returns false to end it.
 using MiningGoOn = std::function<bool(const MiningProgress&)>;
 
-/// Reads a class file, or transactions and mines them. Throws Error for what is wrong with an input: see
-/// class_file.h and reading.h.
+/// Reads a class file, or transactions and mines them.
+///
+/// Of a class file, the items are named as `names` says, else as the database does, else by the file beside
+/// it that has the extension .names, where there is one. With a database, the supports of all classes are
+/// counted. Whether the classes agree with each other is left to require_agreement, which needs indexes that
+/// rules are derived with, too.
+///
+/// Of a table, columns of more than 8 distinct numbers are cut into 4 bins unless request.has_bins. Where
+/// there are more classes than allowed, by default 1,000,000, smaller itemsets are mined: see mine_bounded.
+///
+/// Throws Error for what is wrong with an input (see class_file.h, reading.h and names_file.h), for a support
+/// that is not that of the database, for options that do not go with the kind of input, and for a class file
+/// without the number of transactions; MiningStopped where `go_on` returned false.
 RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on);
 
 }  // namespace korv::tools
