@@ -60,9 +60,9 @@ TEST_F(TableWriterTest, ShowsRangesAndFurtherMeasures) {
     women_survived.at_high.both = 376;
     EXPECT_EQ(table({women_survived}, {.width = 120}, {Measure::jaccard, Measure::p}),
               "#  rule                            confidence          lift     support          leverage"
-              "         jaccard  p\n"
+              "         jaccard            p\n"
               "1  sex=female => survived=yes  0.732 to 0.800  2.27 to 2.48  344 to 376  0.0873 to 0.1019"
-              "  0.411 to 0.467  -\n");
+              "  0.411 to 0.467  95.6 to 131\n");
 }
 
 TEST_F(TableWriterTest, HasColourOnlyWhereATerminalHas) {
