@@ -1,0 +1,363 @@
+#!/usr/bin/env python3
+"""Compares korv-rules with the model, and with korv.
+
+    compare_rules.py KORV_RULES [--cases N] [--seed S] [--jobs J] [--case INDEX]
+    compare_rules.py KORV_RULES --korv KORV [--cases N] [--seed S] [--jobs J]
+    compare_rules.py KORV_RULES --korv KORV --minsupp S --minconf C --transactions N CLASS_FILE...
+
+The first form compares everything that is told of random inputs with what the model tells. The others compare the rules
+of class files, random ones or those given, with what korv writes. What differs first is made smaller and printed; the
+exit status is then 1.
+"""
+
+from __future__ import annotations
+
+import argparse
+import json
+import math
+import multiprocessing
+import random
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+from typing import Any, Dict, Iterator, List, NamedTuple, Optional, Tuple
+
+import random_cases
+import rules_model
+from random_cases import Case
+
+DEFAULT_CASES = 500
+TIME_LIMIT_SECONDS = 60
+SHRINKING_SECONDS = 60
+TOLERANCE = 1e-12
+CHUNK = 20
+
+# What the accounting calls each step.
+STEP_WORDS: Tuple[Tuple[str, str], ...] = ()
+
+
+class Outcome(NamedTuple):
+    """What a run of the program told."""
+
+    status: int
+    stdout: str
+    stderr: str
+
+
+class Program:
+    """The program, run in a directory of its own."""
+
+    def __init__(self, path: str, directory: Path) -> None:
+        self.path = path
+        self.directory = directory
+
+    def run(self, files: Dict[str, str], arguments: List[str]) -> Outcome:
+        for old in self.directory.iterdir():
+            old.unlink()
+        for name, text in files.items():
+            (self.directory / name).write_bytes(text.encode())
+        done = subprocess.run([self.path, *arguments], cwd=self.directory, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=TIME_LIMIT_SECONDS, check=False)
+        return Outcome(done.returncode, done.stdout.decode(errors="replace"), done.stderr.decode(errors="replace"))
+
+
+# --- with the model ------------------------------------------------------------------------------
+
+
+def first_difference(outcome: Outcome, model: rules_model.Result) -> Optional[str]:
+    """What differs first; None when all is told alike."""
+    expected_status = 0 if model.rules else 1
+    if outcome.status != expected_status:
+        return f"exit status {outcome.status}, model {expected_status}; standard error:\n{outcome.stderr}"
+    lines = outcome.stdout.splitlines()
+    for number, (line, expected) in enumerate(zip(lines, model.rules), 1):
+        try:
+            told = json.loads(line)
+        except ValueError as error:
+            return f"line {number} is not JSON ({error}): {line}"
+        found = difference_of_rules(told, expected)
+        if found:
+            return f"line {number}: {found}\n  program: {line}\n  model:   {json.dumps(expected, ensure_ascii=False)}"
+    if len(lines) != len(model.rules):
+        more = lines[len(model.rules):] or [json.dumps(rule, ensure_ascii=False) for rule in model.rules[len(lines):]]
+        return f"{len(lines)} rules, model {len(model.rules)}; the first one more is\n  {more[0]}"
+    return difference_of_accounting(outcome.stderr, model)
+
+
+def difference_of_rules(told: Dict[str, Any], expected: Dict[str, Any]) -> Optional[str]:
+    """The key in which a rule differs."""
+    for key, value in expected.items():
+        if key not in told:
+            return f"{key} is missing"
+        if not is_same(told[key], value):
+            return f"{key} is {told[key]!r}, model {value!r}"
+    if list(told) != list(expected):
+        return f"keys are {list(told)}, model {list(expected)}"
+    return None
+
+
+def is_same(told: Any, expected: Any) -> bool:
+    if isinstance(expected, float) and isinstance(told, (int, float)):
+        return math.isclose(told, expected, rel_tol=TOLERANCE, abs_tol=1e-300)
+    return type(told) is type(expected) and told == expected
+
+
+def difference_of_accounting(text: str, model: rules_model.Result) -> Optional[str]:
+    """The first step of which the program tells another count."""
+    expected = dict(model.left_out)
+    for phrase, step in STEP_WORDS:
+        match = re.search(rf"^ *([\d,]+) {phrase}", text, re.MULTILINE)
+        told = int(match[1].replace(",", "")) if match else 0
+        if told != expected[step]:
+            return f"{step} left out {told}, model {expected[step]}; standard error:\n{text}"
+    match = re.search(r"^ *([\d,]+) rules? from", text, re.MULTILINE)
+    if STEP_WORDS and (not match or int(match[1].replace(",", "")) != model.derived):
+        return f"{match and match[1]} rules derived, model {model.derived}; standard error:\n{text}"
+    return None
+
+
+def difference_of(program: Program, case: Case) -> Optional[str]:
+    """What differs first in a case."""
+    try:
+        outcome = program.run(case.files(), case.arguments())
+    except subprocess.TimeoutExpired:
+        return "time limit passed"
+    return first_difference(outcome, rules_model.run(case.knowledge(), case.request))
+
+
+def shrunk(program: Program, case: Case) -> Case:
+    """A case that differs still, of which no part can go."""
+    deadline = time.monotonic() + SHRINKING_SECONDS
+    while True:
+        for smaller in random_cases.smaller_cases(case):
+            if time.monotonic() > deadline:
+                return case
+            if is_usable(smaller) and difference_of(program, smaller):
+                case = smaller
+                break
+        else:
+            return case
+
+
+def is_usable(case: Case) -> bool:
+    """Whether a smaller case is one that the program accepts."""
+    classes = case.knowledge().classes
+    if not classes:
+        return False
+    items = frozenset().union(*(each.closed for each in classes))
+    return all(any(rules_model.matches_word(case.knowledge(), item, word) for item in items)
+               for _, pattern in case.request.patterns for word in pattern.split("|"))
+
+
+def description(case: Case, difference: Optional[str]) -> str:
+    """A case for people."""
+    files = "".join(f"--- {name}\n{text}" for name, text in case.files().items())
+    return f"{files}--- korv-rules {shlex.join(case.arguments())}\n{difference}\n"
+
+
+# --- with korv -----------------------------------------------------------------------------------
+
+NUMBER = r"(?:nan|inf|[-+.\de]+)"
+RECORD = re.compile(
+    r"(?P<premise>[^\n]*)-->(?P<conclusion>[^\n]*)\n"
+    r"(?:support:(?P<support>\d+)\n\n|(?P<low>\d+)< support <(?P<high>\d+)\n)"
+    rf"(?:confiance:(?P<confidence>{NUMBER})\n-+\n|(?P<least>{NUMBER})< confiance <(?P<most>{NUMBER})\n-+\n)?")
+SIX_DIGITS = 1.000001e-5  # of a number that was printed with six digits
+
+
+class KorvRule(NamedTuple):
+    """A rule as korv writes it: support and confidence are bounds."""
+
+    supports: Tuple[int, int]
+    confidences: Tuple[float, float]
+    is_known: bool
+
+
+SideOfKorv = Tuple[bool, Tuple[int, ...]]
+
+
+def side_of_korv(text: str) -> SideOfKorv:
+    return text.startswith("not("), tuple(map(int, re.findall(r"\d+", text)))
+
+
+def korv_rules(korv: str, directory: Path, class_file: Path, minsupp: str, minconf: str,
+               transactions: int) -> Iterator[Tuple[Tuple[SideOfKorv, SideOfKorv], KorvRule]]:
+    """All records of the four rule files."""
+    subprocess.run([korv, "run", class_file, minsupp, minconf, str(transactions)], cwd=directory, check=True,
+                   stdout=subprocess.DEVNULL)
+    for path in sorted(directory.glob("int*.txt")):
+        text = path.read_text(encoding="ascii")
+        path.unlink()
+        for record in RECORD.finditer(text):
+            if record["support"]:
+                supports = (int(record["support"]),) * 2
+            else:
+                supports = (int(record["low"]), int(record["high"]))
+            if record["confidence"]:
+                confidences = (float(record["confidence"]),) * 2
+            elif record["least"]:
+                confidences = (float(record["least"]), float(record["most"]))
+            else:
+                confidences = (1.0, 1.0)
+            yield ((side_of_korv(record["premise"]), side_of_korv(record["conclusion"])),
+                   KorvRule(supports, confidences, bool(record["support"]) and not record["least"]))
+
+
+def told_side(side: Dict[str, Any]) -> SideOfKorv:
+    return "none" in side, tuple(side["items"])
+
+
+def told_rules(text: str) -> Dict[Tuple[SideOfKorv, SideOfKorv], Dict[str, Any]]:
+    """The rules that korv-rules told, by their sides. Raises ValueError for one that is told twice."""
+    rules: Dict[Tuple[SideOfKorv, SideOfKorv], Dict[str, Any]] = {}
+    for line in text.splitlines():
+        rule = json.loads(line)
+        sides = told_side(rule["premise"]), told_side(rule["conclusion"])
+        if sides in rules or rule["wordings"] != 1:
+            raise ValueError(f"twice: {line}")
+        rules[sides] = rule
+    return rules
+
+
+ALL_RULES = ("--wording full --max-items 0 --min-lift 0 --readings all --prune none --top 0 --to jsonl").split()
+
+
+def difference_from_korv(program: Program, korv: str, class_file: Path, minsupp: str, minconf: str,
+                         transactions: int) -> Tuple[Optional[str], int]:
+    """What differs first, and how many rules korv writes."""
+    arguments = [str(class_file), "-n", str(transactions), "-s", minsupp, "-c", minconf, *ALL_RULES]
+    done = subprocess.run([program.path, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+    if done.returncode not in (0, 1):
+        return f"exit status {done.returncode}: {done.stderr.decode()}", 0
+    try:
+        told = told_rules(done.stdout.decode())
+    except ValueError as error:
+        return str(error), 0
+    written = set()
+    for sides, rule in korv_rules(korv, program.directory, class_file, minsupp, minconf, transactions):
+        written.add(sides)
+        if sides not in told:
+            return f"missing: {sides} {rule}", len(written)
+        if not lies_in(told[sides], rule):
+            return f"korv: {sides} {rule}\n  korv-rules: {json.dumps(told[sides])}", len(written)
+    for sides, told_rule in told.items():
+        if sides not in written and told_rule["kind"] != "bounded":
+            return f"korv has not: {json.dumps(told_rule)}", len(written)
+    return None, len(written)
+
+
+def lies_in(told: Dict[str, Any], rule: KorvRule) -> bool:
+    """Whether support and confidence are those that korv writes, or bounds within the bounds that it writes."""
+    is_between = (rule.supports[0] <= told["support"] and told["support_max"] <= rule.supports[1]
+                  and told["confidence"] >= rule.confidences[0] * (1 - SIX_DIGITS)
+                  # The upper end that korv writes for this form is none.
+                  and (told["confidence_max"] <= rule.confidences[1] * (1 + SIX_DIGITS)
+                       or (not rule.is_known and told["form"] in ("R421", "R432"))))
+    if not rule.is_known:
+        return is_between
+    return is_between and f"{told['confidence']:g}" == f"{rule.confidences[0]:g}" and told["kind"] != "bounded"
+
+
+def difference_of_class_file(program: Program, korv: str, case: Case) -> Optional[str]:
+    """The same for a random class file."""
+    path = program.directory / "in.classes"
+    path.write_text(case.files()["in.classes"], encoding="ascii")
+    transactions = sum(weight for _, weight in case.database)
+    return difference_from_korv(program, korv, path, str(case.request.min_support), str(case.request.min_confidence),
+                                transactions)[0]
+
+
+# --- many cases ----------------------------------------------------------------------------------
+
+
+class Work(NamedTuple):
+    """Cases for one worker."""
+
+    path: str
+    korv: Optional[str]
+    seed: int
+    indexes: range
+
+
+def case_of(seed: int, index: int, only_classes: bool) -> Case:
+    rng = random.Random(f"{seed} {index}")
+    while True:
+        case = random_cases.random_case(rng)
+        if not only_classes or case.source == "classes":
+            return case
+
+
+def do_work(work: Work) -> Tuple[int, str]:
+    """The index of the first case that differs, or -1, and its description; that of a smaller one where possible."""
+    with tempfile.TemporaryDirectory() as name:
+        program = Program(work.path, Path(name))
+        for index in work.indexes:
+            case = case_of(work.seed, index, work.korv is not None)
+            if work.korv is None:
+                difference = difference_of(program, case)
+                if difference:
+                    smaller = shrunk(program, case)
+                    return index, description(smaller, difference_of(program, smaller))
+            else:
+                difference = difference_of_class_file(program, work.korv, case)
+                if difference:
+                    return index, description(case, difference)
+    return -1, ""
+
+
+def compare_cases(path: str, korv: Optional[str], seed: int, indexes: range, jobs: int) -> int:
+    """Compares the cases, several at a time; the exit status."""
+    chunks = [Work(path, korv, seed, indexes[start:start + CHUNK]) for start in range(0, len(indexes), CHUNK)]
+    with multiprocessing.Pool(jobs) as pool:
+        for index, text in pool.imap(do_work, chunks):
+            if index >= 0:
+                print(f"DIFFERS: --seed {seed} --case {index}\n{text}")
+                return 1
+    print(f"{len(indexes)} cases compared, all agree")
+    return 0
+
+
+def compare_class_files(options: argparse.Namespace) -> int:
+    """Compares the class files that are given with korv; the exit status."""
+    with tempfile.TemporaryDirectory() as name:
+        program = Program(options.program, Path(name))
+        for path in options.class_files:
+            difference, count = difference_from_korv(program, options.korv, path.resolve(), options.minsupp,
+                                                     options.minconf, options.transactions)
+            if difference:
+                print(f"DIFFERS: {path}\n{difference}")
+                return 1
+            print(f"{path}: {count} rules agree")
+    return 0
+
+
+def main() -> int:
+    """The command line."""
+    parser = argparse.ArgumentParser(description="Compare korv-rules with the model, or with korv.")
+    parser.add_argument("program")
+    parser.add_argument("class_files", nargs="*", type=Path)
+    parser.add_argument("--korv")
+    parser.add_argument("--cases", type=int, default=DEFAULT_CASES)
+    parser.add_argument("--case", type=int, help="this one only")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=2)
+    parser.add_argument("--minsupp", default="1")
+    parser.add_argument("--minconf", default="0.8")
+    parser.add_argument("--transactions", type=int)
+    options = parser.parse_args()
+    if options.class_files and (options.korv is None or options.transactions is None):
+        parser.error("class files are compared with those of --korv, and need --transactions")
+    options.program = str(Path(options.program).resolve())
+    options.korv = options.korv and str(Path(options.korv).resolve())
+    if options.class_files:
+        return compare_class_files(options)
+    indexes = range(options.cases) if options.case is None else range(options.case, options.case + 1)
+    return compare_cases(options.program, options.korv, options.seed, indexes, options.jobs)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
