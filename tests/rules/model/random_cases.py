@@ -199,7 +199,7 @@ def random_weight(rng: random.Random, is_weighted: bool) -> int:
 
 def random_baskets(rng: random.Random, is_weighted: bool) -> List[Transaction]:
     """Transactions over up to 8 items, with items in all of them, twins and empty ones."""
-    count = rng.choice((2, 3, 3, 4, 4, 4, 5, 5, 6, 7, 8))
+    count = rng.choice((2, 3, 4, 4, 4, 5, 5, 5, 6, 6, 7, 8))
     numbers = sorted(rng.sample(range(rng.choice((9, 9, 30))), count))
     likelihoods = {item: rng.uniform(0.1, 0.8) for item in numbers}
     lines = []
@@ -265,7 +265,7 @@ def random_names(rng: random.Random, items: Sequence[int]) -> Dict[int, str]:
 
 def thinned(rng: random.Random, classes: Sequence[EquivalenceClass]) -> List[EquivalenceClass]:
     """Some of the classes with some of their essential itemsets; nothing in them contradicts the others."""
-    keep_class, keep_essential = rng.uniform(0.4, 1.0), rng.uniform(0.3, 1.0)
+    keep_class, keep_essential = rng.uniform(0.5, 1.0), rng.uniform(0.2, 1.0)
     kept = [each._replace(essentials=tuple(key for key in each.essentials if rng.random() < keep_essential))
             for each in classes if rng.random() < keep_class]
     return kept or list(classes[:1])
@@ -300,7 +300,7 @@ def random_patterns(rng: random.Random, knowledge: Knowledge) -> Tuple[Tuple[str
     """Patterns, each of an item that occurs in a class."""
     items = sorted(frozenset().union(*(each.closed for each in knowledge.classes)))
     patterns = []
-    for _ in range(rng.choice((0, 0, 0, 1, 1, 2))):
+    for _ in range(rng.choice((0, 0, 0, 0, 0, 1, 2))):
         words = [random_word(rng, knowledge, rng.choice(items)) for _ in range(rng.choice((1, 1, 2)))]
         patterns.append((rng.choice(("with", "without", "if", "then", "if-not", "then-not")), "|".join(words)))
     return tuple(patterns)
@@ -322,16 +322,16 @@ def random_request(rng: random.Random, knowledge: Knowledge, min_support: int) -
 
     return Request(
         min_support=min_support,
-        min_confidence=rng.choice((0.1, 0.3, 0.5, 0.5, 0.6, 0.75, 0.8, 1.0)),
+        min_confidence=rng.choice((0.01, 0.1, 0.1, 0.2, 0.3, 0.5, 0.5, 0.6, 0.75, 0.8, 1.0)),
         min_lift=sometimes(0.4, rng.choice((0, 0, 0.5, 1, 1.2, 1.25)), None),
         forms=sometimes(0.15, tuple(rng.sample(FORM_CHOICES, rng.randint(1, 4))), ()),
-        kinds=sometimes(0.15, tuple(rng.sample(KINDS, rng.randint(1, 2))), ()),
+        kinds=sometimes(0.1, tuple(rng.sample(KINDS, rng.randint(1, 2))), ()),
         wording=sometimes(0.3, "full", "shortest"),
         patterns=random_patterns(rng, knowledge),
         max_items=sometimes(0.5, rng.choice((0, 0, 2, 3, 4, 8)), 6),
         max_if=sometimes(0.1, rng.randint(1, 3), 0),
         max_then=sometimes(0.1, rng.randint(1, 3), 0),
-        where=sometimes(0.25, random_condition(rng), None),
+        where=sometimes(0.2, random_condition(rng), None),
         readings=sometimes(0.5, "all", "one"),
         prune=rng.choice(("none", "same", "full", "productive", "productive")),
         sort=sometimes(0.5, rng.choice(sorted(MEASURES)), "leverage"),
@@ -388,7 +388,7 @@ def random_case(rng: random.Random) -> Case:
     mining = Mining(rng.choice((1, 1, min_support)), rng.choice((0, 0, 1)), 1, rng.choice((99, 99, 2, 3)))
     classes = mined(database, mining)
     if source in ("classes", "database"):
-        if rng.random() < 0.5:
+        if rng.random() < 0.6:
             classes = thinned(rng, classes)
         if rng.random() < 0.5:
             classes = shuffled(rng, classes)

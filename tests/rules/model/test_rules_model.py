@@ -541,6 +541,19 @@ class RandomCasesTest(unittest.TestCase):
         one, other = (random_cases.random_case(random.Random("1 7")) for _ in range(2))
         self.assertEqual((one.files(), one.arguments()), (other.files(), other.arguments()))
 
+    def test_every_rule_that_is_told_is_true_of_the_transactions(self) -> None:
+        def count(case: random_cases.Case, *told: Dict[str, Any]) -> int:
+            return sum(weight for transaction, weight in case.database
+                       if all(("none" in each) != bool(transaction & frozenset(each["items"])) for each in told))
+
+        for index in range(60):
+            case = random_cases.random_case(random.Random(f"true {index}"))
+            for each in model.run(case.knowledge(), case.request).rules:
+                for name, counted in (("support", count(case, each["premise"], each["conclusion"])),
+                                      ("premise_count", count(case, each["premise"])),
+                                      ("conclusion_count", count(case, each["conclusion"]))):
+                    self.assertTrue(each[name] <= counted <= each[name + "_max"], (index, each))
+
     def test_nothing_in_thinned_classes_contradicts_the_transactions(self) -> None:
         for index in range(50):
             case = random_cases.random_case(random.Random(f"thin {index}"))
