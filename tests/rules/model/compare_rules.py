@@ -3,11 +3,12 @@
 
     compare_rules.py KORV_RULES [--cases N] [--seed S] [--jobs J] [--case INDEX]
     compare_rules.py KORV_RULES --korv KORV [--cases N] [--seed S] [--jobs J]
+    compare_rules.py model --korv KORV [--cases N] [--seed S] [--jobs J]
     compare_rules.py KORV_RULES --korv KORV --minsupp S --minconf C --transactions N CLASS_FILE...
 
 The first form compares everything that is told of random inputs with what the model tells. The others compare the rules
-of class files, random ones or those given, with what korv writes. What differs first is made smaller and printed; the
-exit status is then 1.
+of class files, random ones or those given, with what korv writes; the model itself can take the place of the program.
+What differs first is made smaller where possible, and printed; the exit status is then 1.
 """
 
 from __future__ import annotations
@@ -23,18 +24,21 @@ import subprocess
 import sys
 import tempfile
 import time
+from dataclasses import replace
 from pathlib import Path
-from typing import Any, Dict, Iterator, List, NamedTuple, Optional, Tuple
+from typing import Any, Dict, Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple
 
 import random_cases
 import rules_model
 from random_cases import Case
+from rules_model import Request
 
 DEFAULT_CASES = 500
 TIME_LIMIT_SECONDS = 60
 SHRINKING_SECONDS = 60
 TOLERANCE = 1e-12
 CHUNK = 20
+THE_MODEL = "model"  # in the place of the program
 
 # What the accounting calls each step.
 STEP_WORDS: Tuple[Tuple[str, str], ...] = ()
@@ -178,6 +182,8 @@ class KorvRule(NamedTuple):
 
 
 SideOfKorv = Tuple[bool, Tuple[int, ...]]
+SidesOfKorv = Tuple[SideOfKorv, SideOfKorv]
+WrittenRule = Tuple[SidesOfKorv, KorvRule]
 
 
 def side_of_korv(text: str) -> SideOfKorv:
@@ -185,7 +191,7 @@ def side_of_korv(text: str) -> SideOfKorv:
 
 
 def korv_rules(korv: str, directory: Path, class_file: Path, minsupp: str, minconf: str,
-               transactions: int) -> Iterator[Tuple[Tuple[SideOfKorv, SideOfKorv], KorvRule]]:
+               transactions: int) -> Iterator[WrittenRule]:
     """All records of the four rule files."""
     subprocess.run([korv, "run", class_file, minsupp, minconf, str(transactions)], cwd=directory, check=True,
                    stdout=subprocess.DEVNULL)
@@ -211,18 +217,18 @@ def told_side(side: Dict[str, Any]) -> SideOfKorv:
     return "none" in side, tuple(side["items"])
 
 
-def told_rules(text: str) -> Dict[Tuple[SideOfKorv, SideOfKorv], Dict[str, Any]]:
+def told_rules(rules: Iterable[Dict[str, Any]]) -> Dict[SidesOfKorv, Dict[str, Any]]:
     """The rules that korv-rules told, by their sides. Raises ValueError for one that is told twice."""
-    rules: Dict[Tuple[SideOfKorv, SideOfKorv], Dict[str, Any]] = {}
-    for line in text.splitlines():
-        rule = json.loads(line)
+    told: Dict[SidesOfKorv, Dict[str, Any]] = {}
+    for rule in rules:
         sides = told_side(rule["premise"]), told_side(rule["conclusion"])
-        if sides in rules or rule["wordings"] != 1:
-            raise ValueError(f"twice: {line}")
-        rules[sides] = rule
-    return rules
+        if sides in told or rule["wordings"] != 1:
+            raise ValueError(f"twice: {json.dumps(rule)}")
+        told[sides] = rule
+    return told
 
 
+EVERY_RULE = Request(wording="full", max_items=0, min_lift=0, readings="all", prune="none")
 ALL_RULES = ("--wording full --max-items 0 --min-lift 0 --readings all --prune none --top 0 --to jsonl").split()
 
 
@@ -233,21 +239,27 @@ def difference_from_korv(program: Program, korv: str, class_file: Path, minsupp:
     done = subprocess.run([program.path, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
     if done.returncode not in (0, 1):
         return f"exit status {done.returncode}: {done.stderr.decode()}", 0
+    written = list(korv_rules(korv, program.directory, class_file, minsupp, minconf, transactions))
+    return difference_from_written(map(json.loads, done.stdout.decode().splitlines()), written), len(written)
+
+
+def difference_from_written(rules: Iterable[Dict[str, Any]], written: Sequence[WrittenRule]) -> Optional[str]:
+    """What differs first between rules as lines of JSON have them, and what korv wrote."""
     try:
-        told = told_rules(done.stdout.decode())
+        told = told_rules(rules)
     except ValueError as error:
-        return str(error), 0
-    written = set()
-    for sides, rule in korv_rules(korv, program.directory, class_file, minsupp, minconf, transactions):
-        written.add(sides)
+        return str(error)
+    for sides, rule in written:
         if sides not in told:
-            return f"missing: {sides} {rule}", len(written)
+            return f"missing: {sides} {rule}"
         if not lies_in(told[sides], rule):
-            return f"korv: {sides} {rule}\n  korv-rules: {json.dumps(told[sides])}", len(written)
+            return f"korv: {sides} {rule}\n  korv-rules: {json.dumps(told[sides])}"
+    sides_of_korv = {sides for sides, _ in written}
     for sides, told_rule in told.items():
-        if sides not in written and told_rule["kind"] != "bounded":
-            return f"korv has not: {json.dumps(told_rule)}", len(written)
-    return None, len(written)
+        # Of bounds, a lower end that is larger than korv's may reach the minimum confidence.
+        if sides not in sides_of_korv and told_rule["kind"] != "bounded":
+            return f"korv has not: {json.dumps(told_rule)}"
+    return None
 
 
 def lies_in(told: Dict[str, Any], rule: KorvRule) -> bool:
@@ -266,9 +278,12 @@ def difference_of_class_file(program: Program, korv: str, case: Case) -> Optiona
     """The same for a random class file."""
     path = program.directory / "in.classes"
     path.write_text(case.files()["in.classes"], encoding="ascii")
-    transactions = sum(weight for _, weight in case.database)
-    return difference_from_korv(program, korv, path, str(case.request.min_support), str(case.request.min_confidence),
-                                transactions)[0]
+    request = replace(EVERY_RULE, min_support=case.request.min_support, min_confidence=case.request.min_confidence)
+    arguments = (str(request.min_support), str(request.min_confidence), case.knowledge().transactions)
+    if program.path != THE_MODEL:
+        return difference_from_korv(program, korv, path, *arguments)[0]
+    rules = rules_model.run(case.knowledge(), request).rules
+    return difference_from_written(rules, list(korv_rules(korv, program.directory, path, *arguments)))
 
 
 # --- many cases ----------------------------------------------------------------------------------
@@ -351,7 +366,10 @@ def main() -> int:
     options = parser.parse_args()
     if options.class_files and (options.korv is None or options.transactions is None):
         parser.error("class files are compared with those of --korv, and need --transactions")
-    options.program = str(Path(options.program).resolve())
+    if options.program != THE_MODEL:
+        options.program = str(Path(options.program).resolve())
+    elif options.korv is None or options.class_files:
+        parser.error("the model is compared with korv, on random class files")
     options.korv = options.korv and str(Path(options.korv).resolve())
     if options.class_files:
         return compare_class_files(options)

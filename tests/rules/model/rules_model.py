@@ -704,8 +704,8 @@ class Steps:
         conclusions = [table.conclusion for table in rule.tables]
         add("conclusion_count", min(conclusions), max(conclusions))
         told.update({"transactions": self.knowledge.transactions, "items": rule.items, "wordings": rule.wordings})
-        for name in self.request.measures:
-            if name not in told:
+        for name in MEASURES:
+            if name in self.request.measures and name not in told:
                 add_measure(name)
         return told
 
