@@ -40,8 +40,22 @@ TOLERANCE = 1e-12
 CHUNK = 20
 THE_MODEL = "model"  # in the place of the program
 
-# What the accounting calls each step.
-STEP_WORDS: Tuple[Tuple[str, str], ...] = ()
+# What the accounting calls each step, behind the number of rules that it left out.
+STEP_WORDS = {
+    "chance": "(?:no more often together than by chance|of a lift below)",
+    "forms": "of another form",
+    "kinds": "not (?:exact|approximative|bounded)",
+    "columns": "true by the columns",
+    "items": "without the items asked for",
+    "size": "of more than",
+    "where": "not as --where asks",
+    "same_fact": "the same fact",
+    "reading": "another reading",
+    "turned_round": "the contrapositive",
+    "weaker": "weaker than",
+    "unproductive": "no better than",
+    "per_conclusion": "beyond the best",
+}
 
 
 class Outcome(NamedTuple):
@@ -78,18 +92,38 @@ def first_difference(outcome: Outcome, model: rules_model.Result) -> Optional[st
     if outcome.status != expected_status:
         return f"exit status {outcome.status}, model {expected_status}; standard error:\n{outcome.stderr}"
     lines = outcome.stdout.splitlines()
-    for number, (line, expected) in enumerate(zip(lines, model.rules), 1):
-        try:
-            told = json.loads(line)
-        except ValueError as error:
-            return f"line {number} is not JSON ({error}): {line}"
-        found = difference_of_rules(told, expected)
+    try:
+        told = [json.loads(line, parse_float=shortest_float) for line in lines]
+    except ValueError as error:
+        return f"{error} in:\n{outcome.stdout}"
+    if [rule["id"] for rule in told] != list(range(1, len(told) + 1)):
+        return f"ids are {[rule['id'] for rule in told]}"
+    expected_rules = with_ties_in_order(model.rules, model)
+    for number, (rule, expected) in enumerate(zip(with_ties_in_order(told, model), expected_rules), 1):
+        found = difference_of_rules(rule, expected)
         if found:
-            return f"line {number}: {found}\n  program: {line}\n  model:   {json.dumps(expected, ensure_ascii=False)}"
-    if len(lines) != len(model.rules):
-        more = lines[len(model.rules):] or [json.dumps(rule, ensure_ascii=False) for rule in model.rules[len(lines):]]
-        return f"{len(lines)} rules, model {len(model.rules)}; the first one more is\n  {more[0]}"
+            return f"rule {number}: {found}\n  program: {as_json(rule)}\n  model:   {as_json(expected)}"
+    if len(told) != len(expected_rules):
+        more = told[len(expected_rules):] or expected_rules[len(told):]
+        return f"{len(told)} rules, model {len(expected_rules)}; the first one more is\n  {as_json(more[0])}"
     return difference_of_accounting(outcome.stderr, model)
+
+
+def as_json(rule: Dict[str, Any]) -> str:
+    return json.dumps(rule, ensure_ascii=False)
+
+
+def shortest_float(text: str) -> float:
+    """The number; raises ValueError where fewer digits would have said the same."""
+    value = float(text)
+    if len(digits_of(text)) > len(digits_of(repr(value))):
+        raise ValueError(f"{text} is {value!r}")
+    return value
+
+
+def digits_of(text: str) -> str:
+    """The digits of a number without its exponent and the zeros around them."""
+    return text.lower().split("e")[0].replace(".", "").strip("-0")
 
 
 def difference_of_rules(told: Dict[str, Any], expected: Dict[str, Any]) -> Optional[str]:
@@ -105,23 +139,47 @@ def difference_of_rules(told: Dict[str, Any], expected: Dict[str, Any]) -> Optio
 
 
 def is_same(told: Any, expected: Any) -> bool:
+    """Whether two values agree, floats but for rounding."""
     if isinstance(expected, float) and isinstance(told, (int, float)):
         return math.isclose(told, expected, rel_tol=TOLERANCE, abs_tol=1e-300)
     return type(told) is type(expected) and told == expected
 
 
 def difference_of_accounting(text: str, model: rules_model.Result) -> Optional[str]:
-    """The first step of which the program tells another count."""
-    expected = dict(model.left_out)
-    for phrase, step in STEP_WORDS:
-        match = re.search(rf"^ *([\d,]+) {phrase}", text, re.MULTILINE)
-        told = int(match[1].replace(",", "")) if match else 0
-        if told != expected[step]:
-            return f"{step} left out {told}, model {expected[step]}; standard error:\n{text}"
-    match = re.search(r"^ *([\d,]+) rules? from", text, re.MULTILINE)
-    if STEP_WORDS and (not match or int(match[1].replace(",", "")) != model.derived):
-        return f"{match and match[1]} rules derived, model {model.derived}; standard error:\n{text}"
+    """The first number that the program tells otherwise on standard error."""
+    told = {"derived": number_before("rules? from", text)}
+    told.update({step: number_before(words, text) for step, words in STEP_WORDS.items()})
+    shown_of = re.search(r"^ *([\d,]+) shown\b.* shows all ([\d,]+)", text, re.MULTILINE)
+    told["top"] = whole_number(shown_of[2]) - whole_number(shown_of[1]) if shown_of else 0
+    expected = {"derived": model.derived, **model.left_out}
+    for name, number in told.items():
+        if number != expected[name]:
+            return f"accounting of {name}: {number}, model {expected[name]}; standard error:\n{text}"
     return None
+
+
+def number_before(words: str, text: str) -> int:
+    """The number that stands before these words in a line; 0 where there is none."""
+    match = re.search(rf"^ *([\d,]+) {words}", text, re.MULTILINE)
+    return whole_number(match[1]) if match else 0
+
+
+def whole_number(text: str) -> int:
+    return int(text.replace(",", ""))
+
+
+def with_ties_in_order(rules: List[Dict[str, Any]], model: rules_model.Result) -> List[Dict[str, Any]]:
+    """The rules, those at places where the model has almost equal values ordered by their sides."""
+    if model.sorted_by not in rules_model.MEASURES_WITH_ROUGH_TIES:
+        return rules
+    ordered: List[Dict[str, Any]] = []
+    start = 0
+    for end in range(1, len(rules) + 1):
+        if end < min(len(rules), len(model.values)) and is_same(model.values[end], model.values[end - 1]):
+            continue
+        ordered += sorted(rules[start:end], key=lambda rule: json.dumps([rule["premise"], rule["conclusion"]]))
+        start = end
+    return [{**rule, "id": number} for number, rule in enumerate(ordered, 1)]
 
 
 def difference_of(program: Program, case: Case) -> Optional[str]:

@@ -7,7 +7,8 @@ from collections import defaultdict
 from dataclasses import dataclass, field, fields, replace
 from typing import Any, Callable, Dict, FrozenSet, List, Optional, Sequence, Tuple
 
-from rules_model import MEASURES, Condition, EquivalenceClass, Itemset, Knowledge, Request, Transaction, in_order
+from rules_model import (MEASURES, MEASURES_WITH_ROUGH_TIES, Condition, EquivalenceClass, Itemset, Knowledge, Request,
+                         Transaction, in_order)
 
 FORMS = tuple(f"R{group}{place}{direction}" for group in "1234" for place in "123" for direction in "12")
 FORM_CHOICES = (*FORMS, "1", "2", "3", "4", "or-or", "none-none", "or-none", "none-or")
@@ -320,6 +321,8 @@ def random_request(rng: random.Random, knowledge: Knowledge, min_support: int) -
     def sometimes(likelihood: float, value: Any, default: Any) -> Any:
         return value if rng.random() < likelihood else default
 
+    sort = sometimes(0.5, rng.choice(sorted(MEASURES)), "leverage")
+    has_clear_order = sort not in MEASURES_WITH_ROUGH_TIES
     return Request(
         min_support=min_support,
         min_confidence=rng.choice((0.01, 0.1, 0.1, 0.2, 0.3, 0.5, 0.5, 0.6, 0.75, 0.8, 1.0)),
@@ -334,10 +337,10 @@ def random_request(rng: random.Random, knowledge: Knowledge, min_support: int) -
         where=sometimes(0.2, random_condition(rng), None),
         readings=sometimes(0.5, "all", "one"),
         prune=rng.choice(("none", "same", "full", "productive", "productive")),
-        sort=sometimes(0.5, rng.choice(sorted(MEASURES)), "leverage"),
+        sort=sort,
         ascending=rng.random() < 0.2,
-        per_conclusion=sometimes(0.1, rng.randint(1, 3), 0),
-        top=sometimes(0.2, rng.randint(1, 20), 0),
+        per_conclusion=sometimes(0.1 * has_clear_order, rng.randint(1, 3), 0),
+        top=sometimes(0.2 * has_clear_order, rng.randint(1, 20), 0),
         measures=sometimes(0.4, tuple(rng.sample(sorted(MEASURES), rng.randint(1, 5))), ()))
 
 

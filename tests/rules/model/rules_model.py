@@ -373,6 +373,9 @@ MEASURES: Dict[str, Measure] = {
     "p": Measure(lambda t: -chance(t), minus_log10),
 }
 
+# Computed by logarithms elsewhere, so that equal values may differ in the last digits.
+MEASURES_WITH_ROUGH_TIES = ("p",)
+
 
 # --- what is asked -------------------------------------------------------------------------------
 
@@ -482,6 +485,8 @@ class Result:
     rules: List[Dict[str, Any]]
     derived: int
     left_out: Dict[str, int]
+    sorted_by: str
+    values: List[Any]  # that the rules are sorted by, as they would be told
 
 
 class Steps:
@@ -519,7 +524,10 @@ class Steps:
         if request.top:
             self.left_out["top"] = max(len(rules) - request.top, 0)
             rules = rules[:request.top]
-        return Result([self.told(number, rule) for number, rule in enumerate(rules, 1)], derived, self.left_out)
+        end = 1 if request.ascending else 0
+        values = [told_number(request.sort, rule.bounds(request.sort)[end]) for rule in rules]
+        return Result([self.told(number, rule) for number, rule in enumerate(rules, 1)], derived, self.left_out,
+                      request.sort, values)
 
     def keep(self, step: str, rules: List[Rule], is_kept: Callable[[Rule], bool]) -> List[Rule]:
         kept = [rule for rule in rules if is_kept(rule)]
@@ -545,9 +553,10 @@ class Steps:
     # How sides are worded.
 
     def shorten(self, rule: Rule) -> None:
-        """Words both sides by the shortest itemsets that say the same."""
-        words = {rule.pair.base: shortest(rule.pair.base_class.keys),
-                 rule.pair.difference: self.worded_difference(rule.pair)}
+        """Words both sides by the shortest itemsets that say the same and have no item in common."""
+        difference = self.worded_difference(rule.pair)
+        words = {rule.pair.base: shortest([key for key in rule.pair.base_class.keys if not key & difference]),
+                 rule.pair.difference: difference}
         rule.premise = Side(words[rule.premise.items], rule.premise.negated)
         rule.conclusion = Side(words[rule.conclusion.items], rule.conclusion.negated)
 
@@ -631,10 +640,12 @@ class Steps:
         """The step that leaves a rule out; None for one that stays."""
         others = [other for other in rules if other is not rule]
         if rule.is_exact:
-            twins = [other for other in others if other.is_exact and are_one_statement(rule, other, only_same)]
-            best = min([rule, *twins], key=goodness_of_statement)
-            if best is not rule:
-                return "turned_round" if is_contrapositive(rule, best) else "weaker"
+            better = [other for other in others
+                      if other.is_exact and goodness_of_statement(other) < goodness_of_statement(rule)]
+            if any(is_contrapositive(rule, other) for other in better):
+                return "turned_round"
+            if not only_same and any(implies(rule, other) and implies(other, rule) for other in better):
+                return "weaker"
         for other in others:
             if only_same:
                 if other.conclusion == rule.conclusion and dominates(other, rule):
@@ -758,13 +769,6 @@ def contrapositive(rule: Rule) -> Tuple[Side, Side]:
 
 def is_contrapositive(rule: Rule, other: Rule) -> bool:
     return (other.premise, other.conclusion) == contrapositive(rule)
-
-
-def are_one_statement(rule: Rule, other: Rule, only_turned_round: bool) -> bool:
-    """Whether two exact rules say the same."""
-    if only_turned_round:
-        return is_contrapositive(rule, other)
-    return implies(rule, other) and implies(other, rule)
 
 
 def implies(rule: Rule, other: Rule) -> bool:
