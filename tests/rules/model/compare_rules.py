@@ -421,7 +421,7 @@ def main() -> int:
     parser.add_argument("--minsupp", default="1")
     parser.add_argument("--minconf", default="0.8")
     parser.add_argument("--transactions", type=int)
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
     if options.class_files and (options.korv is None or options.transactions is None):
         parser.error("class files are compared with those of --korv, and need --transactions")
     if options.program != THE_MODEL:
