@@ -2,7 +2,6 @@
 
 #include <array>
 #include <bit>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -60,7 +59,8 @@ public:
     }
 
     /// Signatures with column 0 come behind those without it; of those, likewise by column 1, and so on.
-    auto operator<=>(const Signature&) const = default;
+    bool operator<(const Signature& other) const { return bits_ < other.bits_; }
+    bool operator==(const Signature&) const = default;
 
 private:
     static std::uint64_t bit_of(std::size_t column) { return std::uint64_t{1} << (63 - column % 64); }

@@ -42,9 +42,10 @@ LongClaims::LongClaims(const ItemsetPool& itemsets, const ItemsetSignatures& sig
 void LongClaims::sort_by_signature() {
     const std::size_t major = stands_[1] == Stand::within ? 1 : 0;
     std::ranges::sort(claims_, [&](const Claim& a, const Claim& b) {
-        const auto order = signatures_[itemset(a, major)] <=> signatures_[itemset(b, major)];
-        return order != 0 ? order < 0
-                          : signatures_[itemset(a, 1 - major)] < signatures_[itemset(b, 1 - major)];
+        const Signature& of_a = signatures_[itemset(a, major)];
+        const Signature& of_b = signatures_[itemset(b, major)];
+        return of_a != of_b ? of_a < of_b
+                            : signatures_[itemset(a, 1 - major)] < signatures_[itemset(b, 1 - major)];
     });
 }
 

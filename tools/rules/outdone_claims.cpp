@@ -14,11 +14,11 @@ OutdoneClaims::OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char
       short_claims_(parts_, itemsets.size()) {}
 
 void OutdoneClaims::mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone) {
-    const auto longs =
-        std::ranges::stable_partition(claims, [&](const Claim& claim) { return is_short(claim, outdoing); });
-    const std::size_t shorts = claims.size() - longs.size();
+    const auto first_long = std::stable_partition(
+        claims.begin(), claims.end(), [&](const Claim& claim) { return is_short(claim, outdoing); });
+    const auto shorts = static_cast<std::size_t>(first_long - claims.begin());
     short_claims_.mark_outdone(claims.first(shorts), outdoing, is_outdone);
-    if (longs.empty()) {
+    if (shorts == claims.size()) {
         return;
     }
     if (outdoing.second == Stand::equals) {
@@ -63,8 +63,9 @@ void OutdoneClaims::mark_long_of_equal_second(std::span<Claim> claims, Outdoing 
 }
 
 bool OutdoneClaims::is_short(const Claim& claim, Outdoing outdoing) const {
-    const std::size_t second = outdoing.second == Stand::equals ? 0 : itemsets_[claim.second].size();
-    return itemsets_[claim.first].size() + second <= ItemsetParts::most_items;
+    const std::size_t firsts = parts_[claim.first].size();
+    const std::size_t seconds = outdoing.second == Stand::equals ? 1 : parts_[claim.second].size();
+    return firsts != 0 && seconds != 0 && firsts * seconds <= most_pairs_of_parts;
 }
 
 }  // namespace korv::tools

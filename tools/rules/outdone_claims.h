@@ -28,6 +28,8 @@ public:
     void mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone);
 
 private:
+    static constexpr std::size_t most_pairs_of_parts = 256;
+
     void mark_long(std::span<Claim> claims, std::size_t shorts, Outdoing outdoing,
                    std::vector<char>& is_outdone) const;
     void mark_long_of_equal_second(std::span<Claim> claims, Outdoing outdoing,

@@ -264,7 +264,7 @@ bool Pruning::is_preferred(std::uint32_t a, std::uint32_t b) const {
         return size(x) < size(y);
     }
     const auto premises = compare_items(x.premise, y.premise);
-    return premises != 0 ? premises < 0 : compare_items(x.conclusion, y.conclusion) < 0;
+    return std::is_lt(std::is_neq(premises) ? premises : compare_items(x.conclusion, y.conclusion));
 }
 
 std::size_t Pruning::leave_out_weaker(bool has_same_conclusion) {
