@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
 #include "rules/random_claims.h"
@@ -18,8 +19,8 @@ std::vector<char> outdone(test::ClaimSet& set, Outdoing outdoing) {
 }
 
 TEST(OutdoneClaims, AreThoseByDefinitionAmongShortAndLongOnes) {
-    const test::ClaimSetShape shapes[] = {{.items = 12, .claims = 150, .most_items = 7},
-                                          {.items = 9, .claims = 300, .most_items = 9}};
+    const std::array shapes = {test::ClaimSetShape{.items = 12, .claims = 150, .most_items = 7},
+                               test::ClaimSetShape{.items = 9, .claims = 300, .most_items = 9}};
     for (const test::ClaimSetShape& shape : shapes) {
         for (unsigned seed = 0; seed < 300; ++seed) {
             std::mt19937 random(seed);

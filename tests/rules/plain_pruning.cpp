@@ -24,9 +24,9 @@ bool is_at_least_as_confident(const Contingency& a, const Contingency& b) {
     return std::uint64_t{a.both} * b.premise >= std::uint64_t{b.both} * a.premise;
 }
 
-bool is_certainly_at_least(const FoundRule& rule, const FoundRule& other, const auto& is_at_least) {
-    return is_at_least(rule.at_low, other.at_low) && is_at_least(rule.at_low, other.at_high) &&
-           is_at_least(rule.at_high, other.at_low) && is_at_least(rule.at_high, other.at_high);
+bool is_certainly_at_least(const FoundRule& a, const FoundRule& b, const auto& is_at_least) {
+    return is_at_least(a.at_low, b.at_low) && is_at_least(a.at_low, b.at_high) &&
+           is_at_least(a.at_high, b.at_low) && is_at_least(a.at_high, b.at_high);
 }
 
 bool has_confidence(const FoundRule& rule) {
@@ -114,20 +114,23 @@ std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPo
 }  // namespace
 
 bool implies(const Side& side, const Side& other, const ItemsetPool& itemsets) {
-    const ItemSpan own = itemsets[side.itemset()];
-    const ItemSpan others = itemsets[other.itemset()];
+    const ItemSpan a = itemsets[side.itemset()];
+    const ItemSpan b = itemsets[other.itemset()];
     return side.is_negated() == other.is_negated() &&
-           (side.is_negated() ? is_contained(others, own) : is_contained(own, others));
+           (side.is_negated() ? is_contained(b, a) : is_contained(a, b));
 }
 
-bool dominates_in_items(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
-    return implies(other.premise, rule.premise, itemsets) &&
-           implies(rule.conclusion, other.conclusion, itemsets) && !have_same_sides(rule, other);
+bool dominates_in_items(const FoundRule& dominating, const FoundRule& dominated,
+                        const ItemsetPool& itemsets) {
+    return implies(dominated.premise, dominating.premise, itemsets) &&
+           implies(dominating.conclusion, dominated.conclusion, itemsets) &&
+           !have_same_sides(dominating, dominated);
 }
 
-bool dominates(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
-    return dominates_in_items(rule, other, itemsets) && has_confidence(rule) && has_confidence(other) &&
-           is_certainly_at_least(rule, other, is_at_least_as_confident);
+bool dominates(const FoundRule& dominating, const FoundRule& dominated, const ItemsetPool& itemsets) {
+    return dominates_in_items(dominating, dominated, itemsets) && has_confidence(dominating) &&
+           has_confidence(dominated) &&
+           is_certainly_at_least(dominating, dominated, is_at_least_as_confident);
 }
 
 bool has_no_exception(const FoundRule& rule) {
@@ -135,13 +138,14 @@ bool has_no_exception(const FoundRule& rule) {
            rule.at_high.both == rule.at_high.premise;
 }
 
-bool statement_implies(const FoundRule& rule, const FoundRule& other, const ItemsetPool& itemsets) {
-    if (is_of_negated_premise_alone(rule) && is_of_negated_premise_alone(other)) {
-        return is_contained(all_items(rule, itemsets), all_items(other, itemsets));
+bool statement_implies(const FoundRule& dominating, const FoundRule& dominated, const ItemsetPool& itemsets) {
+    if (is_of_negated_premise_alone(dominating) && is_of_negated_premise_alone(dominated)) {
+        return is_contained(all_items(dominating, itemsets), all_items(dominated, itemsets));
     }
-    const FoundRule turned = contrapositive(rule);
-    return have_same_sides(rule, other) || have_same_sides(turned, other) ||
-           dominates_in_items(rule, other, itemsets) || dominates_in_items(turned, other, itemsets);
+    const FoundRule turned = contrapositive(dominating);
+    return have_same_sides(dominating, dominated) || have_same_sides(turned, dominated) ||
+           dominates_in_items(dominating, dominated, itemsets) ||
+           dominates_in_items(turned, dominated, itemsets);
 }
 
 Pruned prune_rules_plainly(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
@@ -151,21 +155,21 @@ Pruned prune_rules_plainly(std::vector<FoundRule>& rules, const ItemsetPool& ite
         return pruned;
     }
     const std::vector<FoundRule> all = rules;
-    const auto is_preferred = [&](const FoundRule& rule, const FoundRule& other) {
-        return order_of_preference(rule, itemsets) < order_of_preference(other, itemsets);
+    const auto is_preferred = [&](const FoundRule& rule, const FoundRule& by) {
+        return order_of_preference(rule, itemsets) < order_of_preference(by, itemsets);
     };
-    pruned.turned_round = take_out(rules, all, [&](const FoundRule& other, const FoundRule& rule) {
-        return has_no_exception(other) && has_no_exception(rule) &&
-               have_same_sides(contrapositive(other), rule) && is_preferred(other, rule);
+    pruned.turned_round = take_out(rules, all, [&](const FoundRule& by, const FoundRule& rule) {
+        return has_no_exception(by) && has_no_exception(rule) && have_same_sides(contrapositive(by), rule) &&
+               is_preferred(by, rule);
     });
-    pruned.weaker = take_out(rules, all, [&](const FoundRule& other, const FoundRule& rule) {
+    pruned.weaker = take_out(rules, all, [&](const FoundRule& by, const FoundRule& rule) {
         if (prune == Prune::same) {
-            return other.conclusion == rule.conclusion && dominates(other, rule, itemsets);
+            return by.conclusion == rule.conclusion && dominates(by, rule, itemsets);
         }
-        const bool is_implied = has_no_exception(other) && has_no_exception(rule) &&
-                                statement_implies(other, rule, itemsets) &&
-                                (!statement_implies(rule, other, itemsets) || is_preferred(other, rule));
-        return is_implied || dominates(other, rule, itemsets);
+        const bool is_implied = has_no_exception(by) && has_no_exception(rule) &&
+                                statement_implies(by, rule, itemsets) &&
+                                (!statement_implies(rule, by, itemsets) || is_preferred(by, rule));
+        return is_implied || dominates(by, rule, itemsets);
     });
     if (prune == Prune::productive) {
         pruned.unproductive = take_out_unproductive(rules, itemsets, transactions);

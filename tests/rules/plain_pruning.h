@@ -17,12 +17,12 @@ bool implies(const tools::Side& side, const tools::Side& other, const tools::Ite
 
 /// Whether a rule dominates another one as far as the items tell: the other's premise implies its own, its
 /// own conclusion implies the other's, and the two are different.
-bool dominates_in_items(const tools::FoundRule& rule, const tools::FoundRule& other,
+bool dominates_in_items(const tools::FoundRule& dominating, const tools::FoundRule& dominated,
                         const tools::ItemsetPool& itemsets);
 
 /// Whether a rule dominates another one: in items, and its confidence is certainly no smaller. A confidence
 /// that may be 0/0 is neither.
-bool dominates(const tools::FoundRule& rule, const tools::FoundRule& other,
+bool dominates(const tools::FoundRule& dominating, const tools::FoundRule& dominated,
                const tools::ItemsetPool& itemsets);
 
 /// Whether a rule has no exception, whatever is unknown of it.
@@ -31,7 +31,7 @@ bool has_no_exception(const tools::FoundRule& rule);
 /// Whether a rule without exception implies another one, as far as the items tell: itself or its
 /// contrapositive dominates the other in items or has the same sides; or both say that everybody meets a
 /// union of itemsets, and its own lies within the other's.
-bool statement_implies(const tools::FoundRule& rule, const tools::FoundRule& other,
+bool statement_implies(const tools::FoundRule& dominating, const tools::FoundRule& dominated,
                        const tools::ItemsetPool& itemsets);
 
 /// What prune_rules does.

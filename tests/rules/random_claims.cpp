@@ -40,16 +40,16 @@ Itemset related_itemset(const ClaimSet& set, ItemsetId id, const ClaimSetShape& 
     return {chosen.begin(), chosen.end()};
 }
 
-bool stands(ItemSpan itemset, Stand stand, ItemSpan other) {
+bool stands(ItemSpan a, Stand stand, ItemSpan b) {
     switch (stand) {
         case Stand::contains:
-            return is_contained(other, itemset);
+            return is_contained(b, a);
         case Stand::within:
-            return is_contained(itemset, other);
+            return is_contained(a, b);
         case Stand::equals:
             break;
     }
-    return std::ranges::equal(itemset, other);
+    return std::ranges::equal(a, b);
 }
 
 }  // namespace

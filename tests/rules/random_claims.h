@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <random>
 #include <vector>
@@ -30,10 +31,12 @@ ClaimSet random_claims(const ClaimSetShape& shape, std::mt19937& random);
 std::vector<char> outdone_by_definition(const ClaimSet& set, tools::Outdoing outdoing);
 
 /// Each that there is.
-inline constexpr tools::Outdoing every_outdoing[] = {
-    {tools::Stand::contains, tools::Stand::contains}, {tools::Stand::contains, tools::Stand::within},
-    {tools::Stand::contains, tools::Stand::equals},   {tools::Stand::within, tools::Stand::within},
-    {tools::Stand::within, tools::Stand::equals},
+inline constexpr std::array every_outdoing = {
+    tools::Outdoing{tools::Stand::contains, tools::Stand::contains},
+    tools::Outdoing{tools::Stand::contains, tools::Stand::within},
+    tools::Outdoing{tools::Stand::contains, tools::Stand::equals},
+    tools::Outdoing{tools::Stand::within, tools::Stand::within},
+    tools::Outdoing{tools::Stand::within, tools::Stand::equals},
 };
 
 }  // namespace korv::test
