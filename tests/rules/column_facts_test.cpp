@@ -100,6 +100,20 @@ TEST(ColumnFacts, KnowNothingOfAColumnWhoseItemsMeet) {
     EXPECT_TRUE(imply({1}, false, {3}, true, "1 2\t50\t 1 2,\n"));
 }
 
+TEST(ColumnFacts, KnowThatItemsMeetByAnyClassAroundThem) {
+    // 4 and 5 are in 60 together with 6, less than 40 and 60.
+    EXPECT_FALSE(imply({4}, false, {5}, true, "4 5 6\t60\t 4 6,\n"));
+    // 7 and 1 are in 3 of 4 transactions, but 3 and 1 of them: the sum says so alone.
+    const test::LoadedClasses classes("6 7\t1\t 6, 7,\n1 6 7\t3\t 1,\n");
+    const ColumnFacts facts_of_two(ItemNames({{1, "c=1"}, {7, "c=7"}}), classes.classes, 4);
+    EXPECT_FALSE(facts_of_two.imply({Itemset{1}, false}, {Itemset{7}, true}));
+}
+
+TEST(ColumnFacts, KnowThatItemsMeetThatAreInMoreTransactionsThanThereAre) {
+    const test::LoadedClasses classes("4\t40\t 4,\n5\t61\t 5,\n");
+    EXPECT_FALSE(ColumnFacts(names(), classes.classes, 100).imply({Itemset{4}, false}, {Itemset{5}, true}));
+}
+
 TEST(ColumnFacts, DoNotTakeAColumnForExhaustiveOfWhichSomeHaveNoValue) {
     const test::LoadedClasses classes("4\t40\t 4,\n5\t59\t 5,\n");
     const ColumnFacts some_without(names(), classes.classes, 100);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "made_rules.h"
+#include "rules/column_facts.h"
+#include "support/loaded_classes.h"
 
 namespace korv::tools {
 
@@ -16,7 +18,7 @@ protected:
     std::string no_person(const Itemset& items) { return text(titanic_.none(items), titanic_); }
 
     std::string text(Side side, const MadeRules& rules) const {
-        return side_text(side, rules.pool(), rules.names(), style);
+        return side_text(side, rules.book(2201), style);
     }
 
     SideStyle style;
@@ -53,6 +55,28 @@ TEST_F(SideText, SaysItemsOfAColumnTogether) {
     EXPECT_EQ(any_person({1, 2}), "class in {1st, 2nd}");
     EXPECT_EQ(any_person({1, 2, 6}), "class in {1st, 2nd} or sex=female");
     EXPECT_EQ(any_person({1, 6}), "class=1st or sex=female");
+}
+
+TEST(SideTextOfExhaustiveColumns, SaysTheOtherValuesWhereTheseAreFewerOrPlain) {
+    MadeRules rules(titanic_names);
+    const test::LoadedClasses classes(
+        "1\t325\t 1,\n2\t285\t 2,\n3\t706\t 3,\n4\t885\t 4,\n5\t1731\t 5,\n6\t470\t 6,\n7\t109\t 7,\n"
+        "8\t2092\t 8,\n");
+    const ColumnFacts columns(rules.names(), classes.classes, 2201);
+    RuleBook book = rules.book(2201);
+    book.columns = &columns;
+    const auto said = [&book](Side side) { return side_text(side, book, {}); };
+
+    EXPECT_EQ(said(rules.none({6, 7})), "sex=male and age=adult");
+    EXPECT_EQ(said(rules.any({6, 7})), "sex=female or age=child");
+    EXPECT_EQ(said(rules.none({1, 6})), "class not 1st and sex=male");
+    EXPECT_EQ(said(rules.none({1, 2, 6})), "class in {3rd, crew} and sex=male");
+    EXPECT_EQ(said(rules.none({1, 2, 3, 6})), "class=crew and sex=male");
+    EXPECT_EQ(said(rules.any({1, 2, 3, 6})), "class not crew or sex=female");
+    // Nothing is known of the last column.
+    EXPECT_EQ(said(rules.none({6, 10})), "sex=male and survived not yes");
+    EXPECT_EQ(side_text(rules.none({6, 7, 10}), book, {.most_items = 2}),
+              "sex not female and age not child and not 1 more");
 }
 
 TEST_F(SideText, DeniesItemsOfAColumnTogether) {

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "mine/ranked_items.h"
@@ -26,19 +28,35 @@ std::optional<std::uint64_t> sum_of_supports(const Itemset& items,
     return sum;
 }
 
-/// The keys of a class that have so many items, in no order.
-template <typename Visit>
-void for_each_key(const ClassMap& classes, std::size_t size, Visit visit) {
+/// The supports of the items that are keys by themselves.
+std::unordered_map<Item, Count> supports_of_items(const ClassMap& classes) {
+    std::unordered_map<Item, Count> supports;
     for (const auto& [itemset, of_class] : classes) {
-        if (of_class.essentials.empty() && itemset.size() == size) {
-            visit(itemset, of_class.support);
+        if (of_class.essentials.empty() && itemset.size() == 1) {
+            supports[itemset.front()] = of_class.support;
         }
         for (const Itemset& essential : of_class.essentials) {
-            if (essential.size() == size) {
-                visit(essential, of_class.support);
+            if (essential.size() == 1) {
+                supports[essential.front()] = of_class.support;
             }
         }
     }
+    return supports;
+}
+
+/// Whether two of the items must meet, since together they are in at most so many transactions. The supports
+/// of some items may not be known.
+bool have_common_transactions(const Itemset& items, const std::unordered_map<Item, Count>& supports,
+                              Count support_of_all) {
+    std::uint64_t largest = 0;
+    std::uint64_t second = 0;
+    for (const Item item : items) {
+        const auto found = supports.find(item);
+        const std::uint64_t support = found == supports.end() ? 0 : found->second;
+        second = std::max(second, std::min(largest, support));
+        largest = std::max(largest, support);
+    }
+    return largest + second > support_of_all;
 }
 
 /// Whether two items of the database meet in a transaction: those of `items`, all of one column.
@@ -64,18 +82,25 @@ ColumnFacts::ColumnFacts(const ItemNames& names, const ClassMap& classes, Count 
     if (names.columns().empty()) {
         return;
     }
-    Supports supports;
-    for_each_key(classes, 1, [&](const Itemset& key, Count support) { supports[key.front()] = support; });
-    std::vector<const ItemNames::Column*> not_exclusive;
-    for_each_key(classes, 2, [&](const Itemset& key, Count support) {
-        const ItemNames::Column* const column = names.column_of(key.front());
-        const auto sum = sum_of_supports(key, supports);
-        if (column != nullptr && column == names.column_of(key.back()) && sum && support < *sum) {
-            not_exclusive.push_back(column);
+    const Supports supports = supports_of_items(classes);
+    std::set<const ItemNames::Column*> not_exclusive;
+    std::map<const ItemNames::Column*, Itemset> by_column;
+    for (const auto& [itemset, of_class] : classes) {
+        by_column.clear();
+        for (const Item item : itemset) {
+            if (const ItemNames::Column* const column = names.column_of(item)) {
+                by_column[column].push_back(item);
+            }
         }
-    });
+        for (const auto& [column, items] : by_column) {
+            if (have_common_transactions(items, supports, of_class.support)) {
+                not_exclusive.insert(column);
+            }
+        }
+    }
     for (const ItemNames::Column& column : names.columns()) {
-        if (std::ranges::find(not_exclusive, &column) == not_exclusive.end()) {
+        if (!not_exclusive.contains(&column) &&
+            !have_common_transactions(column.items, supports, transactions)) {
             add(column.items, supports, transactions);
         }
     }

@@ -40,7 +40,7 @@ public:
     ColumnFacts() = default;
 
     /// From classes: the supports of single items are those of keys of one item, and two items of a column
-    /// meet when a class has both as an essential itemset of less support than they have together.
+    /// meet when a class around them has less support than they have together. O(items of all classes).
     ColumnFacts(const ItemNames& names, const ClassMap& classes, Count transactions);
 
     /// From the transactions themselves.

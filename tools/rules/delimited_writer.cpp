@@ -119,9 +119,7 @@ public:
         : book_(book),
           further_(further_measures(book)),
           separator_(separator),
-          sides_([this, cell](Side side, std::string& text) {
-              text += cell(side_text(side, book_.itemsets, book_.names, {}));
-          }),
+          sides_([this, cell](Side side, std::string& text) { text += cell(side_text(side, book_, {})); }),
           sink_(std::move(sink)) {
         for_each_column(further_, Header(separator_, text_));
         end_line();

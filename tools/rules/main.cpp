@@ -138,7 +138,7 @@ RuleInput read(const RuleArguments& arguments, Watch& watch) {
 
 /// Throws Error, an internal one, when a rule is counted differently in the transactions.
 void verify(const std::vector<FoundRule>& rules, const RuleBook& book, const RuleInput& input) {
-    const auto words = [&book](Side side) { return side_text(side, book.itemsets, book.names, {}); };
+    const auto words = [&book](Side side) { return side_text(side, book, {}); };
     Recount recount(*input.database);
     for (const FoundRule& rule : rules) {
         const Contingency counted =
@@ -185,7 +185,8 @@ Status run(const RuleArguments& arguments) {
                              }},
                             arguments.is_count ? &korv : nullptr);
     });
-    const RuleBook book = {found.itemsets, input.names, input.transactions, arguments.measures};
+    const RuleBook book = {found.itemsets, input.names, input.transactions, arguments.measures,
+                           &found.columns};
     watch.begin(Phase::writing);
     or_end_with(Status::failed, [&] {
         if (arguments.verifies) {

@@ -116,7 +116,9 @@ double variances(const Table& t) {
 }
 
 double phi(const Table& t) {
-    return ratio(static_cast<double>(t.excess()), std::sqrt(variances(t)));
+    // The root of one quotient, so that equal values are equal: so for cosine and kulczynski.
+    const auto excess = static_cast<double>(t.excess());
+    return std::copysign(std::sqrt(ratio(excess * excess, variances(t))), excess);
 }
 
 double kappa(const Table& t) {
@@ -140,11 +142,12 @@ double jaccard(const Table& t) {
 }
 
 double cosine(const Table& t) {
-    return ratio(static_cast<double>(t.a), std::sqrt(static_cast<double>(product(t.x, t.y))));
+    return std::sqrt(ratio(product(t.a, t.a), product(t.x, t.y)));
 }
 
 double kulczynski(const Table& t) {
-    return (confidence(t) + recall(t)) / 2;
+    // a (x + y) / (2 x y), below 2^64.
+    return ratio(std::uint64_t{t.a} * (std::uint64_t{t.x} + t.y), 2 * product(t.x, t.y));
 }
 
 double imbalance(const Table& t) {

@@ -68,8 +68,7 @@ void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& colum
     };
     columns.one("id", [](const NumberedRule& numbered) { return numbered.id; });
     columns.one("form", [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
-    columns.one("kind",
-                [](const NumberedRule& numbered) { return name_of(certainty(numbered.rule)); });
+    columns.one("kind", [](const NumberedRule& numbered) { return name_of(certainty(numbered.rule)); });
     columns.side("premise", [](const NumberedRule& numbered) { return numbered.rule.premise; });
     columns.side("conclusion", [](const NumberedRule& numbered) { return numbered.rule.conclusion; });
     count(&Contingency::both, "support", "support_max");

@@ -118,7 +118,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
         counted.emplace(from_classes, *counter);
     }
     Supports& supports = counted ? static_cast<Supports&>(*counted) : from_classes;
-    const ColumnFacts columns = column_facts(input, request);
+    result.columns = column_facts(input, request);
 
     std::optional<RuleMaker> korv_rules;
     if (korv != nullptr) {
@@ -134,7 +134,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
     }
     PairSink* const listener = korv_rules && !counted ? &*korv_rules : nullptr;
     derive_rules(
-        {entries, supports, columns, input.transactions, listener}, request, filter, result.itemsets,
+        {entries, supports, result.columns, input.transactions, listener}, request, filter, result.itemsets,
         result.accounting, add,
         [&](std::size_t done) { progress.derived(result.accounting, done, entries.size()); },
         [&](const Pair& pair) { refuse(input, pair); });

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "rules/accounting.h"
+#include "rules/column_facts.h"
 #include "rules/found_rule.h"
 #include "rules/itemset_pool.h"
 #include "rules/rule_derivation.h"
@@ -30,6 +31,7 @@ struct KorvOutput {
 struct SearchResult {
     std::vector<FoundRule> rules;
     ItemsetPool itemsets;  ///< of their sides
+    ColumnFacts columns;   ///< by which they are worded
     Accounting accounting;
 };
 

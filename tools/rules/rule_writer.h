@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/itemset.h"
+#include "rules/column_facts.h"
 #include "rules/found_rule.h"
 #include "rules/item_names.h"
 #include "rules/itemset_pool.h"
@@ -33,7 +34,8 @@ struct RuleBook {
     const ItemsetPool& itemsets;
     const ItemNames& names;
     Count transactions = 0;
-    std::vector<Measure> measures = {};  ///< besides those that are always told
+    std::vector<Measure> measures = {};    ///< besides those that are always told
+    const ColumnFacts* columns = nullptr;  ///< nullptr: nothing is known of columns
 };
 
 /// How a terminal is written to.

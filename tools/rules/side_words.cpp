@@ -15,12 +15,14 @@ namespace {
 /// Items of a side that are said together.
 struct Group {
     const ItemNames::Column* column;  ///< nullptr: they are in none
-    std::vector<Item> items;
+    Itemset items;
+    bool is_negated;  ///< whether they are denied
 };
 
 class SideSpeaker {
 public:
-    SideSpeaker(const ItemNames& names, const SideStyle& style) : names_(names), style_(style) {}
+    SideSpeaker(const RuleBook& book, const SideStyle& style)
+        : names_(book.names), columns_(book.columns), style_(style) {}
 
     std::string said(Side side, ItemSpan items) const {
         if (items.empty()) {
@@ -28,30 +30,50 @@ public:
         }
         const std::size_t named =
             style_.most_items == 0 ? items.size() : std::min(items.size(), style_.most_items);
-        const std::vector<Group> groups = groups_of(items.first(named), side.is_negated());
+        std::vector<Group> groups = groups_of(items.first(named), side.is_negated());
         const std::size_t others = items.size() - named;
-        return side.is_negated() ? negated(groups, others) : plain(groups, others);
+        if (columns_ != nullptr && others == 0) {
+            std::ranges::for_each(groups, [this](Group& group) { say_by_rest(group); });
+        }
+        std::string text;
+        std::string_view between;
+        for (const Group& group : groups) {
+            text += std::exchange(between, side.is_negated() ? " and " : " or ");
+            text += said(group);
+        }
+        if (others == 0) {
+            return text;
+        }
+        return text + (side.is_negated() ? " and not " : " or ") + with_commas(others) + " more";
     }
 
 private:
+    /// Turns a group of an exhaustive column into the rest of the column where that says the same in fewer
+    /// items, or else plain.
+    void say_by_rest(Group& group) const {
+        const WordedItemset worded = columns_->worded(group.items);
+        const WordedSide side = worded.side(group.is_negated);
+        group = {group.column, Itemset(side.items.begin(), side.items.end()), side.is_negated};
+    }
+
     /// The items by column, in the order of the first of each. Those of no column are parts of their own in a
     /// plain side, and the last part of a negated one.
     std::vector<Group> groups_of(ItemSpan items, bool is_negated) const {
         std::vector<Group> groups;
-        Group rest = {nullptr, {}};
+        Group rest = {nullptr, {}, is_negated};
         for (const Item item : items) {
             const ItemNames::Column* column = names_.column_of(item);
             if (column == nullptr) {
                 if (is_negated) {
                     rest.items.push_back(item);
                 } else {
-                    groups.push_back({nullptr, {item}});
+                    groups.push_back({nullptr, {item}, is_negated});
                 }
                 continue;
             }
             const auto same = std::ranges::find(groups, column, &Group::column);
             if (same == groups.end()) {
-                groups.push_back({column, {item}});
+                groups.push_back({column, {item}, is_negated});
             } else {
                 same->items.push_back(item);
             }
@@ -62,28 +84,16 @@ private:
         return groups;
     }
 
-    std::string plain(const std::vector<Group>& groups, std::size_t others) const {
-        std::string text;
-        std::string_view between;
-        for (const Group& group : groups) {
-            text += std::exchange(between, " or ");
-            text += group.items.size() == 1 ? shown(names_.name(group.items.front()))
-                                            : shown(group.column->name) + " in " + values(group.items);
+    std::string said(const Group& group) const {
+        if (group.column == nullptr || (group.items.size() == 1 && !group.is_negated)) {
+            return group.is_negated ? none_of(group.items) : shown(names_.name(group.items.front()));
         }
-        return others == 0 ? text : text + " or " + with_commas(others) + " more";
+        const std::string column = shown(group.column->name) + (group.is_negated ? " not " : " ");
+        return group.items.size() == 1 ? column + shown(names_.value(group.items.front()))
+                                       : column + "in " + values(group.items);
     }
 
-    std::string negated(const std::vector<Group>& groups, std::size_t others) const {
-        std::string text;
-        std::string_view between;
-        for (const Group& group : groups) {
-            text += std::exchange(between, " and ");
-            text += group.column == nullptr ? none_of(group.items) : not_in(group);
-        }
-        return others == 0 ? text : text + " and not " + with_commas(others) + " more";
-    }
-
-    std::string none_of(const std::vector<Item>& items) const {
+    std::string none_of(const Itemset& items) const {
         if (items.size() == 1) {
             return "not " + shown(names_.name(items.front()));
         }
@@ -95,14 +105,8 @@ private:
         return text;
     }
 
-    std::string not_in(const Group& group) const {
-        const std::string column = shown(group.column->name) + " not ";
-        return group.items.size() == 1 ? column + shown(names_.value(group.items.front()))
-                                       : column + "in " + values(group.items);
-    }
-
     /// Values of one column: "{1st, 2nd}".
-    std::string values(const std::vector<Item>& items) const {
+    std::string values(const Itemset& items) const {
         std::string text;
         for (const Item item : items) {
             text += (text.empty() ? "{" : ", ") + shown(names_.value(item));
@@ -116,14 +120,14 @@ private:
     }
 
     const ItemNames& names_;
+    const ColumnFacts* columns_;
     const SideStyle& style_;
 };
 
 }  // namespace
 
-std::string side_text(Side side, const ItemsetPool& itemsets, const ItemNames& names,
-                      const SideStyle& style) {
-    return SideSpeaker(names, style).said(side, itemsets[side.itemset()]);
+std::string side_text(Side side, const RuleBook& book, const SideStyle& style) {
+    return SideSpeaker(book, style).said(side, book.itemsets[side.itemset()]);
 }
 
 std::string valid_utf8(std::string_view text) {

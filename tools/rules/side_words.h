@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "rules/found_rule.h"
-#include "rules/item_names.h"
-#include "rules/itemset_pool.h"
+#include "rules/rule_writer.h"
 
 namespace korv::tools {
 
@@ -29,13 +28,16 @@ struct SideStyle {
 /// A plain side joins its items by "or", a negated one denies them: "bread or butter", "none of bread,
 /// butter", "not bread". Items of one column are said together: "class in {1st, 2nd} or sex=female", "class
 /// not in {crew, 3rd}", "class not crew". Negated items of several columns are joined by "and", those of no
-/// column last: "class not crew and sex not male and none of bread, butter". A side without items, which is
-/// met by no transaction, is "nothing", or "anything" when it is negated.
+/// column last: "class not crew and none of bread, butter". A side without items, which is met by no
+/// transaction, is "nothing", or "anything" when it is negated.
+///
+/// Items of an exhaustive column (see ColumnFacts) are said by its other values where these are fewer, or in
+/// a negated side no more: "sex=male and age=adult" for neither a woman nor a child.
 ///
 /// Names are not quoted: "bread or butter" may be one item. The numbers of the items say which.
 ///
 /// Bytes that are not UTF-8 become U+FFFD, and \xHH in a printable text.
-std::string side_text(Side side, const ItemsetPool& itemsets, const ItemNames& names, const SideStyle& style);
+std::string side_text(Side side, const RuleBook& book, const SideStyle& style);
 
 /// A text of unknown origin with U+FFFD for each byte that is not UTF-8.
 std::string valid_utf8(std::string_view text);

@@ -67,9 +67,7 @@ public:
         : book_(book),
           further_(further_measures(book)),
           style_(style),
-          sides_([this](Side side, std::string& text) {
-              text += side_text(side, book_.itemsets, book_.names, style_of_sides);
-          }),
+          sides_([this](Side side, std::string& text) { text += side_text(side, book_, style_of_sides); }),
           sink_(std::move(sink)) {
         for (const FurtherMeasure& each : further_) {
             titles_.push_back(each.name);

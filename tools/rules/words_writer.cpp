@@ -102,8 +102,7 @@ public:
           further_(further_measures(book)),
           width_(width),
           sides_([this](Side side, std::string& text) {
-              text += side_text(side, book_.itemsets, book_.names,
-                                {.is_printable = true, .most_items = most_items_named});
+              text += side_text(side, book_, {.is_printable = true, .most_items = most_items_named});
           }),
           sink_(std::move(sink)) {}
 
