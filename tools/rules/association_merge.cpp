@@ -1,6 +1,7 @@
 #include "rules/association_merge.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <tuple>
 
@@ -30,7 +31,7 @@ bool comes_first(const Candidate& one, const Candidate& other) {
 }
 
 std::size_t negated_sides(const FoundRule& rule) {
-    return std::size_t{rule.premise.is_negated()} + std::size_t{rule.conclusion.is_negated()};
+    return (rule.premise.is_negated() ? 1U : 0U) + (rule.conclusion.is_negated() ? 1U : 0U);
 }
 
 /// The lower end of the confidence.
@@ -106,7 +107,7 @@ bool AssociationMerge::is_better(const FoundRule& one, const FoundRule& other) c
     }
     const std::size_t items = number_of_items(one, pool_);
     const std::size_t other_items = number_of_items(other, pool_);
-    return items != other_items ? items < other_items : compare_sides(one, other, pool_) < 0;
+    return items != other_items ? items < other_items : std::is_lt(compare_sides(one, other, pool_));
 }
 
 }  // namespace korv::tools

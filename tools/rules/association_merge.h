@@ -23,7 +23,7 @@ struct Association {
     ItemsetId second;
     bool is_opposite;  ///< whether the rules read one of them plain and the other negated
 
-    auto operator<=>(const Association&) const = default;
+    auto operator<=>(const Association&) const = default;  // NOLINT: no pointer, no number
 };
 
 /// A rule that passed the filter.

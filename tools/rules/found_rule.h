@@ -20,7 +20,7 @@ public:
     ItemsetId itemset() const { return packed_ >> 1; }
     bool is_negated() const { return (packed_ & 1) != 0; }
 
-    auto operator<=>(const Side&) const = default;
+    auto operator<=>(const Side&) const = default;  // NOLINT(modernize-use-nullptr): no pointer here
 
 private:
     std::uint32_t packed_;

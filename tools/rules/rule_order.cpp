@@ -10,13 +10,13 @@ namespace korv::tools {
 namespace {
 
 std::strong_ordering compare_side(Side one, Side other, const ItemsetPool& itemsets) {
-    if (one.itemset() != other.itemset()) {
-        const ItemSpan items = itemsets[one.itemset()];
-        const ItemSpan other_items = itemsets[other.itemset()];
-        return std::lexicographical_compare_three_way(items.begin(), items.end(), other_items.begin(),
-                                                      other_items.end());
+    if (one.itemset() == other.itemset()) {
+        return one <=> other;  // a plain one first
     }
-    return one.is_negated() <=> other.is_negated();
+    const ItemSpan items = itemsets[one.itemset()];
+    const ItemSpan other_items = itemsets[other.itemset()];
+    return std::lexicographical_compare_three_way(items.begin(), items.end(), other_items.begin(),
+                                                  other_items.end());
 }
 
 }  // namespace
@@ -52,16 +52,17 @@ bool RuleOrder::is_before(const Ranked& one, const Ranked& other) const {
     }
     const std::size_t items = number_of_items(one.rule, itemsets_);
     const std::size_t other_items = number_of_items(other.rule, itemsets_);
-    return items != other_items ? items < other_items : compare_sides(one.rule, other.rule, itemsets_) < 0;
+    return items != other_items ? items < other_items
+                                : std::is_lt(compare_sides(one.rule, other.rule, itemsets_));
 }
 
 void FirstRules::add(const FoundRule& rule) {
     const auto is_before = [this](const auto& one, const auto& other) {
         return order_.is_before(one, other);
     };
-    RuleOrder::Ranked ranked = order_.ranked(rule);
+    const RuleOrder::Ranked ranked = order_.ranked(rule);
     if (most_ == 0 || kept_.size() < most_) {
-        kept_.push_back(std::move(ranked));
+        kept_.push_back(ranked);
         if (kept_.size() == most_) {
             std::ranges::make_heap(kept_, is_before);
         }
@@ -71,7 +72,7 @@ void FirstRules::add(const FoundRule& rule) {
         return;
     }
     std::ranges::pop_heap(kept_, is_before);
-    kept_.back() = std::move(ranked);
+    kept_.back() = ranked;
     std::ranges::push_heap(kept_, is_before);
 }
 

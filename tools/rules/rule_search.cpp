@@ -144,9 +144,9 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
     const Itemset items = request.patterns.empty() ? Itemset() : items_of(input.classes);
-    return RuleFilter(request, minimum_support(input, request), input.transactions,
-                      ItemChoice(request.patterns, items, input.names),
-                      request.where.empty() ? Where() : parse_where(request.where));
+    return {request, minimum_support(input, request), input.transactions,
+            ItemChoice(request.patterns, items, input.names),
+            request.where.empty() ? Where() : parse_where(request.where)};
 }
 
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
