@@ -14,5 +14,6 @@ set(CPACK_DEBIAN_PACKAGE_SUGGESTS python3)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "korv derives generalized association rules, whose sides are disjunctions of
 items or absences of them, from the closed itemsets of a transaction database.
-korv-mine makes these from transactions.")
+korv-mine makes these from transactions. korv-rules goes from transactions to
+the rules that matter, in words, ranked.")
 include(CPack)

@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """The documents against the programs: commands are run, excerpts are found in what was written, numbers are counted.
 
-usage: test_documents.py KORV KORV_MINE
+usage: test_documents.py [--update] KORV KORV_MINE KORV_RULES
 
 Each document has a table that says of each of its blocks, in order, what it is. A block that the table does not have
 fails the test, and so does one that the table has and the document has not.
+
+With --update, blocks that are no longer what is written are replaced in the documents, where it is known by what:
+those that are Whole or Numbered. Read what has changed before you believe it: git diff.
 """
 
 import csv
@@ -66,6 +69,14 @@ class Whole(NamedTuple):
     needs: str = ""  # the program that writes the file, if it may be missing
 
 
+class Numbered(NamedTuple):
+    """Rules with their numbers, as korv-rules writes them in words: a paragraph for each of those that are shown. A
+    paragraph "..." stands for any that are not."""
+
+    begins: str
+    file: str
+
+
 class ClassFile(NamedTuple):
     """A class file as it is shown, <TAB> for TAB: a run reads one class from it."""
 
@@ -89,7 +100,7 @@ class ForShow(NamedTuple):
     why: str
 
 
-Entry = Union[Run, Records, Pieces, Excerpt, Whole, ClassFile, Successors, ForShow]
+Entry = Union[Run, Records, Pieces, Excerpt, Whole, Numbered, ClassFile, Successors, ForShow]
 
 BUILDS = "builds the project; .ci/run does it"
 DEVELOPS = "for people who work on the project; .ci/run does it"
@@ -116,6 +127,31 @@ TABLE: dict[str, list[Entry]] = {
     "docs/class-file.md": [
         ForShow("file       = { record } ;", "a grammar; test_class_file.py runs the examples of this document"),
         Run("grep -nvP", status=1),
+    ],
+    "docs/exploring.md": [
+        Run("korv-rules examples/titanic/titanic.csv --top 3"),
+        Numbered("1. If ", "run-1.stdout"),
+        Whole("input ", "run-1.stderr"),
+        Run("korv-rules examples/titanic/titanic.csv -c 0.7"),
+        Whole(" #  rule", "run-2.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --then"),
+        Whole("#  rule", "run-3.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --where 'lift"),
+        Whole("#  rule", "run-4.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --where 'items"),
+        Whole("#  rule", "run-5.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --top 2 -o rules.csv"),
+        Whole("id,", "rules.csv"),
+        Run("korv-rules examples/titanic/titanic.csv --if"),
+        Whole("{\"id\":1,", "run-7.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --count"),
+        Whole("form ", "run-8.stdout"),
+        Run("korv-rules examples/titanic/titanic.classes -n 2201"),
+        Numbered("1. If ", "run-9.stdout"),
+        Whole("class file ", "run-9.stderr"),
+        Run("korv-rules examples/titanic/titanic.classes --database", status=1),
+        Whole("class file ", "run-10.stderr"),
+        Run("korv-mine examples/titanic/titanic.dat"),
     ],
     "docs/mining.md": [
         Run("korv-mine examples/persons/persons.csv"),
@@ -176,6 +212,12 @@ TABLE: dict[str, list[Entry]] = {
         Run("korv-mine titanic.dat"),
         Run("sort titanic.dat"),
     ],
+    "man/korv-rules.1": [
+        Run("korv-rules titanic.csv --to words"),
+        Run("korv-rules titanic.csv --then"),
+        Run("korv-rules titanic.classes -n 2201"),
+        Run("korv-rules titanic.csv --readings all"),
+    ],
     "man/korv.1": [
         Run("korv mush mushroom.txt 300 0.8 8124"),
         Run("gzip -dc mushroom.txt.gz"),
@@ -223,6 +265,11 @@ def write_class_file(directory: Path) -> None:
     shutil.copy(sample("titanic.classes"), directory / "classes.txt")
 
 
+def write_sample(directory: Path) -> None:
+    for name in ("titanic.csv", "titanic.classes", "titanic.names"):
+        shutil.copy(sample(name), directory)
+
+
 def write_mushrooms(directory: Path) -> None:
     """Any class file will do for the man page."""
     shutil.copy(sample("titanic.classes"), directory / "mushroom.txt")
@@ -242,6 +289,7 @@ GIVEN: dict[str, Callable[[Path], None]] = {
     "docs/mining.md": write_exports,
     "docs/output-files.md": run_worked_example,
     "man/korv-mine.1": write_transactions,
+    "man/korv-rules.1": write_sample,
     "man/korv.1": write_mushrooms,
 }
 
@@ -321,6 +369,16 @@ def pieces_are_in(text: str, excerpt: str) -> bool:
     return True
 
 
+def renumbered(text: str, shown: str) -> str:
+    """The paragraphs of a text that begin with the same numbers as those that are shown."""
+    def number(paragraph: str) -> str:
+        return paragraph.split(".", 1)[0]
+
+    written = {number(paragraph): paragraph for paragraph in text.rstrip("\n").split("\n\n")}
+    return "\n\n".join(paragraph if paragraph == "..." else written.get(number(paragraph), "")
+                       for paragraph in shown.rstrip("\n").split("\n\n")) + "\n"
+
+
 def lattice_of(text: str) -> dict[str, dict[str, object]]:
     """The classes of a lattice file: support, essential itemsets and successors by closed itemset."""
     def itemsets(line: str) -> list[str]:
@@ -362,8 +420,33 @@ def agrees(entry: Entry, block: Block, directory: Path) -> bool:
         return has_lines(written, shown)
     if isinstance(entry, Whole):
         return written == entry.before + shown
+    if isinstance(entry, Numbered):
+        return renumbered(written, shown) == shown
     return isinstance(entry, Successors) and shown_successors(shown) == {
         closed: of_class["successors"] for closed, of_class in lattice_of(written).items()}
+
+
+def update(document: str, directory: Path) -> None:
+    """Replaces the blocks of a document that are no longer what is written, where it is known by what."""
+    lines = text_of(document).split("\n")
+    # From the last block on, so that the lines of the others keep their numbers.
+    for entry, block in reversed(list(zip(TABLE[document], blocks(document)))):
+        if not isinstance(entry, (Whole, Numbered)) or is_left_out(entry) or agrees(entry, block, directory):
+            continue
+        text = (directory / entry.file).read_text(encoding="utf-8")
+        new = text.removeprefix(entry.before) if isinstance(entry, Whole) else renumbered(text, block.text)
+        begin = block.line - 1
+        lines[begin:begin + block.text.count("\n")] = new.replace("\t", "<TAB>").split("\n")[:-1]
+        print(f"{document}:{block.line}: updated")
+    (TOP / document).write_text("\n".join(lines), encoding="utf-8")
+
+
+def update_all() -> None:
+    for document in MARKDOWN:
+        with tempfile.TemporaryDirectory() as directory:
+            for complaint in run_blocks(document, Path(directory)):
+                print(complaint)
+            update(document, Path(directory))
 
 
 class InDirectory(unittest.TestCase):
@@ -741,6 +824,9 @@ def eval_quotient(text: str) -> float:
 
 
 if __name__ == "__main__":
-    for program in ("korv-mine", "korv"):
+    for program in ("korv-rules", "korv-mine", "korv"):
         PROGRAMS[program] = Path(sys.argv.pop()).resolve()
-    unittest.main()
+    if sys.argv[1:] == ["--update"]:
+        update_all()
+    else:
+        unittest.main()

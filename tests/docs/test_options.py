@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""The options of korv-mine: --help, the man page and docs/mining.md describe the same ones alike (argument, choices,
-default), the defaults are what happens, and the exit statuses are those of the man page.
+"""The options of the companion programs: --help, the man page and the document describe the same ones alike (argument,
+choices, default), the defaults are what happens, and the exit statuses are those of the man page.
 
-usage: test_options.py KORV_MINE
+usage: test_options.py PROGRAM...
+
+The tests of a program that is not given are left out.
 """
 
 import re
@@ -16,7 +18,7 @@ from typing import NamedTuple
 
 from documents import TOP, section, table_rows, text_of
 
-KORV_MINE: list[Path] = []  # set from the command line
+PROGRAMS: dict[str, Path] = {}  # set from the command line, by name
 
 # An option of one or two hyphens; not a negative number, not a rule, not a part of a word.
 OPTION = re.compile(r"(?<![\w-])--?[a-zA-Z][\w-]*")
@@ -31,8 +33,31 @@ class Option(NamedTuple):
     default: str  # as it is said, in words or as it is typed; empty where there is none
 
 
-def run(*arguments: str) -> subprocess.CompletedProcess[str]:
-    return subprocess.run([*KORV_MINE, *arguments], cwd=TOP, check=False, capture_output=True, text=True,
+class Described(NamedTuple):
+    """Where the options of a program are described."""
+
+    program: str
+    document: str
+    options: int  # how many there are
+    elsewhere: tuple[str, ...]  # commands and options of other programs that these texts name
+
+    @property
+    def man_page(self) -> str:
+        return f"man/{self.program}.1"
+
+
+DESCRIBED = [
+    Described("korv-mine", "docs/mining.md", 24, ("uniq -c", "--shortest", "--strongest")),
+    Described("korv-rules", "docs/exploring.md", 47, ("uniq -c",)),
+]
+
+
+def described() -> list[Described]:
+    return [each for each in DESCRIBED if each.program in PROGRAMS]
+
+
+def run(program: str, *arguments: str) -> subprocess.CompletedProcess[str]:
+    return subprocess.run([PROGRAMS[program], *arguments], cwd=TOP, check=False, capture_output=True, text=True,
                           stdin=subprocess.DEVNULL)
 
 
@@ -40,36 +65,44 @@ def names_in(text: str) -> tuple[str, ...]:
     return tuple(sorted(OPTION.findall(text)))
 
 
-def of_help() -> list[Option]:
-    """The options that --help lists: -n,--name TYPE:{choices}=default, then the text, which can hold the default."""
+def of_help(program: str) -> list[Option]:
+    """The options that --help lists: -n,--name TYPE:{choices}=default, then the text, which can hold the default, and
+    behind which the options that do not go with this one can stand."""
     found = []
-    for entry in re.split(r"\n(?=  -)", run("--help").stdout)[1:]:
+    for entry in re.split(r"\n(?=  -)", run(program, "--help").stdout)[1:]:
         names, argument, choices, default, text = re.fullmatch(
-            r"(-\S+)( (?:TEXT|UINT|FLOAT)(?::\{([\w,]+)\})?(?:=(\S+))?)?(?=[ :])(.*)", " ".join(entry.split())).groups()
+            r"(-\S+)( (?:TEXT|UINT|FLOAT)(?::\{([\w,]+)\})?(?:=(\S+))?)?(?: Excludes: \S+)?(?=[ :])(.*)",
+            " ".join(entry.split())).groups()
         said = re.search(r"default: ([^)]*)\)", text)
         found.append(Option(names_in(names), argument is not None, tuple(choices.split(",") if choices else ()),
                             default or (said[1] if said else "")))
     return sorted(found)
 
 
-def of_man_page() -> list[Option]:
-    """The options of the man page: a line behind .TP names each, with its argument or its choices."""
-    text = text_of("man/korv-mine.1").replace(r"\-", "-").replace(r"\(aq", "'")
+def section_of_man_page(man_page: str, heading: str) -> str:
+    text = text_of(man_page)
+    begin = text.index(f".SH {heading}\n")
+    return text[begin:text.index("\n.SH ", begin) + 1]
+
+
+def of_man_page(man_page: str) -> list[Option]:
+    """The options of a man page: a line behind .TP names each, with its argument or its choices."""
+    text = section_of_man_page(man_page, "OPTIONS").replace(r"\-", "-").replace(r"\(aq", "'")
     found = []
-    for entry in text[text.index(".SH OPTIONS"):text.index(".SH FORMATS")].split("\n.TP\n")[1:]:
+    for entry in text.split("\n.TP\n")[1:]:
         head, _, below = entry.partition("\n")
         head = re.sub(r'\\f.|"', "", head.removeprefix(".BR ").removeprefix(".B "))
         argument = OPTION.sub("", head).replace(",", "").strip()
-        default = re.search(r"^The default is[ \n](.*?)(?: ?\.|;)$", below, re.MULTILINE)
+        default = re.search(r"^The default is[ \n](.*?)(?: ?[.,]|;)$", below, re.MULTILINE)
         found.append(Option(names_in(head), argument != "", words_of(argument, "|"),
                             default[1].removeprefix(".BR ") if default else ""))
     return sorted(found)
 
 
-def of_document() -> list[Option]:
-    """The options of the table in docs/mining.md: names with argument or choices, default, meaning."""
+def of_document(document: str) -> list[Option]:
+    """The options of the table in a document: names with argument or choices, default, meaning."""
     found = []
-    for names, default, _ in table_rows(section(text_of("docs/mining.md"), "All options"))[2:]:
+    for names, default, _ in table_rows(section(text_of(document), "All options"))[2:]:
         plain = names.replace("`", "")
         argument = OPTION.sub("", plain).strip(", ")
         found.append(Option(names_in(plain), argument != "", words_of(argument.replace(" or ", " , "), ","),
@@ -87,13 +120,54 @@ class Options(unittest.TestCase):
     maxDiff = None
 
     def test_are_described_alike_in_all_three_places(self) -> None:
-        options = of_help()
-        self.assertEqual(len(options), 24)
-        self.assertEqual(of_man_page(), options)
-        self.assertEqual(of_document(), options)
+        for each in described():
+            with self.subTest(program=each.program):
+                options = of_help(each.program)
+                self.assertEqual(len(options), each.options)
+                self.assertEqual(of_man_page(each.man_page), options)
+                self.assertEqual(of_document(each.document), options)
 
+    def test_there_is_none_elsewhere_in_the_documents(self) -> None:
+        for each in described():
+            with self.subTest(program=each.program):
+                names = {name for option in of_help(each.program) for name in option.names}
+                man_page = text_of(each.man_page).replace(r"\-", "-")
+                code = "\n".join(re.findall(rf"`[^`\n]+`|{each.program} .*$", text_of(each.document), re.MULTILINE))
+                for other in each.elsewhere:
+                    man_page, code = man_page.replace(other, ""), code.replace(other, "")
+                self.assertLessEqual(set(OPTION.findall(man_page)), names)
+                found = set(OPTION.findall(code))
+                self.assertGreater(len(found), 20)
+                self.assertLessEqual(found, names)
+
+
+def of_korv_mine() -> dict[str, Option]:
+    return {option.names[0]: option for option in of_help("korv-mine")}
+
+
+def of_korv_rules() -> dict[str, Option]:
+    return {option.names[0]: option for option in of_help("korv-rules")}
+
+
+class OfKorvMine(unittest.TestCase):
+    """Tests of this program; they are left out where it is not given."""
+
+    def setUp(self) -> None:
+        if "korv-mine" not in PROGRAMS:
+            self.skipTest("korv-mine is not given")
+
+
+class OfKorvRules(unittest.TestCase):
+    """Tests of this program; they are left out where it is not given."""
+
+    def setUp(self) -> None:
+        if "korv-rules" not in PROGRAMS:
+            self.skipTest("korv-rules is not given")
+
+
+class MineOptions(OfKorvMine):
     def test_have_the_choices_and_defaults_that_are_known(self) -> None:
-        options = {option.names[0]: option for option in of_help()}
+        options = of_korv_mine()
         self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
                          {"--closure-items": ("frequent", "all"), "--format": ("fimi", "basket", "table")})
         self.assertEqual({name for name, option in options.items() if option.default},
@@ -102,23 +176,12 @@ class Options(unittest.TestCase):
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
                          {"--estimate", "--help", "--only-true", "--partial", "--quiet", "--version", "--weighted"})
 
-    def test_there_is_none_elsewhere_in_the_documents(self) -> None:
-        names = {name for option in of_help() for name in option.names}
-        man_page = text_of("man/korv-mine.1").replace(r"\-", "-")
-        # The option of another program.
-        self.assertLessEqual(set(OPTION.findall(man_page.replace("uniq -c", ""))), names)
-        mining = text_of("docs/mining.md").replace("`uniq -c`", "")
-        code = "\n".join(re.findall(r"`[^`\n]+`|korv-mine .*$", mining, re.MULTILINE))
-        found = set(OPTION.findall(code)) - {"--shortest", "--strongest"}  # of explain-rules
-        self.assertGreater(len(found), 20)
-        self.assertLessEqual(found, names)
-
     def test_formats_of_the_table_are_those_of_the_program(self) -> None:
         rows = table_rows(section(text_of("docs/mining.md"), "What may my file look like?"))[2:]
         self.assertEqual([row[0].strip("`") for row in rows], ["fimi", "basket", "table"])
 
 
-class Defaults(unittest.TestCase):
+class MineDefaults(OfKorvMine):
     """What happens without an option is what happens with its default."""
 
     transactions = ("1 2 3", "1 2", "2 3", "3 4", "1 4", "2", "1 5")
@@ -127,7 +190,7 @@ class Defaults(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             path = Path(directory) / "transactions"
             path.write_text(text, encoding="utf-8")
-            done = run(str(path), "-q", *arguments)
+            done = run("korv-mine", str(path), "-q", *arguments)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         return done.stdout
 
@@ -145,18 +208,18 @@ class Defaults(unittest.TestCase):
     def test_of_missing_cells(self) -> None:
         text = "a,b\nx,NA\ny,NaN\nx,null\ny,?\nx,z\n"
         without = self.classes(text, "-s", "1")
-        words = {option.names[0]: option.default for option in of_help()}["--missing"]
+        words = of_korv_mine()["--missing"].default
         self.assertEqual(self.classes(text, "-s", "1", "--missing", words), without)
         self.assertNotEqual(self.classes(text, "-s", "1", "--missing", ""), without)
 
     def test_of_estimates(self) -> None:
         sample = "examples/titanic/titanic.dat"
-        words = {option.names[0]: option.default for option in of_help()}["--estimate"]
-        self.assertEqual(run(sample, "--estimate", "-s", words).stdout, run(sample, "--estimate").stdout)
-        self.assertEqual(len(run(sample, "--estimate").stdout.splitlines()), 1 + 6)
+        words = of_korv_mine()["--estimate"].default
+        self.assertEqual(run("korv-mine", sample, "--estimate", "-s", words).stdout, run("korv-mine", sample, "--estimate").stdout)
+        self.assertEqual(len(run("korv-mine", sample, "--estimate").stdout.splitlines()), 1 + 6)
 
 
-class ExitStatus(unittest.TestCase):
+class MineExitStatus(OfKorvMine):
     sample = "examples/titanic/titanic.dat"
     table = "examples/persons/persons.csv"
 
@@ -187,9 +250,8 @@ class ExitStatus(unittest.TestCase):
         ]
         for status, arguments in cases:
             with self.subTest(arguments=arguments):
-                self.assertEqual(run(*shlex.split(arguments)).returncode, status)
-        text = text_of("man/korv-mine.1")
-        statuses = text[text.index(".SH EXIT STATUS"):text.index(".SH FILES")]
+                self.assertEqual(run("korv-mine", *shlex.split(arguments)).returncode, status)
+        statuses = section_of_man_page("man/korv-mine.1", "EXIT STATUS")
         self.assertEqual({int(number) for number in re.findall(r"\b\d+\b", statuses)} - {100},
                          {status for status, _ in cases})
 
@@ -197,10 +259,12 @@ class ExitStatus(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             path = Path(directory) / "names"
             path.write_text("bread\nmilk\n", encoding="utf-8")
-            self.assertEqual(run(str(path), "-s", "1").returncode, 1)
-            self.assertEqual(run(str(path), "-s", "1", "--format", "basket").returncode, 0)
+            self.assertEqual(run("korv-mine", str(path), "-s", "1").returncode, 1)
+            self.assertEqual(run("korv-mine", str(path), "-s", "1", "--format", "basket").returncode, 0)
 
 
 if __name__ == "__main__":
-    KORV_MINE.append(Path(sys.argv.pop()).resolve())
+    for argument in sys.argv[1:]:
+        PROGRAMS[Path(argument).name] = Path(argument).resolve()
+    del sys.argv[1:]
     unittest.main()

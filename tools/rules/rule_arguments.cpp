@@ -101,8 +101,9 @@ struct PatternOption {
 
 constexpr std::array pattern_options = {
     PatternOption{"--with", PatternPlace::either, true,
-                  "Only rules with such an item on either side: a name, with * and ?, /a regular expression/ "
-                  "or #17 for a number; a|b means either, repeated options all hold"},
+                  "Only rules with such an item on either side: a name, in which * and ? stand for others, "
+                  "/a regular expression/, or #17 for a number; a|b means either, and repeated options all "
+                  "hold"},
     PatternOption{"--without", PatternPlace::either, false, "No rules with such an item"},
     PatternOption{"--if", PatternPlace::premise, true, "Only rules with such an item in the premise"},
     PatternOption{"--if-not", PatternPlace::premise, false, "No rules with such an item in the premise"},
@@ -176,8 +177,8 @@ void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
         ->excludes("--database-size");
     app.add_option(
            "--names", arguments.input.names,
-           "The names of the items of a class file: item TAB name (default: the class file's name with "
-           "the extension .names, where there is such a file)")
+           "The names of the items: lines of an item, a tab and its name (default: the class file's name "
+           "with the extension .names), where there is such a file")
         ->check(argument_check(is_path, "the name of a file"));
 }
 
@@ -208,13 +209,12 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
               "Largest number of items in the premise; 0 for any");
     add_limit(app, "--max-then", words.max_conclusion_items, choice_group,
               "Largest number of items in the conclusion; 0 for any");
-    app.add_option("--min-lift", words.min_lift,
-                   "Smallest lift of a rule; 0 for any (default: more than 1, more often than by chance)")
+    app.add_option("--min-lift", words.min_lift, "Smallest lift of a rule; 0 for any (default: more than 1)")
         ->check(argument_check(parse_ratio, "a number from 0 on"))
         ->group(choice_group);
     app.add_option("--where", arguments.rules.where,
-                   "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; see "
-                   "--help-measures")
+                   "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; "
+                   "--help-measures names the measures")
         ->group(choice_group);
 }
 
@@ -231,9 +231,9 @@ void add_order_options(CLI::App& app, Words& words) {
         ->group(order_group);
     app.add_option(
            "--prune", words.prune,
-           "Leave out rules that are weaker than one of the same conclusion (same), than any other "
-           "rule (full), and besides those that are no better than a shorter one (productive; default, "
-           "up to a million rules; then same)")
+           "Leave out rules that are weaker than one of the same conclusion (same), or than any other "
+           "one (full), and besides those that are no better than a shorter one (default: productive); for "
+           "more than a million rules, the default is same")
         ->check(CLI::IsMember(words_of(prunes)))
         ->group(order_group);
     app.add_option("--sort", words.sort,
@@ -259,16 +259,16 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
         ->group(output_group);
     app.add_option(
            "--to", words.format,
-           "Format: words, table, csv, tsv or jsonl (default: by the extension; a table on a terminal, "
-           "words otherwise)")
+           "Sentences, a table as wide as the terminal, or columns for other programs (default: by the "
+           "extension of the output); without one, a table on a terminal and words otherwise")
         ->check(CLI::IsMember(words_of(rule_formats)))
         ->group(output_group);
-    app.add_option("--color", words.color, "Colour in tables: on a terminal, always or never")
+    app.add_option("--color", words.color, "Colour in tables; auto: on a terminal, unless NO_COLOR is set")
         ->check(CLI::IsMember({"auto", "always", "never"}))
         ->capture_default_str()
         ->group(output_group);
     app.add_option("--measures", words.measures,
-                   "Further measures to tell, with commas between them, or all; see --help-measures")
+                   "Further measures to tell, with commas between them, or all; --help-measures names them")
         ->group(output_group);
     app.add_flag_callback(
            "--help-measures",
@@ -278,16 +278,29 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
            },
            "Explain the measures, and exit")
         ->group(output_group);
-    app.add_flag(
-           "--count", arguments.is_count,
-           "Write no rule; say how many there are of each form and kind, and how many bytes each format "
-           "would take")
+    app.add_flag("--count", arguments.is_count,
+                 "Write no rule; say how many there are of each form and kind, how many bytes each format "
+                 "would take, and what korv itself would write")
         ->group(output_group);
     app.add_flag("--verify", arguments.verifies,
-                 "Count each rule that is written again in the transactions, which must be at hand")
+                 "Count each rule that is written again in the transactions, plainly")
         ->group(output_group);
     app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error")
         ->group(output_group);
+}
+
+/// What options of mining mean where rules are derived.
+void describe_mining_options(CLI::App& app) {
+    app.get_option("--min-support")
+        ->description(
+            "Smallest support of a rule, and smallest number of transactions that hold an item of an "
+            "essential itemset: a count, or a percentage of all transactions such as 2.5% (default: 1%)");
+    app.get_option("--max-size")
+        ->description("Largest number of items of an essential itemset (default: --max-items)");
+    app.get_option("--max-classes")
+        ->description(
+            "Where there would be more classes, itemsets of fewer items are mined, down to two "
+            "(default: 1000000)");
 }
 
 /// The words of a list with commas between them; throws Error for an empty one.
@@ -459,6 +472,7 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     add_order_options(app, words);
     add_output_options(app, arguments, words);
     add_mining_options(app, words.mining);
+    describe_mining_options(app);
     add_reading_options(app, words.reading, Reader::rules);
     app.failure_message(complaint);
     try {
