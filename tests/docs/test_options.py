@@ -48,7 +48,7 @@ class Described(NamedTuple):
 
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 24, ("uniq -c", "--shortest", "--strongest")),
-    Described("korv-rules", "docs/exploring.md", 47, ("uniq -c",)),
+    Described("korv-rules", "docs/exploring.md", 50, ("uniq -c", "-log10")),
 ]
 
 
@@ -215,8 +215,9 @@ class MineDefaults(OfKorvMine):
     def test_of_estimates(self) -> None:
         sample = "examples/titanic/titanic.dat"
         words = of_korv_mine()["--estimate"].default
-        self.assertEqual(run("korv-mine", sample, "--estimate", "-s", words).stdout, run("korv-mine", sample, "--estimate").stdout)
-        self.assertEqual(len(run("korv-mine", sample, "--estimate").stdout.splitlines()), 1 + 6)
+        without = run("korv-mine", sample, "--estimate").stdout
+        self.assertEqual(run("korv-mine", sample, "--estimate", "-s", words).stdout, without)
+        self.assertEqual(len(without.splitlines()), 1 + 6)
 
 
 class MineExitStatus(OfKorvMine):
@@ -261,6 +262,126 @@ class MineExitStatus(OfKorvMine):
             path.write_text("bread\nmilk\n", encoding="utf-8")
             self.assertEqual(run("korv-mine", str(path), "-s", "1").returncode, 1)
             self.assertEqual(run("korv-mine", str(path), "-s", "1", "--format", "basket").returncode, 0)
+
+
+class RulesOptions(OfKorvRules):
+    def test_have_the_choices_and_defaults_that_are_known(self) -> None:
+        options = of_korv_rules()
+        self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
+                         {"--closure-items": ("frequent", "all"), "--color": ("auto", "always", "never"),
+                          "--format": ("classes", "fimi", "basket", "table"),
+                          "--prune": ("none", "same", "full", "productive"), "--readings": ("one", "all"),
+                          "--to": ("words", "table", "csv", "tsv", "jsonl"), "--wording": ("shortest", "full")})
+        self.assertEqual({name for name, option in options.items() if option.default},
+                         {"--bins", "--closure-items", "--color", "--format", "--max-classes", "--max-items",
+                          "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own", "--min-support",
+                          "--missing", "--names", "--output", "--prune", "--readings", "--separator", "--sort", "--to",
+                          "--top", "--wording"})
+        self.assertEqual({name for name, option in options.items() if not option.takes_argument},
+                         {"--count", "--help", "--help-measures", "--only-true", "--quiet", "--verify", "--version",
+                          "--weighted"})
+
+    def test_measures_of_the_table_are_those_of_the_program(self) -> None:
+        rows = [[cell.strip("`") for cell in row]
+                for row in table_rows(section(text_of("docs/exploring.md"), "Measures"))[2:]]
+        self.assertEqual(len(rows), 23)
+        lines = run("korv-rules", "--help-measures").stdout.split("\n\n", 1)[1].splitlines()
+        self.assertEqual([re.split(r" {2,}", line) for line in lines], rows)
+
+    def test_columns_of_the_table_are_those_of_the_program(self) -> None:
+        rows = table_rows(section(text_of("docs/exploring.md"), "What comes out"))
+        begin = next(i for i, row in enumerate(rows) if row[0] == "Column")
+        columns = [name.strip("`") for row in rows[begin + 2:] for name in row[0].split(", ")]
+        header = run("korv-rules", "examples/titanic/titanic.csv", "-q", "--to", "csv").stdout.split("\n", 1)[0]
+        self.assertEqual(columns, header.split(","))
+        man_page = " ".join(section_of_man_page("man/korv-rules.1", "OUTPUT").split())
+        self.assertIn(f"in this order: {', '.join(columns[:-1])} and {columns[-1]};", man_page)
+
+    def test_formats_and_extensions_of_the_table_are_those_of_the_program(self) -> None:
+        rows = [[cell.strip("`") for cell in row[:2]]
+                for row in table_rows(section(text_of("docs/exploring.md"), "What comes out"))[2:7]]
+        self.assertEqual(tuple(row[0] for row in rows), of_korv_rules()["--to"].choices)
+        sample = "examples/titanic/titanic.csv"
+        for word, extension in rows:
+            with self.subTest(format=word), tempfile.TemporaryDirectory() as directory:
+                expected = run("korv-rules", sample, "-q", "--to", word).stdout
+                if extension:
+                    path = Path(directory) / f"rules{extension}"
+                    self.assertEqual(run("korv-rules", sample, "-q", "-o", str(path)).returncode, 0)
+                    self.assertEqual(path.read_text(encoding="utf-8"), expected)
+                else:
+                    self.assertTrue(expected)
+
+
+class RulesDefaults(OfKorvRules):
+    """What happens without an option is what happens with its default, and not with another argument."""
+
+    sample = "examples/titanic/titanic.csv"
+
+    def rules(self, *arguments: str) -> str:
+        done = run("korv-rules", self.sample, "-q", *arguments)
+        self.assertIn(done.returncode, (0, 1))
+        self.assertEqual(done.stderr, "")
+        return done.stdout
+
+    def test_of_options_with_a_word_or_a_number(self) -> None:
+        options = of_korv_rules()
+        without = self.rules()
+        for option, other in (("--max-items", "3"), ("--min-confidence", "0.9"), ("--min-support", "10%"),
+                              ("--wording", "full"), ("--readings", "all"), ("--prune", "full"), ("--sort", "lift")):
+            with self.subTest(option=option):
+                self.assertEqual(self.rules(option, options[option].default), without)
+                self.assertNotEqual(self.rules(option, other), without)
+        for option in ("--min-own", "--closure-items", "--max-classes", "--output"):
+            with self.subTest(option=option):
+                self.assertEqual(self.rules(option, options[option].default), without)
+        self.assertEqual(self.rules("--color", "auto", "--to", "table"), self.rules("--to", "table"))
+        self.assertNotEqual(self.rules("--color", "always", "--to", "table"), self.rules("--to", "table"))
+
+    def test_of_limits_is_any(self) -> None:
+        without = self.rules()
+        for option, other in (("--max-if", "1"), ("--max-then", "1"), ("--top", "1"), ("--per-conclusion", "1")):
+            with self.subTest(option=option):
+                self.assertEqual(self.rules(option, "0"), without)
+                self.assertNotEqual(self.rules(option, other), without)
+
+    def test_of_the_lift_is_more_than_1(self) -> None:
+        self.assertEqual(self.rules("--where", "lift > 1"), self.rules())
+        self.assertNotEqual(self.rules("--min-lift", "0"), self.rules())
+
+
+class RulesExitStatus(OfKorvRules):
+    table = "examples/titanic/titanic.csv"
+    classes = "examples/titanic/titanic.classes"
+    transactions = "examples/titanic/titanic.dat"
+
+    def test_is_as_the_man_page_and_the_document_say(self) -> None:
+        cases = [
+            (0, "--help"), (0, "-h"), (0, "--version"), (0, "--help-measures"), (0, f"{self.table} -q"),
+            (0, f"{self.table} -q --count"), (0, f"{self.table} -q --verify"), (0, f"{self.classes} -n 2201 -q"),
+            (0, f"{self.classes} --database {self.transactions} -q --verify"),
+            (1, f"{self.table} -q --min-lift 100"), (1, f"{self.table} -q --min-lift 100 --count"),
+            (1, f"{self.table} -s 90% -c 1"),
+            (2, ""), (2, f"{self.table} --some"), (2, f"{self.table} -c 2"), (2, f"{self.table} -s some"),
+            (2, f"{self.table} --to some"), (2, f"{self.table} -o rules.some"), (2, f"{self.table} --sort some"),
+            (2, f"{self.table} --measures some"), (2, f"{self.table} --where some"), (2, f"{self.table} --then some"),
+            (2, f"{self.table} --forms some"), (2, f"{self.table} --kinds some"), (2, f"{self.table} --quiet=some"),
+            (2, f"{self.table} -o {self.table} --to csv"), (2, f"{self.classes} -n 2201 --verify"),
+            (2, f"{self.classes} -n 2201 --database {self.transactions}"),
+            (3, "missing"), (3, "examples"), (3, self.classes), (3, f"{self.table} -n 2201"),
+            (3, f"{self.table} --database {self.transactions}"), (3, f"{self.classes} -n 2201 --min-own 2"),
+            (3, f"{self.classes} -n 1000"), (3, f"{self.classes} --database {self.table}"),
+            (3, f"{self.transactions} --bins 4"), (3, f"{self.table} --max-classes 20"),
+            (3, "LICENSE --format classes -n 10"),
+            (4, f"{self.table} -o examples --to csv"), (4, f"{self.table} -o /dev/full --to csv"),
+        ]
+        for status, arguments in cases:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(run("korv-rules", *shlex.split(arguments)).returncode, status)
+        rows = table_rows(section(text_of("docs/exploring.md"), "Exit status"))[2:]
+        self.assertEqual({int(row[0]) for row in rows}, {status for status, _ in cases})
+        heads = re.findall(r"^\.TP\n\.B (\d+)$", section_of_man_page("man/korv-rules.1", "EXIT STATUS"), re.MULTILINE)
+        self.assertEqual([int(head) for head in heads], [int(row[0]) for row in rows])
 
 
 if __name__ == "__main__":
