@@ -110,15 +110,19 @@ TABLE: dict[str, list[Entry]] = {
         ForShow("src/    base", "a drawing"),
         ForShow("class file -->", "a drawing"),
         ForShow("text_input -->", "a drawing"),
+        ForShow("rule_input --> Pairs", "a drawing"),
     ],
     "README.md": [
         ForShow("./scripts/demo", BUILDS),
         Run("cd build"),
-        Pieces("If age=74..88,", "run-1.explained"),
+        Numbered("1. If ", "run-1.stdout"),
+        Excerpt("635 rules", "run-1.stderr"),
+        Run("./korv-mine ../examples/persons/persons.csv", inside="build"),
+        Pieces("If age=74..88,", "run-2.explained"),
         ForShow("cmake -S . -B build", BUILDS),
         ForShow("g++ -std=c++20", BUILDS),
         Run("./korv titanic ../examples/titanic/titanic.classes 100 0.6 2201", inside="build"),
-        Pieces("If class=crew,", "run-2.explained"),
+        Pieces("If class=crew,", "run-3.explained"),
         Records("7-->3 v 10", "build/intra_exact_titanic_100_0.6.txt"),
         Records("8-->4 v 9", "build/inter_approx_titanic_100_0.6.txt"),
         ForShow("korv LABEL CLASSFILE MINSUPP MINCONF N", "a synopsis"),
@@ -636,15 +640,49 @@ class Numbers(InDirectory):
                          [counter("exact", "R232")])
         self.assertEqual(sides["inter_exact"]["not", "not"], 1 + 2)
 
+    def test_of_the_persons_aboard_whom_rules_tell_of(self) -> None:
+        with sample("titanic.csv").open(encoding="utf-8", newline="") as file:
+            persons = list(csv.DictReader(file))
+
+        def share(part: list[dict[str, str]], column: str, value: str) -> list[int]:
+            """How many of some persons have this value, of how many, and the per cent that this is."""
+            having = sum(person[column] == value for person in part)
+            return [having, len(part), round(100 * having / len(part))]
+
+        women = [person for person in persons if person["sex"] == "female"]
+        women_not_third = [person for person in women if person["class"] != "3rd"]
+        dead_not_third = [person for person in persons if person["class"] != "3rd" and person["survived"] == "no"]
+        crew_or_dead = [person for person in persons if person["class"] == "crew" or person["survived"] == "no"]
+        children = [person for person in persons if person["age"] == "child"]
+        self.assertEqual(self.numbers("README.md", r"(\d+) of (\d+) survived, where of all persons (\d+) of ([\d,]+) did"),
+                         share(women_not_third, "survived", "yes")[:2] + share(persons, "survived", "yes")[:2])
+        self.assertEqual(self.numbers("README.md", r"Of the children, (\d+) % travelled third class"),
+                         share(children, "class", "3rd")[2:])
+        self.assertEqual(self.numbers("README.md", r"not travelled third class, (\d+) % were men"),
+                         share(dead_not_third, "sex", "male")[2:])
+        document = "docs/exploring.md"
+        having, of, per_cent = share(crew_or_dead, "sex", "male")
+        self.assertEqual(self.numbers(document, r"did not survive: ([\d,]+) persons\. Of these, ([\d,]+) were men, "
+                                      r"which are (\d+) %\. Of all persons aboard, (\d+) % were men"),
+                         [of, having, per_cent] + share(persons, "sex", "male")[2:])
+        self.assertEqual(self.numbers(document, r"did not travel third class, (\d+) % survived"),
+                         share(women_not_third, "survived", "yes")[2:])
+
+    def test_of_the_table_of_the_sample(self) -> None:
+        names = dict(line.split("\t") for line in sample("titanic.names").read_text(encoding="utf-8").splitlines())
+        with sample("titanic.csv").open(encoding="utf-8", newline="") as file:
+            rows = [{f"{column}={value}" for column, value in row.items()} for row in csv.DictReader(file)]
+        self.assertEqual(rows, [{names[item] for item in person} for person in sample_transactions()])
+
     def test_of_the_table_of_persons(self) -> None:
         of_village = [person["home"] for person in persons() if person["lives_in"] == "village"]
         of_old = [person["retired"] for person in persons() if 74 <= int(person["age"]) <= 88]
         of_young = [person["home"] == "rent" or person["children"] == "0"
                     for person in persons() if 18 <= int(person["age"]) <= 26]
-        for document, position in (("README.md", 2), ("docs/mining.md", 2)):
+        for document, position, shown in (("README.md", 5, 1), ("docs/mining.md", 2, 3)):
             text = blocks(document)[position].text
             self.assertEqual(list(map(int, re.findall(r"both hold for (\d+)", text))),
-                             [len(of_old), len(of_village), len(of_young)])
+                             [len(of_old), len(of_village), len(of_young)][:shown])
         self.assertEqual((set(of_old), set(of_village), set(of_young)), ({"yes"}, {"own"}, {True}))
         self.assertEqual([person["pension"] for person in persons()], [person["retired"] for person in persons()])
         self.assertEqual(self.numbers("docs/mining.md", r"its (\d+) persons are made up"), [len(persons())])
@@ -732,10 +770,10 @@ class Recipes(InDirectory):
 
 class NextCommand(InDirectory):
     def test_is_printed_by_korv_mine_as_the_documents_show_it(self) -> None:
-        for document, position, line in (("README.md", 1, 2), ("docs/mining.md", 0, 1), ("man/korv-mine.1", 0, 1)):
+        for document, position, run in (("README.md", 4, 2), ("docs/mining.md", 0, 1), ("man/korv-mine.1", 0, 1)):
             with self.subTest(document=document):
-                shown = blocks(document)[position].text.splitlines()[line].removeprefix("./")
-                summary = (self.ran(document) / "run-1.stderr").read_text()
+                shown = blocks(document)[position].text.splitlines()[1].removeprefix("./")
+                summary = (self.ran(document) / f"run-{run}.stderr").read_text()
                 self.assertIn("\nTo derive rules: " + shown + "\n", summary)
 
 
