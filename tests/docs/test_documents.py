@@ -654,7 +654,8 @@ class Numbers(InDirectory):
         dead_not_third = [person for person in persons if person["class"] != "3rd" and person["survived"] == "no"]
         crew_or_dead = [person for person in persons if person["class"] == "crew" or person["survived"] == "no"]
         children = [person for person in persons if person["age"] == "child"]
-        self.assertEqual(self.numbers("README.md", r"(\d+) of (\d+) survived, where of all persons (\d+) of ([\d,]+) did"),
+        self.assertEqual(self.numbers("README.md",
+                                      r"(\d+) of (\d+) survived, where of all persons (\d+) of ([\d,]+) did"),
                          share(women_not_third, "survived", "yes")[:2] + share(persons, "survived", "yes")[:2])
         self.assertEqual(self.numbers("README.md", r"Of the children, (\d+) % travelled third class"),
                          share(children, "class", "3rd")[2:])
