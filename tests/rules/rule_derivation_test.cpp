@@ -46,7 +46,7 @@ std::string text_of(const FoundRule& rule, const ItemsetPool& pool) {
            (rule.readings > 1 ? " (r " + std::to_string(rule.readings) + ")" : "");
 }
 
-Derived derive(const std::string& class_file, Count transactions, RuleRequest request,
+Derived derive(const std::string& class_file, Count transactions, const RuleRequest& request,
                const std::map<Item, std::string>& named = {}) {
     test::LoadedClasses classes(class_file);
     link_successors(classes.entries);

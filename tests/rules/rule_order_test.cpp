@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <compare>
 #include <limits>
 
 namespace korv::tools {
@@ -67,10 +68,10 @@ TEST_F(RuleOrderTest, PutsAPlainPremiseBeforeTheNegatedOneAndThenLooksAtConclusi
     negated.premise = {plain.premise.itemset(), true};
     const FoundRule other = rule({1}, {8}, {20, 40, 10});
 
-    EXPECT_TRUE(compare_sides(plain, negated, pool_) < 0);
-    EXPECT_TRUE(compare_sides(negated, other, pool_) > 0);
-    EXPECT_TRUE(compare_sides(plain, other, pool_) > 0);
-    EXPECT_TRUE(compare_sides(plain, plain, pool_) == 0);
+    EXPECT_TRUE(std::is_lt(compare_sides(plain, negated, pool_)));
+    EXPECT_TRUE(std::is_gt(compare_sides(negated, other, pool_)));
+    EXPECT_TRUE(std::is_gt(compare_sides(plain, other, pool_)));
+    EXPECT_TRUE(std::is_eq(compare_sides(plain, plain, pool_)));
 }
 
 TEST_F(RuleOrderTest, PutsRulesLastWhoseMeasureIsNotDefinedBehindInfiniteOnes) {
@@ -83,7 +84,7 @@ TEST_F(RuleOrderTest, PutsRulesLastWhoseMeasureIsNotDefinedBehindInfiniteOnes) {
 
 TEST_F(RuleOrderTest, KeepsAsManyAsAreAskedFor) {
     std::vector<FoundRule> rules;
-    for (const Item item : {5, 2, 8, 1, 9, 4, 7}) {
+    for (const Item item : Itemset{5, 2, 8, 1, 9, 4, 7}) {
         rules.push_back(rule({item}, {10}, {100, 50, item}));
     }
     EXPECT_EQ(first(rules, Measure::confidence, false, 3), (Premises{{9}, {8}, {7}}));
