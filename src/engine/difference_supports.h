@@ -56,10 +56,6 @@ public:
     /// The second time an itemset is asked for, L, U and U' are only looked up.
     Count settle(const Itemset& itemset, SupportBounds& bounds) override;
 
-    /// Whether no class holds a key (an essential itemset, or its closed itemset where it has none) of a
-    /// class of more support, and every essential itemset lies within its closed itemset and has items.
-    bool is_consistent() const { return consistent_; }
-
     /// The classes within which a key of another class lies whose support is not smaller, in the order of the
     /// entries. There are none where the classes are those of a database, since such a key would have the
     /// same closure. Where classes of equal support have a key in common, only some of them may be found.

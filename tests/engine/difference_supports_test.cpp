@@ -249,7 +249,6 @@ TEST(ContradictedClasses, AreNoneInADatabase) {
     DifferenceSupports supports(classes.entries);
 
     EXPECT_TRUE(supports.contradicted_classes().empty());
-    EXPECT_TRUE(supports.is_consistent());
 }
 
 TEST(EmptyItemset, IsBoundedByAllClasses) {

@@ -107,9 +107,9 @@ TEST_F(AccountingText, SaysWhichKindsWereAskedFor) {
 TEST_F(AccountingText, SaysWhichOptionsAskForItems) {
     request.patterns = {{"--then", "survived=yes", PatternPlace::conclusion, true}};
     EXPECT_EQ(line(Step::items), " 5 without the items asked for     without --then");
-    request.patterns = {{"with", "class=*", PatternPlace::either, true},
-                        {"with", "sex=*", PatternPlace::either, true},
-                        {"then", "survived=yes", PatternPlace::conclusion, true}};
+    request.patterns = {{"--with", "class=*", PatternPlace::either, true},
+                        {"--with", "sex=*", PatternPlace::either, true},
+                        {"--then", "survived=yes", PatternPlace::conclusion, true}};
     EXPECT_EQ(line(Step::items), " 5 without the items asked for     without --with and --then");
 }
 

@@ -57,6 +57,20 @@ TEST_F(AssociationMergeTest, MergesRulesOfTheSameSidesIntoTheFirst) {
     EXPECT_EQ(accounting_[Step::reading], 0U);
 }
 
+TEST_F(AssociationMergeTest, TakesTheCountsOfAWordingOfWhichTheyAreKnown) {
+    Candidate open = candidate(Form::R131, 1, 2, {20, 20, 5});
+    open.rule.at_high.both = 15;
+    const Candidate known = candidate(Form::R121, 1, 2, {20, 20, 10});
+    std::vector<Contingency> tables;
+    const AddRule add = [&tables](const FoundRule& rule) { tables = {rule.at_low, rule.at_high}; };
+    AssociationMerge merge(Readings::all, pool_, accounting_, add);
+
+    std::vector candidates = {open, known};
+    merge.settle(candidates);
+
+    EXPECT_EQ(tables, (std::vector<Contingency>{{20, 20, 10}, {20, 20, 10}}));
+}
+
 TEST_F(AssociationMergeTest, TakesARuleWithinANodeForTheFirst) {
     EXPECT_EQ(settled({candidate(Form::R131, 1, 2), candidate(Form::R112, 1, 2)}, Readings::all),
               "R112 1 2 (w 2, r 1)");

@@ -57,9 +57,8 @@ StepWords words_of_kinds(const RuleRequest& request) {
 StepWords words_of_items(const RuleRequest& request) {
     std::vector<std::string> options;
     for (const PatternWord& pattern : request.patterns) {
-        const std::string option = pattern.option.starts_with('-') ? pattern.option : "--" + pattern.option;
-        if (std::ranges::find(options, option) == options.end()) {
-            options.push_back(option);
+        if (std::ranges::find(options, pattern.option) == options.end()) {
+            options.push_back(pattern.option);
         }
     }
     return {"without the items asked for", "without " + joined(options, "and")};

@@ -79,6 +79,11 @@ void AssociationMerge::merge_facts(std::vector<Candidate>& candidates) {
         candidates, [](const auto& one, const auto& other) { return sides(one) == sides(other); },
         [this](FoundRule& first, const FoundRule& other) {
             first.wordings += other.wordings;
+            if (!first.is_known() && other.is_known()) {
+                // Of an itemset whose support is open, the rest of its column may be known.
+                first.at_low = other.at_low;
+                first.at_high = other.at_high;
+            }
             ++accounting_[Step::same_fact];
         });
 }

@@ -33,7 +33,8 @@ struct Candidate {
     const LatticeEntry* of_class;  ///< the class whose items are those of the pair
 };
 
-/// Merges rules that say the same into the first of them, and keeps the best reading of each association.
+/// Merges rules that say the same into the first of them, with counts that are known where one of them has
+/// such counts, and keeps the best reading of each association.
 class AssociationMerge {
 public:
     /// Refers to all but `readings`.

@@ -13,8 +13,8 @@ namespace korv::tools {
 
 /// Finds which claims are outdone: short ones by short ones with ShortClaims, all others with LongClaims.
 ///
-/// A claim is short when its itemsets, but for one that has to be equal, have at most
-/// ItemsetParts::most_items items together.
+/// A claim is short when its itemsets have parts (see ItemsetParts), and not too many pairs of them; one that
+/// has to be equal does not count.
 class OutdoneClaims {
 public:
     /// `is_wanted`: for each itemset of the pool, whether claims have it. Refers to the pool.

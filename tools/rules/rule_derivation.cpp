@@ -58,6 +58,7 @@ public:
         }
         if (is_contradiction(pair, source_.transactions)) {
             contradiction_(pair);
+            return;
         }
         if (came_before(pair)) {
             return;

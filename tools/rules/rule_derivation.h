@@ -41,10 +41,11 @@ using Contradiction = std::function<void(const Pair& pair)>;
 /// Derives the rules of all pairs, chooses, words and merges them. `add` gets those that are left, in no
 /// order; `accounting` what became of the others.
 ///
-/// Memory grows with the itemsets in `pool`, those of the sides of rules that pass the filter, and with what
-/// `add` keeps: rules that say the same, or tell of the same association, come from the same class. (The
-/// union of their sides is met by the same transactions as the class, so the class is the closure of that
-/// union.) Only sides that columns word by other items come from several, and wait until the end.
+/// Memory grows with the itemsets in `pool`, those of the sides of rules that pass the filter but for its
+/// condition, and with what `add` keeps: rules that say the same, or tell of the same association, come from
+/// the same class. (The union of their sides is met by the same transactions as the class, so the class is
+/// the closure of that union.) Only rules with a side within one exhaustive column, which its rest can word,
+/// come from several; they wait until the end.
 void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
                   ItemsetPool& pool, Accounting& accounting, const AddRule& add,
                   const DerivationProgress& progress, const Contradiction& contradiction);

@@ -45,7 +45,7 @@ private:
     std::optional<double> min_lift_;
     Count transactions_;
     std::array<bool, rule_catalogue.size()> has_form_ = {};
-    std::array<bool, 3> has_kind_ = {};
+    std::array<bool, all_certainties.size()> has_kind_ = {};
     std::size_t max_items_;
     std::size_t max_premise_items_;
     std::size_t max_conclusion_items_;

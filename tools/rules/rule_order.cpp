@@ -82,7 +82,7 @@ std::vector<FoundRule> FirstRules::take() {
     std::vector<FoundRule> rules;
     rules.reserve(kept_.size());
     std::ranges::transform(kept_, std::back_inserter(rules), &RuleOrder::Ranked::rule);
-    kept_ = {};
+    std::exchange(kept_, {});  // frees the memory
     return rules;
 }
 

@@ -40,11 +40,15 @@ ColumnFacts column_facts(const RuleInput& input, const RuleRequest& request) {
                           : ColumnFacts(input.names, input.classes, input.transactions);
 }
 
-/// All items of the classes, ascending.
-Itemset items_of(const ClassMap& classes) {
+/// All items that sides can name, ascending: those of the classes, and of columns, by whose rest a side may
+/// be worded.
+Itemset items_of(const RuleInput& input) {
     std::unordered_set<Item> occurring;
-    for (const auto& [itemset, of_class] : classes) {
+    for (const auto& [itemset, of_class] : input.classes) {
         occurring.insert(itemset.begin(), itemset.end());
+    }
+    for (const ItemNames::Column& column : input.names.columns()) {
+        occurring.insert(column.items.begin(), column.items.end());
     }
     Itemset items(occurring.begin(), occurring.end());
     std::ranges::sort(items);
@@ -143,7 +147,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 }  // namespace
 
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
-    const Itemset items = request.patterns.empty() ? Itemset() : items_of(input.classes);
+    const Itemset items = request.patterns.empty() ? Itemset() : items_of(input);
     return {request, minimum_support(input, request), input.transactions,
             ItemChoice(request.patterns, items, input.names),
             request.where.empty() ? Where() : parse_where(request.where)};
@@ -172,7 +176,7 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
         prune(compared, result.itemsets, input.transactions, request, result.accounting);
         left = compared.size();
         std::ranges::for_each(compared, [&first](const FoundRule& rule) { first.add(rule); });
-        compared = {};
+        std::exchange(compared, {});  // frees the memory
     }
     progress.begin(SearchPhase::sorting);
     result.rules = first.take();

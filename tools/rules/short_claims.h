@@ -12,9 +12,8 @@ namespace korv::tools {
 /// Finds which of many short claims are outdone by another one of them, by looking up the parts of their
 /// itemsets.
 ///
-/// - Where both itemsets must be contained, each claim looks for those that it outdoes: the pairs of a part
-/// of
-///   its first itemset and a part of its second.
+/// - Where both itemsets must be contained, each claim looks for those that it outdoes, by pairs of parts of
+///   its two itemsets.
 /// - Where both must lie within, each claim looks for one that outdoes it: the same pairs.
 /// - Where the first must be contained and the second lie within, they meet half way: each claim leaves its
 ///   `low` at every pair of a part of its first itemset and its whole second one, and asks at every pair of

@@ -33,7 +33,7 @@ std::string how_often(const MeasureBounds& confidence) {
     return "then in " + range_text(percent_text(confidence.low), percent_text(confidence.high)) + " of cases";
 }
 
-/// "344 of 470"; "all 470" where there is no exception.
+/// "344 of 470"; "in all 470 cases" where there is no exception.
 std::string cases(const FoundRule& rule) {
     const CountRange both = range_of(rule, &Contingency::both);
     const CountRange premise = range_of(rule, &Contingency::premise);

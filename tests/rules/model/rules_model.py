@@ -593,13 +593,16 @@ class Steps:
     # One of several.
 
     def merged(self, rules: List[Rule]) -> List[Rule]:
-        """One rule for each fact, the first."""
+        """One rule for each fact: the first, with counts that are known where one of its wordings has such counts."""
         first: Dict[Tuple[Side, Side], Rule] = {}
         for rule in rules:
-            if (rule.premise, rule.conclusion) in first:
-                first[rule.premise, rule.conclusion].wordings += 1
-            else:
-                first[rule.premise, rule.conclusion] = rule
+            one = first.setdefault((rule.premise, rule.conclusion), rule)
+            if one is rule:
+                continue
+            one.wordings += 1
+            if len(one.tables) > 1 and len(rule.tables) == 1:
+                one.tables = rule.tables
+                one.measured = {}
         self.left_out["same_fact"] = len(rules) - len(first)
         return list(first.values())
 
