@@ -319,5 +319,69 @@ TEST(RuleInputOfExamples, TitanicClassesAreThoseOfItsTransactions) {
               "");
 }
 
+TEST_F(RuleInputTest, WhatDoesNotGoWithTheInputIsWrongUsage) {
+    const std::string classes = file("a.classes", "1\t4\t 1,\n");
+    EXPECT_THROW(read(request_for(classes)), UsageError);
+    InputRequest reading = classes_of(classes, 9);
+    reading.mining.max_size = 3;
+    EXPECT_THROW(read(reading), UsageError);
+    EXPECT_THROW(read(classes_of(file("a.dat", "1 2\n1 2\n"), 9)), UsageError);
+    InputRequest support = request_for(file("b.dat", "1 2\n1 2\n"));
+    support.mining.min_supports = {{3, false}};
+    EXPECT_THROW(read(support), UsageError);
+}
+
+TEST_F(RuleInputTest, FileOfTransactionsBesideAClassFileIsProposed) {
+    const std::string classes = file("a.classes", "1\t4\t 1,\n");
+    const std::string transactions = file("a.csv", "bread,butter\n");
+    EXPECT_TRUE(complaint(request_for(classes)).ends_with("FILE, such as --database " + transactions));
+}
+
+TEST_F(RuleInputTest, NoItemThatIsFrequentEnoughIsNotedAndNoFault) {
+    InputRequest request = request_for(file("a.dat", "1 2\n1\n3\n"));
+    request.mining.min_supports = {{3, false}};
+    const RuleInput input = read(request);
+    EXPECT_TRUE(input.classes.empty());
+    EXPECT_EQ(input.transactions, 3U);
+    EXPECT_TRUE(
+        has_note(input, "--min-support: no item is in 3 transactions; the most frequent one is in 2"));
+}
+
+TEST_F(RuleInputTest, ItemsOfTheDatabaseAreKnownByTheNamesBesideTheClassFile) {
+    // In the baskets, bread would be 1 and butter 2.
+    InputRequest request = request_for(file("a.classes", "1\t2\t 1,\n2\t1\t 2,\n1 2\t2\t 1 2,\n"));
+    file("a.names", "1\tbutter\n2\tbread\n");
+    request.database = file("a.csv", "bread,butter\nbutter\nsalt\n");
+    request.reading.format = Format::basket;
+
+    const RuleInput input = read(request);
+
+    EXPECT_EQ(input.names.name(1), "butter");
+    ASSERT_EQ(input.database->items.size(), 3U);
+    EXPECT_EQ(input.database->items[0].item, 1U);
+    EXPECT_EQ(input.database->items[0].transactions, (std::vector<Transaction>{0, 1}));
+    EXPECT_EQ(input.database->items[2].item, 3U);  // salt
+}
+
+TEST_F(RuleInputTest, PathOfTheNamesIsTold) {
+    const std::string path = file("a.classes", "1\t4\t 1,\n");
+    EXPECT_EQ(read(classes_of(path, 9)).names_path, "");
+    const std::string names = file("a.names", "1\tbread\n");
+    EXPECT_EQ(read(classes_of(path, 9)).names_path, names);
+}
+
+TEST_F(RuleInputTest, StandardInputIsTakenOnce) {
+    InputRequest request = classes_of("-", 9);
+    request.names = "-";
+    EXPECT_EQ(complaint(request),
+              "-: found as the input and the names file (--names); expected standard input at most once");
+    request = request_for("a.classes");
+    request.database = request.names = "-";
+    EXPECT_EQ(
+        complaint(request),
+        "-: found as the database (--database) and the names file (--names); expected standard input at "
+        "most once");
+}
+
 }  // namespace
 }  // namespace korv::tools

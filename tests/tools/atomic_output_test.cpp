@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
@@ -110,6 +111,16 @@ TEST_F(AtomicOutputFile, OnAFullDiskIsReported) {
     output.write("text");
     EXPECT_EQ(complaint_of([&] { output.commit(); }),
               "/dev/full: cannot be written: No space left on device");
+}
+
+TEST_F(AtomicOutputFile, SaysThatNobodyReadsIt) {
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    test::Channel channel = test::make_pipe();
+    channel.read.close();
+    AtomicOutput output("/dev/fd/" + std::to_string(channel.write.number()));
+    output.write("text");
+    EXPECT_THROW(output.commit(), BrokenPipe);
+    std::signal(SIGPIPE, before);
 }
 
 TEST_F(AtomicOutputFile, IsWrittenAsItComesWhereItIsAPipe) {

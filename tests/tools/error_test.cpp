@@ -81,5 +81,10 @@ TEST(WithinMemory, SaysWhenTheMemoryWasExhausted) {
               "out of memory after 12 classes");
 }
 
+TEST(WithinMemory, ThrowsAnErrorOfItsOwn) {
+    EXPECT_THROW(within_memory([] { throw std::bad_alloc(); }, [] { return std::string("while idle"); }),
+                 OutOfMemory);
+}
+
 }  // namespace
 }  // namespace korv::tools

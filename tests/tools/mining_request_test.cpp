@@ -65,5 +65,22 @@ TEST(MiningOptions, WantALimitOfTheSizeWhereItemsNeedNotMeetOften) {
     EXPECT_EQ(complaint(10, std::nullopt), "");
 }
 
+TEST(RequireClasses, SaysWhyThereAreNone) {
+    Database database;
+    database.items = {{1, {0, 1}}, {2, {1}}};
+    database.lines = database.transactions = 4;
+    MiningOptions options;
+    options.min_support = 3;
+    const MiningResult mined = mine(database, options);
+    EXPECT_THROW(require_classes(mined.classes, database, options), NoClasses);
+    EXPECT_EQ(complaint_of([&] { require_classes(mined.classes, database, options); }),
+              "--min-support: no item is in 3 transactions; the most frequent one is in 2");
+}
+
+TEST(MiningOptions, OutOfRangeAreWrongUsage) {
+    MiningRequest request;
+    EXPECT_THROW(mining_options(request, {5, false}, 4), UsageError);
+}
+
 }  // namespace
 }  // namespace korv::tools

@@ -218,7 +218,12 @@ void AtomicOutput::wait_until_writable() const {
 }
 
 void AtomicOutput::fail(const std::string& what) const {
-    throw Error(name_ + ": " + what + ": " + std::strerror(errno));
+    const int error = errno;
+    const std::string message = name_ + ": " + what + ": " + std::strerror(error);
+    if (error == EPIPE) {
+        throw BrokenPipe(message);
+    }
+    throw Error(message);
 }
 
 }  // namespace korv::tools

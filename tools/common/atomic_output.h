@@ -26,7 +26,8 @@ public:
     AtomicOutput(const AtomicOutput&) = delete;
     AtomicOutput& operator=(const AtomicOutput&) = delete;
 
-    /// Appends text. Throws Error when it cannot be written, for example because the disk is full.
+    /// Appends text. Throws Error when it cannot be written, for example because the disk is full; BrokenPipe
+    /// where nobody reads it any more and SIGPIPE is ignored.
     void write(std::string_view text);
 
     /// Brings everything that was written to the disk, under the temporary name. Throws Error when that

@@ -25,6 +25,25 @@ public:
     explicit FormError(const Error& error) : Error(error) {}
 };
 
+/// An error of the command line that only the input shows, such as an option that does not go with its
+/// format.
+class UsageError : public Error {
+public:
+    explicit UsageError(const std::string& message) : Error(message) {}
+};
+
+/// Says that the memory did not suffice.
+class OutOfMemory : public Error {
+public:
+    explicit OutOfMemory(const std::string& message) : Error(message) {}
+};
+
+/// Says that nobody reads what is written any more.
+class BrokenPipe : public Error {
+public:
+    explicit BrokenPipe(const std::string& message) : Error(message) {}
+};
+
 /// A place in a text file, for messages.
 struct Place {
     std::size_t line;    ///< from 1
@@ -41,14 +60,14 @@ Place place_of(std::string_view text, std::size_t position);
 /// after the last character that ends within its first 40 bytes.
 std::string shown(std::string_view text);
 
-/// Returns what `work` returns. When the memory is exhausted meanwhile, throws Error: "out of memory", and
-/// when that was, such as "while reading a.dat", for which `when` is asked only then.
+/// Returns what `work` returns. When the memory is exhausted meanwhile, throws OutOfMemory: "out of memory",
+/// and when that was, such as "while reading a.dat", for which `when` is asked only then.
 template <typename Work, typename When>
 auto within_memory(const Work& work, const When& when) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
-        throw Error("out of memory " + when());
+        throw OutOfMemory("out of memory " + when());
     }
 }
 

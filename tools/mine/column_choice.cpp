@@ -29,7 +29,7 @@ std::vector<std::string> names_to_list(std::string_view word, const std::vector<
     const std::string expected = header.size() <= most_listed
                                      ? "one of " + file + ": " + names
                                      : "one of the " + number + " of " + file + ", such as " + names;
-    throw Error(option + ": found the column " + shown(word) + "; expected " + expected);
+    throw UsageError(option + ": found the column " + shown(word) + "; expected " + expected);
 }
 
 /// Which columns a pattern of the list matches.
@@ -59,8 +59,9 @@ void require_chosen(const std::string& option, const std::string& column,
         fail_for_unknown(option, column, header, file);
     }
     if (!is_chosen[static_cast<std::size_t>(position - header.begin())]) {
-        throw Error(option + ": found the column " + shown(column) +
-                    ", which --columns, --ignore or --weight leaves out; expected a column that is read");
+        throw UsageError(
+            option + ": found the column " + shown(column) +
+            ", which --columns, --ignore or --weight leaves out; expected a column that is read");
     }
 }
 
@@ -119,8 +120,8 @@ std::vector<std::size_t> chosen_columns(const std::vector<std::string>& header, 
         require_chosen("--split", rule.column, header, is_chosen, file);
     }
     if (chosen.empty()) {
-        throw Error(file +
-                    ": found no column that --columns, --ignore and --weight leave; expected one at least");
+        throw UsageError(
+            file + ": found no column that --columns, --ignore and --weight leave; expected one at least");
     }
     return chosen;
 }

@@ -18,10 +18,11 @@ MiningOptions mining_options(const MiningRequest& request, const Threshold& min_
         options.min_own = in_transactions(*request.min_own, "--min-own", 1, transactions);
     }
     if (options.min_joint.value_or(options.min_support) < options.min_support && !request.max_size) {
-        throw Error("--min-joint: found " + std::to_string(*options.min_joint) +
-                    ", which is less than --min-support " + std::to_string(options.min_support) +
-                    "; expected --max-size, too, since itemsets whose items hardly meet are too many to be "
-                    "listed without it: --max-size 2 finds pairs, 3 triples as well");
+        throw UsageError(
+            "--min-joint: found " + std::to_string(*options.min_joint) +
+            ", which is less than --min-support " + std::to_string(options.min_support) +
+            "; expected --max-size, too, since itemsets whose items hardly meet are too many to be "
+            "listed without it: --max-size 2 finds pairs, 3 triples as well");
     }
     options.max_size = request.max_size.value_or(options.max_size);
     options.max_classes = request.max_classes.value_or(options.max_classes);
@@ -38,9 +39,9 @@ void require_classes(const MinedClasses& classes, const Database& database, cons
         most = std::max(most, support_of(column, database));
     }
     const bool is_rare = most < options.min_support;
-    throw Error((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)
-                         : "--min-own: no item is in " + std::to_string(options.min_own)) +
-                " transactions; the most frequent one is in " + std::to_string(most));
+    throw NoClasses((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)
+                             : "--min-own: no item is in " + std::to_string(options.min_own)) +
+                    " transactions; the most frequent one is in " + std::to_string(most));
 }
 
 }  // namespace korv::tools

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "common/error.h"
 #include "mine/database.h"
 #include "mine/mined_classes.h"
 #include "mine/miner.h"
@@ -23,12 +25,18 @@ struct MiningRequest {
     std::optional<double> max_seconds = std::nullopt;  ///< since the program began
 };
 
+/// Says that there are no classes, and why.
+class NoClasses : public Error {
+public:
+    explicit NoClasses(const std::string& message) : Error(message) {}
+};
+
 /// The same for one of the minimum supports, in a database of so many transactions. Throws Error for a
 /// threshold that is below 1 (below 0 for min_joint) or above `transactions`, and when min_joint is below the
 /// minimum support but max_size is not given.
 MiningOptions mining_options(const MiningRequest& request, const Threshold& min_support, Count transactions);
 
-/// Throws Error when there are no classes, since there is nothing to derive rules from.
+/// Throws NoClasses when there are none, since there is nothing to derive rules from.
 void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options);
 
 }  // namespace korv::tools

@@ -18,8 +18,9 @@ std::string progress_line(const MiningProgress& progress, double seconds, std::s
 /// Tells somebody who waits how far the mining is, see ProgressLine.
 class ProgressDisplay {
 public:
-    /// `out` must outlive the display.
-    ProgressDisplay(std::ostream& out, bool is_terminal) : line_(out, is_terminal, "korv-mine") {}
+    /// `out` must outlive the display. `program`: see ProgressLine.
+    ProgressDisplay(std::ostream& out, bool is_terminal, const std::string& program = "korv-mine")
+        : line_(out, is_terminal, program) {}
 
     /// Shows the progress, `seconds` after the beginning, unless it was shown a moment ago.
     void show(const MiningProgress& progress, double seconds);

@@ -61,9 +61,9 @@ std::string joined(const std::vector<Format>& formats, Words words) {
 /// Throws Error where options do not go with the format that was given.
 void require_options_for(Format format, const ReadingOptions& options) {
     if (const auto misplaced = misplaced_option(format, options)) {
-        throw Error(misplaced->option + ": goes with --format " + joined(misplaced->formats, word_for) +
-                    " only" + (misplaced->instead.empty() ? "" : ", and " + misplaced->instead) +
-                    "; found --format " + word_for(format));
+        throw UsageError(misplaced->option + ": goes with --format " + joined(misplaced->formats, word_for) +
+                         " only" + (misplaced->instead.empty() ? "" : ", and " + misplaced->instead) +
+                         "; found --format " + word_for(format));
     }
 }
 
@@ -71,10 +71,10 @@ void require_options_for(Format format, const ReadingOptions& options) {
 void require_options_for(const FormatGuess& guess, const TextInput& input, const ReadingOptions& options) {
     if (const auto misplaced = misplaced_option(*guess.format, options)) {
         const std::string& option = misplaced->option;
-        throw Error(input.name + ": found " + noun_for(*guess.format) + ", guessed from " + guess.seen +
-                    "; expected " + joined(misplaced->formats, noun_for) + ", since " + option +
-                    " is given: leave " + option + " out, or say --format " +
-                    joined(misplaced->formats, word_for) + " if that is what it is");
+        throw UsageError(input.name + ": found " + noun_for(*guess.format) + ", guessed from " + guess.seen +
+                         "; expected " + joined(misplaced->formats, noun_for) + ", since " + option +
+                         " is given: leave " + option + " out, or say --format " +
+                         joined(misplaced->formats, word_for) + " if that is what it is");
     }
 }
 
@@ -296,7 +296,7 @@ Count empty_transactions(const Database& database) {
 /// Standard input has an end only once.
 void require_standard_input_once(const std::vector<std::string>& paths) {
     if (std::ranges::count(paths, "-") > 1) {
-        throw Error("-: found twice among the inputs; expected standard input at most once");
+        throw UsageError("-: found twice among the inputs; expected standard input at most once");
     }
 }
 

@@ -45,9 +45,9 @@ Count in_transactions(const Threshold& threshold, const std::string& option, Cou
     const double tolerance = 1e-9 + exact * 4 * std::numeric_limits<double>::epsilon();
     const double count = threshold.is_percentage ? std::ceil(exact - tolerance) : threshold.value;
     if (count < least || count > transactions) {
-        throw Error(option + ": found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
-                    " transactions; expected at least " + std::to_string(least) + " and at most " +
-                    std::to_string(transactions) + ", the number of transactions in the input");
+        throw UsageError(option + ": found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
+                         " transactions; expected at least " + std::to_string(least) + " and at most " +
+                         std::to_string(transactions) + ", the number of transactions in the input");
     }
     return static_cast<Count>(count);
 }

@@ -24,7 +24,7 @@ struct BoundedMining {
 
 /// The classes of a database, no more than options.max_classes. Where there are more, the largest size of
 /// essential itemsets is the largest one, at least 2, of which there are not. Throws Error where there are
-/// more even then; it names a minimum support that would do. Throws Error where there are no classes, and
+/// more even then; it names a minimum support that would do. Throws NoClasses where there are none, and
 /// MiningStopped when `go_on` returns false.
 ///
 /// Mines again, from size 2 upwards, where the classes are too many.

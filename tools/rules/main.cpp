@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -13,7 +14,10 @@
 #include "common/error.h"
 #include "common/quantity.h"
 #include "common/standard_streams.h"
+#include "mine/mining_watch.h"
+#include "mine/progress.h"
 #include "rules/accounting.h"
+#include "rules/bounded_mining.h"
 #include "rules/recount.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
@@ -43,22 +47,31 @@ struct Failure {
     std::string message;
 };
 
-/// Returns what `work` returns. An Error that it throws ends the program with `status`.
+/// Returns what `work` returns. An Error that it throws ends the program: with `status`, unless it has one of
+/// its own.
 template <typename Work>
 auto or_end_with(Status status, const Work& work) {
     try {
         return work();
+    } catch (const UsageError& error) {
+        throw Failure{Status::wrong_usage, error.what()};
+    } catch (const OutOfMemory& error) {
+        throw Failure{Status::failed, error.what()};
+    } catch (const BrokenPipe&) {
+        throw;
     } catch (const Error& error) {
         throw Failure{status, error.what()};
     }
 }
 
+constexpr const char* program = "korv-rules";
+
 void say(const std::string& message) {
-    std::cerr << "korv-rules: " << message << '\n';
+    std::cerr << program << ": " << message << '\n';
 }
 
-/// Throws Error when the output would replace an input.
-void require_distinct_files(const RuleArguments& arguments) {
+/// Throws Error when the output would replace an input. `names`: the path of a names file, empty for none.
+void require_distinct_files(const RuleArguments& arguments, const std::string& names) {
     std::vector<NamedFile> inputs;
     for (const std::string& path : arguments.input.paths) {
         inputs.push_back({path, "the input"});
@@ -66,8 +79,8 @@ void require_distinct_files(const RuleArguments& arguments) {
     if (!arguments.input.database.empty()) {
         inputs.push_back({arguments.input.database, "the database (--database)"});
     }
-    if (!arguments.input.names.empty()) {
-        inputs.push_back({arguments.input.names, "the names file (--names)"});
+    if (!names.empty()) {
+        inputs.push_back({names, "the names file"});
     }
     require_distinct(inputs, {{arguments.output, "the output (-o)"}});
 }
@@ -127,12 +140,30 @@ private:
     std::optional<StatisticsDisplay> display_;
 };
 
-RuleInput read(const RuleArguments& arguments, Watch& watch) {
+/// Why mining ended before it had all classes, and what helps.
+std::string why_it_stopped(const MiningProgress& progress, double max_seconds) {
+    return "stopped after " + seconds_text(max_seconds) + " (--max-seconds), with " +
+           with_commas(progress.classes) + " classes when " + std::to_string(progress.roots_done) + " of " +
+           std::to_string(progress.roots) +
+           " root items were done; a higher --min-support or a lower --max-size brings fewer, a higher "
+           "--max-seconds lets it go on";
+}
+
+RuleInput read(const RuleArguments& arguments, MiningWatch::Clock::time_point start) {
+    std::optional<ProgressDisplay> display;
+    if (!arguments.quiet) {
+        display.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0, program);
+    }
+    MiningWatch watch(start, arguments.input.mining.max_seconds, display ? &*display : nullptr);
     return or_end_with(Status::wrong_input, [&] {
-        return read_input(arguments.input, [&watch](const MiningProgress&) {
-            watch.begin(Phase::mining);
-            return true;
-        });
+        try {
+            return read_input(arguments.input, [&watch](const MiningProgress& progress) {
+                statistics().phase = Phase::mining;
+                return watch.go_on(progress);
+            });
+        } catch (const MiningStopped&) {
+            throw Error(why_it_stopped(watch.progress(), *arguments.input.mining.max_seconds));
+        }
     });
 }
 
@@ -163,19 +194,40 @@ void write_rules(const std::vector<FoundRule>& rules, const RuleBook& book, cons
     writer->finish();
 }
 
+/// The request, without patterns of items where no class has any.
+RuleRequest sensible(RuleRequest request, const RuleInput& input) {
+    if (input.classes.empty()) {
+        request.patterns.clear();
+    }
+    return request;
+}
+
+/// Says, unless it is to be quiet, what was read and what became of every rule.
+void sum_up(const RuleInput& input, const Accounting& accounting, const RuleArguments& arguments) {
+    if (arguments.quiet) {
+        return;
+    }
+    for (const std::string& note : input.notes) {
+        std::cerr << note << '\n';
+    }
+    std::cerr << accounting_text(accounting, arguments.rules);
+}
+
 Status run(const RuleArguments& arguments) {
-    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments); });
+    const auto start = MiningWatch::Clock::now();
     // The output is opened before the work begins, so that a wrong path is found early.
     auto output =
         or_end_with(Status::failed, [&] { return std::make_unique<AtomicOutput>(arguments.output); });
-    Watch watch(arguments.quiet);
-    RuleInput input = read(arguments, watch);
+    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, arguments.input.names); });
+    const RuleInput input = read(arguments, start);
+    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, input.names_path); });
     if (arguments.verifies && !input.database) {
         throw Failure{Status::wrong_usage,
                       "--verify: needs the transactions; expected them as the input, or --database FILE"};
     }
-    const RuleFilter filter =
-        or_end_with(Status::wrong_usage, [&] { return rule_filter(input, arguments.rules); });
+    const RuleFilter filter = or_end_with(
+        Status::wrong_usage, [&] { return rule_filter(input, sensible(arguments.rules, input)); });
+    Watch watch(arguments.quiet);
     KorvOutput korv;
     const SearchResult found = or_end_with(Status::wrong_input, [&] {
         return search_rules(input, arguments.rules, filter,
@@ -192,6 +244,7 @@ Status run(const RuleArguments& arguments) {
         if (arguments.verifies) {
             verify(found.rules, book, input);
         }
+        watch.end();
         if (arguments.is_count) {
             output->write(rule_counts_report(found, korv, book, arguments.style));
         } else {
@@ -199,20 +252,36 @@ Status run(const RuleArguments& arguments) {
         }
         output->commit();
     });
-    watch.end();
-    if (!arguments.quiet) {
-        for (const std::string& note : input.notes) {
-            std::cerr << note << '\n';
-        }
-        std::cerr << accounting_text(found.accounting, arguments.rules);
-    }
+    sum_up(input, found.accounting, arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
+}
+
+/// What the program does when the memory does not suffice.
+std::string doing() {
+    switch (statistics().phase) {
+        case Phase::reading:
+            return "reading the input";
+        case Phase::mining:
+            return "mining";
+        case Phase::lattice:
+        case Phase::indexing:
+            return "building the lattice of the classes";
+        case Phase::deriving:
+            return "deriving rules";
+        case Phase::pruning:
+            return "comparing and sorting rules";
+        case Phase::writing:
+            break;
+    }
+    return "writing the rules";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     open_standard_streams();
+    // A reader who has had enough, as head, is told apart from other faults by the error of writing.
+    std::signal(SIGPIPE, SIG_IGN);
     print_statistics_on_signals({});
     Status status = Status::failed;
     try {
@@ -221,7 +290,9 @@ int main(int argc, char** argv) {
         status = failure.status;
         say(failure.message);
     } catch (const std::bad_alloc&) {
-        say("out of memory");
+        say("out of memory while " + doing());
+    } catch (const BrokenPipe&) {
+        status = Status::done;  // the reader has had enough
     } catch (const std::exception& error) {
         say(error.what());
     }

@@ -165,6 +165,7 @@ CLI::Option* add_limit(CLI::App& app, const std::string& name, std::string& word
 void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("INPUT", arguments.input.paths,
                    "A class file, or transactions in one file or several; - for standard input")
+        ->check(argument_check(is_path, "the name of a file"))
         ->required();
     app.add_option("-n,--database-size", words.transactions,
                    "Number of transactions that the classes of a class file were mined from")
@@ -343,17 +344,21 @@ RuleRequest rule_request(const CLI::App& app, const Words& words, std::string wh
 
 /// Fills in what depends on where the rules go.
 void complete_output(const CLI::App& app, const Words& words, RuleArguments& arguments) {
-    const bool is_terminal = arguments.output == "-" && ::isatty(STDOUT_FILENO) != 0;
+    if (arguments.is_count) {
+        arguments.output = "-";  // what -o names is not to be written
+    }
+    // What is counted are the bytes of files.
+    const bool is_terminal = !arguments.is_count && arguments.output == "-" && ::isatty(STDOUT_FILENO) != 0;
     if (!words.format.empty()) {
         arguments.format = *value_of_word(rule_formats, words.format);
-    } else if (arguments.output != "-" && !arguments.is_count) {
+    } else if (arguments.output != "-") {
         arguments.format = format_of_path(arguments.output);
     } else {
         arguments.format = is_terminal ? RuleFormat::table : RuleFormat::words;
     }
-    const bool is_short = is_terminal && !arguments.is_count;
-    arguments.rules.top =
-        app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top) : (is_short ? top_on_terminal : 0);
+    arguments.rules.top = app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top)
+                          : is_terminal          ? top_on_terminal
+                                                 : 0;
     winsize size = {};
     if (is_terminal && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         arguments.style.width = size.ws_col;
@@ -416,7 +421,7 @@ std::vector<Form> parse_forms(const std::string& text) {
 std::vector<Certainty> parse_kinds(const std::string& text) {
     std::vector<Certainty> kinds;
     for (const std::string& word : words_of_list("--kinds", text)) {
-        const auto found =
+        const auto* const found =
             std::ranges::find(all_certainties, word, [](Certainty kind) { return name_of(kind); });
         if (found == all_certainties.end()) {
             throw Error("--kinds: found " + shown(word) + "; expected exact, approximative or bounded");

@@ -17,8 +17,8 @@ struct RuleArguments {
     std::vector<Measure> measures;  ///< besides those that are always told
     RuleFormat format = RuleFormat::words;
     TerminalStyle style;
-    std::string output = "-";  ///< path, or "-" for standard output
-    bool is_count = false;     ///< whether rules and bytes are counted, and no rule is written
+    std::string output = "-";  ///< path, or "-" for standard output, always where is_count
+    bool is_count = false;     ///< whether rules and bytes of files are counted, and no rule is written
     bool verifies = false;     ///< whether each rule that is written is counted again
     bool quiet = false;
 };

@@ -12,11 +12,13 @@
 #include "common/error.h"
 #include "common/lines.h"
 #include "common/quantity.h"
+#include "common/shell_word.h"
 #include "common/text_input.h"
 #include "mine/arguments.h"
 #include "mine/summary.h"
 #include "rules/bounded_mining.h"
 #include "rules/names_file.h"
+#include "rules/numbered_by_names.h"
 #include "rules/support_counter.h"
 
 namespace korv::tools {
@@ -55,27 +57,34 @@ std::string names_beside(const std::string& class_file) {
     return names != class_file && std::filesystem::exists(names, failed) ? names : "";
 }
 
-/// Reads the names: from the file that was asked for, the database, or the file beside a class file.
-ItemNames read_item_names(const InputRequest& request, const Database* database,
-                          std::vector<std::string>& notes, const std::string& class_file) {
-    if (request.names.empty() && database != nullptr && !database->names.empty()) {
-        return ItemNames(names_of(*database));
-    }
-    const std::string path =
-        request.names.empty() && !class_file.empty() ? names_beside(class_file) : request.names;
-    if (path.empty()) {
-        return {};
-    }
-    notes.push_back(note("names", path));
-    return ItemNames(read_names(read_text(path)));
-}
-
 std::string names_of_paths(const std::vector<std::string>& paths) {
     std::string names;
     for (const std::string& path : paths) {
         names += (names.empty() ? "" : ", ") + (path == "-" ? "standard input" : path);
     }
     return names;
+}
+
+/// Reads the names from the file that was asked for, or else the one beside a class file, where there is one.
+void read_item_names(const InputRequest& request, const std::string& class_file, RuleInput& input) {
+    input.names_path =
+        request.names.empty() && !class_file.empty() ? names_beside(class_file) : request.names;
+    if (!input.names_path.empty()) {
+        input.notes.push_back(note("names", names_of_paths({input.names_path})));
+        input.names = ItemNames(read_names(read_text(input.names_path)));
+    }
+}
+
+/// A file beside a class file that may hold its transactions; empty where there is none.
+std::string transactions_beside(const std::string& class_file) {
+    for (const char* const extension : {".csv", ".tsv", ".dat", ".txt"}) {
+        const std::string path = std::filesystem::path(class_file).replace_extension(extension).string();
+        std::error_code failed;
+        if (path != class_file && std::filesystem::is_regular_file(path, failed)) {
+            return path;
+        }
+    }
+    return "";
 }
 
 /// The first option that is given for transactions; empty where there is none.
@@ -139,33 +148,36 @@ void require_supports(const ClassFile& file, const Database& database, const std
 
 void check_class_request(const InputRequest& request, const std::string& name) {
     if (request.paths.size() > 1) {
-        throw Error(request.paths[1] + ": found a second input behind the class file " + name +
-                    "; expected one class file, or files of transactions alone");
+        throw UsageError(request.paths[1] + ": found a second input behind the class file " + name +
+                         "; expected one class file, or files of transactions alone");
     }
     const std::string option = option_for_transactions(request);
     if (!option.empty()) {
-        throw Error(option + ": goes with transactions only; " + name + " is a class file");
+        throw UsageError(option + ": goes with transactions only; " + name + " is a class file");
     }
     if (request.database.empty() && !request.transactions) {
-        throw Error(name +
-                    ": found a class file, which does not say how many transactions there are; expected "
-                    "--database-size N (-n N), or --database FILE");
+        const std::string beside = transactions_beside(request.paths.front());
+        throw UsageError(name +
+                         ": found a class file, which does not say how many transactions there are; expected "
+                         "--database-size N (-n N), or --database FILE" +
+                         (beside.empty() ? "" : ", such as --database " + shell_word(beside)));
     }
 }
 
 /// Reads the transactions of a class file, and counts all of its supports.
 void read_its_database(const InputRequest& request, const ClassFile& file, RuleInput& input) {
-    if (request.database == "-" && request.paths.front() == "-") {
-        throw Error("-: found as the class file and the database; expected standard input at most once");
-    }
     ReadingReport report;
     input.database = read_database({request.database}, request.reading, report);
+    number_by_names(input.names.all(), *input.database);
+    if (input.names_path.empty()) {
+        input.names = ItemNames(names_of(*input.database));
+    }
     const std::string name = names_of_paths({request.database});
     require_supports(file, *input.database, name);
     input.transactions = input.database->transactions;
     if (request.transactions && *request.transactions != input.transactions) {
-        throw Error("--database-size: found " + std::to_string(*request.transactions) + "; expected " +
-                    std::to_string(input.transactions) + " as in " + name + ", or no such option");
+        throw UsageError("--database-size: found " + std::to_string(*request.transactions) + "; expected " +
+                         std::to_string(input.transactions) + " as in " + name + ", or no such option");
     }
     input.notes.push_back(note("database", name + ", which has all supports of the classes"));
     add_lines(summary_of_input(*input.database, report), input.notes);
@@ -178,15 +190,13 @@ RuleInput read_class_input(TextInput text, const InputRequest& request) {
     const std::string how = request.is_class_file ? "" : " (seen from its first lines)";
     input.notes.push_back(note("class file", file.name + how));
     input.notes.push_back(note("classes", std::to_string(file.classes.size())));
+    read_item_names(request, request.paths.front() == "-" ? "" : request.paths.front(), input);
     if (request.database.empty()) {
         input.transactions = *request.transactions;
         input.notes.push_back(note("transactions", std::to_string(input.transactions)));
     } else {
         read_its_database(request, file, input);
     }
-    const bool is_named = request.paths.front() != "-";
-    input.names = read_item_names(request, input.database ? &*input.database : nullptr, input.notes,
-                                  is_named ? request.paths.front() : "");
     input.path = file.name;
     input.classes = std::move(file.classes);
     input.lines = std::move(file.lines);
@@ -198,9 +208,10 @@ void check_transactions_request(const InputRequest& request, const std::string& 
                                : !request.database.empty() ? "--database"
                                                            : nullptr;
     if (option != nullptr) {
-        throw Error(std::string(option) + ": goes with a class file only; " + name +
-                    " holds transactions, as far as its first lines tell (--format classes says that it is "
-                    "a class file)");
+        throw UsageError(
+            std::string(option) + ": goes with a class file only; " + name +
+            " holds transactions, as far as its first lines tell (--format classes says that it is "
+            "a class file)");
     }
 }
 
@@ -235,6 +246,18 @@ void add_notes_on(const BoundedMining& mined, std::vector<std::string>& notes) {
     }
 }
 
+/// Mines the classes of transactions.
+void mine_input(const InputRequest& request, const MiningGoOn& go_on, RuleInput& input) {
+    try {
+        const BoundedMining mined =
+            mine_bounded(*input.database, options_of(request, input.transactions), go_on);
+        add_notes_on(mined, input.notes);
+        input.classes = class_map(mined.classes);
+    } catch (const NoClasses& error) {
+        input.notes.emplace_back(error.what());  // and so no rule, which is no fault of the input
+    }
+}
+
 RuleInput read_transactions(TextInput text, const InputRequest& request, const MiningGoOn& go_on) {
     check_transactions_request(request, text.name);
     RuleInput input;
@@ -242,11 +265,31 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
     input.database = read_database(std::move(text), request.paths, with_default_bins(request), report);
     input.transactions = input.database->transactions;
     add_lines(summary_of_input(*input.database, report), input.notes);
-    input.names = read_item_names(request, &*input.database, input.notes, "");
-    const BoundedMining mined = mine_bounded(*input.database, options_of(request, input.transactions), go_on);
-    add_notes_on(mined, input.notes);
-    input.classes = class_map(mined.classes);
+    input.names = ItemNames(names_of(*input.database));
+    read_item_names(request, "", input);
+    within_memory([&] { mine_input(request, go_on, input); },
+                  [&] { return "while mining " + names_of_paths(request.paths); });
     return input;
+}
+
+/// Standard input has an end only once.
+void require_standard_input_once(const InputRequest& request) {
+    const bool is_input = std::ranges::find(request.paths, "-") != request.paths.end();
+    const std::array<std::pair<bool, const char*>, 3> uses = {{
+        {is_input, "the input"},
+        {request.database == "-", "the database (--database)"},
+        {request.names == "-", "the names file (--names)"},
+    }};
+    std::string found;
+    std::size_t number = 0;
+    for (const auto& [is_used, use] : uses) {
+        if (is_used) {
+            found += (number++ == 0 ? "" : " and ") + std::string(use);
+        }
+    }
+    if (number > 1) {
+        throw UsageError("-: found as " + found + "; expected standard input at most once");
+    }
 }
 
 /// Whether an input is a class file.
@@ -261,6 +304,7 @@ bool is_class_file(const TextInput& text, const InputRequest& request) {
 }  // namespace
 
 RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on) {
+    require_standard_input_once(request);
     return within_memory(
         [&] {
             TextInput text = read_text(request.paths.front());

@@ -40,7 +40,8 @@ struct RuleInput {
     std::vector<std::string> notes;
     /// The lines of the class file in the order of `classes`, for messages; empty for transactions.
     std::vector<std::uint32_t> lines;
-    std::string path;  ///< of the class file, for messages
+    std::string path;        ///< of the class file, for messages
+    std::string names_path;  ///< of the names file that was read; empty for none
 };
 
 /// Tells how the mining goes. Returns false to end it.
@@ -48,17 +49,19 @@ using MiningGoOn = std::function<bool(const MiningProgress&)>;
 
 /// Reads a class file, or transactions and mines them.
 ///
-/// Of a class file, the items are named as `names` says, else as the database does, else by the file beside
-/// it that has the extension .names, where there is one. With a database, the supports of all classes are
-/// counted. Whether the classes agree with each other is left to require_agreement, which needs indexes that
-/// rules are derived with, too.
+/// Of a class file, the items are named as `names` says, else by the file beside it that has the extension
+/// .names, where there is one, else as the database does. Where a file names them and the database has names,
+/// too, its items are known by their names (see number_by_names). With a database, the supports of all
+/// classes are counted. Whether the classes agree with each other is left to require_agreement, which needs
+/// indexes that rules are derived with, too.
 ///
 /// Of a table, columns of more than 8 distinct numbers are cut into 4 bins unless request.has_bins. Where
 /// there are more classes than allowed, by default 1,000,000, smaller itemsets are mined: see mine_bounded.
+/// Where no item is frequent enough for a class, there are none, and a note says why.
 ///
 /// Throws Error for what is wrong with an input (see class_file.h, reading.h and names_file.h), for a support
-/// that is not that of the database, for options that do not go with the kind of input, and for a class file
-/// without the number of transactions; MiningStopped where `go_on` returned false.
+/// that is not that of the database; UsageError for options that do not go with the input, and for a class
+/// file without the number of transactions; OutOfMemory; MiningStopped where `go_on` returned false.
 RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on);
 
 }  // namespace korv::tools
