@@ -1,5 +1,6 @@
 """What the benchmarks share: building, measuring processes, and tables."""
 
+import json
 import os
 import pathlib
 import re
@@ -29,8 +30,9 @@ def build(*packages):
                    cwd=TOP, check=True, stdout=subprocess.DEVNULL)
 
 
-def measured(command, directory):
-    """Runs a command in a new directory. Returns its usage, its standard output and its standard error."""
+def measured(command, directory, statuses=(0,)):
+    """Runs a command in a new directory. Returns its usage, its standard output and its standard error. It must end
+    with one of the statuses."""
     directory.mkdir()
     os.sync()  # so that it does not wait for what others have written
     texts = []
@@ -43,7 +45,7 @@ def measured(command, directory):
         for stream in (out, err):
             stream.seek(0)
             texts.append(stream.read())
-        if status != 0:
+        if os.waitstatus_to_exitcode(status) not in statuses:
             sys.exit(f"{command[0]}: ended with status {os.waitstatus_to_exitcode(status)}: {texts[1]}")
     (directory / "stdout").unlink()
     (directory / "stderr").unlink()
@@ -60,6 +62,15 @@ def median_of(usages, field):
 
 def median_ratio(pairs, field):
     return statistics.median(getattr(korv, field) / getattr(other, field) for korv, other in pairs)
+
+
+def medians(command):
+    """The median real time and counters of each benchmark of a program, by its name."""
+    text = subprocess.run(
+        [*command, "--benchmark_format=json", "--benchmark_repetitions=3", "--benchmark_min_time=0.1"],
+        check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+    return {each["run_name"]: each for each in json.loads(text)["benchmarks"]
+            if each.get("aggregate_name") == "median"}
 
 
 def table(rows):
