@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,8 +36,8 @@ void prune(benchmark::State& state, const MadeRules& made, PruneRules prune_them
 
 void register_rules(const std::string& name, MadeRules (*make)(std::size_t), std::size_t count,
                     PruneRules prune_them) {
-    constexpr std::pair<const char*, Prune> prunes[] = {
-        {"same", Prune::same}, {"full", Prune::full}, {"productive", Prune::productive}};
+    constexpr std::array prunes = {std::pair("same", Prune::same), std::pair("full", Prune::full),
+                                   std::pair("productive", Prune::productive)};
     for (const auto& [word, what] : prunes) {
         // Made when they are measured, and kept for the next one.
         benchmark::RegisterBenchmark(

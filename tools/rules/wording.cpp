@@ -1,7 +1,7 @@
 #include "rules/wording.h"
 
 #include <algorithm>
-#include <tuple>
+#include <iterator>
 
 #include "base/bit_words.h"
 
@@ -39,13 +39,14 @@ ShortestWording::ShortestWording(const LatticeEntries& entries) {
     });
     keys_.reserve(keys.size());
     for (const auto& [support, key] : keys) {
-        if (supports_.empty() || supports_.back() != support) {
-            supports_.push_back(support);
-            begins_.push_back(keys_.size());
+        const bool begins_group = groups_.empty() || groups_.back().support != support ||
+                                  keys_.back().items->size() != key.items->size();
+        if (begins_group) {
+            groups_.push_back({support, keys_.size()});
         }
         keys_.push_back(key);
     }
-    begins_.push_back(keys_.size());
+    groups_.push_back({0, keys_.size()});
 }
 
 /// A bit for each item modulo 64: an itemset lies within another only if its bits do.
@@ -76,22 +77,48 @@ ItemSpan ShortestWording::of_base(const Itemset& base, NodeRef node, ItemSpan ot
 }
 
 ItemSpan ShortestWording::of_itemset(const Itemset& itemset, Count support) const {
-    const std::uint64_t within = signature_of(itemset);
-    for (const Key& key : keys_of_support(support)) {
-        if ((key.signature & ~within) == 0 && is_contained(*key.items, itemset)) {
-            return *key.items;
+    const std::uint64_t signature = signature_of(itemset);
+    const auto groups = std::span(groups_).first(groups_.size() - 1);
+    for (auto group = std::ranges::lower_bound(groups, support, {}, &Group::support);
+         group != groups.end() && group->support == support; ++group) {
+        const Keys keys = Keys(keys_).subspan(group->begin, std::next(group)->begin - group->begin);
+        if (const Itemset* const found = first_within(keys, itemset, signature, 0)) {
+            return *found;
         }
     }
     return itemset;
 }
 
-std::span<const ShortestWording::Key> ShortestWording::keys_of_support(Count support) const {
-    const auto found = std::ranges::lower_bound(supports_, support);
-    if (found == supports_.end() || *found != support) {
-        return {};
+/// The first of some keys of one size, in lexicographic order, that lies within an itemset of this signature;
+/// nullptr where there is none. The first `depth` items of the keys are the same, and lie before `itemset`.
+const Itemset* ShortestWording::first_within(Keys keys, ItemSpan itemset, std::uint64_t signature,
+                                             std::size_t depth) {
+    constexpr std::size_t few = 16;  // are faster looked at one by one
+    const auto item_of = [depth](const Key& key) { return (*key.items)[depth]; };
+    while (keys.size() > few && depth < keys.front().items->size()) {
+        const Item wanted = item_of(keys.front());
+        itemset = itemset.subspan(
+            static_cast<std::size_t>(std::ranges::lower_bound(itemset, wanted) - itemset.begin()));
+        if (itemset.empty()) {
+            return nullptr;
+        }
+        if (itemset.front() == wanted) {
+            const auto end = std::ranges::upper_bound(keys, wanted, {}, item_of);
+            const Itemset* const found =
+                first_within({keys.begin(), end}, itemset.subspan(1), signature, depth + 1);
+            if (found != nullptr) {
+                return found;
+            }
+            keys = {end, keys.end()};
+        } else {
+            keys = {std::ranges::lower_bound(keys, itemset.front(), {}, item_of), keys.end()};
+        }
     }
-    const auto number = static_cast<std::size_t>(found - supports_.begin());
-    return std::span(keys_).subspan(begins_[number], begins_[number + 1] - begins_[number]);
+    const auto found = std::ranges::find_if(keys, [&](const Key& key) {
+        return (key.signature & ~signature) == 0 &&
+               is_contained(ItemSpan(*key.items).subspan(depth), itemset);
+    });
+    return found == keys.end() ? nullptr : found->items;
 }
 
 }  // namespace korv::tools

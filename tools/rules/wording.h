@@ -24,7 +24,8 @@ public:
     ItemSpan of_base(const Itemset& base, NodeRef node, ItemSpan other);
 
     /// The wording of an itemset of known support: a key within it that has this support; where there is
-    /// none, the itemset itself. Looks through the keys of this support, shortest first.
+    /// none, the itemset itself. Looks through the keys of this support, shortest first, and passes over
+    /// those of which the first items are not all in the itemset.
     ItemSpan of_itemset(const Itemset& itemset, Count support) const;
 
 private:
@@ -32,13 +33,20 @@ private:
         const Itemset* items;
         std::uint64_t signature;  ///< see signature_of
     };
+    using Keys = std::span<const Key>;
+
+    /// Where the keys begin that have one support and one size; those of the next group follow them.
+    struct Group {
+        Count support;
+        std::size_t begin;
+    };
 
     static std::uint64_t signature_of(ItemSpan itemset);
-    std::span<const Key> keys_of_support(Count support) const;
+    static const Itemset* first_within(Keys keys, ItemSpan itemset, std::uint64_t signature,
+                                       std::size_t depth);
 
     std::vector<Key> keys_;                  ///< by support, then size, then lexicographically
-    std::vector<Count> supports_;            ///< those of keys, ascending
-    std::vector<std::size_t> begins_;        ///< where the keys of each of these supports begin, and the end
+    std::vector<Group> groups_;              ///< in the order of the keys, and the end
     const data* last_class_ = nullptr;       ///< of_base was asked for it last
     const Itemset* last_wording_ = nullptr;  ///< the shortest key of that class
 };
