@@ -147,9 +147,8 @@ TEST_F(KorvRulesOfTwoItems, HaveFurtherMeasures) {
 
 TEST_F(KorvRules, NamesTheNearestOfWhatThereIsNot) {
     const Words table = {titanic + "/titanic.csv", "-q"};
-    expect_refused(
-        table + Words{"--then", "survived=ye"}, 2,
-        "--then: found \"survived=ye\"; expected an item, such as \"survived=yes\", \"survived=no\"");
+    expect_refused(table + Words{"--then", "survived=ye"}, 2,
+                   R"(--then: found "survived=ye"; expected an item, such as "survived=yes", "survived=no")");
     expect_refused(
         table + Words{"--if", "sexe=male"}, 2,
         "--if: found \"sexe=male\"; expected a column of the input, such as \"sex\", \"age\", \"class\", "
@@ -279,7 +278,7 @@ TEST_F(KorvRules, WritesNamesOfAllKinds) {
         std::string in_json;
     };
     for (const Case& each : std::vector<Case>{
-             {"\"O\"\"Hara, \"\"x\"\"\"", "\"name=O\"\"Hara, \"\"x\"\"\"", R"(name=O\"Hara, \"x\")"},
+             {R"("O""Hara, ""x""")", R"("name=O""Hara, ""x""")", R"(name=O\"Hara, \"x\")"},
              {"שלום עולם", "name=שלום עולם", "name=שלום עולם"},
              {"🎉👩‍👩‍👧", "name=🎉👩‍👩‍👧", "name=🎉👩‍👩‍👧"},
              {"=1+1", "name==1+1", "name==1+1"},

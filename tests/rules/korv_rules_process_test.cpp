@@ -42,7 +42,7 @@ TEST_F(KorvRules, TakesWhatKorvMineWrites) {
     put("a.dat", two_items);
     put("a.names", "1\tbread\n2\tbutter\n");
     const Outcome outcome =
-        shell("\"$1\" a.dat -s 1 -q -o - | \"$0\" - -n 8 --names a.names -s 1 -c 75% -q -o rules.csv");
+        shell(R"("$1" a.dat -s 1 -q -o - | "$0" - -n 8 --names a.names -s 1 -c 75% -q -o rules.csv)");
     EXPECT_EQ(outcome.ending, exited(0));
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(
@@ -369,7 +369,9 @@ TEST_F(KorvRules, SaysThatTheMemoryIsExhausted) {
         shell(limit + "exec \"$0\" a.dat -s 1 --max-items 0 --max-classes 4000000000 -q -o a.csv");
     EXPECT_EQ(mined.ending, exited(4));
     EXPECT_EQ(mined.err, "korv-rules: out of memory while mining a.dat\n");
-    put("a.dat", std::string(60'000'000, '\n'));
+    std::string empty_lines;
+    empty_lines.resize(60'000'000, '\n');
+    put("a.dat", empty_lines);
     const Outcome read = shell(limit + "exec \"$0\" a.dat -q -o a.csv");
     EXPECT_EQ(read.ending, exited(4));
     EXPECT_EQ(read.err, "korv-rules: out of memory while reading a.dat\n");

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "common/error.h"
 #include "tools/complaint.h"
 
 namespace korv::tools {
@@ -55,7 +56,7 @@ TEST(ParseForms, RefusesWhatIsNoForm) {
         "; expected or-or, none-none, or-none, none-or, a group from 1 to 4, or a label from R111 to R432";
     for (const std::string word : {"5", "0", "R123", "r111", "or", "R11"}) {
         EXPECT_EQ(complaint_of([&] { parse_forms("1," + word); }),
-                  "--forms: found \"" + word + "\"" + expected);
+                  "--forms: found " + shown(word) + expected);
     }
     EXPECT_EQ(complaint_of([] { parse_forms(","); }),
               "--forms: found no word; expected words with commas between them");
@@ -244,7 +245,7 @@ TEST(RuleArguments, EndTheProgramWhereTheyAreWrong) {
     expect_refused({"a", "-n", "1e3"}, "expected a whole number from 1 to ");
     expect_refused({"a", "-s", "many"}, "expected a number of transactions, or a percentage");
     expect_refused({"a", "--sort", "lif"}, "expected a measure such as \"lift\"");
-    expect_refused({"a", "--sort", "+lif"}, "found \"lif\"; expected a measure such as \"lift\"");
+    expect_refused({"a", "--sort", "+lif"}, R"(found "lif"; expected a measure such as "lift")");
     expect_refused({"a", "--top", "-1"}, "expected a whole number; 0 for any");
     expect_refused({"a", "--max-items", "4294967296"}, "expected a whole number; 0 for any");
     expect_refused({"a", "--to", "xml"}, "--to");

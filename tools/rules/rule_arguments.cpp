@@ -21,6 +21,7 @@
 #include "mine/command_line.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
+#include "rules/where.h"
 
 namespace korv::tools {
 
@@ -114,11 +115,9 @@ constexpr std::array pattern_options = {
 /// Parses a finite number that is not negative, as such or per cent. Returns nothing for anything else.
 std::optional<double> parse_ratio(const std::string& text) {
     const bool is_percentage = text.ends_with('%');
-    const auto number = parse_number<double>(text.substr(0, text.size() - (is_percentage ? 1 : 0)));
-    if (!number || !std::isfinite(*number) || *number < 0) {
-        return std::nullopt;
-    }
-    return is_percentage ? *number / 100 : *number;
+    // 68.9% is the number that 0.689 is; a quotient may be another one.
+    const auto number = parse_number<double>(is_percentage ? text.substr(0, text.size() - 1) + "e-2" : text);
+    return number && std::isfinite(*number) && *number >= 0 ? number : std::nullopt;
 }
 
 std::optional<double> parse_confidence(const std::string& text) {
@@ -216,6 +215,7 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("--where", arguments.rules.where,
                    "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; "
                    "--help-measures names the measures")
+        ->check(argument_check(is_path, "a condition such as 'lift > 1.2'"))
         ->group(choice_group);
 }
 
@@ -316,6 +316,9 @@ std::vector<std::string> words_of_list(const std::string& option, const std::str
 RuleRequest rule_request(const CLI::App& app, const Words& words, std::string where) {
     RuleRequest request;
     request.where = std::move(where);
+    if (!request.where.empty()) {
+        parse_where(request.where);  // so that a mistake is found before anything is read
+    }
     if (app.count("--min-confidence") > 0) {
         request.min_confidence = *parse_confidence(words.min_confidence);
     }
@@ -371,7 +374,8 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
 void complete_input(const CLI::App& app, const Words& words, RuleArguments& arguments) {
     InputRequest& input = arguments.input;
     if (app.count("--format") > 0) {
-        input.is_class_file = words.reading.format == "classes";
+        // With a database, a class file is read as well, and the format is that of the transactions.
+        input.is_class_file = words.reading.format == "classes" || !input.database.empty();
     }
     input.has_bins = app.count("--bins") > 0;
     input.reading = reading_options(app, words.reading);
@@ -426,7 +430,9 @@ std::vector<Certainty> parse_kinds(const std::string& text) {
         if (found == all_certainties.end()) {
             throw Error("--kinds: found " + shown(word) + "; expected exact, approximative or bounded");
         }
-        kinds.push_back(*found);
+        if (std::ranges::find(kinds, *found) == kinds.end()) {
+            kinds.push_back(*found);
+        }
     }
     return kinds;
 }

@@ -78,7 +78,7 @@ void read_item_names(const InputRequest& request, const std::string& class_file,
 /// A file beside a class file that may hold its transactions; empty where there is none.
 std::string transactions_beside(const std::string& class_file) {
     for (const char* const extension : {".csv", ".tsv", ".dat", ".txt"}) {
-        const std::string path = std::filesystem::path(class_file).replace_extension(extension).string();
+        std::string path = std::filesystem::path(class_file).replace_extension(extension).string();
         std::error_code failed;
         if (path != class_file && std::filesystem::is_regular_file(path, failed)) {
             return path;
@@ -297,8 +297,9 @@ bool is_class_file(const TextInput& text, const InputRequest& request) {
     if (request.is_class_file) {
         return *request.is_class_file;
     }
-    // Only a class file has a database besides; the format is that of the transactions.
-    return !request.database.empty() || (!request.reading.format && looks_like_class_file(text.text));
+    // Where there is a database besides, the format is that of the transactions in it.
+    const bool is_open = !request.database.empty() || !request.reading.format;
+    return is_open && looks_like_class_file(text.text);
 }
 
 }  // namespace
