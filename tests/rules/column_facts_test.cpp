@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "support/loaded_classes.h"
@@ -61,6 +62,21 @@ TEST(ColumnFacts, LeaveSidesOfSeveralColumnsOrOfAWholeOneAsTheyAre) {
     EXPECT_EQ(wording({1, 2, 6}, true), "-126");
     EXPECT_EQ(wording({1, 2, 3}, false), "123");
     EXPECT_EQ(wording({6}, true), "-6");
+}
+
+std::string named(const Itemset& itemset, bool is_negated) {
+    Itemset items = facts().named_items({itemset, is_negated});
+    std::ranges::sort(items);
+    return text_of({items, false});
+}
+
+TEST(ColumnFacts, NameTheItemsByWhichASideIsSaid) {
+    // Neither female nor 1st: male, and not 1st.
+    EXPECT_EQ(named({1, 4}, true), "15");
+    EXPECT_EQ(named({1, 4}, false), "14");
+    EXPECT_EQ(named({1, 2, 4, 6}, true), "356");
+    EXPECT_EQ(named({1, 2, 4, 6}, false), "346");
+    EXPECT_EQ(named({6}, true), "6");
 }
 
 TEST(ColumnFacts, LetTheShorterOfAnItemsetAndTheRestStandForBoth) {

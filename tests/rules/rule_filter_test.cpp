@@ -30,7 +30,7 @@ std::optional<Step> refused(const RuleRequest& request, const Contingency& table
 }
 
 std::optional<Step> refused(const RuleRequest& request, const Itemset& premise, const Itemset& conclusion) {
-    return filter(request).refused_by_sides({premise, false}, {conclusion, false});
+    return filter(request).refused_by_sides({premise, false}, {conclusion, false}, ColumnFacts());
 }
 
 TEST(RuleFilter, TakesThresholdsInclusively) {

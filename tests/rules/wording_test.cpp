@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <set>
 #include <string>
 
 #include "support/loaded_classes.h"
@@ -77,6 +79,54 @@ TEST(WordingOfAnItemset, IsTheItemsetWhereNoKeyHasItsSupport) {
 
 TEST(WordingOfAnItemset, TellsItemsApartThatAre64Apart) {
     EXPECT_EQ(wording_of("3\t50\t 3,\n67 68\t50\t 67,\n", {67, 68}, 50), (Itemset{67}));
+}
+
+/// Classes that are their own keys: some hundred of few items, of two supports.
+ClassMap random_keys(std::mt19937& random) {
+    constexpr Item items = 14;
+    ClassMap classes;
+    for (std::size_t number = 0; number < 300; ++number) {
+        std::set<Item> key;
+        for (std::size_t item = random() % 5 + 1; item > 0; --item) {
+            key.insert(1 + static_cast<Item>(random() % items) * 32);  // some are 64 apart
+        }
+        classes[{key.begin(), key.end()}].support = random() % 2 == 0 ? 50 : 60;
+    }
+    return classes;
+}
+
+/// Looks at every key.
+Itemset plain_wording(const ClassMap& classes, const Itemset& itemset, Count support) {
+    const Itemset* best = nullptr;
+    for (const auto& [key, of_class] : classes) {
+        if (of_class.support == support && is_contained(key, itemset) &&
+            (best == nullptr || key.size() < best->size())) {
+            best = &key;
+        }
+    }
+    return best == nullptr ? itemset : *best;
+}
+
+TEST(WordingOfAnItemset, IsThatOfAPlainSearchAmongManyKeys) {
+    std::size_t reworded = 0;
+    for (unsigned seed = 1; seed <= 200; ++seed) {
+        std::mt19937 random(seed);
+        const LoadedClasses classes(random_keys(random));
+        const ShortestWording wording(classes.entries);
+        for (std::size_t query = 0; query < 50; ++query) {
+            Itemset itemset;
+            for (Item item = 0; item < 14; ++item) {
+                if (random() % 3 == 0) {
+                    itemset.push_back(1 + item * 32);
+                }
+            }
+            const ItemSpan found = wording.of_itemset(itemset, 50);
+            ASSERT_EQ(Itemset(found.begin(), found.end()), plain_wording(classes.classes, itemset, 50))
+                << "seed " << seed << ", query " << query;
+            reworded += found.size() < itemset.size() ? 1 : 0;
+        }
+    }
+    EXPECT_GT(reworded, 1000U);
 }
 
 }  // namespace

@@ -152,6 +152,20 @@ WordedItemset ColumnFacts::worded(ItemSpan itemset) const {
     return {itemset, std::move(rest)};
 }
 
+Itemset ColumnFacts::named_items(const WordedSide& side) const {
+    std::map<const Column*, Itemset> by_column;
+    for (const Item item : side.items) {
+        by_column[column_of(item)].push_back(item);
+    }
+    Itemset named;
+    for (const auto& [column, items] : by_column) {
+        const WordedItemset itemset = worded(items);
+        const WordedSide said = itemset.side(side.is_negated);
+        named.insert(named.end(), said.items.begin(), said.items.end());
+    }
+    return named;
+}
+
 bool ColumnFacts::imply(const WordedSide& premise, const WordedSide& conclusion) const {
     if (columns_.empty() || premise.is_negated == conclusion.is_negated) {
         return false;

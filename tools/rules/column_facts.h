@@ -49,6 +49,10 @@ public:
     /// How the sides of an itemset are worded. Refers to it.
     WordedItemset worded(ItemSpan itemset) const;
 
+    /// The items that a side names where it is said in words: those of each of its columns, or of the rest of
+    /// the column where it is said by that. In no order.
+    Itemset named_items(const WordedSide& side) const;
+
     /// Whether a rule between two disjoint itemsets says no more than the columns do: that the values of a
     /// column exclude each other, or that every transaction has one.
     bool imply(const WordedSide& premise, const WordedSide& conclusion) const;

@@ -20,6 +20,9 @@ public:
     /// `items`: those that there are; `names`: theirs. Throws Error as matching_items does.
     ItemChoice(std::span<const PatternWord> patterns, ItemSpan items, const ItemNames& names);
 
+    /// Whether it is the choice of every rule.
+    bool is_of_all() const { return demands_.empty(); }
+
     /// Whether a rule with these items, as its sides are worded, is wanted. O(patterns * items).
     bool holds(ItemSpan premise, ItemSpan conclusion) const;
 

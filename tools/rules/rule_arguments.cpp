@@ -234,7 +234,7 @@ void add_order_options(CLI::App& app, Words& words) {
            "--prune", words.prune,
            "Leave out rules that are weaker than one of the same conclusion (same), or than any other "
            "one (full), and besides those that are no better than a shorter one (default: productive); for "
-           "more than a million rules, the default is same")
+           "more than some millions of rules, the default is same")
         ->check(CLI::IsMember(words_of(prunes)))
         ->group(order_group);
     app.add_option("--sort", words.sort,

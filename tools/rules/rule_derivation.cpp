@@ -160,7 +160,7 @@ void Derivation::word(const Pair& pair) {
         }
         const WordedSide premise_side = of_premise.side(is_premise_negated);
         const WordedSide conclusion_side = of_conclusion.side(is_conclusion_negated);
-        if (const auto step = filter_.refused_by_sides(premise_side, conclusion_side)) {
+        if (const auto step = filter_.refused_by_sides(premise_side, conclusion_side, source_.columns)) {
             ++accounting_[*step];
             continue;
         }

@@ -70,9 +70,10 @@ std::optional<Step> RuleFilter::refused_by_counts(Form form, const Contingency& 
     return std::nullopt;
 }
 
-std::optional<Step> RuleFilter::refused_by_sides(const WordedSide& premise,
-                                                 const WordedSide& conclusion) const {
-    if (!choice_.holds(premise.items, conclusion.items)) {
+std::optional<Step> RuleFilter::refused_by_sides(const WordedSide& premise, const WordedSide& conclusion,
+                                                 const ColumnFacts& columns) const {
+    if (!choice_.is_of_all() &&
+        !choice_.holds(columns.named_items(premise), columns.named_items(conclusion))) {
         return Step::items;
     }
     const bool is_too_large = premise.items.size() + conclusion.items.size() > max_items_ ||

@@ -30,7 +30,9 @@ public:
                                           const Contingency& at_high) const;
 
     /// The first of the steps that look at sides: items and size.
-    std::optional<Step> refused_by_sides(const WordedSide& premise, const WordedSide& conclusion) const;
+    /// Patterns look at the items that the sides name in words, of which `columns` decides.
+    std::optional<Step> refused_by_sides(const WordedSide& premise, const WordedSide& conclusion,
+                                         const ColumnFacts& columns) const;
 
     /// Whether the condition of --where does not hold. `items`: of both sides together.
     bool is_refused_by_condition(const FoundRule& rule, std::size_t items) const {

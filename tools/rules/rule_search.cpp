@@ -17,6 +17,7 @@
 #include "engine/rule_makers.h"
 #include "mine/threshold.h"
 #include "rules/column_facts.h"
+#include "rules/itemset_parts.h"
 #include "rules/pruning.h"
 #include "rules/rule_filter.h"
 #include "rules/rule_order.h"
@@ -94,10 +95,19 @@ std::size_t limit_per_conclusion(std::vector<FoundRule>& rules, std::size_t most
     return left_out;
 }
 
+/// What is left out where it is not said.
+Prune default_prune(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
+    std::size_t work = 0;
+    for (const FoundRule& rule : rules) {
+        const bool is_short = number_of_items(rule, itemsets) <= ItemsetParts::most_items;
+        work += is_short ? 1 : work_for_a_long_rule;
+    }
+    return work <= most_work_for_productive ? Prune::productive : Prune::same;
+}
+
 void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
            const RuleRequest& request, Accounting& accounting) {
-    accounting.prune =
-        request.prune.value_or(rules.size() <= most_rules_for_productive ? Prune::productive : Prune::same);
+    accounting.prune = request.prune ? *request.prune : default_prune(rules, itemsets);
     const Pruned pruned = prune_rules(rules, itemsets, transactions, accounting.prune);
     accounting[Step::turned_round] += pruned.turned_round;
     accounting[Step::weaker] += pruned.weaker;

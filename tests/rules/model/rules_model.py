@@ -428,10 +428,22 @@ def matches_word(knowledge: Knowledge, item: int, word: str) -> bool:
     return fnmatch.fnmatchcase(knowledge.name(item), word)
 
 
-def is_asked_for(knowledge: Knowledge, rule: Rule, patterns: Sequence[Tuple[str, str]]) -> bool:
-    """Whether the sides of a rule have the items that all patterns want, and none that they do not."""
-    places = {"with": rule.premise.items | rule.conclusion.items, "if": rule.premise.items,
-              "then": rule.conclusion.items}
+def named_items(side: Side, exhaustive: Sequence[Itemset]) -> Itemset:
+    """The items that a side names in words: of each column, its own or the rest, if these are fewer or, else, plain."""
+    named = side.items
+    for column in exhaustive:
+        part = side.items & column
+        rest = column - part
+        if part and rest and (len(rest) < len(part) or (len(rest) == len(part) and side.negated)):
+            named = named - part | rest
+    return named
+
+
+def is_asked_for(knowledge: Knowledge, rule: Rule, patterns: Sequence[Tuple[str, str]],
+                 exhaustive: Sequence[Itemset]) -> bool:
+    """Whether the sides of a rule name the items that all patterns want, and none that they do not."""
+    premise, conclusion = named_items(rule.premise, exhaustive), named_items(rule.conclusion, exhaustive)
+    places = {"with": premise | conclusion, "if": premise, "then": conclusion}
     places.update({"without": places["with"], "if-not": places["if"], "then-not": places["then"]})
     for option, pattern in patterns:
         found = any(matches(knowledge, item, pattern) for item in places[option])
@@ -512,7 +524,8 @@ class Steps:
             rules = self.keep("columns", rules, lambda rule: not self.is_true_by_columns(rule))
             for rule in rules:
                 rule.premise, rule.conclusion = self.folded(rule.premise), self.folded(rule.conclusion)
-        rules = self.keep("items", rules, lambda rule: is_asked_for(self.knowledge, rule, request.patterns))
+        exhaustive = self.columns.exhaustive if request.wording == "shortest" else []
+        rules = self.keep("items", rules, lambda rule: is_asked_for(self.knowledge, rule, request.patterns, exhaustive))
         rules = self.keep("size", rules, self.is_short)
         rules = self.keep("where", rules, lambda rule: not request.where or truth(rule, request.where).holds)
         rules = self.merged(rules)

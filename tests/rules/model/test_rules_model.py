@@ -247,8 +247,8 @@ class ChoiceTest(unittest.TestCase):
                 ("if", "#2", True), ("if", "#3", False), ("then", "#3", True), ("then", "#1", False),
                 ("if-not", "#3", True), ("if-not", "#1", False), ("then-not", "#1", True), ("then-not", "#3", False)):
             with self.subTest(option=option, pattern=pattern):
-                self.assertEqual(model.is_asked_for(shop(), each, [(option, pattern)]), expected)
-        self.assertFalse(model.is_asked_for(shop(), each, [("if", "#1"), ("if", "#4")]))
+                self.assertEqual(model.is_asked_for(shop(), each, [(option, pattern)], []), expected)
+        self.assertFalse(model.is_asked_for(shop(), each, [("if", "#1"), ("if", "#4")], []))
 
     def test_sizes(self) -> None:
         each = rule("1 2->not 3", (4, 6, 3))
