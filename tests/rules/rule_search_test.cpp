@@ -126,9 +126,10 @@ TEST(SearchRules, NamesBothLinesOfClassesThatContradictEachOther) {
         return complaint_of([&] { search(input_of(classes, 10), all_rules(0)); });
     };
     // One of two items is in no fewer transactions than either.
-    EXPECT_EQ(complaint("2\t3\t 2,\n1\t7\t 1,\n1 2\t6\t 1 2,\n"),
-              "a.classes:3:1: found the support 6; expected more than 7, the support of line 2, whose itemset "
-              "\"1\" lies within the closed itemset");
+    EXPECT_EQ(
+        complaint("2\t3\t 2,\n1\t7\t 1,\n1 2\t6\t 1 2,\n"),
+        "a.classes:3:1: found the support 6; expected more than 7, the support of line 2, whose itemset "
+        "\"1\" lies within the closed itemset");
     // And in no more than both together.
     const std::string said = complaint("1\t2\t 1,\n2\t2\t 2,\n1 2\t5\t 1 2,\n");
     EXPECT_TRUE(said.starts_with("a.classes:3")) << said;
