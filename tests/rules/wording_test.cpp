@@ -81,6 +81,13 @@ TEST(WordingOfAnItemset, TellsItemsApartThatAre64Apart) {
     EXPECT_EQ(wording_of("3\t50\t 3,\n67 68\t50\t 67,\n", {67, 68}, 50), (Itemset{67}));
 }
 
+TEST(WordingOfAnItemset, MayHoldTheLargestItem) {
+    const char* const classes = "1 4294967295\t50\t 1 4294967295,\n2 4294967295\t50\t 2 4294967295,\n";
+    EXPECT_EQ(wording_of(classes, {2, 3, 4294967295}, 50), (Itemset{2, 4294967295}));
+    EXPECT_EQ(wording_of(classes, {3, 4294967295}, 50), (Itemset{3, 4294967295}));
+    EXPECT_EQ(wording_of("4294967295\t50\t 4294967295,\n", {3, 4294967295}, 50), (Itemset{4294967295}));
+}
+
 /// Classes that are their own keys: some hundred of few items, of two supports.
 ClassMap random_keys(std::mt19937& random) {
     constexpr Item items = 14;

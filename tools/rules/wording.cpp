@@ -1,9 +1,7 @@
 #include "rules/wording.h"
 
 #include <algorithm>
-#include <iterator>
-
-#include "base/bit_words.h"
+#include <utility>
 
 namespace korv::tools {
 
@@ -27,35 +25,24 @@ std::span<const Itemset> keys_of(NodeRef node) {
 }  // namespace
 
 ShortestWording::ShortestWording(const LatticeEntries& entries) {
-    std::vector<std::pair<Count, Key>> keys;
+    std::vector<std::pair<Count, const Itemset*>> keys;
     for (const LatticeEntry& entry : entries) {
         for (const Itemset& key : keys_of(entry.node)) {
-            keys.push_back({entry.support(), {&key, signature_of(key)}});
+            if (!key.empty()) {
+                keys.emplace_back(entry.support(), &key);
+            }
         }
     }
     std::ranges::sort(keys, [](const auto& one, const auto& other) {
-        return one.first != other.first ? one.first < other.first
-                                        : is_before(*one.second.items, *other.second.items);
+        return one.first != other.first ? one.first < other.first : is_before(*one.second, *other.second);
     });
-    keys_.reserve(keys.size());
     for (const auto& [support, key] : keys) {
-        const bool begins_group = groups_.empty() || groups_.back().support != support ||
-                                  keys_.back().items->size() != key.items->size();
-        if (begins_group) {
-            groups_.push_back({support, keys_.size()});
+        if (groups_.empty() || groups_.back().support != support || groups_.back().size != key->size()) {
+            groups_.push_back({support, key->size()});
         }
-        keys_.push_back(key);
+        std::vector<Item>& items = groups_.back().items;
+        items.insert(items.end(), key->begin(), key->end());
     }
-    groups_.push_back({0, keys_.size()});
-}
-
-/// A bit for each item modulo 64: an itemset lies within another only if its bits do.
-std::uint64_t ShortestWording::signature_of(ItemSpan itemset) {
-    std::uint64_t signature = 0;
-    for (const Item item : itemset) {
-        signature |= bit_of(item);
-    }
-    return signature;
 }
 
 ItemSpan ShortestWording::of_base(const Itemset& base, NodeRef node, ItemSpan other) {
@@ -77,48 +64,62 @@ ItemSpan ShortestWording::of_base(const Itemset& base, NodeRef node, ItemSpan ot
 }
 
 ItemSpan ShortestWording::of_itemset(const Itemset& itemset, Count support) const {
-    const std::uint64_t signature = signature_of(itemset);
-    const auto groups = std::span(groups_).first(groups_.size() - 1);
-    for (auto group = std::ranges::lower_bound(groups, support, {}, &Group::support);
-         group != groups.end() && group->support == support; ++group) {
-        const Keys keys = Keys(keys_).subspan(group->begin, std::next(group)->begin - group->begin);
-        if (const Itemset* const found = first_within(keys, itemset, signature, 0)) {
-            return *found;
+    for (auto group = std::ranges::lower_bound(groups_, support, {}, &Group::support);
+         group != groups_.end() && group->support == support; ++group) {
+        const ItemSpan found = first_within({*group, 0, group->items.size() / group->size}, itemset, 0);
+        if (!found.empty()) {
+            return found;
         }
     }
     return itemset;
 }
 
-/// The first of some keys of one size, in lexicographic order, that lies within an itemset of this signature;
-/// nullptr where there is none. The first `depth` items of the keys are the same, and lie before `itemset`.
-const Itemset* ShortestWording::first_within(Keys keys, ItemSpan itemset, std::uint64_t signature,
-                                             std::size_t depth) {
-    constexpr std::size_t few = 16;  // are faster looked at one by one
-    const auto item_of = [depth](const Key& key) { return (*key.items)[depth]; };
-    while (keys.size() > few && depth < keys.front().items->size()) {
-        const Item wanted = item_of(keys.front());
+/// The first of some keys, in lexicographic order, of which the items from `depth` on lie within an itemset;
+/// empty where there is none. The items before `depth` are the same for all.
+ItemSpan ShortestWording::first_within(Keys keys, ItemSpan itemset, std::size_t depth) {
+    while (keys.count() > 0) {
+        const Item wanted = keys[keys.begin][depth];
         itemset = itemset.subspan(
             static_cast<std::size_t>(std::ranges::lower_bound(itemset, wanted) - itemset.begin()));
         if (itemset.empty()) {
-            return nullptr;
+            return {};
         }
-        if (itemset.front() == wanted) {
-            const auto end = std::ranges::upper_bound(keys, wanted, {}, item_of);
-            const Itemset* const found =
-                first_within({keys.begin(), end}, itemset.subspan(1), signature, depth + 1);
-            if (found != nullptr) {
-                return found;
-            }
-            keys = {end, keys.end()};
+        if (itemset.front() != wanted) {
+            keys.begin = first_not_below(keys, itemset.front(), depth);
+            continue;
+        }
+        if (depth + 1 == keys.group.size) {
+            return keys[keys.begin];
+        }
+        const std::size_t end = first_not_below(keys, std::uint64_t{wanted} + 1, depth);
+        const ItemSpan found = first_within({keys.group, keys.begin, end}, itemset.subspan(1), depth + 1);
+        if (!found.empty()) {
+            return found;
+        }
+        keys.begin = end;
+    }
+    return {};
+}
+
+/// The first of some keys whose item at `depth` is not below `item`, or their end. It is looked for in steps
+/// that double, since it is seldom far.
+std::size_t ShortestWording::first_not_below(const Keys& keys, std::uint64_t item, std::size_t depth) {
+    std::size_t below = keys.begin;  // the key before it is below, if there is one
+    std::size_t step = 1;
+    while (below + step <= keys.end && keys[below + step - 1][depth] < item) {
+        below += step;
+        step *= 2;
+    }
+    std::size_t end = std::min(keys.end, below + step - 1);
+    while (below < end) {
+        const std::size_t middle = below + (end - below) / 2;
+        if (keys[middle][depth] < item) {
+            below = middle + 1;
         } else {
-            keys = {std::ranges::lower_bound(keys, itemset.front(), {}, item_of), keys.end()};
+            end = middle;
         }
     }
-    const auto found = std::ranges::find_if(keys, [&](const Key& key) {
-        return (key.signature & ~signature) == 0 &&
-               is_contained(ItemSpan(*key.items).subspan(depth), itemset);
-    });
-    return found == keys.end() ? nullptr : found->items;
+    return below;
 }
 
 }  // namespace korv::tools

@@ -29,24 +29,29 @@ public:
     ItemSpan of_itemset(const Itemset& itemset, Count support) const;
 
 private:
-    struct Key {
-        const Itemset* items;
-        std::uint64_t signature;  ///< see signature_of
-    };
-    using Keys = std::span<const Key>;
-
-    /// Where the keys begin that have one support and one size; those of the next group follow them.
+    /// The keys of one support and one size, in lexicographic order, one behind the other.
     struct Group {
         Count support;
-        std::size_t begin;
+        std::size_t size;
+        std::vector<Item> items = {};
     };
 
-    static std::uint64_t signature_of(ItemSpan itemset);
-    static const Itemset* first_within(Keys keys, ItemSpan itemset, std::uint64_t signature,
-                                       std::size_t depth);
+    /// Some keys of a group that have their first items in common.
+    struct Keys {
+        const Group& group;
+        std::size_t begin;
+        std::size_t end;
 
-    std::vector<Key> keys_;                  ///< by support, then size, then lexicographically
-    std::vector<Group> groups_;              ///< in the order of the keys, and the end
+        std::size_t count() const { return end - begin; }
+        ItemSpan operator[](std::size_t key) const {
+            return ItemSpan(group.items).subspan(key * group.size, group.size);
+        }
+    };
+
+    static ItemSpan first_within(Keys keys, ItemSpan itemset, std::size_t depth);
+    static std::size_t first_not_below(const Keys& keys, std::uint64_t item, std::size_t depth);
+
+    std::vector<Group> groups_;              ///< by support, then size; without the empty itemset
     const data* last_class_ = nullptr;       ///< of_base was asked for it last
     const Itemset* last_wording_ = nullptr;  ///< the shortest key of that class
 };
