@@ -36,13 +36,13 @@ void prune(benchmark::State& state, const MadeRules& made, PruneRules prune_them
 
 void register_rules(const std::string& name, MadeRules (*make)(std::size_t), std::size_t count,
                     PruneRules prune_them) {
-    constexpr std::array prunes = {std::pair("same", Prune::same), std::pair("full", Prune::full),
-                                   std::pair("productive", Prune::productive)};
-    for (const auto& [word, what] : prunes) {
+    constexpr std::array<std::pair<const char*, Prune>, 3> prunes = {
+        {{"same", Prune::same}, {"full", Prune::full}, {"productive", Prune::productive}}};
+    for (const auto& [word, prune_what] : prunes) {
         // Made when they are measured, and kept for the next one.
         benchmark::RegisterBenchmark(
             (name + '_' + std::to_string(count) + '/' + word).c_str(),
-            [=, what = what](benchmark::State& state) { prune(state, make(count), prune_them, what); })
+            [=, what = prune_what](benchmark::State& state) { prune(state, make(count), prune_them, what); })
             ->Unit(benchmark::kMillisecond)
             ->Iterations(1);
     }
