@@ -51,10 +51,10 @@ int main(int argc, char** argv) {
     using namespace korv::tools;
     benchmark::Initialize(&argc, argv);
     const MadeRules made = short_rules(1'000'000);
-    for (const auto& [name, format] : rule_formats) {
+    for (const auto& [name, written_format] : rule_formats) {
         benchmark::RegisterBenchmark(
             (std::string("write/") + std::string(name)).c_str(),
-            [&made, format = format](benchmark::State& state) { write(state, made, format); })
+            [&made, format = written_format](benchmark::State& state) { write(state, made, format); })
             ->Unit(benchmark::kMillisecond)
             ->Iterations(1);
     }
