@@ -17,7 +17,8 @@ protected:
     AssociationMergeTest() : classes_("1 2 3 4\t50\t 1,\n2 3 4\t60\t 2,\n") {}
 
     /// Sides as items, with a minus sign where they are negated.
-    Candidate candidate(Form form, int premise, int conclusion, const Contingency& table = {20, 20, 10}) {
+    MergeCandidate candidate(Form form, int premise, int conclusion,
+                             const Contingency& table = {20, 20, 10}) {
         const auto itemset = [this](int item) {
             return pool_.intern(Itemset{static_cast<Item>(item < 0 ? -item : item)});
         };
@@ -28,7 +29,7 @@ protected:
     }
 
     /// What is left, such as "R111 1 -2 (w 2, r 3)", joined by semicolons in the order of its coming.
-    std::string settled(std::vector<Candidate> candidates, Readings readings) {
+    std::string settled(std::vector<MergeCandidate> candidates, Readings readings) {
         std::string text;
         const AddRule add = [&](const FoundRule& rule) {
             const auto side = [this](Side each) {
@@ -58,9 +59,9 @@ TEST_F(AssociationMergeTest, MergesRulesOfTheSameSidesIntoTheFirst) {
 }
 
 TEST_F(AssociationMergeTest, TakesTheCountsOfAWordingOfWhichTheyAreKnown) {
-    Candidate open = candidate(Form::R131, 1, 2, {20, 20, 5});
+    MergeCandidate open = candidate(Form::R131, 1, 2, {20, 20, 5});
     open.rule.at_high.both = 15;
-    const Candidate known = candidate(Form::R121, 1, 2, {20, 20, 10});
+    const MergeCandidate known = candidate(Form::R121, 1, 2, {20, 20, 10});
     std::vector<Contingency> tables;
     const AddRule add = [&tables](const FoundRule& rule) { tables = {rule.at_low, rule.at_high}; };
     AssociationMerge merge(Readings::all, pool_, accounting_, add);
@@ -78,9 +79,9 @@ TEST_F(AssociationMergeTest, TakesARuleWithinANodeForTheFirst) {
 
 TEST_F(AssociationMergeTest, OrdersRulesWithinNodesByTheirClosedItemsetsAndOthersByTheLattice) {
     // {1 2 3 4} comes before {2 3 4} among the itemsets, and after it in the lattice.
-    Candidate of_lower = candidate(Form::R111, 1, 2);
+    MergeCandidate of_lower = candidate(Form::R111, 1, 2);
     of_lower.of_class = &classes_.entry({2, 3, 4});
-    Candidate of_upper = candidate(Form::R112, 1, 2);
+    MergeCandidate of_upper = candidate(Form::R112, 1, 2);
     of_upper.of_class = &classes_.entry({1, 2, 3, 4});
     EXPECT_EQ(settled({of_lower, of_upper}, Readings::all), "R112 1 2 (w 2, r 1)");
 

@@ -19,7 +19,7 @@ bool is_within_node(Form form) {
 /// Whether a rule comes before another one in the rule files of korv, which hold the rules within nodes, by
 /// their closed itemsets, and then those between them, in the order of the lattice. False for rules of the
 /// same class and file.
-bool comes_first(const Candidate& one, const Candidate& other) {
+bool comes_first(const MergeCandidate& one, const MergeCandidate& other) {
     const bool is_within = is_within_node(one.rule.form);
     if (is_within != is_within_node(other.rule.form)) {
         return is_within;
@@ -40,13 +40,13 @@ double confidence(const FoundRule& rule) {
     return std::min(at(rule.at_low), at(rule.at_high));
 }
 
-auto sides(const Candidate& candidate) {
+auto sides(const MergeCandidate& candidate) {
     return std::tuple(candidate.rule.premise, candidate.rule.conclusion);
 }
 
 /// Keeps the first of each run of candidates that are the same. `merge` takes that one and each other.
 template <typename AreSame, typename Merge>
-void merge_runs(std::vector<Candidate>& candidates, AreSame are_same, Merge merge) {
+void merge_runs(std::vector<MergeCandidate>& candidates, AreSame are_same, Merge merge) {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         if (kept > 0 && are_same(candidates[kept - 1], candidates[i])) {
@@ -60,19 +60,19 @@ void merge_runs(std::vector<Candidate>& candidates, AreSame are_same, Merge merg
 
 }  // namespace
 
-void AssociationMerge::settle(std::vector<Candidate>& candidates) {
+void AssociationMerge::settle(std::vector<MergeCandidate>& candidates) {
     merge_facts(candidates);
     if (readings_ == Readings::one) {
         keep_best_readings(candidates);
     }
-    for (const Candidate& candidate : candidates) {
+    for (const MergeCandidate& candidate : candidates) {
         add_(candidate.rule);
     }
     candidates.clear();
 }
 
-void AssociationMerge::merge_facts(std::vector<Candidate>& candidates) {
-    std::ranges::stable_sort(candidates, [](const Candidate& one, const Candidate& other) {
+void AssociationMerge::merge_facts(std::vector<MergeCandidate>& candidates) {
+    std::ranges::stable_sort(candidates, [](const MergeCandidate& one, const MergeCandidate& other) {
         return sides(one) != sides(other) ? sides(one) < sides(other) : comes_first(one, other);
     });
     merge_runs(
@@ -88,8 +88,8 @@ void AssociationMerge::merge_facts(std::vector<Candidate>& candidates) {
         });
 }
 
-void AssociationMerge::keep_best_readings(std::vector<Candidate>& candidates) {
-    std::ranges::sort(candidates, [this](const Candidate& one, const Candidate& other) {
+void AssociationMerge::keep_best_readings(std::vector<MergeCandidate>& candidates) {
+    std::ranges::sort(candidates, [this](const MergeCandidate& one, const MergeCandidate& other) {
         return one.association != other.association ? one.association < other.association
                                                     : is_better(one.rule, other.rule);
     });

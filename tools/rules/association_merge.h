@@ -27,7 +27,7 @@ struct Association {
 };
 
 /// A rule that passed the filter.
-struct Candidate {
+struct MergeCandidate {
     FoundRule rule;
     Association association;
     const LatticeEntry* of_class;  ///< the class whose items are those of the pair
@@ -43,11 +43,11 @@ public:
 
     /// Hands the rules that are left of `candidates` on, and empties it. The candidates may be of several
     /// classes; those of one class stand in the order in which its pairs came.
-    void settle(std::vector<Candidate>& candidates);
+    void settle(std::vector<MergeCandidate>& candidates);
 
 private:
-    void merge_facts(std::vector<Candidate>& candidates);
-    void keep_best_readings(std::vector<Candidate>& candidates);
+    void merge_facts(std::vector<MergeCandidate>& candidates);
+    void keep_best_readings(std::vector<MergeCandidate>& candidates);
     bool is_better(const FoundRule& one, const FoundRule& other) const;
 
     Readings readings_;

@@ -106,8 +106,8 @@ private:
     const LatticeEntry* class_ = nullptr;
     std::unordered_set<const Itemset*, ByContent, ByContent> bases_;  ///< of the class, so far
     std::vector<CountedRule> found_;                                  ///< of a pair
-    std::vector<Candidate> candidates_;                               ///< of the class
-    std::vector<Candidate> waiting_;  ///< of all classes: those with a side that a column words
+    std::vector<MergeCandidate> candidates_;                          ///< of the class
+    std::vector<MergeCandidate> waiting_;  ///< of all classes: those with a side that a column words
 };
 
 /// Whether the same two itemsets were a pair of this class before, most often with the base as difference.
