@@ -7,6 +7,19 @@ function(korv_install_program name)
     install(FILES ${PROJECT_BINARY_DIR}/man/${name}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT programs)
 endfunction()
 
+# What completes the options of a companion program in bash and zsh, as it writes it, where both look for it.
+function(korv_install_completions name)
+    set(to ${PROJECT_BINARY_DIR}/completions)
+    file(MAKE_DIRECTORY ${to})
+    add_custom_command(OUTPUT ${to}/${name} ${to}/_${name}
+        COMMAND ${name} --completions bash > ${to}/${name}
+        COMMAND ${name} --completions zsh > ${to}/_${name}
+        DEPENDS ${name} VERBATIM)
+    add_custom_target(${name}-completions ALL DEPENDS ${to}/${name} ${to}/_${name})
+    install(FILES ${to}/${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT programs)
+    install(FILES ${to}/_${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT programs)
+endfunction()
+
 # The documents, laid out as in the tree, so that the links between them hold.
 function(korv_install_documents)
     set(to ${CMAKE_INSTALL_DOCDIR})

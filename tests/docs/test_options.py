@@ -47,8 +47,8 @@ class Described(NamedTuple):
 
 
 DESCRIBED = [
-    Described("korv-mine", "docs/mining.md", 24, ("uniq -c", "--shortest", "--strongest")),
-    Described("korv-rules", "docs/exploring.md", 50, ("uniq -c", "-log10")),
+    Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
+    Described("korv-rules", "docs/exploring.md", 51, ("uniq -c", "-log10")),
 ]
 
 
@@ -71,7 +71,7 @@ def of_help(program: str) -> list[Option]:
     found = []
     for entry in re.split(r"\n(?=  -)", run(program, "--help").stdout)[1:]:
         names, argument, choices, default, text = re.fullmatch(
-            r"(-\S+)( (?:TEXT|UINT|FLOAT)(?::\{([\w,]+)\})?(?:=(\S+))?)?(?: Excludes: \S+)?(?=[ :])(.*)",
+            r"(-\S+)( (?:TEXT|FILE|UINT|FLOAT)(?::\{([\w,]+)\})?(?:=(\S+))?)?(?: Excludes: \S+)?(?=[ :])(.*)",
             " ".join(entry.split())).groups()
         said = re.search(r"default: ([^)]*)\)", text)
         found.append(Option(names_in(names), argument is not None, tuple(choices.split(",") if choices else ()),
@@ -169,7 +169,8 @@ class MineOptions(OfKorvMine):
     def test_have_the_choices_and_defaults_that_are_known(self) -> None:
         options = of_korv_mine()
         self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
-                         {"--closure-items": ("frequent", "all"), "--format": ("fimi", "basket", "table")})
+                         {"--closure-items": ("frequent", "all"), "--completions": ("bash", "zsh"),
+                          "--format": ("fimi", "basket", "table")})
         self.assertEqual({name for name, option in options.items() if option.default},
                          {"--closure-items", "--estimate", "--format", "--min-joint", "--min-own", "--missing",
                           "--names", "--output", "--separator"})
@@ -269,6 +270,7 @@ class RulesOptions(OfKorvRules):
         options = of_korv_rules()
         self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
                          {"--closure-items": ("frequent", "all"), "--color": ("auto", "always", "never"),
+                          "--completions": ("bash", "zsh"),
                           "--format": ("classes", "fimi", "basket", "table"),
                           "--prune": ("none", "same", "full", "productive"), "--readings": ("one", "all"),
                           "--to": ("words", "table", "csv", "tsv", "jsonl"), "--wording": ("shortest", "full")})

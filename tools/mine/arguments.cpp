@@ -8,6 +8,7 @@
 #include "common/output_place.h"
 #include "mine/argument_check.h"
 #include "mine/command_line.h"
+#include "mine/completions.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
 
@@ -30,11 +31,13 @@ struct Words {
 void add_output_options(CLI::App& app, Arguments& arguments) {
     app.add_option("-o,--output", arguments.output, "The class file; - for standard output")
         ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type)
         ->capture_default_str();
     app.add_option("--names", arguments.names,
                    "Where the names of the items go, for baskets and tables: item TAB name (default: beside "
                    "the class file, with the extension .names)")
-        ->check(argument_check(is_path, "the name of a file"));
+        ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type);
     app.add_flag("--partial", arguments.keeps_partial,
                  "Write the classes found so far when --max-classes or --max-seconds ends the work");
     app.add_flag("--estimate", arguments.is_estimate,
@@ -95,11 +98,13 @@ Arguments parse_arguments(int argc, char** argv) {
     app.set_version_flag("--version", "korv-mine " KORV_VERSION);
     app.add_option("TRANSACTIONS", arguments.transactions,
                    "The database, one transaction per line, in one file or several; - for standard input")
+        ->type_name(file_type)
         ->required();
     add_output_options(app, arguments);
     add_mining_options(app, words.mining);
     app.get_option("--estimate")->excludes("--max-seconds");  // it has a time of its own
     add_reading_options(app, words.reading);
+    add_completions_option(app, {});
     app.failure_message(complaint);
     try {
         app.parse(argc, argv);

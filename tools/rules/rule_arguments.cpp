@@ -19,6 +19,7 @@
 #include "common/nearest.h"
 #include "mine/argument_check.h"
 #include "mine/command_line.h"
+#include "mine/completions.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
 #include "rules/where.h"
@@ -165,6 +166,7 @@ void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("INPUT", arguments.input.paths,
                    "A class file, or transactions in one file or several; - for standard input")
         ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type)
         ->required();
     app.add_option("-n,--database-size", words.transactions,
                    "Number of transactions that the classes of a class file were mined from")
@@ -174,12 +176,14 @@ void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
                    "The transactions that the classes of a class file were mined from: gives their number, "
                    "settles every support and checks every class")
         ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type)
         ->excludes("--database-size");
     app.add_option(
            "--names", arguments.input.names,
            "The names of the items: lines of an item, a tab and its name (default: the class file's name "
            "with the extension .names), where there is such a file")
-        ->check(argument_check(is_path, "the name of a file"));
+        ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type);
 }
 
 void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
@@ -256,6 +260,7 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
            "The file that the rules go to, by its extension .txt, .csv, .tsv or .jsonl; - for standard "
            "output")
         ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type)
         ->capture_default_str()
         ->group(output_group);
     app.add_option(
@@ -302,6 +307,22 @@ void describe_mining_options(CLI::App& app) {
         ->description(
             "Where there would be more classes, itemsets of fewer items are mined, down to two "
             "(default: 1000000)");
+}
+
+/// What the options take whose checks do not list it.
+std::vector<OptionWords> words_of_lists() {
+    std::vector<std::string> sorts = names_of_measures();
+    std::ranges::transform(names_of_measures(), std::back_inserter(sorts),
+                           [](const std::string& name) { return "+" + name; });
+    std::vector<std::string> measures = names_of_measures();
+    measures.emplace_back("all");
+    std::vector<std::string> kinds;
+    std::ranges::transform(all_certainties, std::back_inserter(kinds),
+                           [](Certainty kind) { return std::string(name_of(kind)); });
+    return {{"--sort", sorts},
+            {"--measures", measures, true},
+            {"--kinds", kinds, true},
+            {"--forms", {groups.begin(), groups.end()}, true}};
 }
 
 /// The words of a list with commas between them; throws Error for an empty one.
@@ -485,6 +506,8 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     add_mining_options(app, words.mining);
     describe_mining_options(app);
     add_reading_options(app, words.reading, Reader::rules);
+    add_completions_option(app, words_of_lists());
+    app.get_option("--completions")->group(output_group);
     app.failure_message(complaint);
     try {
         app.parse(argc, argv);
