@@ -74,6 +74,25 @@ TEST_F(RuleOrderTest, PutsAPlainPremiseBeforeTheNegatedOneAndThenLooksAtConclusi
     EXPECT_TRUE(std::is_eq(compare_sides(plain, plain, pool_)));
 }
 
+TEST_F(RuleOrderTest, TellsTheShorterRuleByItemsAndThenBySides) {
+    const FoundRule three_items = rule({1, 2}, {3}, {20, 40, 10});
+    const FoundRule two_items = rule({5}, {3}, {20, 40, 10});
+    const FoundRule two_larger_items = rule({5}, {4}, {20, 40, 10});
+    EXPECT_TRUE(is_shorter(two_items, three_items, pool_));
+    EXPECT_FALSE(is_shorter(three_items, two_items, pool_));
+    EXPECT_TRUE(is_shorter(two_items, two_larger_items, pool_));
+    EXPECT_FALSE(is_shorter(two_items, two_items, pool_));
+}
+
+TEST_F(RuleOrderTest, CountsTheNegatedSides) {
+    FoundRule each = rule({1}, {2}, {20, 40, 10});
+    EXPECT_EQ(negated_sides(each), 0U);
+    each.conclusion = {each.conclusion.itemset(), true};
+    EXPECT_EQ(negated_sides(each), 1U);
+    each.premise = {each.premise.itemset(), true};
+    EXPECT_EQ(negated_sides(each), 2U);
+}
+
 TEST_F(RuleOrderTest, PutsRulesLastWhoseMeasureIsNotDefinedBehindInfiniteOnes) {
     // Conviction: 0/0 where the conclusion holds for all, infinite without an exception, 1.2 of the last.
     const std::vector rules = {rule({1}, {9}, {20, 100, 20}), rule({2}, {9}, {20, 40, 20}),

@@ -1,7 +1,6 @@
 #include "rules/association_merge.h"
 
 #include <algorithm>
-#include <compare>
 #include <cstddef>
 #include <tuple>
 
@@ -28,10 +27,6 @@ bool comes_first(const MergeCandidate& one, const MergeCandidate& other) {
         return false;
     }
     return is_within ? one.of_class->itemset() < other.of_class->itemset() : one.of_class < other.of_class;
-}
-
-std::size_t negated_sides(const FoundRule& rule) {
-    return (rule.premise.is_negated() ? 1U : 0U) + (rule.conclusion.is_negated() ? 1U : 0U);
 }
 
 /// The lower end of the confidence.
@@ -110,9 +105,7 @@ bool AssociationMerge::is_better(const FoundRule& one, const FoundRule& other) c
     if (confidence(one) != confidence(other)) {
         return confidence(one) > confidence(other);
     }
-    const std::size_t items = number_of_items(one, pool_);
-    const std::size_t other_items = number_of_items(other, pool_);
-    return items != other_items ? items < other_items : std::is_lt(compare_sides(one, other, pool_));
+    return is_shorter(one, other, pool_);
 }
 
 }  // namespace korv::tools

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <iterator>
 #include <optional>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "rules/outdone_claims.h"
+#include "rules/rule_order.h"
 
 namespace korv::tools {
 
@@ -244,27 +244,10 @@ std::size_t Pruning::leave_out_contrapositives() {
 
 /// Whether rule a is the better one to read of two that say the same.
 bool Pruning::is_preferred(std::uint32_t a, std::uint32_t b) const {
-    const auto negated_sides = [](const FoundRule& rule) {
-        return (rule.premise.is_negated() ? 1 : 0) + (rule.conclusion.is_negated() ? 1 : 0);
-    };
-    const auto compare_items = [this](const Side& x, const Side& y) {
-        const ItemSpan of_x = itemsets_[x.itemset()];
-        const ItemSpan of_y = itemsets_[y.itemset()];
-        return std::lexicographical_compare_three_way(of_x.begin(), of_x.end(), of_y.begin(), of_y.end());
-    };
-    const auto size = [this](const FoundRule& rule) {
-        return itemsets_[rule.premise.itemset()].size() + itemsets_[rule.conclusion.itemset()].size();
-    };
-    const FoundRule& x = rules_[a];
-    const FoundRule& y = rules_[b];
-    if (negated_sides(x) != negated_sides(y)) {
-        return negated_sides(x) < negated_sides(y);
-    }
-    if (size(x) != size(y)) {
-        return size(x) < size(y);
-    }
-    const auto premises = compare_items(x.premise, y.premise);
-    return std::is_lt(std::is_neq(premises) ? premises : compare_items(x.conclusion, y.conclusion));
+    const FoundRule& one = rules_[a];
+    const FoundRule& other = rules_[b];
+    return negated_sides(one) != negated_sides(other) ? negated_sides(one) < negated_sides(other)
+                                                      : is_shorter(one, other, itemsets_);
 }
 
 std::size_t Pruning::leave_out_weaker(bool has_same_conclusion) {

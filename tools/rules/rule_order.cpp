@@ -33,6 +33,16 @@ std::strong_ordering compare_sides(const FoundRule& one, const FoundRule& other,
                : compare_side(one.conclusion, other.conclusion, itemsets);
 }
 
+std::size_t negated_sides(const FoundRule& rule) {
+    return (rule.premise.is_negated() ? 1U : 0U) + (rule.conclusion.is_negated() ? 1U : 0U);
+}
+
+bool is_shorter(const FoundRule& one, const FoundRule& other, const ItemsetPool& itemsets) {
+    const std::size_t items = number_of_items(one, itemsets);
+    const std::size_t other_items = number_of_items(other, itemsets);
+    return items != other_items ? items < other_items : std::is_lt(compare_sides(one, other, itemsets));
+}
+
 RuleOrder::Ranked RuleOrder::ranked(const FoundRule& rule) const {
     const MeasureBounds bounds = bounds_of(measure_, rule, transactions_);
     return {is_ascending_ ? bounds.high : -bounds.low, rule};
@@ -50,10 +60,7 @@ bool RuleOrder::is_before(const Ranked& one, const Ranked& other) const {
     if (support != other_support) {
         return support > other_support;
     }
-    const std::size_t items = number_of_items(one.rule, itemsets_);
-    const std::size_t other_items = number_of_items(other.rule, itemsets_);
-    return items != other_items ? items < other_items
-                                : std::is_lt(compare_sides(one.rule, other.rule, itemsets_));
+    return is_shorter(one.rule, other.rule, itemsets_);
 }
 
 void FirstRules::add(const FoundRule& rule) {

@@ -19,6 +19,12 @@ std::size_t number_of_items(const FoundRule& rule, const ItemsetPool& itemsets);
 /// negated one, then the conclusions likewise.
 std::strong_ordering compare_sides(const FoundRule& one, const FoundRule& other, const ItemsetPool& itemsets);
 
+/// How many sides of a rule are negated.
+std::size_t negated_sides(const FoundRule& rule);
+
+/// Whether a rule has fewer items than another one, or as many and comes first by its sides.
+bool is_shorter(const FoundRule& one, const FoundRule& other, const ItemsetPool& itemsets);
+
 /// The order in which rules are told: by a measure, then by larger support, then fewer items, then by their
 /// sides. No two rules of distinct sides are equal in it.
 ///
