@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <tuple>
 
+#include "rules/confidence.h"
 #include "rules/rule_order.h"
 
 namespace korv::tools {
@@ -30,9 +31,8 @@ bool comes_first(const MergeCandidate& one, const MergeCandidate& other) {
 }
 
 /// The lower end of the confidence.
-double confidence(const FoundRule& rule) {
-    const auto at = [](const Contingency& table) { return static_cast<double>(table.both) / table.premise; };
-    return std::min(at(rule.at_low), at(rule.at_high));
+Confidence confidence(const FoundRule& rule) {
+    return std::min(Confidence(rule.at_low), Confidence(rule.at_high));
 }
 
 auto sides(const MergeCandidate& candidate) {

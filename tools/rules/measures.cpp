@@ -8,6 +8,8 @@
 #include <numbers>
 #include <string>
 
+#include "rules/confidence.h"
+
 namespace korv::tools {
 
 namespace {
@@ -73,7 +75,7 @@ double prevalence(const Table& t) {
 }
 
 double confidence(const Table& t) {
-    return share(t.a, t.x);
+    return Confidence({t.x, t.y, t.a}).value();
 }
 
 double recall(const Table& t) {

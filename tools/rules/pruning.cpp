@@ -9,22 +9,13 @@
 #include <tuple>
 #include <utility>
 
+#include "rules/confidence.h"
 #include "rules/outdone_claims.h"
 #include "rules/rule_order.h"
 
 namespace korv::tools {
 
 namespace {
-
-/// A confidence: this part of a whole that is not 0. In contradictory counts it may be more than 1.
-struct Confidence {
-    Count part;
-    Count whole;
-
-    std::uint64_t times(const Confidence& other) const { return std::uint64_t{part} * other.whole; }
-    bool operator==(const Confidence& other) const { return times(other) == other.times(*this); }
-    bool operator<(const Confidence& other) const { return times(other) < other.times(*this); }
-};
 
 /// The ends of what a measure of a rule can be.
 template <typename Value>
@@ -40,11 +31,9 @@ Ends<Value> ends(const Value& a, const Value& b) {
 
 /// The ends of the confidence. It has none where no transaction need meet the premise.
 std::optional<Ends<Confidence>> confidence(const FoundRule& rule) {
-    if (rule.at_low.premise == 0 || rule.at_high.premise == 0) {
-        return {};
-    }
-    return ends(Confidence{rule.at_low.both, rule.at_low.premise},
-                Confidence{rule.at_high.both, rule.at_high.premise});
+    const Confidence at_low(rule.at_low);
+    const Confidence at_high(rule.at_high);
+    return at_low.is_defined() && at_high.is_defined() ? std::optional(ends(at_low, at_high)) : std::nullopt;
 }
 
 /// The leverage of a table, times the square of N. For counts of N < 2^31 transactions, or of any N that are

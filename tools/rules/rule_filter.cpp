@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "rules/confidence.h"
+
 namespace korv::tools {
 
 namespace {
@@ -40,8 +42,7 @@ RuleFilter::RuleFilter(const RuleRequest& request, Count min_support, Count tran
 bool RuleFilter::reaches_thresholds(const Contingency& at_low, const Contingency& at_high) const {
     // A confidence of 0/0 is below every minimum.
     const auto reaches = [this](const Contingency& table) {
-        return table.both >= min_support_ &&
-               static_cast<double>(table.both) / table.premise >= min_confidence_;
+        return table.both >= min_support_ && Confidence(table).value() >= min_confidence_;
     };
     return reaches(at_low) && reaches(at_high);
 }
