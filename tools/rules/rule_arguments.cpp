@@ -459,8 +459,6 @@ std::vector<Certainty> parse_kinds(const std::string& text) {
 }
 
 std::vector<Measure> parse_measures(const std::string& text) {
-    constexpr std::array always_told = {Measure::support, Measure::confidence, Measure::lift,
-                                        Measure::leverage};
     std::array<bool, number_of_measures> is_wanted = {};
     for (const std::string& word : words_of_list("--measures", text)) {
         const auto measure = measure_named(word);
@@ -474,9 +472,8 @@ std::vector<Measure> parse_measures(const std::string& text) {
     }
     std::vector<Measure> measures;
     for (std::size_t i = 0; i < number_of_measures; ++i) {
-        const auto measure = static_cast<Measure>(i);
-        if (is_wanted[i] && std::ranges::find(always_told, measure) == always_told.end()) {
-            measures.push_back(measure);
+        if (is_wanted[i]) {
+            measures.push_back(static_cast<Measure>(i));
         }
     }
     return measures;

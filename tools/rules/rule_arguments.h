@@ -31,8 +31,7 @@ std::vector<Form> parse_forms(const std::string& text);
 std::vector<Certainty> parse_kinds(const std::string& text);
 
 /// The measures that --measures names, with commas between them, in the order of the catalogue; all of them
-/// for "all". Without those that every format tells anyway. Throws Error, with the nearest known names, for
-/// anything else.
+/// for "all". Throws Error, with the nearest known names, for anything else.
 std::vector<Measure> parse_measures(const std::string& text);
 
 /// The format that the extension of a path names. Throws Error where it names none.

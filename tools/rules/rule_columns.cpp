@@ -15,6 +15,11 @@ void append(Number number, std::string& text) {
     text += std::string_view(digits.data(), last);
 }
 
+FurtherMeasure with_names(Measure measure) {
+    const std::string name(name_of(measure));
+    return {measure, name, name + "_max"};
+}
+
 }  // namespace
 
 void append_shortest(double number, std::string& text) {
@@ -25,17 +30,21 @@ void append_shortest(std::uint64_t number, std::string& text) {
     append(number, text);
 }
 
+const std::vector<FurtherMeasure>& usual_measures() {
+    static const std::vector<FurtherMeasure> usual = {with_names(Measure::confidence),
+                                                      with_names(Measure::lift), with_names(Measure::leverage)};
+    return usual;
+}
+
 std::vector<FurtherMeasure> further_measures(const RuleBook& book) {
-    constexpr std::array told_anyway = {Measure::support, Measure::confidence, Measure::lift,
-                                        Measure::leverage};
+    const auto is_among = [](Measure measure, const std::vector<FurtherMeasure>& told) {
+        return std::ranges::find(told, measure, &FurtherMeasure::measure) != told.end();
+    };
     std::vector<FurtherMeasure> further;
     for (const Measure each : book.measures) {
-        if (std::ranges::find(told_anyway, each) != told_anyway.end() ||
-            std::ranges::find(further, each, &FurtherMeasure::measure) != further.end()) {
-            continue;
+        if (each != Measure::support && !is_among(each, usual_measures()) && !is_among(each, further)) {
+            further.push_back(with_names(each));
         }
-        const std::string name(name_of(each));
-        further.push_back({each, name, name + "_max"});
     }
     return further;
 }

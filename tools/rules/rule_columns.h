@@ -33,14 +33,17 @@ inline CountRange range_of(const FoundRule& rule, Count Contingency::*count) {
 void append_shortest(double number, std::string& text);
 void append_shortest(std::uint64_t number, std::string& text);
 
-/// A measure that was asked for, with the names of its columns.
+/// A measure with the names of its columns.
 struct FurtherMeasure {
     Measure measure;
     std::string name;
     std::string name_of_most;
 };
 
-/// The measures of a book in their order, each once, without those that have columns anyway.
+/// The measures of every rule, as their columns are ordered, but for the support, which is told as a count.
+const std::vector<FurtherMeasure>& usual_measures();
+
+/// The measures of a book in their order, each once, without the support and the usual ones.
 std::vector<FurtherMeasure> further_measures(const RuleBook& book);
 
 /// A rule as it is written.
@@ -61,10 +64,12 @@ void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& colum
         columns.range(name, name_of_most,
                       [each](const NumberedRule& numbered) { return range_of(numbered.rule, each); });
     };
-    const auto measure = [&](Measure each, std::string_view name, std::string_view name_of_most) {
-        columns.range(name, name_of_most, [each](const NumberedRule& numbered) {
-            return bounds_of(each, numbered.rule, numbered.book.transactions);
-        });
+    const auto measures = [&](const std::vector<FurtherMeasure>& all) {
+        for (const FurtherMeasure& each : all) {
+            columns.range(each.name, each.name_of_most, [&each](const NumberedRule& numbered) {
+                return bounds_of(each.measure, numbered.rule, numbered.book.transactions);
+            });
+        }
     };
     columns.one("id", [](const NumberedRule& numbered) { return numbered.id; });
     columns.one("form", [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
@@ -72,9 +77,7 @@ void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& colum
     columns.side("premise", [](const NumberedRule& numbered) { return numbered.rule.premise; });
     columns.side("conclusion", [](const NumberedRule& numbered) { return numbered.rule.conclusion; });
     count(&Contingency::both, "support", "support_max");
-    measure(Measure::confidence, "confidence", "confidence_max");
-    measure(Measure::lift, "lift", "lift_max");
-    measure(Measure::leverage, "leverage", "leverage_max");
+    measures(usual_measures());
     count(&Contingency::premise, "premise_count", "premise_count_max");
     count(&Contingency::conclusion, "conclusion_count", "conclusion_count_max");
     columns.one("transactions",
@@ -84,9 +87,7 @@ void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& colum
     });
     columns.one("wordings",
                 [](const NumberedRule& numbered) { return std::uint64_t{numbered.rule.wordings}; });
-    for (const FurtherMeasure& each : further) {
-        measure(each.measure, each.name, each.name_of_most);
-    }
+    measures(further);
 }
 
 }  // namespace korv::tools

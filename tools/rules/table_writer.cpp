@@ -69,6 +69,9 @@ public:
           style_(style),
           sides_([this](Side side, std::string& text) { text += side_text(side, book_, style_of_sides); }),
           sink_(std::move(sink)) {
+        for (const Measure each : {Measure::confidence, Measure::lift, Measure::support, Measure::leverage}) {
+            titles_.emplace_back(name_of(each));
+        }
         for (const FurtherMeasure& each : further_) {
             titles_.push_back(each.name);
         }
@@ -241,8 +244,8 @@ private:
     const TerminalStyle style_;
     SideTexts sides_;
     TextSink sink_;
-    std::vector<std::string> titles_ = {"confidence", "lift", "support", "leverage"};
-    std::vector<std::size_t> widths_;  ///< of the columns of numbers
+    std::vector<std::string> titles_;  ///< of the columns of numbers
+    std::vector<std::size_t> widths_;  ///< of the same columns
     std::size_t number_width_ = 1;
     std::size_t rule_width_ = 0;
     bool has_header_ = false;
