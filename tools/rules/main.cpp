@@ -85,22 +85,6 @@ void require_distinct_files(const RuleArguments& arguments, const std::string& n
     require_distinct(inputs, {{arguments.output, "the output (-o)"}});
 }
 
-/// What statistics call a phase of the search.
-Phase phase_of(SearchPhase phase) {
-    switch (phase) {
-        case SearchPhase::building_lattice:
-            return Phase::lattice;
-        case SearchPhase::indexing:
-            return Phase::indexing;
-        case SearchPhase::deriving:
-            return Phase::deriving;
-        case SearchPhase::pruning:
-        case SearchPhase::sorting:
-            break;
-    }
-    return Phase::pruning;
-}
-
 /// Keeps the statistics up to date, and shows them now and then.
 class Watch {
 public:
@@ -231,7 +215,7 @@ Status run(const RuleArguments& arguments) {
     KorvOutput korv;
     const SearchResult found = or_end_with(Status::wrong_input, [&] {
         return search_rules(input, arguments.rules, filter,
-                            {[&watch](SearchPhase phase) { watch.begin(phase_of(phase)); },
+                            {[&watch](Phase phase) { watch.begin(phase); },
                              [&watch](const Accounting& accounting, std::size_t done, std::size_t classes) {
                                  watch.derived(accounting, done, classes);
                              }},
@@ -256,26 +240,6 @@ Status run(const RuleArguments& arguments) {
     return found.rules.empty() ? Status::no_rule : Status::done;
 }
 
-/// What the program does when the memory does not suffice.
-std::string doing() {
-    switch (statistics().phase) {
-        case Phase::reading:
-            return "reading the input";
-        case Phase::mining:
-            return "mining";
-        case Phase::lattice:
-        case Phase::indexing:
-            return "building the lattice of the classes";
-        case Phase::deriving:
-            return "deriving rules";
-        case Phase::pruning:
-            return "comparing and sorting rules";
-        case Phase::writing:
-            break;
-    }
-    return "writing the rules";
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -290,7 +254,7 @@ int main(int argc, char** argv) {
         status = failure.status;
         say(failure.message);
     } catch (const std::bad_alloc&) {
-        say("out of memory while " + doing());
+        say("out of memory while " + std::string(words_for(statistics().phase).doing));
     } catch (const BrokenPipe&) {
         status = Status::done;  // the reader has had enough
     } catch (const std::exception& error) {

@@ -31,8 +31,8 @@ void append_shortest(std::uint64_t number, std::string& text) {
 }
 
 const std::vector<FurtherMeasure>& usual_measures() {
-    static const std::vector<FurtherMeasure> usual = {with_names(Measure::confidence),
-                                                      with_names(Measure::lift), with_names(Measure::leverage)};
+    static const std::vector<FurtherMeasure> usual = {
+        with_names(Measure::confidence), with_names(Measure::lift), with_names(Measure::leverage)};
     return usual;
 }
 

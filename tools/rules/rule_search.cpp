@@ -117,10 +117,10 @@ void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count tra
 /// Derives the rules of the input and hands on those that are left.
 void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
             SearchResult& result, const AddRule& add, const SearchProgress& progress, KorvOutput* korv) {
-    progress.begin(SearchPhase::building_lattice);
+    progress.begin(Phase::lattice);
     LatticeEntries entries = lattice_entries(input.classes);
     link_successors(entries);
-    progress.begin(SearchPhase::indexing);
+    progress.begin(Phase::indexing);
     DifferenceSupports from_classes(entries);
     if (!input.lines.empty()) {
         require_agreement(input.classes, input.lines, input.path, input.transactions, from_classes);
@@ -141,7 +141,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
                            korv->rules);
         korv->bytes_of_lattice = bytes_of_lattice_file(entries);
     }
-    progress.begin(SearchPhase::deriving);
+    progress.begin(Phase::deriving);
     // korv itself does not know what was counted in the transactions.
     if (korv_rules && counted) {
         for_each_pair(input.classes, entries, from_classes, *korv_rules);
@@ -182,13 +182,13 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
     };
     derive(input, request, filter, result, add, progress, korv);
     if (are_compared) {
-        progress.begin(SearchPhase::pruning);
+        progress.begin(Phase::pruning);
         prune(compared, result.itemsets, input.transactions, request, result.accounting);
         left = compared.size();
         std::ranges::for_each(compared, [&first](const FoundRule& rule) { first.add(rule); });
         std::exchange(compared, {});  // frees the memory
     }
-    progress.begin(SearchPhase::sorting);
+    progress.begin(Phase::sorting);
     result.rules = first.take();
     left -= limit_per_conclusion(result.rules, request.per_conclusion, result.accounting);
     if (request.top > 0 && result.rules.size() > request.top) {

@@ -9,6 +9,7 @@
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
 #include "rules/itemset_pool.h"
+#include "rules/phase.h"
 #include "rules/rule_derivation.h"
 #include "rules/rule_filter.h"
 #include "rules/rule_input.h"
@@ -38,12 +39,10 @@ struct SearchResult {
     Accounting accounting;
 };
 
-/// What the search is doing.
-enum class SearchPhase { building_lattice, indexing, deriving, pruning, sorting };
-
-/// Told what the search does, and how many of how many classes are done where it derives.
+/// Told what phase the search is in, from that of the lattice to that of sorting, and how many of how many
+/// classes are done where it derives.
 struct SearchProgress {
-    std::function<void(SearchPhase phase)> begin;
+    std::function<void(Phase phase)> begin;
     std::function<void(const Accounting& accounting, std::size_t done, std::size_t classes)> derived;
 };
 

@@ -20,12 +20,6 @@ static_assert(std::atomic<std::uint64_t>::is_always_lock_free && std::atomic<dou
                   std::atomic<Phase>::is_always_lock_free,
               "handlers of signals read the statistics");
 
-constexpr std::string_view name_of(Phase phase) {
-    constexpr std::array<std::string_view, 7> names = {"reading",  "mining",  "lattice", "indexing",
-                                                       "deriving", "pruning", "writing"};
-    return names.at(static_cast<std::size_t>(phase));
-}
-
 /// Whether standard error is a terminal, whose line of progress is cleared first.
 std::atomic<bool> is_on_terminal = false;
 
@@ -74,7 +68,7 @@ double monotonic_seconds() {
 }
 
 StatisticsLine::StatisticsLine(const Statistics& statistics, double seconds, std::size_t mebibytes) {
-    add(name_of(statistics.phase));
+    add(words_for(statistics.phase).name);
     if (statistics.pairs > 0) {
         add(", ");
         add(statistics.pairs);

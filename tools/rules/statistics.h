@@ -8,11 +8,9 @@
 #include <string_view>
 
 #include "common/progress_line.h"
+#include "rules/phase.h"
 
 namespace korv::tools {
-
-/// What a run is at.
-enum class Phase : std::size_t { reading, mining, lattice, indexing, deriving, pruning, writing };
 
 /// How far a run is, as far as it is known: signals ask at any time, so that nothing here may need a lock.
 /// There is one for the program, see statistics(). The run assigns to it, now and then: an assignment takes
