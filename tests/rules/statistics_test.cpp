@@ -95,7 +95,7 @@ void be_deriving() {
 
 TEST(StatisticsOnSignals, AreWrittenAndTheProgramGoesOn) {
     const auto [text, status] = in_child([] {
-        print_statistics_on_signals({});
+        print_statistics_on_signals();
         std::raise(SIGUSR1);
         be_deriving();
         std::raise(SIGUSR1);
@@ -109,7 +109,7 @@ TEST(StatisticsOnSignals, AreWrittenAndTheProgramGoesOn) {
 TEST(StatisticsOnSignals, AreWrittenBeforeAnInterruptRemovesTheUnfinishedOutput) {
     const test::TemporaryDirectory directory;
     const auto [text, status] = in_child([&directory] {
-        print_statistics_on_signals({});
+        print_statistics_on_signals();
         const test::Descriptor open = test::open_file(directory.path(), O_RDONLY | O_DIRECTORY);
         const TemporaryFile file(open.number(), 0600);
         be_deriving();
@@ -122,27 +122,17 @@ TEST(StatisticsOnSignals, AreWrittenBeforeAnInterruptRemovesTheUnfinishedOutput)
 
 TEST(StatisticsOnSignals, AreNotWrittenForABrokenPipe) {
     const auto [text, status] = in_child([] {
-        print_statistics_on_signals({});
+        print_statistics_on_signals();
         std::raise(SIGPIPE);
     });
     EXPECT_EQ(text, "");
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE);
 }
 
-TEST(StatisticsOnSignals, AreNotWrittenForAnInterruptWhereThatIsNotWanted) {
-    const auto [text, status] = in_child([] {
-        print_statistics_on_signals({.on_interrupt = false});
-        std::raise(SIGUSR1);
-        std::raise(SIGTERM);
-    });
-    EXPECT_EQ(masked(text), "korv-rules: reading; * s, * MiB\n");
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-}
-
 TEST(StatisticsOnSignals, DoNotInterruptWhatTheProgramReads) {
     test::Channel channel = test::make_pipe();
     const auto [text, status] = in_child([&channel] {
-        print_statistics_on_signals({});
+        print_statistics_on_signals();
         const pid_t parent = ::getpid();
         if (::fork() == 0) {
             // While the other one waits for a byte.

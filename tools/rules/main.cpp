@@ -246,7 +246,7 @@ int main(int argc, char** argv) {
     open_standard_streams();
     // A reader who has had enough, as head, is told apart from other faults by the error of writing.
     std::signal(SIGPIPE, SIG_IGN);
-    print_statistics_on_signals({});
+    print_statistics_on_signals();
     Status status = Status::failed;
     try {
         status = run(or_end_with(Status::wrong_usage, [&] { return parse_rule_arguments(argc, argv); }));

@@ -108,7 +108,7 @@ void StatisticsLine::add(std::uint64_t number) {
     }
 }
 
-void print_statistics_on_signals(const StatisticsSignals& signals) {
+void print_statistics_on_signals() {
     statistics().start = monotonic_seconds();
     is_on_terminal = ::isatty(STDERR_FILENO) != 0;
     struct sigaction print = {};
@@ -116,7 +116,7 @@ void print_statistics_on_signals(const StatisticsSignals& signals) {
     print.sa_flags = SA_RESTART;
     ::sigfillset(&print.sa_mask);
     ::sigaction(SIGUSR1, &print, nullptr);
-    remove_temporary_files_on_signals(signals.on_interrupt ? write_before_the_end : nullptr);
+    remove_temporary_files_on_signals(write_before_the_end);
 }
 
 void StatisticsDisplay::show() {

@@ -48,16 +48,11 @@ private:
     std::size_t size_ = 0;
 };
 
-/// What makes the program speak besides SIGUSR1.
-struct StatisticsSignals {
-    bool on_interrupt = true;  ///< SIGINT, SIGTERM and SIGHUP, too, before they end the program
-};
-
 /// From now on, SIGUSR1 writes a line of statistics on standard error, "korv-rules: deriving, ...", and the
-/// program goes on; a signal that interrupts it writes one, too. Then it removes all temporary files and ends
-/// the program, as every other one that ends programs (see remove_temporary_files_on_signals, which this
-/// calls). The clock of statistics() begins.
-void print_statistics_on_signals(const StatisticsSignals& signals);
+/// program goes on. SIGINT, SIGTERM and SIGHUP write one, too, before they remove all temporary files and end
+/// the program, as every other signal does that ends programs (see remove_temporary_files_on_signals, which
+/// this calls). The clock of statistics() begins.
+void print_statistics_on_signals();
 
 /// Tells somebody who waits how far the run is, see ProgressLine.
 class StatisticsDisplay {
