@@ -118,12 +118,6 @@ TEST_F(SideText, ShortensLongNames) {
     EXPECT_EQ(no_person({5, 6}), "sex not in {male, fem…}");
 }
 
-TEST(ValidUtf8, LeavesCharactersAndReplacesOtherBytes) {
-    EXPECT_EQ(valid_utf8("Käse \xF0\x9F\x8D\x9E"), "Käse \xF0\x9F\x8D\x9E");
-    EXPECT_EQ(valid_utf8("\xC3"), "\xEF\xBF\xBD");
-    EXPECT_EQ(valid_utf8("a\xC3(\xFF"), "a\xEF\xBF\xBD(\xEF\xBF\xBD");
-}
-
 TEST(SideTexts, MakesTheTextOfASideOnce) {
     int made = 0;
     SideTexts texts([&made](Side side, std::string& text) {

@@ -39,5 +39,11 @@ TEST(Utf8, HasNoSurrogateAndNothingBeyondTheLastCharacter) {
     EXPECT_EQ(first_character("\xEE\x80\x80").bytes, 3U);
 }
 
+TEST(ValidUtf8, LeavesCharactersAndReplacesOtherBytes) {
+    EXPECT_EQ(valid_utf8("Käse \xF0\x9F\x8D\x9E"), "Käse \xF0\x9F\x8D\x9E");
+    EXPECT_EQ(valid_utf8("\xC3"), "\xEF\xBF\xBD");
+    EXPECT_EQ(valid_utf8("a\xC3(\xFF"), "a\xEF\xBF\xBD(\xEF\xBF\xBD");
+}
+
 }  // namespace
 }  // namespace korv::tools

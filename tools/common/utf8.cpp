@@ -50,4 +50,15 @@ Character first_character(std::string_view text) {
     return {code, form->bytes};
 }
 
+std::string valid_utf8(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string valid;
+    while (!text.empty()) {
+        const std::size_t bytes = first_character(text).bytes;
+        valid += bytes == 0 ? replacement : text.substr(0, bytes);
+        text.remove_prefix(std::max<std::size_t>(bytes, 1));
+    }
+    return valid;
+}
+
 }  // namespace korv::tools

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace korv::tools {
@@ -15,5 +16,8 @@ struct Character {
 /// character: one that is cut off or written with more bytes than it needs, a surrogate, or one beyond
 /// U+10FFFF.
 Character first_character(std::string_view text);
+
+/// A text of unknown origin with U+FFFD for each byte that is not UTF-8.
+std::string valid_utf8(std::string_view text);
 
 }  // namespace korv::tools

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "common/quantity.h"
-#include "rules/rule_columns.h"
+#include "common/shortest_number.h"
+#include "rules/found_rule.h"
+#include "rules/measures.h"
 
 namespace korv::tools {
 

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/shortest_number.h"
 #include "rules/rule_columns.h"
 #include "rules/side_words.h"
 

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/shortest_number.h"
+#include "common/utf8.h"
 #include "rules/rule_columns.h"
 #include "rules/side_words.h"
 

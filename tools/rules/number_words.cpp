@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "common/quantity.h"
+#include "common/shortest_number.h"
 
 namespace korv::tools {
 

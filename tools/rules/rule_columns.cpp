@@ -1,19 +1,10 @@
 #include "rules/rule_columns.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 
 namespace korv::tools {
 
 namespace {
-
-template <typename Number>
-void append(Number number, std::string& text) {
-    std::array<char, 32> digits;
-    const char* const last = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    text += std::string_view(digits.data(), last);
-}
 
 FurtherMeasure with_names(Measure measure) {
     const std::string name(name_of(measure));
@@ -21,14 +12,6 @@ FurtherMeasure with_names(Measure measure) {
 }
 
 }  // namespace
-
-void append_shortest(double number, std::string& text) {
-    append(number + 0.0, text);  // which takes the sign from -0
-}
-
-void append_shortest(std::uint64_t number, std::string& text) {
-    append(number, text);
-}
 
 const std::vector<FurtherMeasure>& usual_measures() {
     static const std::vector<FurtherMeasure> usual = {

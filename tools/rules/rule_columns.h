@@ -29,10 +29,6 @@ inline CountRange range_of(const FoundRule& rule, Count Contingency::*count) {
     return {low, high};
 }
 
-/// Appends a number as the shortest text that reads back equal, an infinite one as "inf" or "-inf".
-void append_shortest(double number, std::string& text);
-void append_shortest(std::uint64_t number, std::string& text);
-
 /// A measure with the names of its columns.
 struct FurtherMeasure {
     Measure measure;

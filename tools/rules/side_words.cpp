@@ -130,17 +130,6 @@ std::string side_text(Side side, const RuleBook& book, const SideStyle& style) {
     return SideSpeaker(book, style).said(side, book.itemsets[side.itemset()]);
 }
 
-std::string valid_utf8(std::string_view text) {
-    constexpr std::string_view replacement = "\xEF\xBF\xBD";
-    std::string valid;
-    while (!text.empty()) {
-        const std::size_t bytes = first_character(text).bytes;
-        valid += bytes == 0 ? replacement : text.substr(0, bytes);
-        text.remove_prefix(std::max<std::size_t>(bytes, 1));
-    }
-    return valid;
-}
-
 const std::string& SideTexts::of(Side side) {
     // Sides are numbered in the order in which they come, so neighbours in time have different slots.
     Slot& slot = slots_[(std::size_t{side.itemset()} * 2 + (side.is_negated() ? 1 : 0)) % number_of_slots];

@@ -4,7 +4,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "rules/found_rule.h"
@@ -38,9 +37,6 @@ struct SideStyle {
 ///
 /// Bytes that are not UTF-8 become U+FFFD, and \xHH in a printable text.
 std::string side_text(Side side, const RuleBook& book, const SideStyle& style);
-
-/// A text of unknown origin with U+FFFD for each byte that is not UTF-8.
-std::string valid_utf8(std::string_view text);
 
 /// The texts of sides, in any form. The same sides are in many rules, so their texts are kept: at most 16,384
 /// of them, none above 4 KiB.
