@@ -72,6 +72,11 @@ TEST_F(RuleInputTest, ClassFileIsSeenAndReadWithItsLines) {
                                   "classes             3", "transactions        10"}));
 }
 
+TEST_F(RuleInputTest, NotesPartThousands) {
+    EXPECT_EQ(read(classes_of(file("a.classes", "1\t4\t 1,\n"), 12345)).notes.back(),
+              "transactions        12,345");
+}
+
 TEST_F(RuleInputTest, ClassFileNeedsTheNumberOfTransactions) {
     const std::string path = file("a.classes", "1\t4\t 1,\n");
     EXPECT_EQ(complaint(request_for(path)),

@@ -82,6 +82,7 @@ TEST_F(SummaryTest, LeavesTheNamesOpenForStandardOutput) {
 
 TEST_F(SummaryTest, BeginsAtOneTransactionInAHundred) {
     database_.transactions = 2201;
+    EXPECT_NE(text().find("\ntransactions        2,201\n"), std::string::npos) << text();
     EXPECT_EQ(notes(), "To derive rules: korv groceries data/groceries.classes 23 0.8 2201\n");
 }
 

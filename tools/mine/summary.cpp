@@ -37,16 +37,16 @@ std::string list_of(const std::vector<std::string>& words) {
 
 /// "1 item", "2 items".
 std::string counted(std::size_t number, const std::string& noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+    return with_commas(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
 void add_numbers_of_input(const Database& database, const ReadingReport& reading, std::string& text) {
     add("input", description(reading), text);
-    add("transactions", std::to_string(database.transactions), text);
+    add("transactions", with_commas(database.transactions), text);
     if (reading.empty_transactions > 0) {
-        add("empty transactions", std::to_string(reading.empty_transactions), text);
+        add("empty transactions", with_commas(reading.empty_transactions), text);
     }
-    add("items", std::to_string(database.items.size()), text);
+    add("items", with_commas(database.items.size()), text);
 }
 
 void add_numbers(const Run& run, std::string& text) {
@@ -54,13 +54,13 @@ void add_numbers(const Run& run, std::string& text) {
         return support_of(column, run.database) >= run.options.min_support;
     });
     add_numbers_of_input(run.database, run.reading, text);
-    add("frequent items", std::to_string(frequent), text);
-    add("essential itemsets", std::to_string(run.classes.essentials()), text);
-    add("classes", std::to_string(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
+    add("frequent items", with_commas(static_cast<std::size_t>(frequent)), text);
+    add("essential itemsets", with_commas(run.classes.essentials()), text);
+    add("classes", with_commas(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
     add("largest closure", counted(run.classes.largest_closure(), "item"), text);
     add("class file", size_text(run.classes.file_bytes()), text);
     add("time", seconds_text(run.seconds), text);
-    add("peak memory", std::to_string(peak_memory()) + " MiB", text);
+    add("peak memory", with_commas(peak_memory()) + " MiB", text);
 }
 
 void add_uncut(const std::vector<UncutColumn>& columns, std::string& text) {
@@ -126,7 +126,7 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
 void add_notes(const Run& run, std::string& text) {
     add_notes_on_input(run.reading, text);
     if (run.classes.rare_bytes() > run.classes.file_bytes() / 2) {
-        text += "Items in fewer than " + std::to_string(run.options.min_support) + " transactions make up " +
+        text += "Items in fewer than " + with_commas(run.options.min_support) + " transactions make up " +
                 size_text(run.classes.rare_bytes()) +
                 " of the class file: --closure-items frequent leaves them out\n";
     }

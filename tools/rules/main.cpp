@@ -127,8 +127,8 @@ private:
 /// Why mining ended before it had all classes, and what helps.
 std::string why_it_stopped(const MiningProgress& progress, double max_seconds) {
     return "stopped after " + seconds_text(max_seconds) + " (--max-seconds), with " +
-           with_commas(progress.classes) + " classes when " + std::to_string(progress.roots_done) + " of " +
-           std::to_string(progress.roots) +
+           with_commas(progress.classes) + " classes when " + with_commas(progress.roots_done) + " of " +
+           with_commas(progress.roots) +
            " root items were done; a higher --min-support or a lower --max-size brings fewer, a higher "
            "--max-seconds lets it go on";
 }

@@ -189,11 +189,11 @@ RuleInput read_class_input(TextInput text, const InputRequest& request) {
     ClassFile file = read_class_file(std::move(text));
     const std::string how = request.is_class_file ? "" : " (seen from its first lines)";
     input.notes.push_back(note("class file", file.name + how));
-    input.notes.push_back(note("classes", std::to_string(file.classes.size())));
+    input.notes.push_back(note("classes", with_commas(file.classes.size())));
     read_item_names(request, request.paths.front() == "-" ? "" : request.paths.front(), input);
     if (request.database.empty()) {
         input.transactions = *request.transactions;
-        input.notes.push_back(note("transactions", std::to_string(input.transactions)));
+        input.notes.push_back(note("transactions", with_commas(input.transactions)));
     } else {
         read_its_database(request, file, input);
     }
@@ -236,9 +236,9 @@ MiningOptions options_of(const InputRequest& request, Count transactions) {
 }
 
 void add_notes_on(const BoundedMining& mined, std::vector<std::string>& notes) {
-    notes.push_back(note("classes", std::to_string(mined.classes.size())));
+    notes.push_back(note("classes", with_commas(mined.classes.size())));
     if (mined.is_reduced) {
-        notes.push_back("Itemsets of more than " + std::to_string(mined.options.max_size) +
+        notes.push_back("Itemsets of more than " + with_commas(mined.options.max_size) +
                         (mined.options.max_size == 1 ? " item" : " items") +
                         " are left out, since with them there are more than " +
                         with_commas(mined.options.max_classes) +
