@@ -113,6 +113,11 @@ constexpr std::array pattern_options = {
     PatternOption{"--then-not", PatternPlace::conclusion, false,
                   "No rules with such an item in the conclusion"}};
 
+/// Whether a text can be a pattern or a condition, which say more of what is wrong with them.
+bool has_text(const std::string& text) {
+    return !text.empty();
+}
+
 /// Parses a finite number that is not negative, as such or per cent. Returns nothing for anything else.
 std::optional<double> parse_ratio(const std::string& text) {
     const bool is_percentage = text.ends_with('%');
@@ -194,7 +199,7 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
         ->group(choice_group);
     for (const PatternOption& option : pattern_options) {
         app.add_option(option.name, words.patterns[option.name], option.help)
-            ->check(argument_check(is_path, "a pattern of items"))
+            ->check(argument_check(has_text, "a pattern of items"))
             ->take_all()
             ->allow_extra_args(false)
             ->group(choice_group);
@@ -219,7 +224,7 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("--where", arguments.rules.where,
                    "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; "
                    "--help-measures names the measures")
-        ->check(argument_check(is_path, "a condition such as 'lift > 1.2'"))
+        ->check(argument_check(has_text, "a condition such as 'lift > 1.2'"))
         ->group(choice_group);
 }
 
