@@ -73,14 +73,23 @@ std::string place_of_class(const RuleInput& input, NodeRef node) {
     return input.path + ":" + std::to_string(input.lines[position]);
 }
 
+/// "2", "2 to 4".
+std::string from_to(std::uint64_t low, std::uint64_t high) {
+    return std::to_string(low) + (low == high ? "" : " to " + std::to_string(high));
+}
+
+/// Throws Error for a class whose support goes with no support that others leave to the rest of its items.
 [[noreturn]] void refuse(const RuleInput& input, const Pair& pair) {
-    throw Error(place_of_class(input, pair.node) + ": found a support of " + std::to_string(pair.support) +
-                ", which contradicts the support of " + std::to_string(pair.base_support) + " of " +
-                place_of_class(input, pair.base_node) + ": the rest of its items, " +
-                text_of_items(pair.difference) + ", would be in " +
-                std::to_string(pair.support - pair.base_support) + " to " + std::to_string(pair.support) +
-                " transactions; other classes say " + std::to_string(pair.difference_support.lower) + " to " +
-                std::to_string(pair.difference_support.upper));
+    const auto [lower, upper] = pair.difference_support;
+    // Whoever holds one of the items holds one of the base or one of the rest.
+    const std::uint64_t least = std::max(pair.base_support, upper);
+    const std::uint64_t most = std::uint64_t{pair.base_support} + lower;
+    const bool is_possible = lower <= upper && least <= most;
+    throw Error(place_of_class(input, pair.node) + ": found the support " + std::to_string(pair.support) +
+                "; expected " + (is_possible ? from_to(least, most) : "classes that agree") +
+                ", since the support of " + place_of_class(input, pair.base_node) + " is " +
+                std::to_string(pair.base_support) + " and that of the rest of its items, " +
+                text_of_items(pair.difference) + ", by other classes " + from_to(lower, upper));
 }
 
 /// Leaves out all but the first `most` rules of each conclusion; none where `most` is 0. Returns how many.
