@@ -45,10 +45,36 @@ TEST(MeasureText, OfWhatIsNoFiniteNumber) {
     EXPECT_EQ(measure_text(1e300), "1e+300");
 }
 
-TEST(ShareText, Says1OnlyOf1) {
-    EXPECT_EQ(share_text(1), "1.000");
-    EXPECT_EQ(share_text(0.9999), "0.999");
-    EXPECT_EQ(share_text(0.7319), "0.732");
+TEST(MeasureText, Says0And1OnlyOfThem) {
+    EXPECT_EQ(measure_text(1), "1.00");
+    EXPECT_EQ(measure_text(0.9999997), ">0.999");
+    EXPECT_EQ(measure_text(1.0000003), "<1.01");
+    EXPECT_EQ(measure_text(-0.9999997), "<-0.999");
+    EXPECT_EQ(measure_text(0.0000003), "3e-07");
+}
+
+TEST(DistinctText, Says1OnlyOf1) {
+    EXPECT_EQ(distinct_text(1, 3), "1.000");
+    EXPECT_EQ(distinct_text(0.9999, 3), ">0.999");
+    EXPECT_EQ(distinct_text(0.9994, 3), "0.999");
+    EXPECT_EQ(distinct_text(1.0004, 3), "<1.001");
+    EXPECT_EQ(distinct_text(1.0006, 3), "1.001");
+    EXPECT_EQ(distinct_text(0.7319, 3), "0.732");
+}
+
+TEST(DistinctText, SaysMinus1OnlyOfMinus1) {
+    EXPECT_EQ(distinct_text(-1, 2), "-1.00");
+    EXPECT_EQ(distinct_text(-0.999, 2), "<-0.99");
+    EXPECT_EQ(distinct_text(-1.001, 2), ">-1.01");
+}
+
+TEST(DistinctText, Says0OnlyOf0) {
+    EXPECT_EQ(distinct_text(0, 4), "0.0000");
+    EXPECT_EQ(distinct_text(-0.0, 4), "0.0000");
+    EXPECT_EQ(distinct_text(0.00004, 4), "4e-05");
+    EXPECT_EQ(distinct_text(-0.000012345, 4), "-1.2e-05");
+    EXPECT_EQ(distinct_text(0.00006, 4), "0.0001");
+    EXPECT_EQ(distinct_text(0.004, 2), "0.004");
 }
 
 TEST(RangeText, IsOneNumberWhereItsEndsReadTheSame) {

@@ -65,6 +65,14 @@ TEST_F(TableWriterTest, ShowsRangesAndFurtherMeasures) {
               "  0.411 to 0.467  95.6 to 131\n");
 }
 
+TEST_F(TableWriterTest, SaysNothingIs0Or1ThatOnlyComesClose) {
+    // Of 2,100, one is an exception, and so it is of all 2,201: 2099/2100, 2099*2201/(2100*2200), and
+    // (2099*2201 - 2100*2200)/2201^2.
+    EXPECT_EQ(table({known_rule(rules.any({6}), rules.any({10}), {2100, 2200, 2099})}, {.width = 100}),
+              "#  rule                        confidence   lift  support  leverage\n"
+              "1  sex=female => survived=yes      >0.999  >0.99    2,099  -2.1e-05\n");
+}
+
 TEST_F(TableWriterTest, HasColourOnlyWhereATerminalHas) {
     EXPECT_EQ(table({women_survived}, {.width = 100, .has_color = true}),
               "\x1B[1m#  rule                        confidence  lift  support  leverage\x1B[22m\n"

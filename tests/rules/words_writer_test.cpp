@@ -98,6 +98,15 @@ TEST_F(WordsWriterTest, AddsFurtherMeasures) {
     EXPECT_TRUE(words({rule}, {Measure::jaccard}).ends_with("\n   jaccard 0.411 to 0.467\n"));
 }
 
+TEST_F(WordsWriterTest, SaysNoMeasureIs1ThatOnlyComesClose) {
+    const FoundRule rule = known_rule(rules.any({6}), rules.any({10}), {2100, 2200, 2099});
+    EXPECT_EQ(words({rule}, {Measure::confidence, Measure::laplace, Measure::recall, Measure::relative_risk}),
+              "1. If sex=female, then in over 99.9 % of cases: survived=yes\n"
+              "   2,099 of 2,100, against 2,200 of all 2,201 (over 99.9 %): hardly less often than in\n"
+              "   general\n"
+              "   laplace 0.999, recall 0.954, relative_risk >0.999\n");
+}
+
 TEST_F(WordsWriterTest, WrapsAndNamesTheFirst12Items) {
     MadeRules many({{1, "a\x1B[0m"}});
     Itemset items;

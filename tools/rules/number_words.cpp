@@ -1,6 +1,5 @@
 #include "rules/number_words.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -9,6 +8,17 @@
 #include "common/shortest_number.h"
 
 namespace korv::tools {
+
+namespace {
+
+/// A number with two significant digits: "0.00012", "1.2e-05".
+std::string two_digits_text(double number) {
+    std::array<char, 32> text = {};
+    const int bytes = std::snprintf(text.data(), text.size(), "%.2g", number);
+    return {text.data(), static_cast<std::size_t>(bytes)};
+}
+
+}  // namespace
 
 std::string percent_text(double share) {
     const double percent = 100 * share;
@@ -39,11 +49,9 @@ std::string measure_text(double number) {
         return (number < 0 ? "-" : "") + with_commas(static_cast<std::size_t>(std::llround(size)));
     }
     if (size != 0 && size < 0.001) {
-        std::array<char, 32> text = {};
-        const int bytes = std::snprintf(text.data(), text.size(), "%.2g", number);
-        return {text.data(), static_cast<std::size_t>(bytes)};
+        return two_digits_text(number);
     }
-    return decimals_text(number, size >= 99.95 ? 0 : size >= 9.995 ? 1 : size >= 1 ? 2 : 3);
+    return distinct_text(number, size >= 99.95 ? 0 : size >= 9.995 ? 1 : size >= 1 ? 2 : 3);
 }
 
 std::string decimals_text(double number, int decimals) {
@@ -52,9 +60,19 @@ std::string decimals_text(double number, int decimals) {
     return {text.data(), static_cast<std::size_t>(size)};
 }
 
-std::string share_text(double share) {
-    constexpr double largest_below_1 = 0.999;
-    return decimals_text(share < 1 ? std::min(share, largest_below_1) : share, 3);
+std::string distinct_text(double number, int decimals) {
+    const double size = std::abs(number);
+    const std::string sign = number < 0 ? "-" : "";
+    const std::string text = decimals_text(size, decimals);
+    if (size != 0 && text == decimals_text(0, decimals)) {
+        return two_digits_text(number);
+    }
+    if (size == 1 || text != decimals_text(1, decimals)) {
+        return sign + text;
+    }
+    const double step = std::pow(10, -decimals);
+    const bool is_above = number > (number < 0 ? -1 : 1);
+    return (is_above ? "<" : ">") + sign + decimals_text(size > 1 ? 1 + step : 1 - step, decimals);
 }
 
 std::string range_text(const std::string& low, const std::string& high) {

@@ -48,15 +48,15 @@ struct Row {
 };
 
 std::string share_cell(double share) {
-    return std::isnan(share) ? measure_text(share) : share_text(share);
+    return std::isnan(share) ? measure_text(share) : distinct_text(share, 3);
 }
 
 std::string lift_cell(double lift) {
-    return lift < 999.5 ? decimals_text(lift, 2) : measure_text(lift);
+    return lift < 999.5 ? distinct_text(lift, 2) : measure_text(lift);
 }
 
 std::string leverage_cell(double leverage) {
-    return std::isnan(leverage) ? measure_text(leverage) : decimals_text(leverage, 4);
+    return std::isnan(leverage) ? measure_text(leverage) : distinct_text(leverage, 4);
 }
 
 using CellOfNumber = std::string (*)(double number);
