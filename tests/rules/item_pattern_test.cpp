@@ -78,7 +78,6 @@ TEST(ItemPattern, IsTheNumberOfAnItem) {
 TEST(ItemPattern, HasAlternativesOfAnyKind) {
     EXPECT_EQ(found("beer|milk"), (Itemset{1, 5}));
     EXPECT_EQ(found("#5|/^Mi|^so/|?hole*"), (Itemset{2, 3, 4, 5}));
-    EXPECT_EQ(found("beer|cola*"), (Itemset{5}));
 }
 
 TEST(ItemPattern, TakesLiterallyWhatABackslashPrecedes) {
@@ -115,9 +114,22 @@ TEST(ItemPattern, NamesTheNearestItems) {
               R"("whole milk")");
     EXPECT_EQ(complaint("beer|mlik").substr(0, 22), R"(--with: found "mlik"; )");
     EXPECT_EQ(complaint("cola*").substr(0, 23), R"(--with: found "cola*"; )");
-    EXPECT_EQ(complaint("/cola/").substr(0, 24), R"(--with: found "/cola/"; )");
+    EXPECT_EQ(complaint("/mil+k./"),
+              R"(--with: found "/mil+k./"; expected an item, such as "milk", "Milk", "soy milk", "beer", )"
+              R"("whole milk")");
     EXPECT_EQ(complaint("milk", groceries, {}),
               R"(--with: found "milk", which is in no class; expected nothing, since there is no item)");
+}
+
+TEST(ItemPattern, IsWrongWhereOneOfItsPartsMatchesNothing) {
+    EXPECT_TRUE(complaint("beer|cola*").starts_with(R"(--with: found "cola*"; expected an item, such as )"));
+    EXPECT_TRUE(complaint("/cola/|milk").starts_with(R"(--with: found "/cola/"; expected an item, )"));
+}
+
+TEST(ItemPattern, SeesNoColumnInARegularExpression) {
+    EXPECT_EQ(complaint("/class=2nd/", table, first_four),
+              R"(--with: found "/class=2nd/"; expected an item, such as "class=1st", "class=crew", )"
+              R"("sex=male", "sex=female")");
 }
 
 TEST(ItemPattern, NamesTheNearestColumns) {
@@ -130,6 +142,9 @@ TEST(ItemPattern, NamesTheNearestColumns) {
 TEST(ItemPattern, NamesTheNearestValuesOfAColumn) {
     EXPECT_EQ(complaint("class=2nd", table, first_four),
               R"(--with: found "class=2nd"; expected an item, such as "class=1st", "class=crew")");
+    const ItemNames one_value({{1, "x=a"}, {2, "y=a"}, {3, "y=b"}});
+    EXPECT_EQ(complaint("x=r", one_value, {1, 2, 3}),
+              R"(--with: found "x=r"; expected an item, such as "x=a")");
 }
 
 TEST(ItemPattern, NamesTheNumbersThatThereAre) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -183,9 +184,6 @@ public:
                 result.push_back(items_[i]);
             }
         }
-        if (result.empty()) {
-            fail_for_nothing(pattern_.text);
-        }
         return result;
     }
 
@@ -250,7 +248,13 @@ private:
             return part.meaning == Meaning::wildcards ? RE2::FullMatch(name, expression)
                                                       : RE2::PartialMatch(name, expression);
         };
-        mark_where([&](std::size_t i) { return matches(names_[i]); });
+        if (mark_where([&](std::size_t i) { return matches(names_[i]); })) {
+            return;
+        }
+        if (part.meaning == Meaning::expression) {
+            fail_with(part.text, part.expression, names_);
+        }
+        fail_for_nothing(part.text);
     }
 
     /// The column that a text names: what is before the first equals sign.
@@ -260,31 +264,41 @@ private:
                                                            : std::optional(text.substr(0, sign));
     }
 
-    /// Throws Error for a text that matches no item.
+    /// All columns, even those of which no class has an item, or that have only one.
+    std::vector<std::string> columns() const {
+        std::set<std::string> found;
+        for (const auto& [item, name] : item_names_.all()) {
+            if (const auto column = column_in(name)) {
+                found.emplace(*column);
+            }
+        }
+        return {found.begin(), found.end()};
+    }
+
+    /// Throws Error for a name, or one with wildcards, that matches no item.
     [[noreturn]] void fail_for_nothing(std::string_view text) const {
         const auto column = column_in(text);
-        if (!column || item_names_.columns().empty()) {
-            fail_with(text, names_);
+        const std::vector<std::string> known = columns();
+        if (!column || known.empty()) {
+            fail_with(text, text, names_);
         }
-        std::vector<std::string> columns;
-        for (const ItemNames::Column& each : item_names_.columns()) {
-            columns.push_back(each.name);
-        }
-        if (std::ranges::find(columns, *column) == columns.end()) {
+        if (!std::ranges::binary_search(known, *column)) {
             fail(pattern_, shown(text),
-                 "a column of the input, such as " + all_shown(nearest(*column, columns, most_listed)));
+                 "a column of the input, such as " + all_shown(nearest(*column, known, most_listed)));
         }
         std::vector<std::string> of_column;
         std::ranges::copy_if(names_, std::back_inserter(of_column),
                              [&](const std::string& name) { return column_in(name) == column; });
-        fail_with(text, of_column.empty() ? names_ : of_column);
+        fail_with(text, text, of_column.empty() ? names_ : of_column);
     }
 
-    [[noreturn]] void fail_with(std::string_view text, std::span<const std::string> candidates) const {
+    /// Throws Error for a part of a pattern. `text`: what to name the nearest candidates of.
+    [[noreturn]] void fail_with(std::string_view part, std::string_view text,
+                                std::span<const std::string> candidates) const {
         const auto& all = item_names_.all();
         const bool is_known =
-            std::ranges::any_of(all, [&](const auto& item_and_name) { return item_and_name.second == text; });
-        fail(pattern_, shown(text) + (is_known ? ", which is in no class" : ""),
+            std::ranges::any_of(all, [&](const auto& item_and_name) { return item_and_name.second == part; });
+        fail(pattern_, shown(part) + (is_known ? ", which is in no class" : ""),
              candidates.empty() ? "nothing, since there is no item"
                                 : "an item, such as " + all_shown(nearest(text, candidates, most_listed)));
     }

@@ -16,8 +16,8 @@ namespace korv::tools {
 /// - `#NUMBER`, the number of an item.
 ///
 /// What is exactly the name of an item is that item, whatever else it could mean: the whole pattern, or a
-/// part. Throws Error, which names the option and the nearest names, for a name or a number of no item, for a
-/// pattern that matches no item, and for one that is not as above.
+/// part. Throws Error, which names the option and the nearest names, for a part that matches no item, and for
+/// a pattern that is not as above.
 Itemset matching_items(const PatternWord& pattern, ItemSpan items, const ItemNames& names);
 
 }  // namespace korv::tools
