@@ -346,7 +346,7 @@ TEST_F(KorvRules, WorksWhereStandardErrorIsClosed) {
 }
 
 TEST_F(KorvRules, EndsWhereTheTimeForMiningIsOver) {
-    put("a.dat", endless_database());
+    put("a.dat", large_database());
     const Outcome outcome =
         rules(std::vector<std::string>{"a.dat", "--max-seconds", "0.1", "-o", "a.csv"} + endless);
     EXPECT_EQ(outcome.ending, exited(3));
@@ -364,7 +364,7 @@ TEST_F(KorvRules, SaysThatTheMemoryIsExhausted) {
     if (shell(limit + "exec \"$0\" --version").ending != exited(0)) {
         GTEST_SKIP() << "Sanitizers need more memory than this test has.";
     }
-    put("a.dat", endless_database());
+    put("a.dat", large_database());
     const Outcome mined =
         shell(limit + "exec \"$0\" a.dat -s 1 --max-items 0 --max-classes 4000000000 -q -o a.csv");
     EXPECT_EQ(mined.ending, exited(4));
@@ -481,7 +481,7 @@ private:
 };
 
 TEST_F(KorvRules, TellsHowFarItIsAndRemovesWhatItWroteWhenItIsInterrupted) {
-    put("a.dat", endless_database());
+    put("a.dat", large_database());
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         SCOPED_TRACE(signal);
         const Watch watch(directory_.path());

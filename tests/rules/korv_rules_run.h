@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/process.h"
+#include "support/program_fixture.h"
 
 namespace korv::test {
 
@@ -42,55 +40,21 @@ inline std::vector<std::string> operator+(std::vector<std::string> words,
     return words;
 }
 
-/// A database whose classes take far longer than any test: 60 items, each in about every third transaction.
-inline std::string endless_database() {
-    std::mt19937 random(1);
-    std::string text;
-    for (int transaction = 0; transaction < 2000; ++transaction) {
-        for (int item = 0; item < 60; ++item) {
-            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
-        }
-        text += '\n';
-    }
-    return text;
-}
-
-/// What makes it so.
+/// With which the large database takes far longer than any test.
 inline const std::vector<std::string> endless = {"-s",        "1", "--max-items", "0", "--max-classes",
                                                  "4000000000"};
 
-/// Items, each in about every third of some transactions.
-inline std::string random_database(std::uint32_t seed, int items, int transactions) {
-    std::mt19937 random(seed);
-    std::string text;
-    for (int transaction = 0; transaction < transactions; ++transaction) {
-        for (int item = 1; item <= items; ++item) {
-            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
-        }
-        text += '\n';
-    }
-    return text;
-}
-
-/// korv-rules as a process that runs in a directory of its own.
-class KorvRules : public ::testing::Test {
+/// korv-rules as a process.
+class KorvRules : public ProgramTest {
 protected:
     Outcome rules(const std::vector<std::string>& arguments) const {
-        return run({KORV_RULES_PROGRAM, arguments, directory_.path()});
+        return run_here(KORV_RULES_PROGRAM, arguments);
     }
 
     /// Runs a script of bash, in which "$0" is korv-rules, "$1" korv-mine and "$2" korv.
     Outcome shell(const std::string& script) const {
-        return run({"/bin/bash",
-                    {"-c", script, KORV_RULES_PROGRAM, KORV_MINE_PROGRAM, KORV_PROGRAM},
-                    directory_.path()});
+        return shell_with({KORV_RULES_PROGRAM, KORV_MINE_PROGRAM, KORV_PROGRAM}, script);
     }
-
-    void put(const std::string& name, const std::string& bytes) const {
-        write_file(directory_.path() / name, bytes);
-    }
-
-    Files files() const { return read_files(directory_.path()); }
 
     /// Runs korv-rules, quietly, and expects that it is refused with a status and a message.
     void expect_refused(const std::vector<std::string>& arguments, int status,
@@ -100,8 +64,6 @@ protected:
         EXPECT_EQ(outcome.err, "korv-rules: " + message + "\n");
         EXPECT_EQ(outcome.out, "");
     }
-
-    TemporaryDirectory directory_;
 };
 
 }  // namespace korv::test

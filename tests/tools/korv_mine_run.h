@@ -1,13 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <random>
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/process.h"
+#include "support/program_fixture.h"
 
 namespace korv::test {
 
@@ -29,38 +25,15 @@ inline const std::string small_basket_classes =
     "3 4\t3\t 3,\n"
     "1 2 3 4\t5\t 2 3,\n";
 
-/// A database whose classes take far longer than any test: 60 items, each in about every third transaction.
-inline std::string large_database() {
-    std::mt19937 random(1);
-    std::string text;
-    for (int transaction = 0; transaction < 2000; ++transaction) {
-        for (int item = 0; item < 60; ++item) {
-            text += random() % 3 == 0 ? std::to_string(item) + ' ' : "";
-        }
-        text += '\n';
-    }
-    return text;
-}
-
-/// korv-mine as a process that runs in a directory of its own.
-class KorvMine : public ::testing::Test {
+/// korv-mine as a process.
+class KorvMine : public ProgramTest {
 protected:
     Outcome mine(const std::vector<std::string>& arguments) const {
-        return run({KORV_MINE_PROGRAM, arguments, directory_.path()});
+        return run_here(KORV_MINE_PROGRAM, arguments);
     }
 
     /// Runs a script of bash, in which "$0" is korv-mine.
-    Outcome shell(const std::string& script) const {
-        return run({"/bin/bash", {"-c", script, KORV_MINE_PROGRAM}, directory_.path()});
-    }
-
-    void put(const std::string& name, const std::string& bytes) const {
-        write_file(directory_.path() / name, bytes);
-    }
-
-    Files files() const { return read_files(directory_.path()); }
-
-    TemporaryDirectory directory_;
+    Outcome shell(const std::string& script) const { return shell_with({KORV_MINE_PROGRAM}, script); }
 };
 
 }  // namespace korv::test
