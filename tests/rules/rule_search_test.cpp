@@ -162,5 +162,13 @@ TEST(RuleFilterOfAnInput, KnowsTheItemsOfTheClasses) {
               "--with: found \"#3\"; expected the number of an item, from #1 to #2");
 }
 
+TEST(RuleFilterOfAnInput, TakesAnyPatternWhereThereAreNoClasses) {
+    RuleInput nothing;
+    nothing.transactions = 10;
+    RuleRequest request = all_rules(0.5);
+    request.patterns = {{"--with", "#3", PatternPlace::either, true}};
+    EXPECT_EQ(complaint_of([&] { rule_filter(nothing, request); }), "");
+}
+
 }  // namespace
 }  // namespace korv::tools

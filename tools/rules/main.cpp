@@ -1,31 +1,23 @@
-#include <unistd.h>
-
 #include <csignal>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "common/atomic_output.h"
 #include "common/distinct_files.h"
 #include "common/error.h"
-#include "common/quantity.h"
 #include "common/standard_streams.h"
-#include "mine/mining_watch.h"
-#include "mine/progress.h"
 #include "rules/accounting.h"
-#include "rules/bounded_mining.h"
-#include "rules/recount.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
-#include "rules/rule_input.h"
+#include "rules/rule_output.h"
 #include "rules/rule_search.h"
-#include "rules/rule_writer.h"
-#include "rules/side_words.h"
+#include "rules/rule_verification.h"
+#include "rules/search_watch.h"
 #include "rules/statistics.h"
+#include "rules/watched_input.h"
 
 namespace {
 
@@ -64,10 +56,8 @@ auto or_end_with(Status status, const Work& work) {
     }
 }
 
-constexpr const char* program = "korv-rules";
-
 void say(const std::string& message) {
-    std::cerr << program << ": " << message << '\n';
+    std::cerr << "korv-rules: " << message << '\n';
 }
 
 /// Throws Error when the output would replace an input. `names`: the path of a names file, empty for none.
@@ -85,105 +75,11 @@ void require_distinct_files(const RuleArguments& arguments, const std::string& n
     require_distinct(inputs, {{arguments.output, "the output (-o)"}});
 }
 
-/// Keeps the statistics up to date, and shows them now and then.
-class Watch {
-public:
-    explicit Watch(bool is_quiet) {
-        if (!is_quiet) {
-            display_.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0);
-        }
+/// Throws Error where rules cannot be counted again.
+void require_transactions(const RuleArguments& arguments, const RuleInput& input) {
+    if (arguments.verifies && !input.database) {
+        throw Error("--verify: needs the transactions; expected them as the input, or --database FILE");
     }
-
-    void begin(Phase phase) {
-        statistics().phase = phase;
-        show();
-    }
-
-    void derived(const Accounting& accounting, std::size_t done, std::size_t classes) {
-        constexpr std::size_t often = 1024;
-        if (done % often != 0 && done != classes) {
-            return;
-        }
-        statistics().pairs = accounting.pairs;
-        statistics().expected_pairs = accounting.pairs * classes / done;
-        statistics().derived = accounting.derived;
-        statistics().kept = accounting.left();
-        show();
-    }
-
-    /// Takes the progress off the terminal.
-    void end() { display_.reset(); }
-
-    void show() {
-        if (display_) {
-            display_->show();
-        }
-    }
-
-private:
-    std::optional<StatisticsDisplay> display_;
-};
-
-/// Why mining ended before it had all classes, and what helps.
-std::string why_it_stopped(const MiningProgress& progress, double max_seconds) {
-    return "stopped after " + seconds_text(max_seconds) + " (--max-seconds), with " +
-           with_commas(progress.classes) + " classes when " + with_commas(progress.roots_done) + " of " +
-           with_commas(progress.roots) +
-           " root items were done; a higher --min-support or a lower --max-size brings fewer, a higher "
-           "--max-seconds lets it go on";
-}
-
-RuleInput read(const RuleArguments& arguments, MiningWatch::Clock::time_point start) {
-    std::optional<ProgressDisplay> display;
-    if (!arguments.quiet) {
-        display.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0, program);
-    }
-    MiningWatch watch(start, arguments.input.mining.max_seconds, display ? &*display : nullptr);
-    return or_end_with(Status::wrong_input, [&] {
-        try {
-            return read_input(arguments.input, [&watch](const MiningProgress& progress) {
-                statistics().phase = Phase::mining;
-                return watch.go_on(progress);
-            });
-        } catch (const MiningStopped&) {
-            throw Error(why_it_stopped(watch.progress(), *arguments.input.mining.max_seconds));
-        }
-    });
-}
-
-/// Throws Error, an internal one, when a rule is counted differently in the transactions.
-void verify(const std::vector<FoundRule>& rules, const RuleBook& book, const RuleInput& input) {
-    const auto words = [&book](Side side) { return side_text(side, book, {}); };
-    Recount recount(*input.database);
-    for (const FoundRule& rule : rules) {
-        const Contingency counted =
-            recount.count({book.itemsets[rule.premise.itemset()], rule.premise.is_negated()},
-                          {book.itemsets[rule.conclusion.itemset()], rule.conclusion.is_negated()});
-        if (counted != rule.at_low || counted != rule.at_high) {
-            throw Error("internal error: the rule " + words(rule.premise) + " => " + words(rule.conclusion) +
-                        " holds for " + std::to_string(rule.at_low.both) + " of " +
-                        std::to_string(rule.at_low.premise) + " transactions; counted again, for " +
-                        std::to_string(counted.both) + " of " + std::to_string(counted.premise));
-        }
-    }
-}
-
-void write_rules(const std::vector<FoundRule>& rules, const RuleBook& book, const RuleArguments& arguments,
-                 AtomicOutput& output) {
-    const std::unique_ptr<RuleWriter> writer = rule_writer(
-        arguments.format, book, arguments.style, [&output](std::string_view text) { output.write(text); });
-    for (const FoundRule& rule : rules) {
-        writer->write(rule);
-    }
-    writer->finish();
-}
-
-/// The request, without patterns of items where no class has any.
-RuleRequest sensible(RuleRequest request, const RuleInput& input) {
-    if (input.classes.empty()) {
-        request.patterns.clear();
-    }
-    return request;
 }
 
 /// Says, unless it is to be quiet, what was read and what became of every rule.
@@ -197,45 +93,42 @@ void sum_up(const RuleInput& input, const Accounting& accounting, const RuleArgu
     std::cerr << accounting_text(accounting, arguments.rules);
 }
 
-Status run(const RuleArguments& arguments) {
-    const auto start = MiningWatch::Clock::now();
-    // The output is opened before the work begins, so that a wrong path is found early.
-    auto output =
-        or_end_with(Status::failed, [&] { return std::make_unique<AtomicOutput>(arguments.output); });
-    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, arguments.input.names); });
-    const RuleInput input = read(arguments, start);
-    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, input.names_path); });
-    if (arguments.verifies && !input.database) {
-        throw Failure{Status::wrong_usage,
-                      "--verify: needs the transactions; expected them as the input, or --database FILE"};
-    }
-    const RuleFilter filter = or_end_with(
-        Status::wrong_usage, [&] { return rule_filter(input, sensible(arguments.rules, input)); });
-    Watch watch(arguments.quiet);
-    KorvOutput korv;
-    const SearchResult found = or_end_with(Status::wrong_input, [&] {
-        return search_rules(input, arguments.rules, filter,
-                            {[&watch](Phase phase) { watch.begin(phase); },
-                             [&watch](const Accounting& accounting, std::size_t done, std::size_t classes) {
-                                 watch.derived(accounting, done, classes);
-                             }},
-                            arguments.is_count ? &korv : nullptr);
-    });
+/// Writes the rules, or the report on them, and counts them again before that where it is asked for.
+void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
+           const RuleArguments& arguments, SearchWatch& watch, RuleOutput& output) {
     const RuleBook book = {found.itemsets, input.names, input.transactions, arguments.measures,
                            &found.columns};
     watch.begin(Phase::writing);
-    or_end_with(Status::failed, [&] {
-        if (arguments.verifies) {
-            verify(found.rules, book, input);
-        }
-        watch.end();
-        if (arguments.is_count) {
-            output->write(rule_counts_report(found, korv, book, arguments.style));
-        } else {
-            write_rules(found.rules, book, arguments, *output);
-        }
-        output->commit();
+    if (arguments.verifies) {
+        verify(found.rules, book, *input.database);
+    }
+    watch.end();
+    if (arguments.is_count) {
+        output.write_report(rule_counts_report(found, korv, book, arguments.style));
+    } else {
+        output.write_rules(found.rules, book);
+    }
+}
+
+Status run(const RuleArguments& arguments) {
+    const auto output = or_end_with(Status::failed, [&] {
+        return std::make_unique<RuleOutput>(arguments.output, arguments.format, arguments.style);
     });
+    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, arguments.input.names); });
+    const RuleInput input = or_end_with(Status::wrong_input,
+                                        [&] { return read_watched_input(arguments.input, arguments.quiet); });
+    const RuleFilter filter = or_end_with(Status::wrong_usage, [&] {
+        require_distinct_files(arguments, input.names_path);
+        require_transactions(arguments, input);
+        return rule_filter(input, arguments.rules);
+    });
+    SearchWatch watch(arguments.quiet);
+    KorvOutput korv;
+    const SearchResult found = or_end_with(Status::wrong_input, [&] {
+        return search_rules(input, arguments.rules, filter, watch.progress(),
+                            arguments.is_count ? &korv : nullptr);
+    });
+    or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, *output); });
     sum_up(input, found.accounting, arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
 }

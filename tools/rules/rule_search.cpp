@@ -166,9 +166,10 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 }  // namespace
 
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
-    const Itemset items = request.patterns.empty() ? Itemset() : items_of(input);
+    // Without classes there is no item to match, which is no mistake of a pattern, and no rule to choose.
+    const bool has_choice = !request.patterns.empty() && !input.classes.empty();
     return {request, minimum_support(input, request), input.transactions,
-            ItemChoice(request.patterns, items, input.names),
+            has_choice ? ItemChoice(request.patterns, items_of(input), input.names) : ItemChoice(),
             request.where.empty() ? Where() : parse_where(request.where)};
 }
 

@@ -1,0 +1,45 @@
+#include "rules/search_watch.h"
+
+#include <unistd.h>
+
+#include <iostream>
+
+namespace korv::tools {
+
+SearchWatch::SearchWatch(bool is_quiet) {
+    if (!is_quiet) {
+        display_.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0);
+    }
+}
+
+SearchProgress SearchWatch::progress() {
+    return {[this](Phase phase) { begin(phase); },
+            [this](const Accounting& accounting, std::size_t done, std::size_t classes) {
+                derived(accounting, done, classes);
+            }};
+}
+
+void SearchWatch::begin(Phase phase) {
+    statistics().phase = phase;
+    show();
+}
+
+void SearchWatch::derived(const Accounting& accounting, std::size_t done, std::size_t classes) {
+    constexpr std::size_t often = 1024;
+    if (done % often != 0 && done != classes) {
+        return;
+    }
+    statistics().pairs = accounting.pairs;
+    statistics().expected_pairs = accounting.pairs * classes / done;
+    statistics().derived = accounting.derived;
+    statistics().kept = accounting.left();
+    show();
+}
+
+void SearchWatch::show() {
+    if (display_) {
+        display_->show();
+    }
+}
+
+}  // namespace korv::tools
