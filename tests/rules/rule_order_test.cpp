@@ -112,6 +112,26 @@ TEST_F(RuleOrderTest, KeepsAsManyAsAreAskedFor) {
     EXPECT_EQ(first(rules, Measure::confidence, false, 8).size(), 7U);
 }
 
+TEST_F(RuleOrderTest, KeepsTheFirstOfEachConclusion) {
+    FoundRule negated = rule({6}, {8}, {100, 50, 1});
+    negated.conclusion = {negated.conclusion.itemset(), true};
+    const RuleOrder order(Measure::confidence, false, 100, pool_);
+    FirstOfEachConclusion kept(order, 2);
+    for (const FoundRule& each : {rule({1}, {8}, {100, 50, 5}), rule({2}, {8}, {100, 50, 7}),
+                                  rule({3}, {8}, {100, 50, 6}), rule({4}, {9}, {100, 50, 9}), negated}) {
+        kept.add(each);
+    }
+    FirstRules first(order, 0);
+    EXPECT_EQ(kept.move_to(first), 4U);
+    std::vector<Itemset> premises;
+    for (const FoundRule& each : first.take()) {
+        const ItemSpan items = pool_[each.premise.itemset()];
+        premises.emplace_back(items.begin(), items.end());
+    }
+    EXPECT_EQ(premises, (Premises{{4}, {2}, {3}, {6}}));
+    EXPECT_EQ(kept.move_to(first), 0U);
+}
+
 TEST_F(RuleOrderTest, CountsTheItemsOfBothSides) {
     EXPECT_EQ(number_of_items(rule({1, 2, 3}, {4, 5}, {1, 1, 1}), pool_), 5U);
 }

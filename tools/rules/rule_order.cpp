@@ -93,4 +93,19 @@ std::vector<FoundRule> FirstRules::take() {
     return rules;
 }
 
+void FirstOfEachConclusion::add(const FoundRule& rule) {
+    by_conclusion_.try_emplace(rule.conclusion, order_, most_).first->second.add(rule);
+}
+
+std::size_t FirstOfEachConclusion::move_to(FirstRules& first) {
+    std::size_t moved = 0;
+    for (auto& [conclusion, rules] : std::exchange(by_conclusion_, {})) {
+        for (const FoundRule& rule : rules.take()) {
+            first.add(rule);
+            ++moved;
+        }
+    }
+    return moved;
+}
+
 }  // namespace korv::tools

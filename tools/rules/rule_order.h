@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <map>
 #include <vector>
 
 #include "base/itemset.h"
@@ -69,6 +70,24 @@ private:
     const RuleOrder& order_;
     std::size_t most_;
     std::vector<RuleOrder::Ranked> kept_;  ///< a heap with the last rule at the front, once they are `most_`
+};
+
+/// The first rules of each conclusion; a side and its negation are two of them.
+class FirstOfEachConclusion {
+public:
+    /// `most`: how many of each to keep; 0 for all. Refers to the order.
+    FirstOfEachConclusion(const RuleOrder& order, std::size_t most) : order_(order), most_(most) {}
+
+    /// O(log conclusions + log kept of the conclusion).
+    void add(const FoundRule& rule);
+
+    /// Hands all rules on, in no order. Nothing is left here. Returns how many there were.
+    std::size_t move_to(FirstRules& first);
+
+private:
+    const RuleOrder& order_;
+    std::size_t most_;
+    std::map<Side, FirstRules> by_conclusion_;
 };
 
 }  // namespace korv::tools

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_set>
@@ -92,17 +91,39 @@ std::string from_to(std::uint64_t low, std::uint64_t high) {
                 text_of_items(pair.difference) + ", by other classes " + from_to(lower, upper));
 }
 
-/// Leaves out all but the first `most` rules of each conclusion; none where `most` is 0. Returns how many.
-std::size_t limit_per_conclusion(std::vector<FoundRule>& rules, std::size_t most, Accounting& accounting) {
-    if (most == 0) {
-        return 0;
+/// Takes the rules that are left after pruning, and keeps those that are told.
+class Selection {
+public:
+    /// Refers to the order.
+    Selection(const RuleOrder& order, const RuleRequest& request)
+        : first_(order, request.top),
+          of_each_conclusion_(order, request.per_conclusion),
+          is_per_conclusion_(request.per_conclusion > 0) {}
+
+    void add(const FoundRule& rule) {
+        ++added_;
+        if (is_per_conclusion_) {
+            of_each_conclusion_.add(rule);
+        } else {
+            first_.add(rule);
+        }
     }
-    std::map<Side, std::size_t> seen;
-    const std::size_t left_out =
-        std::erase_if(rules, [&](const FoundRule& rule) { return ++seen[rule.conclusion] > most; });
-    accounting[Step::per_conclusion] += left_out;
-    return left_out;
-}
+
+    /// The rules that are told, in their order. `accounting` gets how many are not. Call this once, last.
+    std::vector<FoundRule> take(Accounting& accounting) {
+        const std::size_t left = is_per_conclusion_ ? of_each_conclusion_.move_to(first_) : added_;
+        std::vector<FoundRule> told = first_.take();
+        accounting[Step::per_conclusion] += added_ - left;
+        accounting[Step::top] += left - told.size();
+        return told;
+    }
+
+private:
+    FirstRules first_;
+    FirstOfEachConclusion of_each_conclusion_;
+    bool is_per_conclusion_;
+    std::size_t added_ = 0;
+};
 
 /// What is left out where it is not said.
 Prune default_prune(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
@@ -177,34 +198,22 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
                           const SearchProgress& progress, KorvOutput* korv) {
     SearchResult result;
     const RuleOrder order(request.sort, request.is_ascending, input.transactions, result.itemsets);
-    // A list of all rules is needed only where they are compared with each other.
-    FirstRules first(order, request.per_conclusion > 0 ? 0 : request.top);
-    std::vector<FoundRule> compared;
-    const bool are_compared = request.prune != Prune::none;
-    std::size_t left = 0;
-    const auto add = [&](const FoundRule& rule) {
-        ++left;
-        if (are_compared) {
-            compared.push_back(rule);
-        } else {
-            first.add(rule);
-        }
-    };
-    derive(input, request, filter, result, add, progress, korv);
-    if (are_compared) {
+    Selection selection(order, request);
+    const auto select = [&selection](const FoundRule& rule) { selection.add(rule); };
+    if (request.prune == Prune::none) {
+        derive(input, request, filter, result, select, progress, korv);
+    } else {
+        // A list of all rules is needed only where they are compared with each other.
+        std::vector<FoundRule> compared;
+        derive(
+            input, request, filter, result, [&compared](const FoundRule& rule) { compared.push_back(rule); },
+            progress, korv);
         progress.begin(Phase::pruning);
         prune(compared, result.itemsets, input.transactions, request, result.accounting);
-        left = compared.size();
-        std::ranges::for_each(compared, [&first](const FoundRule& rule) { first.add(rule); });
-        std::exchange(compared, {});  // frees the memory
+        std::ranges::for_each(compared, select);
     }
     progress.begin(Phase::sorting);
-    result.rules = first.take();
-    left -= limit_per_conclusion(result.rules, request.per_conclusion, result.accounting);
-    if (request.top > 0 && result.rules.size() > request.top) {
-        result.rules.resize(request.top, result.rules.front());
-    }
-    result.accounting[Step::top] += left - result.rules.size();
+    result.rules = selection.take(result.accounting);
     return result;
 }
 
