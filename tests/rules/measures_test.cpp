@@ -436,6 +436,8 @@ TEST(MeasureNames, AreReadBack) {
         EXPECT_EQ(measure_named(name_of(measure)), measure);
     }
     EXPECT_EQ(name_of(Measure::added_value), "added_value");
+    EXPECT_EQ(names_of_measures().size(), number_of_measures);
+    EXPECT_EQ(names_of_measures()[7], "added_value");
     EXPECT_EQ(measure_named("Lift"), std::nullopt);
     EXPECT_EQ(measure_named(""), std::nullopt);
 }

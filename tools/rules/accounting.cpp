@@ -196,11 +196,10 @@ std::string note_on_pruning(const Accounting& accounting, const RuleRequest& req
     if (is_usual) {
         return "";
     }
-    const std::string done = accounting.prune == Prune::none   ? "none"
-                             : accounting.prune == Prune::same ? "same"
-                                                               : "full";
-    return "There are too many rules to compare them all in seconds, so this is --prune " + done +
-           "; --prune productive goes on.\n";
+    const auto* const done =
+        std::ranges::find(prunes, accounting.prune, [](auto each) { return each.second; });
+    return "There are too many rules to compare them all in seconds, so this is --prune " +
+           std::string(done->first) + "; --prune productive goes on.\n";
 }
 
 std::string why_none_was_derived(const RuleRequest& request) {

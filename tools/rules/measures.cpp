@@ -6,7 +6,6 @@
 #include <initializer_list>
 #include <limits>
 #include <numbers>
-#include <string>
 
 #include "rules/confidence.h"
 
@@ -432,6 +431,14 @@ std::string text_of_help() {
 
 std::string_view name_of(Measure measure) {
     return description(measure).name;
+}
+
+std::vector<std::string> names_of_measures() {
+    std::vector<std::string> names;
+    for (const Description& each : catalogue) {
+        names.emplace_back(each.name);
+    }
+    return names;
 }
 
 std::optional<Measure> measure_named(std::string_view name) {

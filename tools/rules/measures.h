@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/itemset.h"
 #include "rules/found_rule.h"
@@ -41,6 +43,9 @@ inline constexpr std::size_t number_of_measures = static_cast<std::size_t>(Measu
 
 /// The name of a measure on the command line and in columns, such as "added_value".
 std::string_view name_of(Measure measure);
+
+/// The names of all measures, in their order.
+std::vector<std::string> names_of_measures();
 
 /// The measure of this name; nothing for any other text.
 std::optional<Measure> measure_named(std::string_view name);

@@ -43,9 +43,6 @@ using Word = std::pair<std::string_view, Value>;
 constexpr std::array wordings = {Word<Wording>{"shortest", Wording::shortest},
                                  Word<Wording>{"full", Wording::full}};
 constexpr std::array readings = {Word<Readings>{"one", Readings::one}, Word<Readings>{"all", Readings::all}};
-constexpr std::array prunes = {Word<Prune>{"none", Prune::none}, Word<Prune>{"same", Prune::same},
-                               Word<Prune>{"full", Prune::full},
-                               Word<Prune>{"productive", Prune::productive}};
 constexpr std::array extensions = {
     Word<RuleFormat>{".txt", RuleFormat::words}, Word<RuleFormat>{".csv", RuleFormat::csv},
     Word<RuleFormat>{".tsv", RuleFormat::tsv}, Word<RuleFormat>{".jsonl", RuleFormat::jsonl}};
@@ -142,14 +139,6 @@ std::optional<std::pair<Measure, bool>> parse_sort(const std::string& text) {
     const bool is_ascending = text.starts_with('+');
     const auto measure = measure_named(std::string_view(text).substr(is_ascending ? 1 : 0));
     return measure ? std::optional(std::pair(*measure, is_ascending)) : std::nullopt;
-}
-
-std::vector<std::string> names_of_measures() {
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < number_of_measures; ++i) {
-        names.emplace_back(name_of(static_cast<Measure>(i)));
-    }
-    return names;
 }
 
 /// The check of an option whose words are measures.

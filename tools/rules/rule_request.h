@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "engine/rule_catalogue.h"
@@ -31,6 +34,14 @@ enum class Prune {
     full,        ///< weaker than any other rule
     productive,  ///< no better than a rule of fewer items
 };
+
+/// What is left out, by its word on the command line.
+inline constexpr std::array<std::pair<std::string_view, Prune>, 4> prunes = {{
+    {"none", Prune::none},
+    {"same", Prune::same},
+    {"full", Prune::full},
+    {"productive", Prune::productive},
+}};
 
 /// Where a pattern of items is looked for.
 enum class PatternPlace { either, premise, conclusion };

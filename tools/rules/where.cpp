@@ -146,8 +146,21 @@ private:
         std::string_view text;
     };
 
+    struct CountName {
+        std::string_view name;
+        Quantity quantity;
+    };
+
+    static constexpr std::array count_names = {
+        CountName{"support", Quantity::support},
+        CountName{"premise_count", Quantity::premise_count},
+        CountName{"conclusion_count", Quantity::conclusion_count},
+        CountName{"transactions", Quantity::transactions},
+        CountName{"items", Quantity::items},
+    };
     static constexpr std::size_t most_levels = 100;
 
+    static std::vector<std::string> known_names();
     static Comparator opposite(Comparator comparator);
     static bool is_number(const Read& side);
     void settle_number(Read& number, const Read& other) const;
@@ -332,38 +345,29 @@ void WhereParser::take_number(std::string_view number, std::size_t position) {
 }
 
 void WhereParser::take_name(std::string_view name, std::size_t position) {
-    struct CountName {
-        std::string_view name;
-        Quantity quantity;
-    };
-    static constexpr std::array counts = {
-        CountName{"support", Quantity::support},
-        CountName{"premise_count", Quantity::premise_count},
-        CountName{"conclusion_count", Quantity::conclusion_count},
-        CountName{"transactions", Quantity::transactions},
-        CountName{"items", Quantity::items},
-    };
     const std::string small = in_small_letters(name);
-    for (const CountName& count : counts) {
+    for (const CountName& count : count_names) {
         if (count.name == small) {
             read_ = {{count.quantity}, position, name};
             return;
         }
     }
-    if (const auto measure = measure_named(small)) {
-        read_ = {{Quantity::measure, *measure}, position, name};
-        return;
+    const auto measure = measure_named(small);
+    if (!measure) {
+        fail(position, "a measure or a count, such as " + all_shown(nearest(small, known_names(), 3)));
     }
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < number_of_measures; ++i) {
-        names.emplace_back(name_of(static_cast<Measure>(i)));
-    }
-    for (const CountName& count : counts) {
-        if (!measure_named(count.name)) {  // support is there already
+    read_ = {{Quantity::measure, *measure}, position, name};
+}
+
+/// The names of all measures and counts. The support, which is both, is there once.
+std::vector<std::string> WhereParser::known_names() {
+    std::vector<std::string> names = names_of_measures();
+    for (const CountName& count : count_names) {
+        if (!measure_named(count.name)) {
             names.emplace_back(count.name);
         }
     }
-    fail(position, "a measure or a count, such as " + all_shown(nearest(small, names, 3)));
+    return names;
 }
 
 void WhereParser::take_comparator(std::string_view comparator) {
