@@ -21,9 +21,9 @@ std::string MiningWatch::why_it_stopped(const MiningOptions& options) const {
             ? "stopped after " + seconds_text(*max_seconds_) + " (--max-seconds), with " +
                   with_commas(progress_.classes) + " classes"
             : "there are more than " + with_commas(options.max_classes) + " classes (--max-classes)";
-    return found + " when " + with_commas(progress_.roots_done) + " of " +
-           with_commas(progress_.roots) + " root items were done; a higher --min-support (now " +
-           std::to_string(options.min_support) + ") or a lower --max-size brings fewer, a higher " + limit +
+    return found + " when " + with_commas(progress_.roots_done) + " of " + with_commas(progress_.roots) +
+           " root items were done; a higher --min-support (now " + std::to_string(options.min_support) +
+           ") or a lower --max-size brings fewer, a higher " + limit +
            " lets it go on, --estimate says what to expect";
 }
 
