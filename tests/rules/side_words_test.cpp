@@ -135,7 +135,7 @@ TEST(SideTexts, MakesTheTextOfASideOnce) {
 TEST(SideTexts, AreRightForMoreSidesThanAreKept) {
     SideTexts texts([](Side side, std::string& text) { text += std::to_string(side.itemset()); });
     for (int round = 0; round < 2; ++round) {
-        for (ItemsetId id = 0; id < 100'000; ++id) {
+        for (ItemsetId id = 0; id < 300'000; ++id) {
             ASSERT_EQ(texts.of({id, false}), std::to_string(id));
         }
     }

@@ -10,15 +10,20 @@ namespace korv::tools {
 
 namespace {
 
+bool is_ascii(char byte) {
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+/// Whether a text is ASCII, of which each byte takes a column.
+bool is_all_ascii(std::string_view text) {
+    return std::ranges::all_of(text, is_ascii);
+}
+
 /// A character as a reader sees it.
 struct Glyph {
     std::size_t bytes;
     std::size_t columns;
 };
-
-bool is_ascii(char byte) {
-    return static_cast<unsigned char>(byte) < 0x80;
-}
 
 /// The first of a text that is not empty.
 Glyph first_glyph(std::string_view text) {
@@ -48,6 +53,10 @@ Glyph first_glyph(std::string_view text) {
 
 /// How many bytes of a text fit into `width` columns, in whole characters.
 std::size_t fitting_bytes(std::string_view text, std::size_t width) {
+    const std::size_t most = std::min(text.size(), width);
+    if (is_all_ascii(text.substr(0, most + 1))) {
+        return most;
+    }
     std::size_t bytes = 0;
     for (std::size_t columns = 0; bytes < text.size();) {
         const Glyph glyph = first_glyph(text.substr(bytes));
@@ -67,6 +76,9 @@ std::string_view without_blanks_at_end(std::string_view text) {
 }  // namespace
 
 std::size_t display_width(std::string_view text) {
+    if (is_all_ascii(text)) {
+        return text.size();
+    }
     std::size_t columns = 0;
     while (!text.empty()) {
         const Glyph glyph = first_glyph(text);

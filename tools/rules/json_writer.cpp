@@ -35,28 +35,6 @@ void add_raw(std::string_view value, rapidjson::Type type, JsonWriter& json) {
     json.RawValue(value.data(), value.size(), type);
 }
 
-/// The object of a side.
-std::string side_object(Side side, const RuleBook& book) {
-    const ItemSpan items = book.itemsets[side.itemset()];
-    rapidjson::StringBuffer text;
-    JsonWriter json(text);
-    json.StartObject();
-    add_key(side.is_negated() ? "none" : "any", json);
-    json.StartArray();
-    for (const Item item : items) {
-        add_string(valid_utf8(book.names.name(item)), json);
-    }
-    json.EndArray();
-    add_key("items", json);
-    json.StartArray();
-    for (const Item item : items) {
-        json.Uint(item);
-    }
-    json.EndArray();
-    json.EndObject();
-    return {text.GetString(), text.GetSize()};
-}
-
 /// Adds the members of a rule to its object.
 class Members {
 public:
@@ -118,7 +96,7 @@ public:
     JsonLinesWriter(const RuleBook& book, TextSink sink)
         : book_(book),
           further_(further_measures(book)),
-          sides_([this](Side side, std::string& text) { text += side_object(side, book_); }),
+          sides_([this](Side side, std::string& text) { text += json_side(side, book_); }),
           sink_(std::move(sink)) {}
 
     void write(const FoundRule& rule) override {
@@ -152,6 +130,27 @@ private:
 
 std::unique_ptr<RuleWriter> json_writer(const RuleBook& book, TextSink sink) {
     return std::make_unique<JsonLinesWriter>(book, std::move(sink));
+}
+
+std::string json_side(Side side, const RuleBook& book) {
+    const ItemSpan items = book.itemsets[side.itemset()];
+    rapidjson::StringBuffer text;
+    JsonWriter json(text);
+    json.StartObject();
+    add_key(side.is_negated() ? "none" : "any", json);
+    json.StartArray();
+    for (const Item item : items) {
+        add_string(valid_utf8(book.names.name(item)), json);
+    }
+    json.EndArray();
+    add_key("items", json);
+    json.StartArray();
+    for (const Item item : items) {
+        json.Uint(item);
+    }
+    json.EndArray();
+    json.EndObject();
+    return {text.GetString(), text.GetSize()};
 }
 
 }  // namespace korv::tools

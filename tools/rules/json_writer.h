@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
+#include "rules/found_rule.h"
 #include "rules/rule_writer.h"
 
 namespace korv::tools {
@@ -11,5 +13,8 @@ namespace korv::tools {
 /// text is UTF-8, not spelt as \u; what is not UTF-8 in a name becomes U+FFFD. Measures that are not defined
 /// are null, infinite ones the strings "inf" and "-inf".
 std::unique_ptr<RuleWriter> json_writer(const RuleBook& book, TextSink sink);
+
+/// The object of a side.
+std::string json_side(Side side, const RuleBook& book);
 
 }  // namespace korv::tools

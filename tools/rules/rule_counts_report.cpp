@@ -7,6 +7,7 @@
 
 #include "common/quantity.h"
 #include "engine/rule_catalogue.h"
+#include "rules/column_sizes.h"
 #include "rules/size_count.h"
 
 namespace korv::tools {
@@ -70,6 +71,7 @@ std::string lines_of_rules(const std::vector<FoundRule>& rules) {
     });
 }
 
+/// By making the text.
 std::uint64_t bytes_in(RuleFormat format, const std::vector<FoundRule>& rules, const RuleBook& book,
                        const TerminalStyle& style) {
     std::uint64_t bytes = 0;
@@ -81,6 +83,18 @@ std::uint64_t bytes_in(RuleFormat format, const std::vector<FoundRule>& rules, c
     return bytes;
 }
 
+/// The bytes of each format, in the order of rule_formats.
+std::array<std::uint64_t, rule_formats.size()> bytes_of_formats(const std::vector<FoundRule>& rules,
+                                                                const RuleBook& book,
+                                                                const TerminalStyle& style) {
+    ColumnSizes columns(book);
+    for (const FoundRule& rule : rules) {
+        columns.add(rule);
+    }
+    return {bytes_in(RuleFormat::words, rules, book, style), bytes_in(RuleFormat::table, rules, book, style),
+            columns.bytes().csv, columns.bytes().tsv, columns.bytes().jsonl};
+}
+
 }  // namespace
 
 std::string rule_counts_report(const SearchResult& found, const KorvOutput& korv, const RuleBook& book,
@@ -88,9 +102,9 @@ std::string rule_counts_report(const SearchResult& found, const KorvOutput& korv
     std::string text = heading("form", {"exact", "approximative", "bounded", "all"});
     text += lines_of_rules(found.rules);
     text += '\n' + heading("format", {"bytes"});
-    for (const auto& [name, format] : rule_formats) {
-        text +=
-            left(std::string(name)) + right(with_commas(bytes_in(format, found.rules, book, style))) + '\n';
+    const auto bytes_by_format = bytes_of_formats(found.rules, book, style);
+    for (std::size_t i = 0; i < rule_formats.size(); ++i) {
+        text += left(std::string(rule_formats[i].first)) + right(with_commas(bytes_by_format[i])) + '\n';
     }
     text += "\nWhat korv itself would write with the same minimum support and confidence:\n";
     text += heading("form", {"exact", "approximative", "approximated", "all"});

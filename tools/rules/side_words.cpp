@@ -131,19 +131,39 @@ std::string side_text(Side side, const RuleBook& book, const SideStyle& style) {
 }
 
 const std::string& SideTexts::of(Side side) {
-    // Sides are numbered in the order in which they come, so neighbours in time have different slots.
-    Slot& slot = slots_[(std::size_t{side.itemset()} * 2 + (side.is_negated() ? 1 : 0)) % number_of_slots];
+    const Slot& slot = slot_of(side);
     if (slot.side == side) {
         return slot.text;
     }
     long_text_.clear();
     make_(side, long_text_);
-    if (long_text_.size() > longest_kept) {
-        return long_text_;
+    keep(side, long_text_);
+    return long_text_;
+}
+
+SideTexts::Slot& SideTexts::slot_of(Side side) {
+    // Sides are numbered in the order in which they come, so neighbours in time have different slots.
+    return slots_[(std::size_t{side.itemset()} * 2 + (side.is_negated() ? 1 : 0)) % slots_.size()];
+}
+
+void SideTexts::keep(Side side, const std::string& text) {
+    if (taken_ * 2 >= slots_.size() && slots_.size() < most_slots) {
+        std::vector<Slot> few(slots_.size() * 2);
+        few.swap(slots_);
+        for (Slot& each : few) {
+            if (each.side) {
+                slot_of(*each.side) = std::move(each);
+            }
+        }
     }
-    slot.side = side;
-    slot.text = long_text_;
-    return slot.text;
+    Slot& slot = slot_of(side);
+    const std::size_t bytes = bytes_ - slot.text.size() + text.size();
+    if (text.size() > longest_kept || bytes > most_bytes) {
+        return;
+    }
+    bytes_ = bytes;
+    taken_ += slot.side ? 0 : 1;
+    slot = {side, text};
 }
 
 }  // namespace korv::tools

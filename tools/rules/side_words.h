@@ -38,21 +38,23 @@ struct SideStyle {
 /// Bytes that are not UTF-8 become U+FFFD, and \xHH in a printable text.
 std::string side_text(Side side, const RuleBook& book, const SideStyle& style);
 
-/// The texts of sides, in any form. The same sides are in many rules, so their texts are kept: at most 16,384
-/// of them, none above 4 KiB.
+/// The texts of sides, in any form. The same sides are in many rules, so their texts are kept: at most 262,144
+/// of them, of 64 MiB together and 4 KiB each.
 class SideTexts {
 public:
     /// Appends the text of a side.
     using Maker = std::function<void(Side side, std::string& text)>;
 
-    explicit SideTexts(Maker make) : make_(std::move(make)), slots_(number_of_slots) {}
+    explicit SideTexts(Maker make) : make_(std::move(make)), slots_(first_slots) {}
 
     /// The text of a side. Valid until the next call.
     const std::string& of(Side side);
 
 private:
-    static constexpr std::size_t number_of_slots = 16384;
+    static constexpr std::size_t first_slots = 16384;
+    static constexpr std::size_t most_slots = 262144;
     static constexpr std::size_t longest_kept = 4096;
+    static constexpr std::size_t most_bytes = std::size_t{64} << 20;
 
     /// The place of all sides whose hash has the same end; the last one of them is kept.
     struct Slot {
@@ -60,8 +62,13 @@ private:
         std::string text;
     };
 
+    Slot& slot_of(Side side);
+    void keep(Side side, const std::string& text);
+
     Maker make_;
-    std::vector<Slot> slots_;
+    std::vector<Slot> slots_;  ///< a power of 2; twice as many once half of them are taken
+    std::size_t taken_ = 0;
+    std::size_t bytes_ = 0;  ///< of all texts that are kept
     std::string long_text_;
 };
 
