@@ -148,10 +148,11 @@ TEST_F(AccountingText, SaysItOfOneRuleAndOfOptionsThatAreLeftOut) {
 
 TEST_F(AccountingText, SaysThatNoRuleWasDerived) {
     accounting.derived = 0;
-    EXPECT_EQ(text(),
-              "0 rules from 13,492 classes, 9,835 transactions\n"
-              "No rule reaches the minimum support of 1% and the minimum confidence of 0.8: a lower "
-              "--min-confidence or --min-support brings more.\n");
+    EXPECT_EQ(
+        text(),
+        "0 rules from 13,492 classes, 9,835 transactions\n"
+        "No rule reaches the minimum support of 1% (at least 3) and the minimum confidence of 0.8: a lower "
+        "--min-confidence or --min-support brings more.\n");
 }
 
 }  // namespace

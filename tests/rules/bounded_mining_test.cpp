@@ -53,6 +53,27 @@ TEST(BoundedMining, SizeIsFoundWhereNoneWasAskedFor) {
     EXPECT_EQ(mine_bounded(all_subsets(), any_size).options.max_size, 3U);
 }
 
+TEST(BoundedMining, SizeIsAsLargeAsTheEssentialItemsetsAllow) {
+    EXPECT_FALSE(mine_bounded(all_subsets(), options(100, 6), {}, 15).is_reduced);
+    const BoundedMining by_one = mine_bounded(all_subsets(), options(100, 6), {}, 14);
+    EXPECT_EQ(by_one.options.max_size, 3U);
+    EXPECT_TRUE(by_one.has_too_many_essentials);
+    const BoundedMining by_two = mine_bounded(all_subsets(), options(100, 6), {}, 13);
+    EXPECT_EQ(by_two.options.max_size, 2U);
+    EXPECT_EQ(by_two.classes.essentials(), 10U);
+}
+
+TEST(BoundedMining, PairsAreMinedHoweverManyTheirEssentialItemsetsAre) {
+    const BoundedMining reduced = mine_bounded(all_subsets(), options(100, 6), {}, 3);
+    EXPECT_EQ(reduced.options.max_size, 2U);
+    EXPECT_TRUE(reduced.has_too_many_essentials);
+    EXPECT_FALSE(mine_bounded(all_subsets(), options(100, 2), {}, 3).is_reduced);
+}
+
+TEST(BoundedMining, ClassesAreNamedAsTheReasonWhereTheyAreIt) {
+    EXPECT_FALSE(mine_bounded(all_subsets(), options(14, 6), {}, 15).has_too_many_essentials);
+}
+
 TEST(BoundedMining, WherePairsAreTooManyAMinimumSupportIsNamedThatWouldDo) {
     // Items in 1, 2, ..., 20 of 20 transactions.
     Transactions transactions(20);

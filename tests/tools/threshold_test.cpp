@@ -68,6 +68,14 @@ TEST(InTransactions, OfAPercentageWithoutABinaryFormIsNotRoundedUpByOne) {
     EXPECT_EQ(min_support({0.9, true}, 2'000'000'000), 18'000'000U);
 }
 
+TEST(InTransactions, OfAPercentageHasALeastNumber) {
+    EXPECT_EQ(min_support({1, true, 3}, 93), 3U);
+    EXPECT_EQ(min_support({1, true, 3}, 300), 3U);
+    EXPECT_EQ(min_support({1, true, 3}, 301), 4U);
+    EXPECT_EQ(min_support({1, true, 3}, 2), 2U);  // all of them
+    EXPECT_EQ(text_of({1, true, 3}), "1% (at least 3)");
+}
+
 TEST(InTransactions, MustBeInRange) {
     EXPECT_EQ(complaint({0, false}, 100),
               "--min-support: found 0 transactions; expected at least 1 and at most 100, the number of "

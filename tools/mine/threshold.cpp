@@ -43,7 +43,9 @@ Count in_transactions(const Threshold& threshold, const std::string& option, Cou
     // So that a percentage without an exact binary form is not rounded up to one transaction too many.
     const double exact = threshold.value / 100 * transactions;
     const double tolerance = 1e-9 + exact * 4 * std::numeric_limits<double>::epsilon();
-    const double count = threshold.is_percentage ? std::ceil(exact - tolerance) : threshold.value;
+    const double least_share = std::min(threshold.at_least, transactions);
+    const double count = threshold.is_percentage ? std::max(std::ceil(exact - tolerance), least_share)
+                                                 : threshold.value;
     if (count < least || count > transactions) {
         throw UsageError(option + ": found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
                          " transactions; expected at least " + std::to_string(least) + " and at most " +
@@ -58,7 +60,8 @@ std::string text_of(const Threshold& threshold) {
     }
     std::array<char, 32> digits = {};
     char* const begin = digits.data();
-    return std::string(begin, std::to_chars(begin, begin + digits.size(), threshold.value).ptr) + "%";
+    return std::string(begin, std::to_chars(begin, begin + digits.size(), threshold.value).ptr) + "%" +
+           (threshold.at_least > 0 ? " (at least " + std::to_string(threshold.at_least) + ")" : "");
 }
 
 }  // namespace korv::tools

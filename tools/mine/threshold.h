@@ -12,6 +12,8 @@ namespace korv::tools {
 struct Threshold {
     double value = 0.0;
     bool is_percentage = false;
+    /// A percentage stands for at least so many transactions, or for all of them where they are fewer.
+    Count at_least = 0;
 
     bool operator==(const Threshold&) const = default;
 };
@@ -27,7 +29,7 @@ std::optional<std::vector<Threshold>> parse_thresholds(const std::string& text);
 /// Throws Error, which names `option`, when the result is below `least` or larger than `transactions`.
 Count in_transactions(const Threshold& threshold, const std::string& option, Count least, Count transactions);
 
-/// The threshold as it was given: "100" or "2.5%".
+/// The threshold as it was given: "100" or "2.5%"; "1% (at least 3)".
 std::string text_of(const Threshold& threshold);
 
 }  // namespace korv::tools

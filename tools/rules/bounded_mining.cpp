@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -17,18 +18,35 @@ namespace {
 /// What is left when the size is lowered as far as it goes: rules take two itemsets.
 constexpr std::size_t smallest_size = 2;
 
-/// The classes; nothing where there are more than options.max_classes. Throws MiningStopped.
-std::optional<MinedClasses> all_classes(const Database& database, const MiningOptions& options,
-                                        const GoOn& go_on) {
+constexpr std::size_t any_number = std::numeric_limits<std::size_t>::max();
+
+/// Why there are no classes where all of them were asked for.
+enum class Excess { none, classes, essentials };
+
+struct AllClasses {
+    std::optional<MinedClasses> classes;  ///< nothing where they are too many
+    Excess excess;
+};
+
+/// The classes, unless there are more than options.max_classes, or more essential itemsets than
+/// `most_essentials`. Throws MiningStopped.
+AllClasses all_classes(const Database& database, const MiningOptions& options, const GoOn& go_on,
+                       std::size_t most_essentials = any_number) {
     bool is_stopped = false;
     MiningResult result = mine(database, options, [&](const MiningProgress& progress) {
         is_stopped = go_on && !go_on(progress);
-        return !is_stopped;
+        return !is_stopped && progress.essentials <= most_essentials;
     });
     if (is_stopped) {
         throw MiningStopped();
     }
-    return result.is_complete ? std::optional(std::move(result.classes)) : std::nullopt;
+    if (result.classes.essentials() > most_essentials) {
+        return {std::nullopt, Excess::essentials};
+    }
+    if (!result.is_complete) {
+        return {std::nullopt, Excess::classes};
+    }
+    return {std::move(result.classes), Excess::none};
 }
 
 Count largest_support(const Database& database) {
@@ -46,7 +64,7 @@ std::optional<Count> sufficient_min_support(const Database& database, MiningOpti
     const Count largest = largest_support(database);
     const auto suffices = [&](Count min_support) {
         options.min_support = min_support;
-        return all_classes(database, options, go_on).has_value();
+        return all_classes(database, options, go_on).classes.has_value();
     };
     Count too_small = options.min_support;
     Count sufficient = too_small;
@@ -75,26 +93,31 @@ std::optional<Count> sufficient_min_support(const Database& database, MiningOpti
 
 }  // namespace
 
-BoundedMining mine_bounded(const Database& database, const MiningOptions& options, const GoOn& go_on) {
-    if (auto classes = all_classes(database, options, go_on)) {
-        require_classes(*classes, database, options);
-        return {std::move(*classes), options, false};
+BoundedMining mine_bounded(const Database& database, const MiningOptions& options, const GoOn& go_on,
+                           std::size_t most_essentials) {
+    const bool is_small = options.max_size <= smallest_size;
+    AllClasses all = all_classes(database, options, go_on, is_small ? any_number : most_essentials);
+    if (all.classes) {
+        require_classes(*all.classes, database, options);
+        return {std::move(*all.classes), options, false};
     }
     MiningOptions reduced = options;
     reduced.max_size = std::min(options.max_size, smallest_size);
-    auto classes = reduced.max_size < options.max_size ? all_classes(database, reduced, go_on) : std::nullopt;
-    if (!classes) {
+    Excess excess = all.excess;
+    all.classes = is_small ? std::nullopt : all_classes(database, reduced, go_on).classes;
+    if (!all.classes) {
         refuse(database, reduced, go_on);
     }
     for (MiningOptions larger = reduced; ++larger.max_size < options.max_size;) {
-        auto more = all_classes(database, larger, go_on);
-        if (!more) {
+        AllClasses more = all_classes(database, larger, go_on, most_essentials);
+        if (!more.classes) {
+            excess = more.excess;
             break;
         }
-        classes = std::move(more);
+        all = std::move(more);
         reduced = larger;
     }
-    return {std::move(*classes), reduced, true};
+    return {std::move(*all.classes), reduced, true, excess == Excess::essentials};
 }
 
 ClassMap class_map(const MinedClasses& classes) {

@@ -56,7 +56,8 @@ struct PatternWord {
 
 /// Which rules are wanted, and how they are told.
 struct RuleRequest {
-    Threshold min_support = {1, true};
+    /// In a small database, 1 % is a transaction or two, which make no pattern, but itemsets without end.
+    Threshold min_support = {1, true, 3};
     double min_confidence = 0.8;
 
     std::vector<PatternWord> patterns;
