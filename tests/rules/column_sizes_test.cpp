@@ -27,7 +27,7 @@ std::uint64_t compare(const RuleBook& book, const std::vector<FoundRule>& rules)
 
 /// Names that are spelt in other ways in each of the formats.
 const std::map<Item, std::string> odd_names = {
-    {1, "bread, \"sour\""}, {2, "=1+1"}, {3, "a\tb\nc\\d"}, {4, "Käse 🧀"}, {5, "\xFF\x01"},
+    {1, "bread, \"sour\""}, {2, "=1+1"},   {3, "a\tb\nc\\d"}, {4, "Käse 🧀"}, {5, "\xFF\x01"},
     {6, "size=1,5"},        {7, "size=2"}, {8, ""},           {9, "'@"},
 };
 
@@ -52,8 +52,8 @@ TEST(ColumnSizes, AreThoseOfTheFilesOfRandomRules) {
     std::uint64_t bytes = 0;
     for (int i = 0; i < 1000 && !::testing::Test::HasFailure(); ++i) {
         const test::RuleSetShape shape = {.items = 12, .rules = 60, .most_items = 7};
-        const test::RuleSet set = i % 2 == 0 ? test::contradictory_rules(shape, random)
-                                             : test::rules_of_database(shape, random);
+        const test::RuleSet set =
+            i % 2 == 0 ? test::contradictory_rules(shape, random) : test::rules_of_database(shape, random);
         const ItemNames names(i % 3 == 0 ? std::map<Item, std::string>() : odd_names);
         const RuleBook book = {set.itemsets, names, set.transactions,
                                i % 4 < 2 ? all_measures() : std::vector<Measure>()};

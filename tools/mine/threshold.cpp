@@ -44,8 +44,8 @@ Count in_transactions(const Threshold& threshold, const std::string& option, Cou
     const double exact = threshold.value / 100 * transactions;
     const double tolerance = 1e-9 + exact * 4 * std::numeric_limits<double>::epsilon();
     const double least_share = std::min(threshold.at_least, transactions);
-    const double count = threshold.is_percentage ? std::max(std::ceil(exact - tolerance), least_share)
-                                                 : threshold.value;
+    const double count =
+        threshold.is_percentage ? std::max(std::ceil(exact - tolerance), least_share) : threshold.value;
     if (count < least || count > transactions) {
         throw UsageError(option + ": found " + std::to_string(static_cast<long long>(std::min(count, 1e18))) +
                          " transactions; expected at least " + std::to_string(least) + " and at most " +

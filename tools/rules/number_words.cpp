@@ -16,8 +16,7 @@ namespace {
 template <std::size_t most_bytes>
 std::string formatted(double number, std::chars_format format, int precision) {
     std::array<char, most_bytes> text;
-    char* const end =
-        std::to_chars(text.data(), text.data() + text.size(), number, format, precision).ptr;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), number, format, precision).ptr;
     return {text.data(), end};
 }
 

@@ -294,7 +294,8 @@ void describe_mining_options(CLI::App& app) {
     app.get_option("--min-support")
         ->description(
             "Smallest support of a rule, and smallest number of transactions that hold an item of an "
-            "essential itemset: a count, or a percentage of all transactions such as 2.5% (default: 1%, at least 3)");
+            "essential itemset: a count, or a percentage of all transactions such as 2.5% (default: 1%, at "
+            "least 3)");
     app.get_option("--max-size")
         ->description("Largest number of items of an essential itemset (default: --max-items)");
     app.get_option("--max-classes")

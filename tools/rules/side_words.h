@@ -38,8 +38,8 @@ struct SideStyle {
 /// Bytes that are not UTF-8 become U+FFFD, and \xHH in a printable text.
 std::string side_text(Side side, const RuleBook& book, const SideStyle& style);
 
-/// The texts of sides, in any form. The same sides are in many rules, so their texts are kept: at most 262,144
-/// of them, of 64 MiB together and 4 KiB each.
+/// The texts of sides, in any form. The same sides are in many rules, so their texts are kept: at most
+/// 262,144 of them, of 64 MiB together and 4 KiB each.
 class SideTexts {
 public:
     /// Appends the text of a side.
