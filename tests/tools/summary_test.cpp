@@ -143,6 +143,15 @@ TEST_F(SummaryTest, NamesTenColumnsAtMost) {
     EXPECT_NE(notes().find("\nGroups of such columns besides these: 1\n"), std::string::npos) << notes();
 }
 
+TEST_F(SummaryTest, NamesAColumnThatLooksLikeCounts) {
+    reading_.table = TableReport();
+    reading_.table->counts = "How often";
+    EXPECT_TRUE(
+        notes().starts_with("The column \"How often\" looks like how often its line occurs: --weight "
+                            "'How often' counts it so\nTo derive"))
+        << notes();
+}
+
 TEST_F(SummaryTest, NamesColumnsWithAnotherValueInEveryLine) {
     reading_.table = TableReport();
     reading_.table->identifiers = {"id"};

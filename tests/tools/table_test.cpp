@@ -440,5 +440,25 @@ TEST(Table, HasManyMoreValuesThanABytesWorth) {
     EXPECT_EQ(database.items[70'000 + 299].transactions[1], 599U);
 }
 
+/// Admissions by sex and place, each combination once, with a column of another name.
+std::string admissions(const std::string& name, const std::string& last_count = "8") {
+    return "sex,place,admitted," + name + "\nm,A,yes,512\nm,A,no,313\nm,B,yes,353\nm,B,no,207\nf,A,yes,89\n" +
+           "f,A,no,19\nf,B,yes,17\nf,B,no," + last_count + "\n";
+}
+
+TEST(TableReport, NamesAColumnThatLooksLikeCounts) {
+    EXPECT_EQ(report(admissions("Freq")).counts, "Freq");
+    EXPECT_EQ(report(admissions("n")).counts, "n");
+    EXPECT_EQ(report(admissions("Freq"), {.weight_column = "Freq"}).counts, "");
+}
+
+TEST(TableReport, NamesNoColumnOfCountsInDoubt) {
+    EXPECT_EQ(report(admissions("price")).counts, "");
+    EXPECT_EQ(report(admissions("Freq", "8.5")).counts, "");
+    EXPECT_EQ(report(admissions("Freq") + "f,B,no,9\n").counts, "");  // a combination twice
+    // The first column tells the lines apart by itself.
+    EXPECT_EQ(report("id,sex,n\n1,m,3\n2,m,4\n3,f,5\n4,f,6\n").counts, "");
+}
+
 }  // namespace
 }  // namespace korv::tools

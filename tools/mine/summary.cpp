@@ -97,6 +97,13 @@ void add_identifiers(const std::vector<std::string>& columns, std::string& text)
     }
 }
 
+void add_counts(const std::string& column, std::string& text) {
+    if (!column.empty()) {
+        text += "The column " + shown(column) + " looks like how often its line occurs: --weight " +
+                shell_word(column) + " counts it so\n";
+    }
+}
+
 void add_twins(const std::vector<std::vector<std::string>>& groups, std::string& text) {
     for (std::size_t i = 0; i < std::min(groups.size(), most_listed); ++i) {
         text += "The columns " + list_of(groups[i]) +
@@ -116,6 +123,7 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
     add_cut(table.cut, text);
     add_uncut(table.uncut, text);
     add_identifiers(table.identifiers, text);
+    add_counts(table.counts, text);
     add_twins(table.twins, text);
     if (table.left_out > 0) {
         text += counted(table.left_out, "line") + " with the weight 0 " +

@@ -1,6 +1,7 @@
 #include "mine/table.h"
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -64,6 +65,17 @@ void check_header(const std::vector<CsvCell>& header, const TextInput& input) {
                              "a different name for each column");
         }
     }
+}
+
+/// Whether a column has a name that people give to counts.
+bool is_name_of_counts(std::string_view name) {
+    constexpr std::array<std::string_view, 8> names = {"count", "counts", "freq",   "frequency",
+                                                       "n",     "number", "weight", "weights"};
+    std::string small(name);
+    std::ranges::transform(small, small.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return std::ranges::find(names, small) != names.end();
 }
 
 }  // namespace
@@ -189,6 +201,7 @@ Database TableReader::finish() {
     report_uncut();
     report_cut();
     report_identifiers();
+    report_counts();
     if (std::ranges::all_of(database_.weights, [](Count weight) { return weight == 1; })) {
         database_.weights.clear();
     }
@@ -228,6 +241,39 @@ void TableReader::report_identifiers() {
             report_.identifiers.push_back(column.name());
         }
     }
+}
+
+/// A column of counts has a telling name and whole numbers; the other columns, at least two, are of few
+/// values, and no two lines have the same of all of them.
+void TableReader::report_counts() {
+    constexpr std::size_t least_columns = 3;
+    if (weight_cell_ || columns_.size() < least_columns) {
+        return;
+    }
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (is_name_of_counts(columns_[i].name()) && columns_[i].holds_whole_numbers() &&
+            are_combinations_distinct(i)) {
+            report_.counts = columns_[i].name();
+            return;
+        }
+    }
+}
+
+/// Whether each line has another combination of values than all others, a column left aside, though no
+/// column alone tells the lines apart: each value is in two lines, on average.
+bool TableReader::are_combinations_distinct(std::size_t besides) const {
+    std::vector<std::uint64_t> combinations(database_.lines);  // hashes
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (i == besides) {
+            continue;
+        }
+        if (columns_[i].distinct_cells() * 2 > database_.lines) {
+            return false;
+        }
+        columns_[i].mix_into(combinations);
+    }
+    std::ranges::sort(combinations);
+    return std::ranges::adjacent_find(combinations) == combinations.end();
 }
 
 void TableReader::report_twins(const std::vector<std::size_t>& ends) {

@@ -39,6 +39,9 @@ struct TableReport {
     /// The names of columns in which hardly any two lines are alike, such as those of numbers of customers,
     /// in the order of the columns: see TableColumn::is_identifier.
     std::vector<std::string> identifiers;
+    /// The name of a column that looks like how often its line occurs; empty where there is none: see
+    /// TableReader::report_counts.
+    std::string counts;
     std::size_t left_out = 0;  ///< lines with the weight 0
 };
 
@@ -93,6 +96,8 @@ private:
     void report_uncut();
     void report_cut();
     void report_identifiers();
+    void report_counts();
+    bool are_combinations_distinct(std::size_t besides) const;
     void report_twins(const std::vector<std::size_t>& ends);
     void require_different_names(const std::vector<std::size_t>& ends) const;
 

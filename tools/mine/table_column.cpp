@@ -230,6 +230,24 @@ bool TableColumn::is_identifier() const {
     return true;
 }
 
+bool TableColumn::holds_whole_numbers() const {
+    for (std::uint32_t value = 0; value < dictionary_.size(); ++value) {
+        if (!parse_number<std::uint32_t>(std::string(dictionary_.text(value)))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void TableColumn::mix_into(std::vector<std::uint64_t>& hashes) const {
+    lines_.visit([&hashes](const auto& numbers) {
+        std::ranges::transform(hashes, numbers, hashes.begin(), [](std::uint64_t hash, std::uint32_t number) {
+            hash = (hash ^ (number + 1)) * 0x9E3779B97F4A7C15;
+            return hash ^ (hash >> 32U);
+        });
+    });
+}
+
 std::size_t TableColumn::distinct_numbers() const {
     std::vector<double> numbers;
     std::ranges::copy_if(numbers_, std::back_inserter(numbers), [](double n) { return !std::isnan(n); });

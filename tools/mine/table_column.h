@@ -70,6 +70,13 @@ public:
     /// cut, split or of flags is none. Call this before move_to. O(distinct cells), and O(lines) where these
     /// are nearly as many.
     bool is_identifier() const;
+    /// Whether each cell is a whole number. O(distinct cells). Call this before move_to.
+    bool holds_whole_numbers() const;
+    /// How many different cells there are, missing ones among them. Call this before move_to.
+    std::size_t distinct_cells() const { return dictionary_.size(); }
+    /// Mixes the cell of each line into the hash of that line, so that equal cells leave equal hashes equal.
+    /// Call this before move_to. O(lines).
+    void mix_into(std::vector<std::uint64_t>& hashes) const;
 
 private:
     void examine(const CsvCell& cell, const TextInput& input);
