@@ -238,6 +238,36 @@ TEST_F(RuleInputTest, NamesFileGoesWithItemsAsNumbers) {
     EXPECT_EQ(read(request).names.name(3), "salt");
 }
 
+TEST_F(RuleInputTest, NamesFileBesideItemsAsNumbersIsRead) {
+    const std::string names = file("a.names", "3\tsalt\n");
+    const RuleInput input = read(request_for(file("a.dat", "1 2\n2\n3\n")));
+    EXPECT_EQ(input.names.name(3), "salt");
+    EXPECT_EQ(input.names_path, names);
+    EXPECT_TRUE(has_note(input, "names               " + names));
+}
+
+TEST_F(RuleInputTest, NamesFileBesideBasketsIsNotRead) {
+    file("a.names", "1\tsalt\n");
+    InputRequest request = request_for(file("a.txt", "tea,milk\ntea\n"));
+    request.reading.format = Format::basket;
+    const RuleInput input = read(request);
+    EXPECT_EQ(input.names.name(1), "tea");
+    EXPECT_EQ(input.names_path, "");
+}
+
+TEST_F(RuleInputTest, LargerItemsetsThatWereNotLookedForAreSaid) {
+    InputRequest request = request_for(file("a.dat", subsets));
+    request.mining.max_size = 3;
+    EXPECT_TRUE(
+        has_note(read(request),
+                 "Essential itemsets of more than 3 items were not looked for: --max-size, by default "
+                 "--max-items, says how many they have"));
+    request.mining.max_size = 5;
+    const RuleInput input = read(request);
+    EXPECT_TRUE(std::ranges::none_of(input.notes,
+                                     [](const std::string& note) { return note.starts_with("Essential"); }));
+}
+
 /// A table of numbers from 1 to 12 and 1 to 8, and a word.
 std::string table() {
     std::string text = "twelve,eight,word\n";

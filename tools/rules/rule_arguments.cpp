@@ -175,7 +175,7 @@ void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option(
            "--names", arguments.input.names,
            "The names of the items: lines of an item, a tab and its name (default: the class file's name "
-           "with the extension .names), where there is such a file")
+           "or that of transactions of numbers, with the extension .names), where there is such a file")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type);
 }

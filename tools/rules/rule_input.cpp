@@ -50,15 +50,15 @@ std::map<Item, std::string> names_of(const Database& database) {
     return names;
 }
 
-/// The names file beside a class file; empty where there is none.
-std::string names_beside(const std::string& class_file) {
-    std::filesystem::path path = class_file;
+/// The names file beside a class file, or beside transactions of numbers; empty where there is none.
+std::string names_beside(const std::string& file) {
+    std::filesystem::path path = file;
     if (path.extension() == ".gz") {
         path.replace_extension();
     }
     const std::string names = default_names(path.string());
     std::error_code failed;  // what cannot be looked at is not there
-    return names != class_file && std::filesystem::exists(names, failed) ? names : "";
+    return names != file && std::filesystem::exists(names, failed) ? names : "";
 }
 
 std::string names_of_paths(const std::vector<std::string>& paths) {
@@ -69,10 +69,11 @@ std::string names_of_paths(const std::vector<std::string>& paths) {
     return names;
 }
 
-/// Reads the names from the file that was asked for, or else the one beside a class file, where there is one.
-void read_item_names(const InputRequest& request, const std::string& class_file, RuleInput& input) {
-    input.names_path =
-        request.names.empty() && !class_file.empty() ? names_beside(class_file) : request.names;
+/// Reads the names from the file that was asked for, or else the one beside a file, where there is one.
+/// `file` is empty, or "-", for none.
+void read_item_names(const InputRequest& request, const std::string& file, RuleInput& input) {
+    const bool may_be_beside = request.names.empty() && !file.empty() && file != "-";
+    input.names_path = may_be_beside ? names_beside(file) : request.names;
     if (!input.names_path.empty()) {
         input.notes.push_back(note("names", names_of_paths({input.names_path})));
         input.names = ItemNames(read_names(read_text(input.names_path)));
@@ -275,7 +276,7 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
     input.transactions = input.database->transactions;
     add_lines(summary_of_input(*input.database, report), input.notes);
     input.names = ItemNames(names_of(*input.database));
-    read_item_names(request, "", input);
+    read_item_names(request, report.format == Format::fimi ? request.paths.front() : "", input);
     within_memory([&] { mine_input(request, go_on, input); },
                   [&] { return "while mining " + names_of_paths(request.paths); });
     return input;

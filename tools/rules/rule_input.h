@@ -49,6 +49,9 @@ using MiningGoOn = std::function<bool(const MiningProgress&)>;
 
 /// Reads a class file, or transactions and mines them.
 ///
+/// Of transactions of numbers (fimi), the items are named as `names` says, else by the file beside the first
+/// input that has the extension .names, where there is one.
+///
 /// Of a class file, the items are named as `names` says, else by the file beside it that has the extension
 /// .names, where there is one, else as the database does. Where a file names them and the database has names,
 /// too, its items are known by their names (see number_by_names). With a database, the supports of all
