@@ -216,6 +216,23 @@ TEST(RuleArguments, HasColourWhereItIsAlwaysWanted) {
     EXPECT_FALSE(parsed({"a.dat", "--color", "never"}).style.has_color);
 }
 
+TEST(RuleArguments, RefusesColourWithoutATable) {
+    EXPECT_EQ(complaint_of([] {
+                  parsed({"a.dat", "--to", "words", "--color", "always"});
+              }),
+              "--color: found always, but only tables have colours; expected --to table, too");
+}
+
+TEST(RuleArguments, RefusesAFormatWhereItCounts) {
+    EXPECT_EXIT(parsed({"a.dat", "--count", "--to", "csv"}), testing::ExitedWithCode(2), "--to");
+}
+
+TEST(RuleArguments, CutsColumnsUnlessAllAreSpokenOf) {
+    EXPECT_FALSE(parsed({"a.csv", "--bins", "age=3"}).input.has_bins);
+    EXPECT_FALSE(parsed({"a.csv", "--bins", "age=18,65", "--bins", "size=2"}).input.has_bins);
+    EXPECT_TRUE(parsed({"a.csv", "--bins", "age=3", "--bins", "5"}).input.has_bins);
+}
+
 TEST(RuleArguments, TakesTheKindOfTheInput) {
     EXPECT_EQ(parsed({"a.dat", "--format", "classes", "-n", "12"}).input.is_class_file, true);
     EXPECT_EQ(parsed({"a.dat", "--format", "classes", "-n", "12"}).input.transactions, Count{12});

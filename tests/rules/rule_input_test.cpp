@@ -299,6 +299,16 @@ TEST_F(RuleInputTest, NoColumnIsCutByDefaultWhereBinsWereGiven) {
     EXPECT_EQ(read(request).names.columns()[1].items.size(), 12U);
 }
 
+TEST_F(RuleInputTest, ARuleForOneColumnLeavesTheOthersToTheDefault) {
+    InputRequest request = request_for(file("a.csv", table()));
+    request.reading.table.bins = {{.column = "twelve", .bins = 2}};
+    EXPECT_EQ(read(request).names.columns()[1].items.size(), 2U);
+    request.reading.table.bins = {{.column = "eight", .bins = 2}};
+    const RuleInput input = read(request);
+    EXPECT_EQ(input.names.columns()[0].items.size(), 2U);
+    EXPECT_EQ(input.names.columns()[1].items.size(), 4U);
+}
+
 TEST_F(RuleInputTest, MiningThatIsStoppedIsAnError) {
     const InputRequest request = request_for(file("a.dat", subsets));
     EXPECT_EQ(complaint_of([&] { read_input(request, [](const MiningProgress&) { return false; }); }),

@@ -393,8 +393,11 @@ void complete_input(const CLI::App& app, const Words& words, RuleArguments& argu
         // With a database, a class file is read as well, and the format is that of the transactions.
         input.is_class_file = words.reading.format == "classes" || !input.database.empty();
     }
-    input.has_bins = app.count("--bins") > 0;
     input.reading = reading_options(app, words.reading);
+    const std::vector<BinRule>& bins = input.reading.table.bins;
+    input.has_bins = app.count("--bins") > 0 &&
+                     (bins.empty() ||  // for none
+                      std::ranges::any_of(bins, [](const BinRule& rule) { return rule.column.empty(); }));
     input.mining = mining_request(app, words.mining);
     if (input.mining.min_supports.size() > 1) {
         throw Error("--min-support: found " + std::to_string(input.mining.min_supports.size()) +

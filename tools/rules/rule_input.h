@@ -23,7 +23,7 @@ struct InputRequest {
     std::optional<bool> is_class_file;
     ReadingOptions reading;             ///< of transactions, and of `database`
     MiningRequest mining;               ///< of transactions; its min_supports hold one
-    bool has_bins = false;              ///< whether --bins was given
+    bool has_bins = false;              ///< whether --bins says it for all columns: K, or none
     std::optional<Count> transactions;  ///< N, for a class file without a database
     std::string database;               ///< path of the transactions of a class file; empty for none
     std::string names;                  ///< path of a names file; empty for the default
@@ -58,7 +58,8 @@ using MiningGoOn = std::function<bool(const MiningProgress&)>;
 /// classes are counted. Whether the classes agree with each other is left to require_agreement, which needs
 /// indexes that rules are derived with, too.
 ///
-/// Of a table, columns of more than 8 distinct numbers are cut into 4 bins unless request.has_bins. Where
+/// Of a table, columns of more than 8 distinct numbers are cut into 4 bins unless request.has_bins, or
+/// unless a rule says otherwise for one. Where
 /// there are more classes than allowed, by default 1,000,000, smaller itemsets are mined: see mine_bounded.
 /// Where no item is frequent enough for a class, there are none, and a note says why.
 ///
