@@ -25,7 +25,20 @@ TEST(Nearest, AreFoundWhateverTheirCase) {
 TEST(Nearest, AreComparedByTheirBeginnings) {
     const std::string beginning(64, 'a');
     EXPECT_EQ(nearest(beginning + "x", Words{"b", beginning + "yz", beginning + "x"}, 1),
+              (Words{beginning + "x"}));
+    EXPECT_EQ(nearest(beginning + "x", Words{"b", beginning + "yz", beginning + "z"}, 1),
               (Words{beginning + "yz"}));
+}
+
+TEST(Nearest, WordsThatDifferInCaseAloneComeFirst) {
+    const std::string beginning(64, 'a');
+    EXPECT_EQ(nearest(beginning + "x", Words{beginning + "y", beginning + "X"}, 1), (Words{beginning + "X"}));
+}
+
+TEST(EqualButForCase, AreAllSuchWords) {
+    EXPECT_EQ(equal_but_for_case("Sex=Male", Words{"sex=female", "sex=male", "SEX=MALE", "sex=males"}),
+              (Words{"sex=male", "SEX=MALE"}));
+    EXPECT_EQ(equal_but_for_case("a", Words{}), Words{});
 }
 
 TEST(AllShown, PutsCommasBetweenWordsInQuotes) {

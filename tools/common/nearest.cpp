@@ -1,6 +1,7 @@
 #include "common/nearest.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -27,12 +28,18 @@ std::size_t edit_distance(std::string_view one, std::string_view other) {
     return distances.back();
 }
 
+char small_letter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 std::string beginning_in_small_letters(std::string_view text) {
     std::string result(text.substr(0, most_compared));
-    for (char& c : result) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
+    std::ranges::transform(result, result.begin(), small_letter);
     return result;
+}
+
+bool differ_in_case_alone(std::string_view one, std::string_view other) {
+    return std::ranges::equal(one, other, {}, small_letter, small_letter);
 }
 
 }  // namespace
@@ -42,7 +49,8 @@ std::vector<std::string> nearest(std::string_view word, std::span<const std::str
     const std::string wanted = beginning_in_small_letters(word);
     std::vector<std::pair<std::size_t, std::size_t>> closest;  // distance and position
     for (std::size_t i = 0; i < known.size(); ++i) {
-        closest.emplace_back(edit_distance(wanted, beginning_in_small_letters(known[i])), i);
+        const std::size_t distance = edit_distance(wanted, beginning_in_small_letters(known[i]));
+        closest.emplace_back(differ_in_case_alone(word, known[i]) ? 0 : distance + 1, i);
     }
     const std::size_t listed = std::min(most, closest.size());
     std::ranges::partial_sort(closest, closest.begin() + static_cast<std::ptrdiff_t>(listed));
@@ -50,6 +58,13 @@ std::vector<std::string> nearest(std::string_view word, std::span<const std::str
     for (std::size_t i = 0; i < listed; ++i) {
         words.push_back(known[closest[i].second]);
     }
+    return words;
+}
+
+std::vector<std::string> equal_but_for_case(std::string_view word, std::span<const std::string> known) {
+    std::vector<std::string> words;
+    std::ranges::copy_if(known, std::back_inserter(words),
+                         [word](const std::string& each) { return differ_in_case_alone(word, each); });
     return words;
 }
 

@@ -277,6 +277,10 @@ private:
 
     /// Throws Error for a name, or one with wildcards, that matches no item.
     [[noreturn]] void fail_for_nothing(std::string_view text) const {
+        const std::vector<std::string> same = equal_but_for_case(text, names_);
+        if (!same.empty()) {
+            fail_with(text, text, same);
+        }
         const auto column = column_in(text);
         const std::vector<std::string> known = columns();
         if (!column || known.empty()) {
