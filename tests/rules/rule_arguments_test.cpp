@@ -212,7 +212,7 @@ TEST(RuleArguments, HasNoOutputFileWhereItCounts) {
 }
 
 TEST(RuleArguments, HasColourWhereItIsAlwaysWanted) {
-    EXPECT_TRUE(parsed({"a.dat", "--color", "always"}).style.has_color);
+    EXPECT_TRUE(parsed({"a.dat", "--to", "table", "--color", "always"}).style.has_color);
     EXPECT_FALSE(parsed({"a.dat", "--color", "never"}).style.has_color);
 }
 

@@ -281,6 +281,7 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_flag("--count", arguments.is_count,
                  "Write no rule; say how many there are of each form and kind, how many bytes each format "
                  "would take, and what korv itself would write")
+        ->excludes("--to")
         ->group(output_group);
     app.add_flag("--verify", arguments.verifies,
                  "Count each rule that is written again in the transactions, plainly")
@@ -378,6 +379,9 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
     arguments.rules.top = app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top)
                           : is_terminal          ? top_on_terminal
                                                  : 0;
+    if (words.color == "always" && !arguments.is_count && arguments.format != RuleFormat::table) {
+        throw Error("--color: found always, but only tables have colours; expected --to table, too");
+    }
     winsize size = {};
     if (is_terminal && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         arguments.style.width = size.ws_col;

@@ -240,27 +240,43 @@ MiningOptions options_of(const InputRequest& request, Count transactions) {
     return mining_options(mining, mining.min_supports.front(), transactions);
 }
 
+/// Whether there are essential itemsets of the largest size that was mined, so that there may be larger ones.
+bool may_be_larger(const BoundedMining& mined) {
+    std::size_t largest = 0;
+    mined.classes.for_each([&largest](const MinedClass& each) {
+        largest = std::max(largest, each.essentials.back().size());  // the last one has the most items
+    });
+    return largest == mined.options.max_size;
+}
+
+/// Itemsets of more items than were mined, in words.
+std::string larger_itemsets(const BoundedMining& mined) {
+    const std::size_t most = mined.options.max_size;
+    return "temsets of more than " + with_commas(most) + (most == 1 ? " item" : " items");
+}
+
 void add_notes_on(const BoundedMining& mined, std::vector<std::string>& notes) {
     notes.push_back(note("classes", with_commas(mined.classes.size())));
     if (mined.is_reduced) {
-        notes.push_back("Itemsets of more than " + with_commas(mined.options.max_size) +
-                        (mined.options.max_size == 1 ? " item" : " items") +
-                        " are left out, since with them there are more than " +
-                        (mined.has_too_many_essentials
-                             ? with_commas(most_essentials) + " essential itemsets: --max-classes " +
-                                   std::to_string(default_max_classes) + " takes them all the same"
-                             : with_commas(mined.options.max_classes) + " classes: --max-classes allows more") +
-                        ", a higher --min-support brings fewer");
+        notes.push_back(
+            "I" + larger_itemsets(mined) + " are left out, since with them there are more than " +
+            (mined.has_too_many_essentials
+                 ? with_commas(most_essentials) + " essential itemsets: --max-classes " +
+                       std::to_string(default_max_classes) + " takes them all the same"
+                 : with_commas(mined.options.max_classes) + " classes: --max-classes allows more") +
+            ", a higher --min-support brings fewer");
+    } else if (may_be_larger(mined)) {
+        notes.push_back("Essential i" + larger_itemsets(mined) +
+                        " were not looked for: --max-size, by default --max-items, says how many they have");
     }
 }
 
 /// Mines the classes of transactions.
 void mine_input(const InputRequest& request, const MiningGoOn& go_on, RuleInput& input) {
     try {
-        const BoundedMining mined =
-            mine_bounded(*input.database, options_of(request, input.transactions), go_on,
-                         request.mining.max_classes ? std::numeric_limits<std::size_t>::max()
-                                                    : most_essentials);
+        const BoundedMining mined = mine_bounded(
+            *input.database, options_of(request, input.transactions), go_on,
+            request.mining.max_classes ? std::numeric_limits<std::size_t>::max() : most_essentials);
         add_notes_on(mined, input.notes);
         input.classes = class_map(mined.classes);
     } catch (const NoClasses& error) {
