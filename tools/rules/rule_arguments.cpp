@@ -508,6 +508,11 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     add_completions_option(app, words_of_lists());
     app.get_option("--completions")->group(output_group);
     app.failure_message(complaint);
+    app.footer(
+        "Examples:\n"
+        "  korv-rules titanic.csv --to words --top 10\n"
+        "  korv-rules titanic.csv --then 'survived=*' --max-items 3 -c 0.7\n"
+        "  korv-rules titanic.classes -n 2201 --measures all -o rules.csv");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
