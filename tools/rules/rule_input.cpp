@@ -249,24 +249,24 @@ bool may_be_larger(const BoundedMining& mined) {
     return largest == mined.options.max_size;
 }
 
-/// Itemsets of more items than were mined, in words.
-std::string larger_itemsets(const BoundedMining& mined) {
+/// "ITEMSETS of more than 6 items".
+std::string larger_ones(const std::string& itemsets, const BoundedMining& mined) {
     const std::size_t most = mined.options.max_size;
-    return "temsets of more than " + with_commas(most) + (most == 1 ? " item" : " items");
+    return itemsets + " of more than " + with_commas(most) + (most == 1 ? " item" : " items");
 }
 
 void add_notes_on(const BoundedMining& mined, std::vector<std::string>& notes) {
     notes.push_back(note("classes", with_commas(mined.classes.size())));
     if (mined.is_reduced) {
         notes.push_back(
-            "I" + larger_itemsets(mined) + " are left out, since with them there are more than " +
+            larger_ones("Itemsets", mined) + " are left out, since with them there are more than " +
             (mined.has_too_many_essentials
                  ? with_commas(most_essentials) + " essential itemsets: --max-classes " +
                        std::to_string(default_max_classes) + " takes them all the same"
                  : with_commas(mined.options.max_classes) + " classes: --max-classes allows more") +
             ", a higher --min-support brings fewer");
     } else if (may_be_larger(mined)) {
-        notes.push_back("Essential i" + larger_itemsets(mined) +
+        notes.push_back(larger_ones("Essential itemsets", mined) +
                         " were not looked for: --max-size, by default --max-items, says how many they have");
     }
 }
