@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
     using namespace korv::tools;
     benchmark::Initialize(&argc, argv);
     const MadeRules made = short_rules(1'000'000);
-    for (const auto& [name, written_format] : rule_formats) {
+    for (const auto& [name, written_format] : writer_formats) {
         benchmark::RegisterBenchmark(
             (std::string("write/") + std::string(name)).c_str(),
             [&made, format = written_format](benchmark::State& state) { write(state, made, format); })

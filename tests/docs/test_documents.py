@@ -148,13 +148,15 @@ TABLE: dict[str, list[Entry]] = {
         Whole("id,", "rules.csv"),
         Run("korv-rules examples/titanic/titanic.csv --if"),
         Whole("{\"id\":1,", "run-7.stdout"),
+        Run("korv-rules examples/titanic/titanic.csv --then 'survived=*' --max-then 1 -c 0.7 --readings all --top 8 \\",
+            needs="dot"),
         Run("korv-rules examples/titanic/titanic.csv --count"),
-        Whole("form ", "run-8.stdout"),
+        Whole("form ", "run-9.stdout"),
         Run("korv-rules examples/titanic/titanic.classes -n 2201"),
-        Numbered("1. If ", "run-9.stdout"),
-        Whole("class file ", "run-9.stderr"),
-        Run("korv-rules examples/titanic/titanic.classes --database", status=1),
+        Numbered("1. If ", "run-10.stdout"),
         Whole("class file ", "run-10.stderr"),
+        Run("korv-rules examples/titanic/titanic.classes --database", status=1),
+        Whole("class file ", "run-11.stderr"),
         Run("korv-mine examples/titanic/titanic.dat"),
     ],
     "docs/mining.md": [
@@ -190,6 +192,12 @@ TABLE: dict[str, list[Entry]] = {
         Pieces("Number of exact rules: 32", "number_rules_shop_1_0.5.txt"),
         Excerpt("Number of exact rules: 32", "number_rules_shop_1_0.5.txt"),
         Whole("  ******", "shop.stdout", before="\n"),
+    ],
+    "docs/rules-database.md": [
+        Run("korv-rules examples/titanic/titanic.csv -c 0.7"),
+        *itertools.chain.from_iterable(
+            (Run("sqlite3 -box rules.db", needs="sqlite3"), Whole("┌", f"run-{number}.stdout", needs="sqlite3"))
+            for number in range(2, 12)),
     ],
     "docs/rules.md": [
         Run("printf "),

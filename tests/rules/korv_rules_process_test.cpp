@@ -276,7 +276,8 @@ TEST_F(KorvRules, WritesTheFormatOfTheExtensionOrTheOneItIsTold) {
     EXPECT_TRUE(rules(arguments + std::vector<std::string>{"--to", "table"}).out.starts_with("#  rule"));
     expect_refused(
         arguments + std::vector<std::string>{"-o", "a.xml"}, 2,
-        "-o: found \"a.xml\"; expected a name that ends with .txt, .csv, .tsv or .jsonl, or --to FORMAT");
+        "-o: found \"a.xml\"; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
+        ".sqlite3, .dot or .gv, or --to FORMAT");
 }
 
 TEST_F(KorvRules, RefusesToReplaceItsInputs) {

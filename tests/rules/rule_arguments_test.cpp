@@ -96,13 +96,19 @@ TEST(FormatOfPath, IsThatOfItsExtension) {
     EXPECT_EQ(format_of_path("a.csv/b.tsv"), RuleFormat::tsv);
     EXPECT_EQ(format_of_path("a.b.jsonl"), RuleFormat::jsonl);
     EXPECT_EQ(format_of_path("a.txt"), RuleFormat::words);
+    EXPECT_EQ(format_of_path("a.db"), RuleFormat::sqlite);
+    EXPECT_EQ(format_of_path("a.sqlite"), RuleFormat::sqlite);
+    EXPECT_EQ(format_of_path("a.sqlite3"), RuleFormat::sqlite);
+    EXPECT_EQ(format_of_path("a.dot"), RuleFormat::dot);
+    EXPECT_EQ(format_of_path("a.gv"), RuleFormat::dot);
 }
 
 TEST(FormatOfPath, IsSaidToBeMissing) {
     for (const std::string path : {"a", "a.json", "csv", ".csv", "a.csv/b"}) {
         EXPECT_EQ(complaint_of([&] { format_of_path(path); }),
                   "-o: found \"" + path +
-                      "\"; expected a name that ends with .txt, .csv, .tsv or .jsonl, or --to FORMAT");
+                      "\"; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
+                      ".sqlite3, .dot or .gv, or --to FORMAT");
     }
 }
 
@@ -203,6 +209,23 @@ TEST(RuleArguments, HasTheFormatThatIsGivenOrElseThatOfTheExtension) {
     EXPECT_EQ(parsed({"a.dat", "-o", "b.csv"}).format, RuleFormat::csv);
     EXPECT_EQ(parsed({"a.dat", "-o", "b.csv", "--to", "table"}).format, RuleFormat::table);
     EXPECT_EQ(parsed({"a.dat", "-o", "b", "--to", "tsv"}).format, RuleFormat::tsv);
+}
+
+TEST(RuleArguments, DrawsTheLatticeUnlessToldOtherwise) {
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.dot"}).graph, GraphKind::lattice);
+    EXPECT_EQ(parsed({"a.dat", "--to", "dot", "--graph", "rules"}).graph, GraphKind::rules);
+    EXPECT_EQ(complaint_of([] {
+                  parsed({"a.dat", "--graph", "rules"});
+              }),
+              "--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
+}
+
+TEST(RuleArguments, HasTheOptionsThatDecideWithoutDirectories) {
+    EXPECT_EQ(parsed({"a.dat"}).decisive_options, "");
+    EXPECT_EQ(parsed({"x/a.dat", "-q", "-o", "y/b.csv", "--names", "z/c names", "--then", "a*", "--then", "b",
+                      "-c", "0.5", "--to", "tsv", "--only-true"})
+                  .decisive_options,
+              "--names 'c names' --min-confidence 0.5 --then 'a*' --then b --only-true");
 }
 
 TEST(RuleArguments, HasNoOutputFileWhereItCounts) {

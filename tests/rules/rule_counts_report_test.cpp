@@ -50,7 +50,7 @@ TEST_F(RuleCountsReport, CountsRulesByFormAndKind) {
 TEST_F(RuleCountsReport, CountsTheBytesOfEachFormat) {
     found_.rules = {known_rule(any({1}), any({2}), {40, 50, 40}, Form::R131)};
     const std::string text = report();
-    for (const auto& [name, format] : rule_formats) {
+    for (const auto& [name, format] : writer_formats) {
         const std::string number = line_of(text, std::string(name));
         EXPECT_TRUE(number.ends_with(' ' + std::to_string(bytes(format)))) << name << ": " << number;
     }

@@ -41,7 +41,7 @@ std::vector<std::string> texts_of(const SearchResult& found) {
 
 SearchResult search(const RuleInput& input, const RuleRequest& request, KorvOutput* korv = nullptr) {
     return search_rules(input, request, rule_filter(input, request),
-                        {[](Phase) {}, [](const Accounting&, std::size_t, std::size_t) {}}, korv);
+                        {[](Phase) {}, [](const Accounting&, std::size_t, std::size_t) {}}, {.korv = korv});
 }
 
 using Rules = std::vector<std::string>;

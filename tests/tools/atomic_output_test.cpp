@@ -38,6 +38,19 @@ TEST_F(AtomicOutputFile, IsThereOnceCommitted) {
     EXPECT_EQ(read_files(directory_.path()), (test::Files{{"out", "first second"}}));
 }
 
+TEST_F(AtomicOutputFile, CanBeFilledByItsTemporaryPath) {
+    AtomicOutput output(path());
+    EXPECT_EQ(test::read_file(output.temporary_path()), "");
+    test::write_file(output.temporary_path(), "by another program");
+    EXPECT_FALSE(std::filesystem::exists(path()));
+    output.commit();
+    EXPECT_EQ(files(), (test::Files{{"out", "by another program"}}));
+}
+
+TEST_F(AtomicOutputFile, HasNoTemporaryPathWhereItIsWrittenToDirectly) {
+    EXPECT_EQ(AtomicOutput("/dev/null").temporary_path(), "");
+}
+
 TEST_F(AtomicOutputFile, IsNotThereWithoutCommit) {
     {
         AtomicOutput output(path());

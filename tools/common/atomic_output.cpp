@@ -110,6 +110,13 @@ void AtomicOutput::write(std::string_view text) {
     }
 }
 
+std::string AtomicOutput::temporary_path() const {
+    // The path that the user gave may lead elsewhere by now: it may be relative, or go through links.
+    return temporary_
+               ? "/proc/self/fd/" + std::to_string(place_.directory.number()) + '/' + temporary_->name()
+               : "";
+}
+
 void AtomicOutput::finish() {
     flush();
     // Some file systems report only now that the disk is full.

@@ -30,6 +30,13 @@ public:
     /// where nobody reads it any more and SIGPIPE is ignored.
     void write(std::string_view text);
 
+    /// The path that was given, or "standard output", for messages.
+    const std::string& name() const { return name_; }
+
+    /// The path of the temporary file, for a library that fills it by itself, instead of write(): it is
+    /// there, and empty. Valid until it is committed. Empty for what is written to directly.
+    std::string temporary_path() const;
+
     /// Brings everything that was written to the disk, under the temporary name. Throws Error when that
     /// fails.
     void finish();

@@ -28,6 +28,9 @@ public:
     bool is_open() const { return descriptor_.is_open(); }
     int descriptor() const { return descriptor_.number(); }
 
+    /// Its hidden name; empty once it was given another one.
+    const char* name() const { return entry_.name.data(); }
+
     /// Renames the file within its directory, which replaces the file of that name, if any. To be called
     /// once. False, with errno, when that fails.
     bool rename_to(const char* name);

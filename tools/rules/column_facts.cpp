@@ -8,15 +8,12 @@
 #include <set>
 #include <utility>
 
-#include "mine/ranked_items.h"
-
 namespace korv::tools {
 
 namespace {
 
 /// The sum of the supports of items; nothing where one of them is not known.
-std::optional<std::uint64_t> sum_of_supports(const Itemset& items,
-                                             const std::unordered_map<Item, Count>& supports) {
+std::optional<std::uint64_t> sum_of_supports(const Itemset& items, const ItemSupports& supports) {
     std::uint64_t sum = 0;
     for (const Item item : items) {
         const auto found = supports.find(item);
@@ -28,26 +25,9 @@ std::optional<std::uint64_t> sum_of_supports(const Itemset& items,
     return sum;
 }
 
-/// The supports of the items that are keys by themselves.
-std::unordered_map<Item, Count> supports_of_items(const ClassMap& classes) {
-    std::unordered_map<Item, Count> supports;
-    for (const auto& [itemset, of_class] : classes) {
-        if (of_class.essentials.empty() && itemset.size() == 1) {
-            supports[itemset.front()] = of_class.support;
-        }
-        for (const Itemset& essential : of_class.essentials) {
-            if (essential.size() == 1) {
-                supports[essential.front()] = of_class.support;
-            }
-        }
-    }
-    return supports;
-}
-
 /// Whether two of the items must meet, since together they are in at most so many transactions. The supports
 /// of some items may not be known.
-bool have_common_transactions(const Itemset& items, const std::unordered_map<Item, Count>& supports,
-                              Count support_of_all) {
+bool have_common_transactions(const Itemset& items, const ItemSupports& supports, Count support_of_all) {
     std::uint64_t largest = 0;
     std::uint64_t second = 0;
     for (const Item item : items) {
@@ -82,7 +62,7 @@ ColumnFacts::ColumnFacts(const ItemNames& names, const ClassMap& classes, Count 
     if (names.columns().empty()) {
         return;
     }
-    const Supports supports = supports_of_items(classes);
+    const ItemSupports supports = supports_of_items(classes);
     std::set<const ItemNames::Column*> not_exclusive;
     std::map<const ItemNames::Column*, Itemset> by_column;
     for (const auto& [itemset, of_class] : classes) {
@@ -110,10 +90,7 @@ ColumnFacts::ColumnFacts(const ItemNames& names, const Database& database) {
     if (names.columns().empty()) {
         return;
     }
-    Supports supports;
-    for (const Database::ItemColumn& column : database.items) {
-        supports[column.item] = support_of(column, database);
-    }
+    const ItemSupports supports = supports_of_items(database);
     for (const ItemNames::Column& column : names.columns()) {
         if (!meet(column.items, database)) {
             add(column.items, supports, database.transactions);
@@ -122,7 +99,7 @@ ColumnFacts::ColumnFacts(const ItemNames& names, const Database& database) {
 }
 
 /// Adds an exclusive column.
-void ColumnFacts::add(const Itemset& items, const Supports& supports, Count transactions) {
+void ColumnFacts::add(const Itemset& items, const ItemSupports& supports, Count transactions) {
     for (const Item item : items) {
         column_of_[item] = columns_.size();
     }

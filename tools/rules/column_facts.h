@@ -7,6 +7,7 @@
 #include "engine/classes.h"
 #include "mine/database.h"
 #include "rules/item_names.h"
+#include "rules/item_supports.h"
 
 namespace korv::tools {
 
@@ -62,9 +63,8 @@ private:
         Itemset items;
         bool is_exhaustive;
     };
-    using Supports = std::unordered_map<Item, Count>;
 
-    void add(const Itemset& items, const Supports& supports, Count transactions);
+    void add(const Itemset& items, const ItemSupports& supports, Count transactions);
     const Column* column_of(Item item) const;
     const Column* common_column(ItemSpan itemset) const;
     bool cover_a_column(ItemSpan one, ItemSpan other) const;

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <new>
@@ -8,13 +9,16 @@
 
 #include "common/distinct_files.h"
 #include "common/error.h"
+#include "common/quantity.h"
 #include "common/standard_streams.h"
 #include "rules/accounting.h"
+#include "rules/dot_graph.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
 #include "rules/rule_output.h"
 #include "rules/rule_search.h"
 #include "rules/rule_verification.h"
+#include "rules/rules_database.h"
 #include "rules/search_watch.h"
 #include "rules/statistics.h"
 #include "rules/watched_input.h"
@@ -93,6 +97,40 @@ void sum_up(const RuleInput& input, const Accounting& accounting, const RuleArgu
     std::cerr << accounting_text(accounting, arguments.rules);
 }
 
+/// Whether the lattice is written, too.
+bool needs_lattice(const RuleArguments& arguments) {
+    const bool is_drawn = arguments.format == RuleFormat::dot && arguments.graph == GraphKind::lattice;
+    return !arguments.is_count && (is_drawn || arguments.format == RuleFormat::sqlite);
+}
+
+/// Throws Error where a database is to go to what is no file.
+void require_file(const RuleArguments& arguments, const RuleOutput& output) {
+    if (arguments.format == RuleFormat::sqlite && !arguments.is_count && !output.is_file()) {
+        throw Error(shown(arguments.output) +
+                    ": is no file; expected one, since a database is to be written");
+    }
+}
+
+std::string names_without_directories(const std::vector<std::string>& paths) {
+    std::string names;
+    for (const std::string& path : paths) {
+        names += (names.empty() ? "" : ", ") + std::filesystem::path(path).filename().string();
+    }
+    return names;
+}
+
+/// Says so where a graph is too large to be looked at.
+void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) {
+    if (nodes <= most_legible_nodes) {
+        return;
+    }
+    const char* const remedy = graph == GraphKind::rules ? "--top 100 draws fewer rules"
+                               : input.lines.empty()
+                                   ? "a higher --min-support or a lower --max-size brings fewer"
+                                   : "classes mined with a higher --min-support are fewer";
+    say("warning: a graph of " + with_commas(nodes) + " nodes is hard to read; " + remedy);
+}
+
 /// Writes the rules, or the report on them, and counts them again before that where it is asked for.
 void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
            const RuleArguments& arguments, SearchWatch& watch, RuleOutput& output) {
@@ -105,6 +143,12 @@ void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& i
     watch.end();
     if (arguments.is_count) {
         output.write_report(rule_counts_report(found, korv, book, arguments.style));
+    } else if (arguments.format == RuleFormat::sqlite) {
+        output.write_database(
+            found, book,
+            {input, names_without_directories(arguments.input.paths), arguments.decisive_options});
+    } else if (arguments.format == RuleFormat::dot) {
+        warn_of_tangle(output.write_graph(found, book, arguments.graph), input, arguments.graph);
     } else {
         output.write_rules(found.rules, book);
     }
@@ -114,7 +158,10 @@ Status run(const RuleArguments& arguments) {
     const auto output = or_end_with(Status::failed, [&] {
         return std::make_unique<RuleOutput>(arguments.output, arguments.format, arguments.style);
     });
-    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, arguments.input.names); });
+    or_end_with(Status::wrong_usage, [&] {
+        require_distinct_files(arguments, arguments.input.names);
+        require_file(arguments, *output);
+    });
     const RuleInput input = or_end_with(Status::wrong_input,
                                         [&] { return read_watched_input(arguments.input, arguments.quiet); });
     const RuleFilter filter = or_end_with(Status::wrong_usage, [&] {
@@ -126,7 +173,7 @@ Status run(const RuleArguments& arguments) {
     KorvOutput korv;
     const SearchResult found = or_end_with(Status::wrong_input, [&] {
         return search_rules(input, arguments.rules, filter, watch.progress(),
-                            arguments.is_count ? &korv : nullptr);
+                            {arguments.is_count ? &korv : nullptr, needs_lattice(arguments)});
     });
     or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, *output); });
     sum_up(input, found.accounting, arguments);

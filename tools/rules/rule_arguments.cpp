@@ -17,11 +17,13 @@
 #include "base/number_text.h"
 #include "common/error.h"
 #include "common/nearest.h"
+#include "common/shell_word.h"
 #include "mine/argument_check.h"
 #include "mine/command_line.h"
 #include "mine/completions.h"
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
+#include "rules/rules_database.h"
 #include "rules/where.h"
 
 namespace korv::tools {
@@ -44,8 +46,13 @@ constexpr std::array wordings = {Word<Wording>{"shortest", Wording::shortest},
                                  Word<Wording>{"full", Wording::full}};
 constexpr std::array readings = {Word<Readings>{"one", Readings::one}, Word<Readings>{"all", Readings::all}};
 constexpr std::array extensions = {
-    Word<RuleFormat>{".txt", RuleFormat::words}, Word<RuleFormat>{".csv", RuleFormat::csv},
-    Word<RuleFormat>{".tsv", RuleFormat::tsv}, Word<RuleFormat>{".jsonl", RuleFormat::jsonl}};
+    Word<RuleFormat>{".txt", RuleFormat::words},      Word<RuleFormat>{".csv", RuleFormat::csv},
+    Word<RuleFormat>{".tsv", RuleFormat::tsv},        Word<RuleFormat>{".jsonl", RuleFormat::jsonl},
+    Word<RuleFormat>{".db", RuleFormat::sqlite},      Word<RuleFormat>{".sqlite", RuleFormat::sqlite},
+    Word<RuleFormat>{".sqlite3", RuleFormat::sqlite}, Word<RuleFormat>{".dot", RuleFormat::dot},
+    Word<RuleFormat>{".gv", RuleFormat::dot}};
+constexpr std::array graphs = {Word<GraphKind>{"lattice", GraphKind::lattice},
+                               Word<GraphKind>{"rules", GraphKind::rules}};
 /// The groups of forms in words, from the first.
 constexpr std::array groups = {"or-or", "none-none", "or-none", "none-or"};
 
@@ -86,6 +93,7 @@ struct Words {
     std::string top;
     std::string per_conclusion = "0";
     std::string format;
+    std::string graph = "lattice";
     std::string color = "auto";
     std::string measures;
 };
@@ -249,19 +257,24 @@ void add_order_options(CLI::App& app, Words& words) {
 }
 
 void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
-    app.add_option(
-           "-o,--output", arguments.output,
-           "The file that the rules go to, by its extension .txt, .csv, .tsv or .jsonl; - for standard "
-           "output")
+    app.add_option("-o,--output", arguments.output,
+                   "The file that the rules go to, by its extension .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
+                   ".sqlite3, .dot or .gv; - for standard output")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type)
         ->capture_default_str()
         ->group(output_group);
     app.add_option(
            "--to", words.format,
-           "Sentences, a table as wide as the terminal, or columns for other programs (default: by the "
-           "extension of the output); without one, a table on a terminal and words otherwise")
+           "Sentences, a table as wide as the terminal, columns for other programs, a database of SQLite, or "
+           "a graph for Graphviz (default: by the extension of the output); without one, a table on a "
+           "terminal and words otherwise")
         ->check(CLI::IsMember(words_of(rule_formats)))
+        ->group(output_group);
+    app.add_option("--graph", words.graph,
+                   "What a graph shows: the classes that rules are derived from, or the rules")
+        ->check(CLI::IsMember(words_of(graphs)))
+        ->capture_default_str()
         ->group(output_group);
     app.add_option("--color", words.color, "Colour in tables; auto: on a terminal, unless NO_COLOR is set")
         ->check(CLI::IsMember({"auto", "always", "never"}))
@@ -362,6 +375,40 @@ RuleRequest rule_request(const CLI::App& app, const Words& words, std::string wh
     return request;
 }
 
+/// Throws Error where the rules cannot be written in the format to where they are to go.
+void check_format(const CLI::App& app, const RuleArguments& arguments) {
+    if (app.count("--graph") > 0 && arguments.format != RuleFormat::dot) {
+        throw Error("--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
+    }
+    if (arguments.format != RuleFormat::sqlite || arguments.is_count) {
+        return;
+    }
+    require_rules_database();
+    if (arguments.output == "-") {
+        throw Error("--to sqlite: found standard output; expected -o FILE, since a database is a file");
+    }
+}
+
+/// The options that decide which rules there are and what is told of them, see RuleArguments.
+std::string decisive_options(const CLI::App& app) {
+    constexpr std::array others = {"--output", "--to", "--graph", "--color", "--verify", "--quiet"};
+    constexpr std::array paths = {"--database", "--names"};
+    std::string text;
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string name = option->get_name();
+        if (option->nonpositional() && std::ranges::find(others, name) == others.end()) {
+            const bool is_flag = option->get_items_expected_max() == 0;
+            const bool is_path = std::ranges::find(paths, name) != paths.end();
+            for (const std::string& word : option->results()) {
+                const std::string shown_word =
+                    is_path ? std::filesystem::path(word).filename().string() : word;
+                text += (text.empty() ? "" : " ") + name + (is_flag ? "" : ' ' + shell_word(shown_word));
+            }
+        }
+    }
+    return text;
+}
+
 /// Fills in what depends on where the rules go.
 void complete_output(const CLI::App& app, const Words& words, RuleArguments& arguments) {
     if (arguments.is_count) {
@@ -376,6 +423,8 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
     } else {
         arguments.format = is_terminal ? RuleFormat::table : RuleFormat::words;
     }
+    arguments.graph = *value_of_word(graphs, words.graph);
+    check_format(app, arguments);
     arguments.rules.top = app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top)
                           : is_terminal          ? top_on_terminal
                                                  : 0;
@@ -484,8 +533,10 @@ std::vector<Measure> parse_measures(const std::string& text) {
 RuleFormat format_of_path(const std::string& path) {
     const auto format = value_of_word(extensions, std::filesystem::path(path).extension().string());
     if (!format) {
-        throw Error("-o: found " + shown(path) +
-                    "; expected a name that ends with .txt, .csv, .tsv or .jsonl, or --to FORMAT");
+        throw Error(
+            "-o: found " + shown(path) +
+            "; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, .sqlite3, .dot or "
+            ".gv, or --to FORMAT");
     }
     return *format;
 }
@@ -522,6 +573,7 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     arguments.rules = rule_request(app, words, std::move(arguments.rules.where));
     complete_input(app, words, arguments);
     complete_output(app, words, arguments);
+    arguments.decisive_options = decisive_options(app);
     if (app.count("--measures") > 0) {
         arguments.measures = parse_measures(words.measures);
     }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "rules/dot_graph.h"
 #include "rules/measures.h"
 #include "rules/rule_input.h"
 #include "rules/rule_request.h"
@@ -16,11 +17,15 @@ struct RuleArguments {
     RuleRequest rules;
     std::vector<Measure> measures;  ///< besides those that are always told
     RuleFormat format = RuleFormat::words;
+    GraphKind graph = GraphKind::lattice;  ///< what is drawn where the format is dot
     TerminalStyle style;
     std::string output = "-";  ///< path, or "-" for standard output, always where is_count
     bool is_count = false;     ///< whether rules and bytes of files are counted, and no rule is written
     bool verifies = false;     ///< whether each rule that is written is counted again
     bool quiet = false;
+    /// The options that decide which rules there are and what is told of them, as they can be typed, in the
+    /// order of --help; files without their directories.
+    std::string decisive_options;
 };
 
 /// The forms that --forms names: labels such as R121, groups 1 to 4 or the words for groups such as or-none,

@@ -83,8 +83,8 @@ std::uint64_t bytes_in(RuleFormat format, const std::vector<FoundRule>& rules, c
     return bytes;
 }
 
-/// The bytes of each format, in the order of rule_formats.
-std::array<std::uint64_t, rule_formats.size()> bytes_of_formats(const std::vector<FoundRule>& rules,
+/// The bytes of each format, in the order of writer_formats.
+std::array<std::uint64_t, writer_formats.size()> bytes_of_formats(const std::vector<FoundRule>& rules,
                                                                 const RuleBook& book,
                                                                 const TerminalStyle& style) {
     ColumnSizes columns(book);
@@ -103,8 +103,8 @@ std::string rule_counts_report(const SearchResult& found, const KorvOutput& korv
     text += lines_of_rules(found.rules);
     text += '\n' + heading("format", {"bytes"});
     const auto bytes_by_format = bytes_of_formats(found.rules, book, style);
-    for (std::size_t i = 0; i < rule_formats.size(); ++i) {
-        text += left(std::string(rule_formats[i].first)) + right(with_commas(bytes_by_format[i])) + '\n';
+    for (std::size_t i = 0; i < writer_formats.size(); ++i) {
+        text += left(std::string(writer_formats[i].first)) + right(with_commas(bytes_by_format[i])) + '\n';
     }
     text += "\nWhat korv itself would write with the same minimum support and confidence:\n";
     text += heading("form", {"exact", "approximative", "approximated", "all"});

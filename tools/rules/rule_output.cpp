@@ -14,6 +14,19 @@ void RuleOutput::write_rules(const std::vector<FoundRule>& rules, const RuleBook
     output_.commit();
 }
 
+void RuleOutput::write_database(const SearchResult& found, const RuleBook& book, const RulesOrigin& origin) {
+    write_rules_database(found, book, origin, output_);
+    output_.commit();
+}
+
+std::size_t RuleOutput::write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph) {
+    const TextSink sink = [this](std::string_view text) { output_.write(text); };
+    const std::size_t nodes = graph == GraphKind::rules ? write_rules_graph(found.rules, book, sink)
+                                                        : write_lattice_graph(found.lattice, book, sink);
+    output_.commit();
+    return nodes;
+}
+
 void RuleOutput::write_report(std::string_view report) {
     output_.write(report);
     output_.commit();

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/atomic_output.h"
+#include "rules/dot_graph.h"
 #include "rules/found_rule.h"
 #include "rules/rule_writer.h"
+#include "rules/rules_database.h"
 
 namespace korv::tools {
 
@@ -19,11 +22,22 @@ public:
     RuleOutput(const std::string& path, RuleFormat format, const TerminalStyle& style)
         : output_(path), format_(format), style_(style) {}
 
-    /// Writes all rules. Call this, or write_report, once. Throws Error, or BrokenPipe, as AtomicOutput does.
+    // Call one of the functions that write, once. They throw Error, or BrokenPipe, as AtomicOutput does.
+
+    /// Writes all rules, in one of writer_formats.
     void write_rules(const std::vector<FoundRule>& rules, const RuleBook& book);
 
-    /// Writes a text in place of rules. Throws likewise.
+    /// Writes rules and their lattice as a database. See write_rules_database, which throws Error, too.
+    void write_database(const SearchResult& found, const RuleBook& book, const RulesOrigin& origin);
+
+    /// Draws the lattice, or the rules. Returns the number of nodes.
+    std::size_t write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph);
+
+    /// Writes a text in place of rules.
     void write_report(std::string_view report);
+
+    /// Whether a database can go there, which must be a file.
+    bool is_file() const { return !output_.temporary_path().empty(); }
 
 private:
     AtomicOutput output_;

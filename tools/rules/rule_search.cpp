@@ -146,7 +146,9 @@ void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count tra
 
 /// Derives the rules of the input and hands on those that are left.
 void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
-            SearchResult& result, const AddRule& add, const SearchProgress& progress, KorvOutput* korv) {
+            SearchResult& result, const AddRule& add, const SearchProgress& progress,
+            const SearchExtras& extras) {
+    KorvOutput* const korv = extras.korv;
     progress.begin(Phase::lattice);
     LatticeEntries entries = lattice_entries(input.classes);
     link_successors(entries);
@@ -182,6 +184,9 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
         result.accounting, add,
         [&](std::size_t done) { progress.derived(result.accounting, done, entries.size()); },
         [&](const Pair& pair) { refuse(input, pair); });
+    if (extras.keeps_lattice) {
+        result.lattice = std::move(entries);
+    }
 }
 
 }  // namespace
@@ -195,19 +200,19 @@ RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
 }
 
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
-                          const SearchProgress& progress, KorvOutput* korv) {
+                          const SearchProgress& progress, const SearchExtras& extras) {
     SearchResult result;
     const RuleOrder order(request.sort, request.is_ascending, input.transactions, result.itemsets);
     Selection selection(order, request);
     const auto select = [&selection](const FoundRule& rule) { selection.add(rule); };
     if (request.prune == Prune::none) {
-        derive(input, request, filter, result, select, progress, korv);
+        derive(input, request, filter, result, select, progress, extras);
     } else {
         // A list of all rules is needed only where they are compared with each other.
         std::vector<FoundRule> compared;
         derive(
             input, request, filter, result, [&compared](const FoundRule& rule) { compared.push_back(rule); },
-            progress, korv);
+            progress, extras);
         progress.begin(Phase::pruning);
         prune(compared, result.itemsets, input.transactions, request, result.accounting);
         std::ranges::for_each(compared, select);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "engine/lattice_entries.h"
 #include "rules/accounting.h"
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
@@ -37,6 +38,7 @@ struct SearchResult {
     ItemsetPool itemsets;  ///< of their sides
     ColumnFacts columns;   ///< by which they are worded
     Accounting accounting;
+    LatticeEntries lattice;  ///< of the classes of the input; empty unless it was asked for
 };
 
 /// Told what phase the search is in, from that of the lattice to that of sorting, and how many of how many
@@ -50,9 +52,15 @@ struct SearchProgress {
 /// an item that there is not.
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request);
 
-/// Finds the rules that `request` asks for; `filter` is its filter. Fills `korv`, which may be null. Throws
-/// Error where classes contradict each other.
+/// What is wanted besides rules.
+struct SearchExtras {
+    KorvOutput* korv = nullptr;  ///< is filled; may be null
+    bool keeps_lattice = false;  ///< which takes memory, also while rules are compared
+};
+
+/// Finds the rules that `request` asks for; `filter` is its filter. Throws Error where classes contradict
+/// each other.
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
-                          const SearchProgress& progress, KorvOutput* korv = nullptr);
+                          const SearchProgress& progress, const SearchExtras& extras = {});
 
 }  // namespace korv::tools

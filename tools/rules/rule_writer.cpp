@@ -1,5 +1,6 @@
 #include "rules/rule_writer.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "rules/delimited_writer.h"
@@ -21,9 +22,12 @@ std::unique_ptr<RuleWriter> rule_writer(RuleFormat format, const RuleBook& book,
         case RuleFormat::tsv:
             return tsv_writer(book, std::move(sink));
         case RuleFormat::jsonl:
+            return json_writer(book, std::move(sink));
+        case RuleFormat::sqlite:
+        case RuleFormat::dot:
             break;
     }
-    return json_writer(book, std::move(sink));
+    throw std::invalid_argument("not written rule by rule");
 }
 
 }  // namespace korv::tools

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,16 +19,21 @@
 namespace korv::tools {
 
 /// In which format rules are written.
-enum class RuleFormat { words, table, csv, tsv, jsonl };
+enum class RuleFormat { words, table, csv, tsv, jsonl, sqlite, dot };
 
-/// The formats by their names on the command line.
-inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 5> rule_formats = {{
+/// The formats by their names on the command line: first those that a RuleWriter writes, rule by rule.
+inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 7> rule_formats = {{
     {"words", RuleFormat::words},
     {"table", RuleFormat::table},
     {"csv", RuleFormat::csv},
     {"tsv", RuleFormat::tsv},
     {"jsonl", RuleFormat::jsonl},
+    {"sqlite", RuleFormat::sqlite},
+    {"dot", RuleFormat::dot},
 }};
+
+/// The formats that a RuleWriter writes.
+inline constexpr auto writer_formats = std::span(rule_formats).first<5>();
 
 /// What the numbers in rules stand for, and what is told of them.
 struct RuleBook {
@@ -62,8 +68,8 @@ public:
     virtual void finish() = 0;
 };
 
-/// A writer. `book` and what it refers to must outlive it; `sink` gets all text, a header first where the
-/// format has one.
+/// A writer of one of `writer_formats`. `book` and what it refers to must outlive it; `sink` gets all text, a
+/// header first where the format has one.
 std::unique_ptr<RuleWriter> rule_writer(RuleFormat format, const RuleBook& book, const TerminalStyle& style,
                                         TextSink sink);
 
