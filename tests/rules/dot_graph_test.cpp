@@ -126,7 +126,7 @@ TEST(DotLabel, IsQuotedSoThatItIsShownAsItIs) {
 }
 
 TEST(DotTooltip, SpellsBackslashesInItsOwnWay) {
-    EXPECT_EQ(dot_tooltip("\\N \"<&>\""), R"("&#92;&#92;N \"<&amp;>\"")");
+    EXPECT_EQ(dot_tooltip("\\N \"<&>\""), R"("\\\\N \"<&amp;>\"")");
 }
 
 }  // namespace

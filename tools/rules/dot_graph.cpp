@@ -220,12 +220,11 @@ std::size_t write_rules_graph(const std::vector<FoundRule>& rules, const RuleBoo
 }
 
 std::string dot_label(std::string_view text) {
-    return quoted(text, "\\\\");
+    return quoted(text, R"(\\)");
 }
 
 std::string dot_tooltip(std::string_view text) {
-    // Before it knows a backslash behind a backslash, Graphviz takes \N for the name of the node.
-    return quoted(text, "&#92;&#92;");
+    return quoted(text, R"(\\\\)");  // Graphviz resolves a tooltip twice
 }
 
 }  // namespace korv::tools
