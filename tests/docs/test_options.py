@@ -272,13 +272,15 @@ class RulesOptions(OfKorvRules):
                          {"--closure-items": ("frequent", "all"), "--color": ("auto", "always", "never"),
                           "--completions": ("bash", "zsh"),
                           "--format": ("classes", "fimi", "basket", "table"),
-                          "--prune": ("none", "same", "full", "productive"), "--readings": ("one", "all"),
-                          "--to": ("words", "table", "csv", "tsv", "jsonl"), "--wording": ("shortest", "full")})
+                          "--graph": ("lattice", "rules"), "--prune": ("none", "same", "full", "productive"),
+                          "--readings": ("one", "all"),
+                          "--to": ("words", "table", "csv", "tsv", "jsonl", "sqlite", "dot"),
+                          "--wording": ("shortest", "full")})
         self.assertEqual({name for name, option in options.items() if option.default},
-                         {"--bins", "--closure-items", "--color", "--format", "--max-classes", "--max-items",
-                          "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own", "--min-support",
-                          "--missing", "--names", "--output", "--prune", "--readings", "--separator", "--sort", "--to",
-                          "--top", "--wording"})
+                         {"--bins", "--closure-items", "--color", "--format", "--graph", "--max-classes",
+                          "--max-items", "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own",
+                          "--min-support", "--missing", "--names", "--output", "--prune", "--readings", "--separator",
+                          "--sort", "--to", "--top", "--wording"})
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
                          {"--count", "--help", "--help-measures", "--only-true", "--quiet", "--verify", "--version",
                           "--weighted"})
@@ -301,18 +303,18 @@ class RulesOptions(OfKorvRules):
 
     def test_formats_and_extensions_of_the_table_are_those_of_the_program(self) -> None:
         rows = [[cell.strip("`") for cell in row[:2]]
-                for row in table_rows(section(text_of("docs/exploring.md"), "What comes out"))[2:7]]
+                for row in table_rows(section(text_of("docs/exploring.md"), "What comes out"))[2:9]]
         self.assertEqual(tuple(row[0] for row in rows), of_korv_rules()["--to"].choices)
         sample = "examples/titanic/titanic.csv"
-        for word, extension in rows:
+        for word, extensions in rows:
             with self.subTest(format=word), tempfile.TemporaryDirectory() as directory:
-                expected = run("korv-rules", sample, "-q", "--to", word).stdout
-                if extension:
+                expected = Path(directory) / "rules"
+                self.assertEqual(run("korv-rules", sample, "-q", "--to", word, "-o", str(expected)).returncode, 0)
+                self.assertGreater(expected.stat().st_size, 0)
+                for extension in extensions.split("`, `") if extensions else []:
                     path = Path(directory) / f"rules{extension}"
                     self.assertEqual(run("korv-rules", sample, "-q", "-o", str(path)).returncode, 0)
-                    self.assertEqual(path.read_text(encoding="utf-8"), expected)
-                else:
-                    self.assertTrue(expected)
+                    self.assertEqual(path.read_bytes(), expected.read_bytes())
 
 
 class RulesDefaults(OfKorvRules):
