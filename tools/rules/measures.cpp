@@ -5,9 +5,10 @@
 #include <cstdint>
 #include <initializer_list>
 #include <limits>
-#include <numbers>
+#include <string>
 
 #include "rules/confidence.h"
+#include "rules/fisher.h"
 
 namespace korv::tools {
 
@@ -165,72 +166,8 @@ double chi2(const Table& t) {
     return ratio(excess * excess * static_cast<double>(t.n), variances(t));
 }
 
-/// The natural logarithm of k!, from Stirling's series; what it leaves out is below 1e-18. A table would have
-/// to be as long as there are transactions. The wide type is there for differences of large logarithms.
-long double log_factorial(Count k) {
-    constexpr Count first = 128;
-    constexpr long double half_log_of_2_pi = 0.91893853320467274178L;
-    static const auto small = [] {
-        std::array<long double, first> logarithms = {};
-        for (Count i = 2; i < first; ++i) {
-            logarithms.at(i) = logarithms.at(i - 1) + std::log(static_cast<long double>(i));
-        }
-        return logarithms;
-    }();
-    if (k < first) {
-        return small.at(k);
-    }
-    const long double x = k;
-    const long double square = x * x;
-    const long double terms =
-        1.0L / 12 - (1.0L / 360 - (1.0L / 1260 - 1.0L / 1680 / square) / square) / square;
-    return (x + 0.5L) * std::log(x) - x + half_log_of_2_pi + terms / x;
-}
-
-/// The natural logarithm of the probability of exactly this table among those of its margins.
-double log_probability(const Table& t) {
-    const long double margins = log_factorial(t.x) + log_factorial(t.n - t.x) + log_factorial(t.y) +
-                                log_factorial(t.n - t.y) - log_factorial(t.n);
-    const long double cells = log_factorial(t.a) + log_factorial(t.only_premise()) +
-                              log_factorial(t.only_conclusion()) + log_factorial(t.neither());
-    return static_cast<double>(margins - cells);
-}
-
-/// The sum of the probabilities of all tables from `t` on, in relation to that of `t`. A step takes one
-/// transaction from both of `taken` and adds it to both of `given`. The probabilities must fall.
-/// O(sqrt(n)) at worst: what is too small to count is left out.
-double tail(double taken_1, double taken_2, double given_1, double given_2) {
-    constexpr double negligible = 1e-17;
-    double sum = 1;
-    double term = 1;
-    while (term > sum * negligible) {
-        term *= taken_1 * taken_2 / ((given_1 + 1) * (given_2 + 1));
-        sum += term;
-        --taken_1;
-        --taken_2;
-        ++given_1;
-        ++given_2;
-    }
-    return sum;
-}
-
-/// As -log10. From the expected count on the tail is added up; below it the rest of it, the other tail, so
-/// that a probability close to 1 is exact, too.
-double fisher(const Table& table) {
-    Table t = table;
-    if (t.x > t.y) {
-        std::swap(t.x, t.y);  // the order of the same sum must not matter
-    }
-    if (t.a == 0 || t.neither() == 0) {
-        return 0;  // there cannot be fewer
-    }
-    if (t.excess() > 0) {
-        const double more = tail(t.only_premise(), t.only_conclusion(), t.a, t.neither());
-        return std::max(0.0, -(log_probability(t) + std::log(more)) / std::numbers::ln10);
-    }
-    --t.a;
-    const double fewer = tail(t.a, t.neither(), t.only_premise(), t.only_conclusion());
-    return -std::log1p(-std::exp(log_probability(t)) * fewer) / std::numbers::ln10;
+double fisher(const Table& t) {
+    return surprise(Tail::more, {t.x, t.y, t.a}, t.n);
 }
 
 /// What a measure does where a count of the rule is not known, from one end of its range to the other.
