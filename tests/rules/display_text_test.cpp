@@ -72,6 +72,20 @@ TEST(Wrapped, KeepsBlanksAtTheBeginning) {
     EXPECT_EQ(wrapped("  bread butter", 8), (Lines{"  bread", "butter"}));
 }
 
+TEST(AppendParagraph, PutsLinesBehindTheIndent) {
+    std::string text = "before\n";
+    append_paragraph("1. ", "   ", "bread and butter and milk", 23, text);
+    EXPECT_EQ(text, "before\n1. bread and butter and\n   milk\n");
+    append_paragraph("1. ", "   ", "", 23, text);
+    EXPECT_EQ(text, "before\n1. bread and butter and\n   milk\n");
+}
+
+TEST(AppendParagraph, LeavesRoomForTwentyColumns) {
+    std::string text;
+    append_paragraph("1. ", "   ", "twenty columns of it and more", 5, text);
+    EXPECT_EQ(text, "1. twenty columns of it\n   and more\n");
+}
+
 TEST(Aligned, FillsUpWithBlanks) {
     EXPECT_EQ(right_aligned("パ", 4), "  パ");
     EXPECT_EQ(left_aligned("パ", 4), "パ  ");

@@ -10,15 +10,11 @@
 #include "common/shortest_number.h"
 #include "rules/found_rule.h"
 #include "rules/measures.h"
+#include "rules/summary_lines.h"
 
 namespace korv::tools {
 
 namespace {
-
-/// "1 rule", "2,201 rules".
-std::string counted(std::uint64_t number, const std::string& noun, const std::string& ending = "s") {
-    return with_commas(number) + " " + noun + (number == 1 ? "" : ending);
-}
 
 /// "a", "a or b", "a, b or c".
 std::string joined(const std::vector<std::string>& words, const std::string& conjunction) {
@@ -133,24 +129,9 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
     return {"beyond the best " + with_commas(request.top), "--top 0"};
 }
 
-/// A line of the text: a number, what it counts, and an option.
-struct Line {
-    std::uint64_t number;
-    std::string what;
-    std::string option;
-};
-
-/// "--min-lift 0 keeps them", or "it is kept without --where".
-std::string keeps(const std::string& options, std::uint64_t rules) {
-    if (options.starts_with("without ")) {
-        return (rules == 1 ? "it is kept " : "they are kept ") + options;
-    }
-    return options + (rules == 1 ? " keeps it" : " keeps them");
-}
-
 /// The lines of all steps that left rules out, but for the last, which is said with what is shown.
-std::vector<Line> step_lines(const Accounting& accounting, const RuleRequest& request) {
-    std::vector<Line> lines;
+std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request) {
+    std::vector<SummaryLine> lines;
     for (std::size_t i = 0; i < static_cast<std::size_t>(Step::top); ++i) {
         const auto step = static_cast<Step>(i);
         if (accounting[step] > 0) {
@@ -163,31 +144,13 @@ std::vector<Line> step_lines(const Accounting& accounting, const RuleRequest& re
     return lines;
 }
 
-Line last_line(const Accounting& accounting, const RuleRequest& request) {
+SummaryLine last_line(const Accounting& accounting, const RuleRequest& request) {
     const std::uint64_t shown = accounting.left();
     const std::uint64_t beyond = accounting[Step::top];
     return {shown,
             "shown, by " + std::string(name_of(request.sort)) +
                 (request.is_ascending ? ", the smallest first" : ""),
             beyond == 0 ? "" : "--top 0 shows all " + with_commas(shown + beyond)};
-}
-
-std::string aligned(const std::vector<Line>& lines, std::size_t number_width) {
-    std::size_t width = 0;
-    for (const Line& line : lines) {
-        width = std::max(width, line.what.size());
-    }
-    std::string text;
-    for (const Line& line : lines) {
-        const std::string number = with_commas(line.number);
-        text +=
-            std::string(number_width - std::min(number.size(), number_width), ' ') + number + ' ' + line.what;
-        if (!line.option.empty()) {
-            text += std::string(width - line.what.size() + 5, ' ') + line.option;
-        }
-        text += '\n';
-    }
-    return text;
 }
 
 /// Says that less was pruned than is usual.
@@ -234,7 +197,7 @@ std::string accounting_text(const Accounting& accounting, const RuleRequest& req
     const std::string first = counted(accounting.derived, "rule") + " from " +
                               counted(accounting.classes, "class", "es") + ", " +
                               counted(accounting.transactions, "transaction") + '\n';
-    std::vector<Line> lines = step_lines(accounting, request);
+    std::vector<SummaryLine> lines = step_lines(accounting, request);
     const bool is_none_left = accounting.left() == 0;
     if (!is_none_left) {
         lines.push_back(last_line(accounting, request));

@@ -114,6 +114,20 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
     return lines;
 }
 
+void append_paragraph(const std::string& first, const std::string& indent, const std::string& text,
+                      std::size_t width, std::string& out) {
+    if (text.empty()) {
+        return;
+    }
+    constexpr std::size_t least_width = 20;
+    const std::size_t room = std::max(width, indent.size() + least_width) - indent.size();
+    const std::string* before = &first;
+    for (const std::string& line : wrapped(text, room)) {
+        out.append(*before).append(line).append("\n");
+        before = &indent;
+    }
+}
+
 std::string right_aligned(std::string_view text, std::size_t width) {
     return std::string(width - std::min(display_width(text), width), ' ') + std::string(text);
 }

@@ -23,6 +23,12 @@ std::string shortened(std::string_view text, std::size_t width);
 /// that alone is wider than `width` has a line of its own.
 std::vector<std::string> wrapped(std::string_view text, std::size_t width);
 
+/// Appends a text in lines of at most `width` columns, at least 20 of which are for the text: the first one
+/// behind `first`, the others behind `indent`, which takes as many columns. Appends nothing for an empty
+/// text.
+void append_paragraph(const std::string& first, const std::string& indent, const std::string& text,
+                      std::size_t width, std::string& out);
+
 /// A text with blanks before it, up to so many columns.
 std::string right_aligned(std::string_view text, std::size_t width);
 

@@ -1,8 +1,5 @@
 #include "rules/json_writer.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +11,7 @@
 
 #include "common/shortest_number.h"
 #include "common/utf8.h"
+#include "rules/json_values.h"
 #include "rules/rule_columns.h"
 #include "rules/side_words.h"
 
@@ -21,18 +19,6 @@ namespace korv::tools {
 
 namespace {
 
-using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
-
-void add_string(std::string_view text, JsonWriter& json) {
-    json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-}
-
-void add_key(std::string_view name, JsonWriter& json) {
-    json.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
-}
-
-void add_raw(std::string_view value, rapidjson::Type type, JsonWriter& json) {
-    json.RawValue(value.data(), value.size(), type);
 }
 
 /// Adds the members of a rule to its object.

@@ -1,6 +1,5 @@
 #include "rules/words_writer.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -110,12 +109,13 @@ public:
         const std::string number = std::to_string(++id_) + ". ";
         const std::string indent(number.size(), ' ');
         text_ = id_ == 1 ? "" : "\n";
-        add(number, indent, sentence(rule));
-        add(indent, indent,
-            cases(rule) + ", against " + in_general(rule, book_.transactions) +
-                comparison(bounds_of(Measure::lift, rule, book_.transactions)));
-        add(indent, indent, measures(rule));
-        add(indent, indent, others(rule));
+        append_paragraph(number, indent, sentence(rule), width_, text_);
+        append_paragraph(indent, indent,
+                         cases(rule) + ", against " + in_general(rule, book_.transactions) +
+                             comparison(bounds_of(Measure::lift, rule, book_.transactions)),
+                         width_, text_);
+        append_paragraph(indent, indent, measures(rule), width_, text_);
+        append_paragraph(indent, indent, others(rule), width_, text_);
         sink_(text_);
     }
 
@@ -136,20 +136,6 @@ private:
                     range_text(measure_text(low), measure_text(high));
         }
         return text;
-    }
-
-    /// Adds a text in lines of the width, the first one behind `first`, the others behind `indent`.
-    void add(const std::string& first, const std::string& indent, const std::string& text) {
-        if (text.empty()) {
-            return;
-        }
-        constexpr std::size_t least_width = 20;
-        const std::size_t width = std::max(width_, indent.size() + least_width) - indent.size();
-        const std::string* before = &first;
-        for (const std::string& line : wrapped(text, width)) {
-            text_ += *before + line + '\n';
-            before = &indent;
-        }
     }
 
     const RuleBook book_;
