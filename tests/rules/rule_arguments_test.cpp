@@ -296,5 +296,48 @@ TEST(RuleArguments, EndTheProgramWhereTheyAreWrong) {
     expect_refused({"a", "--unknown"}, "--unknown");
 }
 
+TEST(ParseRuleArguments, TakesExclusions) {
+    EXPECT_FALSE(parsed({"a.csv"}).exclusions);
+    const RuleArguments usual = parsed({"a.csv", "--exclusions"});
+    ASSERT_TRUE(usual.exclusions);
+    EXPECT_EQ(usual.exclusions->alpha, 0.05);
+    EXPECT_EQ(usual.exclusions->max_items, std::nullopt);
+    EXPECT_TRUE(usual.input.needs_transactions);
+    const RuleArguments pairs = parsed({"a.csv", "--exclusions", "--alpha", "1%", "--max-items", "2"});
+    EXPECT_EQ(pairs.exclusions->alpha, 0.01);
+    EXPECT_EQ(pairs.exclusions->max_items, 2U);
+    EXPECT_EQ(parsed({"a.csv", "--exclusions", "--max-items", "0"}).exclusions->max_items, 3U);
+    EXPECT_EQ(parsed({"a.csv", "--exclusions", "--max-items", "3"}).exclusions->max_items, 3U);
+}
+
+TEST(ParseRuleArguments, RefusesOptionsThatSayNothingOfExclusions) {
+    for (const std::vector<std::string>& option :
+         std::vector<std::vector<std::string>>{{"-n", "5"},
+                                               {"--if", "a"},
+                                               {"--then-not", "a"},
+                                               {"--forms", "1"},
+                                               {"--max-then", "1"},
+                                               {"--min-lift", "1"},
+                                               {"--where", "p>1"},
+                                               {"--wording", "full"},
+                                               {"--readings", "all"},
+                                               {"--prune", "none"},
+                                               {"--sort", "p"},
+                                               {"--measures", "p"},
+                                               {"--count"},
+                                               {"--per-conclusion", "1"},
+                                               {"--verify"},
+                                               {"--min-joint", "1"},
+                                               {"--max-seconds", "1"}}) {
+        std::vector<std::string> words = {"a.csv", "--exclusions"};
+        words.insert(words.end(), option.begin(), option.end());
+        const std::string name = option.front() == "-n" ? "--database-size" : option.front();
+        EXPECT_EQ(complaint(words), name + ": does not go with --exclusions");
+    }
+    EXPECT_EQ(complaint({"a.csv", "--exclusions", "--max-items", "4"}),
+              "--max-items: found 4; with --exclusions expected 2 for pairs, or 3 for pairs and triples");
+    EXPECT_EQ(complaint({"a.csv", "--alpha", "0.1"}), "--alpha: goes with --exclusions only");
+}
+
 }  // namespace
 }  // namespace korv::tools

@@ -44,6 +44,17 @@ TEST(StatisticsLine, SaysPairsAndRules) {
         "deriving, 1,234,567 of about 5,000,000 pairs, 171,321 rules derived, 999 kept; 12 s, 1,340 MiB");
 }
 
+TEST(StatisticsLine, SaysPairsAndTriplesOfItems) {
+    Statistics all;
+    all.phase = Phase::counting_pairs;
+    all.pairs = 1234;
+    all.expected_pairs = 5000;
+    all.kept = 59;
+    EXPECT_EQ(line(all), "counting pairs, 1,234 of about 5,000, 59 kept; 12 s, 1,340 MiB");
+    all.phase = Phase::counting_triples;
+    EXPECT_EQ(line(all), "counting triples, 1,234 of about 5,000, 59 kept; 12 s, 1,340 MiB");
+}
+
 TEST(StatisticsLine, NeverExpectsFewerPairsThanThereAre) {
     Statistics all;
     all.pairs = 10;

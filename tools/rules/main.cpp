@@ -12,7 +12,11 @@
 #include "common/quantity.h"
 #include "common/standard_streams.h"
 #include "rules/accounting.h"
+#include "rules/column_facts.h"
 #include "rules/dot_graph.h"
+#include "rules/exclusion_report.h"
+#include "rules/exclusion_search.h"
+#include "rules/item_choice.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
 #include "rules/rule_output.h"
@@ -86,15 +90,43 @@ void require_transactions(const RuleArguments& arguments, const RuleInput& input
     }
 }
 
-/// Says, unless it is to be quiet, what was read and what became of every rule.
-void sum_up(const RuleInput& input, const Accounting& accounting, const RuleArguments& arguments) {
+/// Says, unless it is to be quiet, what was read and what became of everything. `report`: the latter.
+void sum_up(const RuleInput& input, const std::string& report, const RuleArguments& arguments) {
     if (arguments.quiet) {
         return;
     }
     for (const std::string& note : input.notes) {
         std::cerr << note << '\n';
     }
-    std::cerr << accounting_text(accounting, arguments.rules);
+    std::cerr << report;
+}
+
+/// What the patterns of --with and --without choose among all items of the transactions.
+ItemChoice choice_of(const RuleInput& input, const RuleRequest& request) {
+    Itemset items;
+    for (const Database::ItemColumn& column : input.database->items) {
+        items.push_back(column.item);
+    }
+    return items.empty() ? ItemChoice() : ItemChoice(request.patterns, items, input.names);
+}
+
+/// Finds and writes exclusions.
+Status tell_exclusions(const RuleInput& input, const RuleArguments& arguments, RuleOutput& output) {
+    const ItemChoice choice =
+        or_end_with(Status::wrong_usage, [&] { return choice_of(input, arguments.rules); });
+    const ColumnFacts columns(input.names, *input.database);
+    SearchWatch watch(arguments.quiet);
+    const ExclusionResult found = or_end_with(Status::wrong_usage, [&] {
+        return find_exclusions(*input.database, input.names, columns, choice, arguments.rules,
+                               *arguments.exclusions, watch.exclusion_progress());
+    });
+    watch.begin(Phase::writing);
+    watch.end();
+    or_end_with(Status::failed, [&] {
+        output.write_exclusions(found.exclusions, input, columns, arguments.rules.min_confidence);
+    });
+    sum_up(input, exclusion_report(found.accounting, arguments.rules), arguments);
+    return found.exclusions.empty() ? Status::no_rule : Status::done;
 }
 
 /// Whether the lattice is written, too.
@@ -154,6 +186,23 @@ void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& i
     }
 }
 
+/// Derives and writes rules.
+Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOutput& output) {
+    const RuleFilter filter = or_end_with(Status::wrong_usage, [&] {
+        require_transactions(arguments, input);
+        return rule_filter(input, arguments.rules);
+    });
+    SearchWatch watch(arguments.quiet);
+    KorvOutput korv;
+    const SearchResult found = or_end_with(Status::wrong_input, [&] {
+        return search_rules(input, arguments.rules, filter, watch.progress(),
+                            {arguments.is_count ? &korv : nullptr, needs_lattice(arguments)});
+    });
+    or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, output); });
+    sum_up(input, accounting_text(found.accounting, arguments.rules), arguments);
+    return found.rules.empty() ? Status::no_rule : Status::done;
+}
+
 Status run(const RuleArguments& arguments) {
     const auto output = or_end_with(Status::failed, [&] {
         return std::make_unique<RuleOutput>(arguments.output, arguments.format, arguments.style);
@@ -164,20 +213,9 @@ Status run(const RuleArguments& arguments) {
     });
     const RuleInput input = or_end_with(Status::wrong_input,
                                         [&] { return read_watched_input(arguments.input, arguments.quiet); });
-    const RuleFilter filter = or_end_with(Status::wrong_usage, [&] {
-        require_distinct_files(arguments, input.names_path);
-        require_transactions(arguments, input);
-        return rule_filter(input, arguments.rules);
-    });
-    SearchWatch watch(arguments.quiet);
-    KorvOutput korv;
-    const SearchResult found = or_end_with(Status::wrong_input, [&] {
-        return search_rules(input, arguments.rules, filter, watch.progress(),
-                            {arguments.is_count ? &korv : nullptr, needs_lattice(arguments)});
-    });
-    or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, *output); });
-    sum_up(input, found.accounting, arguments);
-    return found.rules.empty() ? Status::no_rule : Status::done;
+    or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, input.names_path); });
+    return arguments.exclusions ? tell_exclusions(input, arguments, *output)
+                                : tell_rules(input, arguments, *output);
 }
 
 }  // namespace

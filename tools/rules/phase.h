@@ -15,6 +15,8 @@ enum class Phase : std::size_t {
     deriving,
     pruning,
     sorting,
+    counting_pairs,    ///< of items
+    counting_triples,  ///< of items
     writing,
 };
 
@@ -34,7 +36,9 @@ constexpr PhaseWords words_for(Phase phase) {
         {"deriving", "deriving rules"},
         {"pruning", "comparing rules"},
         {"sorting", "sorting rules"},
-        {"writing", "writing the rules"},
+        {"counting pairs", "counting items that are together"},
+        {"counting triples", "counting items that are together"},
+        {"writing", "writing what was found"},
     }};
     return words[static_cast<std::size_t>(phase)];
 }

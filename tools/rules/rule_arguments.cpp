@@ -86,6 +86,8 @@ struct Words {
     std::string max_premise_items = "0";
     std::string max_conclusion_items = "0";
     std::string min_lift;
+    bool is_of_exclusions = false;
+    std::string alpha;
     std::string wording = "shortest";
     std::string readings = "one";
     std::string prune;
@@ -97,6 +99,14 @@ struct Words {
     std::string color = "auto";
     std::string measures;
 };
+
+/// The options that say nothing of exclusions.
+constexpr std::array options_of_rules = {
+    "--database-size", "--if",      "--if-not",    "--then",     "--then-not",       "--forms",
+    "--kinds",         "--max-if",  "--max-then",  "--min-lift", "--where",          "--wording",
+    "--readings",      "--prune",   "--sort",      "--measures", "--per-conclusion", "--count",
+    "--verify",        "--min-own", "--min-joint", "--max-size", "--closure-items",  "--max-classes",
+    "--max-seconds"};
 
 /// An option that takes patterns of items.
 struct PatternOption {
@@ -134,6 +144,12 @@ std::optional<double> parse_ratio(const std::string& text) {
 std::optional<double> parse_confidence(const std::string& text) {
     const auto confidence = parse_ratio(text);
     return confidence && *confidence <= 1 ? confidence : std::nullopt;
+}
+
+/// Parses the most that a probability may be.
+std::optional<double> parse_alpha(const std::string& text) {
+    const auto alpha = parse_confidence(text);
+    return alpha && *alpha > 0 ? alpha : std::nullopt;
 }
 
 /// Parses N.
@@ -222,6 +238,20 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
                    "Only rules of which this holds, such as 'lift > 1.2 and support >= 50'; "
                    "--help-measures names the measures")
         ->check(argument_check(has_text, "a condition such as 'lift > 1.2'"))
+        ->group(choice_group);
+}
+
+void add_exclusion_options(CLI::App& app, Words& words) {
+    app.add_flag(
+           "--exclusions", words.is_of_exclusions,
+           "In the place of rules, pairs and triples of items that are together less often than by chance; "
+           "needs transactions")
+        ->group(choice_group);
+    app.add_option(
+           "--alpha", words.alpha,
+           "With --exclusions: the largest probability that chance alone would give any of them; 1 for "
+           "all that are together less often than by chance (default: 0.05)")
+        ->check(argument_check(parse_alpha, "a number above 0 and up to 1, or a percentage"))
         ->group(choice_group);
 }
 
@@ -380,6 +410,13 @@ void check_format(const CLI::App& app, const RuleArguments& arguments) {
     if (app.count("--graph") > 0 && arguments.format != RuleFormat::dot) {
         throw Error("--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
     }
+    const bool is_text = std::ranges::find(writer_formats, arguments.format, &Word<RuleFormat>::second) !=
+                         writer_formats.end();
+    if (arguments.exclusions && !is_text) {
+        throw Error(
+            "--exclusions: found the format of a database or a graph; expected words, table, csv, tsv or "
+            "jsonl");
+    }
     if (arguments.format != RuleFormat::sqlite || arguments.is_count) {
         return;
     }
@@ -407,6 +444,28 @@ std::string decisive_options(const CLI::App& app) {
         }
     }
     return text;
+}
+
+/// What is asked of exclusions. Throws Error for options that say nothing of them.
+ExclusionRequest exclusion_request(const CLI::App& app, const Words& words) {
+    for (const char* const option : options_of_rules) {
+        if (app.count(option) > 0) {
+            throw Error(std::string(option) + ": does not go with --exclusions");
+        }
+    }
+    ExclusionRequest request;
+    if (app.count("--alpha") > 0) {
+        request.alpha = *parse_alpha(words.alpha);
+    }
+    if (app.count("--max-items") > 0) {
+        const std::size_t max_items = *parse_number<std::uint32_t>(words.max_items);
+        if (max_items != 0 && max_items != 2 && max_items != 3) {
+            throw Error("--max-items: found " + words.max_items +
+                        "; with --exclusions expected 2 for pairs, or 3 for pairs and triples");
+        }
+        request.max_items = max_items == 2 ? 2 : 3;
+    }
+    return request;
 }
 
 /// Fills in what depends on where the rules go.
@@ -461,6 +520,7 @@ void complete_input(const CLI::App& app, const Words& words, RuleArguments& argu
     }
     arguments.rules.min_support = input.mining.min_supports.front();
     input.max_items = arguments.rules.max_items;
+    input.needs_transactions = arguments.exclusions.has_value();
     if (app.count("--database-size") > 0) {
         input.transactions = parse_transactions(words.transactions);
     }
@@ -551,6 +611,7 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     app.set_version_flag("--version", "korv-rules " KORV_VERSION);
     add_input_options(app, arguments, words);
     add_choice_options(app, arguments, words);
+    add_exclusion_options(app, words);
     add_order_options(app, words);
     add_output_options(app, arguments, words);
     add_mining_options(app, words.mining);
@@ -569,6 +630,11 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         constexpr int wrong_usage = 2;
         std::exit(app.exit(error) == 0 ? 0 : wrong_usage);
+    }
+    if (words.is_of_exclusions) {
+        arguments.exclusions = exclusion_request(app, words);
+    } else if (app.count("--alpha") > 0) {
+        throw Error("--alpha: goes with --exclusions only");
     }
     arguments.rules = rule_request(app, words, std::move(arguments.rules.where));
     complete_input(app, words, arguments);

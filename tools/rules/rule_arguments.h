@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "rules/dot_graph.h"
+#include "rules/exclusion_request.h"
 #include "rules/measures.h"
 #include "rules/rule_input.h"
 #include "rules/rule_request.h"
@@ -15,6 +17,9 @@ namespace korv::tools {
 struct RuleArguments {
     InputRequest input;
     RuleRequest rules;
+    /// Which exclusions are told in the place of rules. `rules` then says which items, how many of them, and
+    /// what the confidence of a rule is that is told with them.
+    std::optional<ExclusionRequest> exclusions;
     std::vector<Measure> measures;  ///< besides those that are always told
     RuleFormat format = RuleFormat::words;
     GraphKind graph = GraphKind::lattice;  ///< what is drawn where the format is dot

@@ -85,8 +85,8 @@ std::uint64_t bytes_in(RuleFormat format, const std::vector<FoundRule>& rules, c
 
 /// The bytes of each format, in the order of writer_formats.
 std::array<std::uint64_t, writer_formats.size()> bytes_of_formats(const std::vector<FoundRule>& rules,
-                                                                const RuleBook& book,
-                                                                const TerminalStyle& style) {
+                                                                  const RuleBook& book,
+                                                                  const TerminalStyle& style) {
     ColumnSizes columns(book);
     for (const FoundRule& rule : rules) {
         columns.add(rule);

@@ -160,6 +160,10 @@ void check_class_request(const InputRequest& request, const std::string& name) {
     if (!option.empty()) {
         throw UsageError(option + ": goes with transactions only; " + name + " is a class file");
     }
+    if (request.database.empty() && request.needs_transactions) {
+        throw UsageError("--exclusions: found the class file " + name +
+                         "; expected transactions as the input, or --database FILE besides the class file");
+    }
     if (request.database.empty() && !request.transactions) {
         const std::string beside = transactions_beside(request.paths.front());
         throw UsageError(name +
@@ -293,6 +297,9 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
     add_lines(summary_of_input(*input.database, report), input.notes);
     input.names = ItemNames(names_of(*input.database));
     read_item_names(request, report.format == Format::fimi ? request.paths.front() : "", input);
+    if (request.needs_transactions) {
+        return input;
+    }
     within_memory([&] { mine_input(request, go_on, input); },
                   [&] { return "while mining " + names_of_paths(request.paths); });
     return input;

@@ -28,6 +28,7 @@ struct InputRequest {
     std::string database;               ///< path of the transactions of a class file; empty for none
     std::string names;                  ///< path of a names file; empty for the default
     std::size_t max_items = 6;          ///< no essential itemset is mined that has more; 0 for any
+    bool needs_transactions = false;    ///< which then are not mined; a class file needs its database
 };
 
 /// The classes that rules are derived from.
@@ -62,6 +63,8 @@ using MiningGoOn = std::function<bool(const MiningProgress&)>;
 /// unless a rule says otherwise for one. Where
 /// there are more classes than allowed, by default 1,000,000, smaller itemsets are mined: see mine_bounded.
 /// Where no item is frequent enough for a class, there are none, and a note says why.
+///
+/// Where request.needs_transactions, no classes are mined, and those of a class file only name its items.
 ///
 /// Throws Error for what is wrong with an input (see class_file.h, reading.h and names_file.h), for a support
 /// that is not that of the database; UsageError for options that do not go with the input, and for a class

@@ -2,6 +2,9 @@
 
 #include <memory>
 
+#include "rules/exclusion_writer.h"
+#include "rules/itemset_pool.h"
+
 namespace korv::tools {
 
 void RuleOutput::write_rules(const std::vector<FoundRule>& rules, const RuleBook& book) {
@@ -25,6 +28,24 @@ std::size_t RuleOutput::write_graph(const SearchResult& found, const RuleBook& b
                                                         : write_lattice_graph(found.lattice, book, sink);
     output_.commit();
     return nodes;
+}
+
+void RuleOutput::write_exclusions(const std::vector<Exclusion>& exclusions, const RuleInput& input,
+                                  const ColumnFacts& columns, double min_confidence) {
+    ItemsetPool sides;
+    for (const Exclusion& exclusion : exclusions) {
+        for (const Item item : exclusion.items()) {
+            sides.intern(ItemSpan(&item, 1));
+        }
+    }
+    const RuleBook book = {sides, input.names, input.transactions, {}, &columns};
+    const auto writer = exclusion_writer(format_, book, min_confidence, style_,
+                                         [this](std::string_view text) { output_.write(text); });
+    for (const Exclusion& exclusion : exclusions) {
+        writer->write(exclusion);
+    }
+    writer->finish();
+    output_.commit();
 }
 
 void RuleOutput::write_report(std::string_view report) {

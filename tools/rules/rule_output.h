@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "common/atomic_output.h"
+#include "rules/column_facts.h"
 #include "rules/dot_graph.h"
+#include "rules/exclusion_search.h"
 #include "rules/found_rule.h"
 #include "rules/rule_writer.h"
 #include "rules/rules_database.h"
@@ -32,6 +34,11 @@ public:
 
     /// Draws the lattice, or the rules. Returns the number of nodes.
     std::size_t write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph);
+
+    /// Writes exclusions, in one of writer_formats, with the rules of at least this confidence that they
+    /// give.
+    void write_exclusions(const std::vector<Exclusion>& exclusions, const RuleInput& input,
+                          const ColumnFacts& columns, double min_confidence);
 
     /// Writes a text in place of rules.
     void write_report(std::string_view report);

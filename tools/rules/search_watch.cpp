@@ -19,6 +19,11 @@ SearchProgress SearchWatch::progress() {
             }};
 }
 
+ExclusionProgress SearchWatch::exclusion_progress() {
+    return [this](ExclusionPhase phase, const ExclusionAccounting& accounting, std::uint64_t done,
+                  std::uint64_t all) { looked_at(phase, accounting, done, all); };
+}
+
 void SearchWatch::begin(Phase phase) {
     statistics().phase = phase;
     show();
@@ -33,6 +38,15 @@ void SearchWatch::derived(const Accounting& accounting, std::size_t done, std::s
     statistics().expected_pairs = accounting.pairs * classes / done;
     statistics().derived = accounting.derived;
     statistics().kept = accounting.left();
+    show();
+}
+
+void SearchWatch::looked_at(ExclusionPhase phase, const ExclusionAccounting& accounting, std::uint64_t done,
+                            std::uint64_t all) {
+    statistics().phase = phase == ExclusionPhase::pairs ? Phase::counting_pairs : Phase::counting_triples;
+    statistics().pairs = done;
+    statistics().expected_pairs = all;
+    statistics().kept = accounting.kept;
     show();
 }
 

@@ -20,6 +20,11 @@ static_assert(std::atomic<std::uint64_t>::is_always_lock_free && std::atomic<dou
                   std::atomic<Phase>::is_always_lock_free,
               "handlers of signals read the statistics");
 
+/// Whether what the phase counts are pairs or triples of items, and no rules.
+constexpr bool is_of_items(Phase phase) {
+    return phase == Phase::counting_pairs || phase == Phase::counting_triples;
+}
+
 /// Whether standard error is a terminal, whose line of progress is cleared first.
 std::atomic<bool> is_on_terminal = false;
 
@@ -76,9 +81,13 @@ StatisticsLine::StatisticsLine(const Statistics& statistics, double seconds, std
             add(" of about ");
             add(std::max(statistics.expected_pairs.load(), statistics.pairs.load()));
         }
-        add(" pairs, ");
-        add(statistics.derived);
-        add(" rules derived, ");
+        if (is_of_items(statistics.phase)) {
+            add(", ");
+        } else {
+            add(" pairs, ");
+            add(statistics.derived);
+            add(" rules derived, ");
+        }
         add(statistics.kept);
         add(" kept");
     }

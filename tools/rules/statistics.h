@@ -17,10 +17,10 @@ namespace korv::tools {
 /// some ten nanoseconds.
 struct Statistics {
     std::atomic<Phase> phase = Phase::reading;
-    std::atomic<std::uint64_t> pairs = 0;           ///< that were looked at
+    std::atomic<std::uint64_t> pairs = 0;           ///< that were looked at; or triples
     std::atomic<std::uint64_t> expected_pairs = 0;  ///< how many there are, about; 0: not known
     std::atomic<std::uint64_t> derived = 0;         ///< rules that reach the minimum support and confidence
-    std::atomic<std::uint64_t> kept = 0;            ///< rules of them that were not left out until now
+    std::atomic<std::uint64_t> kept = 0;  ///< rules of them, or exclusions, that were not left out until now
     /// When the run began: seconds of the monotonic clock.
     std::atomic<double> start = 0.0;
 };
@@ -34,8 +34,8 @@ double monotonic_seconds();
 /// A line of statistics, in memory of its own, so that handlers of signals can make it.
 class StatisticsLine {
 public:
-    /// "deriving, 1,234 of about 5,000 pairs, 171,321 rules derived, 59,055 kept; 12 s, 340 MiB". What is 0
-    /// or not known is left out.
+    /// "deriving, 1,234 of about 5,000 pairs, 171,321 rules derived, 59,055 kept; 12 s, 340 MiB", or
+    /// "counting pairs, 1,234 of about 5,000, 59 kept; ...". What is 0 or not known is left out.
     StatisticsLine(const Statistics& statistics, double seconds, std::size_t mebibytes);
 
     std::string_view text() const { return {text_.data(), size_}; }
