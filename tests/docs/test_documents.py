@@ -150,13 +150,18 @@ TABLE: dict[str, list[Entry]] = {
         Whole("{\"id\":1,", "run-7.stdout"),
         Run("korv-rules examples/titanic/titanic.csv --then 'survived=*' --max-then 1 -c 0.7 --readings all --top 8 \\",
             needs="dot"),
+        Run("korv-rules examples/titanic/titanic.csv --exclusions --without"),
+        Whole("1. ", "run-9.stdout"),
+        Whole("input ", "run-9.stderr"),
+        Run("korv-rules examples/titanic/titanic.csv --exclusions --top 2"),
+        Whole("id,", "exclusions.csv"),
         Run("korv-rules examples/titanic/titanic.csv --count"),
-        Whole("form ", "run-9.stdout"),
+        Whole("form ", "run-11.stdout"),
         Run("korv-rules examples/titanic/titanic.classes -n 2201"),
-        Numbered("1. If ", "run-10.stdout"),
-        Whole("class file ", "run-10.stderr"),
+        Numbered("1. If ", "run-12.stdout"),
+        Whole("class file ", "run-12.stderr"),
         Run("korv-rules examples/titanic/titanic.classes --database", status=1),
-        Whole("class file ", "run-11.stderr"),
+        Whole("class file ", "run-13.stderr"),
         Run("korv-mine examples/titanic/titanic.dat"),
     ],
     "docs/mining.md": [
@@ -228,6 +233,7 @@ TABLE: dict[str, list[Entry]] = {
         Run("korv-rules titanic.csv --to words"),
         Run("korv-rules titanic.csv --then"),
         Run("korv-rules titanic.classes -n 2201"),
+        Run("korv-rules titanic.csv --exclusions"),
         Run("korv-rules titanic.csv --readings all"),
     ],
     "man/korv.1": [
@@ -674,6 +680,9 @@ class Numbers(InDirectory):
         self.assertEqual(self.numbers(document, r"did not survive: ([\d,]+) persons\. Of these, ([\d,]+) were men, "
                                       r"which are (\d+) %\. Of all persons aboard, (\d+) % were men"),
                          [of, having, per_cent] + share(persons, "sex", "male")[2:])
+        women_of_the_crew = [person for person in women if person["class"] == "crew"]
+        self.assertEqual(self.numbers(document, r"since (\d+) of the (\d+) women of the crew survived"),
+                         share(women_of_the_crew, "survived", "yes")[:2])
         self.assertEqual(self.numbers(document, r"did not travel third class, (\d+) % survived"),
                          share(women_not_third, "survived", "yes")[2:])
 

@@ -277,13 +277,13 @@ class RulesOptions(OfKorvRules):
                           "--to": ("words", "table", "csv", "tsv", "jsonl", "sqlite", "dot"),
                           "--wording": ("shortest", "full")})
         self.assertEqual({name for name, option in options.items() if option.default},
-                         {"--bins", "--closure-items", "--color", "--format", "--graph", "--max-classes",
+                         {"--alpha", "--bins", "--closure-items", "--color", "--format", "--graph", "--max-classes",
                           "--max-items", "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own",
                           "--min-support", "--missing", "--names", "--output", "--prune", "--readings", "--separator",
                           "--sort", "--to", "--top", "--wording"})
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
-                         {"--count", "--help", "--help-measures", "--only-true", "--quiet", "--verify", "--version",
-                          "--weighted"})
+                         {"--count", "--exclusions", "--help", "--help-measures", "--only-true", "--quiet", "--verify",
+                          "--version", "--weighted"})
 
     def test_measures_of_the_table_are_those_of_the_program(self) -> None:
         rows = [[cell.strip("`") for cell in row]
@@ -300,6 +300,15 @@ class RulesOptions(OfKorvRules):
         self.assertEqual(columns, header.split(","))
         man_page = " ".join(section_of_man_page("man/korv-rules.1", "OUTPUT").split())
         self.assertIn(f"in this order: {', '.join(columns[:-1])} and {columns[-1]};", man_page)
+
+    def test_columns_of_exclusions_are_those_of_the_program(self) -> None:
+        rows = table_rows(section(text_of("docs/exploring.md"), "What excludes each other"))
+        columns = [name.strip("`") for row in rows[2:] for name in row[0].split(", ")]
+        header = run("korv-rules", "examples/titanic/titanic.csv", "--exclusions", "-q", "--to", "csv").stdout
+        self.assertEqual(columns, header.split("\n", 1)[0].split(","))
+        man_page = " ".join(section_of_man_page("man/korv-rules.1", "EXCLUSIONS").split())
+        self.assertIn(f"{', '.join(columns[:9])} (as \\-log10), and the confidences "
+                      f"{', '.join(columns[9:-1])} and {columns[-1]} of", man_page)
 
     def test_formats_and_extensions_of_the_table_are_those_of_the_program(self) -> None:
         rows = [[cell.strip("`") for cell in row[:2]]
@@ -349,6 +358,13 @@ class RulesDefaults(OfKorvRules):
                 self.assertEqual(self.rules(option, "0"), without)
                 self.assertNotEqual(self.rules(option, other), without)
 
+    def test_of_exclusions(self) -> None:
+        without = self.rules("--exclusions")
+        self.assertEqual(self.rules("--exclusions", "--alpha", of_korv_rules()["--alpha"].default), without)
+        self.assertEqual(self.rules("--exclusions", "--max-items", "3"), without)
+        for option, other in (("--alpha", "1"), ("--max-items", "2")):
+            self.assertNotEqual(self.rules("--exclusions", option, other), without)
+
     def test_of_the_lift_is_more_than_1(self) -> None:
         self.assertEqual(self.rules("--where", "lift > 1"), self.rules())
         self.assertNotEqual(self.rules("--min-lift", "0"), self.rules())
@@ -365,7 +381,9 @@ class RulesExitStatus(OfKorvRules):
             (0, f"{self.table} -q --count"), (0, f"{self.table} -q --verify"), (0, f"{self.classes} -n 2201 -q"),
             (0, f"{self.classes} --database {self.transactions} -q --verify"),
             (1, f"{self.table} -q --min-lift 100"), (1, f"{self.table} -q --min-lift 100 --count"),
-            (1, f"{self.table} -s 90% -c 1"),
+            (1, f"{self.table} -s 90% -c 1"), (0, f"{self.table} -q --exclusions"),
+            (1, f"{self.table} -q --exclusions --alpha 1e-300"), (2, f"{self.table} --exclusions --then a"),
+            (2, f"{self.classes} -n 2201 --exclusions"),
             (2, ""), (2, f"{self.table} --some"), (2, f"{self.table} -c 2"), (2, f"{self.table} -s some"),
             (2, f"{self.table} --to some"), (2, f"{self.table} -o rules.some"), (2, f"{self.table} --sort some"),
             (2, f"{self.table} --measures some"), (2, f"{self.table} --where some"), (2, f"{self.table} --then some"),
