@@ -29,7 +29,7 @@ import random_cases
 from compare_rules import Outcome, Program, number_before, shortest_float
 from exclusions_model import Exclusion, ExclusionRequest, Result
 from random_cases import Case, Mining
-from rules_model import Knowledge, Request, Transaction, in_order
+from rules_model import Knowledge, Request, Transaction
 
 DEFAULT_CASES = 500
 CHUNK = 20
