@@ -193,7 +193,7 @@ def words_of(exclusions: List[Exclusion], knowledge: Knowledge, request: Exclusi
             what = "are seldom together, though each two of them are: all three"
         else:
             what = ("exclude" if 4 * each.together <= each.expected else "avoid") + " each other: together"
-        times = f"{each.together or 'no'} transaction" + ("s" if each.together > 1 else "")
+        times = (f"{each.together:,}" if each.together else "no") + " transaction" + ("s" if each.together > 1 else "")
         lines.append(f"{number}. {joined([knowledge.name(item) for item in each.items])} {what} in {times}, "
                      f"{measure_text(float(each.expected))} expected; one of them is in "
                      f"{percent_text(Fraction(each.covered, knowledge.transactions))}")
