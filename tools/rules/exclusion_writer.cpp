@@ -83,8 +83,8 @@ std::string in_transactions(Count number) {
 
 class WordsOfExclusions final : public ExclusionWriter {
 public:
-    WordsOfExclusions(const RuleBook& book, double min_confidence, std::size_t width, TextSink sink)
-        : book_(book),
+    WordsOfExclusions(RuleBook book, double min_confidence, std::size_t width, TextSink sink)
+        : book_(std::move(book)),
           items_(book_, {.is_printable = true}),
           min_confidence_(min_confidence),
           width_(width),
@@ -143,8 +143,8 @@ private:
 
 class TableOfExclusions final : public ExclusionWriter {
 public:
-    TableOfExclusions(const RuleBook& book, const TerminalStyle& style, TextSink sink)
-        : book_(book),
+    TableOfExclusions(RuleBook book, const TerminalStyle& style, TextSink sink)
+        : book_(std::move(book)),
           items_(book_, {.is_printable = true, .most_columns = 40}),
           table_("seldom together", {"together", "expected", "covered", "p"}, style, std::move(sink)) {}
 
@@ -224,8 +224,12 @@ private:
 
 class DelimitedExclusions final : public ExclusionWriter {
 public:
-    DelimitedExclusions(const RuleBook& book, TextSink sink, char separator, CellOfText cell)
-        : book_(book), items_(book_, {}), separator_(separator), cell_(cell), sink_(std::move(sink)) {
+    DelimitedExclusions(RuleBook book, TextSink sink, char separator, CellOfText cell)
+        : book_(std::move(book)),
+          items_(book_, {}),
+          separator_(separator),
+          cell_(cell),
+          sink_(std::move(sink)) {
         text_.append("id").append(1, separator).append("items").append(1, separator).append("numbers");
         for_each_number({}, 1, CellNames(separator, text_));
         text_ += '\n';
@@ -287,7 +291,7 @@ private:
 
 class JsonExclusions final : public ExclusionWriter {
 public:
-    JsonExclusions(const RuleBook& book, TextSink sink) : book_(book), sink_(std::move(sink)) {}
+    JsonExclusions(RuleBook book, TextSink sink) : book_(std::move(book)), sink_(std::move(sink)) {}
 
     void write(const Exclusion& exclusion) override {
         JsonWriter json(text_);
