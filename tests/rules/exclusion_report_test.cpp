@@ -55,10 +55,11 @@ TEST(ExclusionReport, SaysWhichStepTookTheLast) {
 }
 
 TEST(ExclusionReport, SaysThatNoItemIsFrequent) {
-    EXPECT_EQ(exclusion_report({.items = 1, .transactions = 5}, {}),
-              "0 pairs of 1 item, 5 transactions\n"
-              "No exclusion is left: fewer than two items reach the minimum support of 1%; a lower "
-              "--min-support brings more.\n");
+    EXPECT_EQ(
+        exclusion_report({.items = 1, .transactions = 5}, {}),
+        "0 pairs of 1 item, 5 transactions\n"
+        "No exclusion is left: fewer than two items reach the minimum support of 1% (at least 3); a lower "
+        "--min-support brings more.\n");
 }
 
 TEST(ExclusionReport, SaysThatTriplesAreLeftOut) {

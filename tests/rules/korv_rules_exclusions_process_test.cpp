@@ -53,7 +53,7 @@ TEST_F(KorvRules, WritesExclusionsToAFile) {
 
 TEST_F(KorvRules, EndsWithOneWhereNothingExcludes) {
     put("a.dat", "1 2\n1\n2\n\n");
-    const Outcome outcome = rules({"a.dat", "--exclusions", "-o", "a.jsonl"});
+    const Outcome outcome = rules({"a.dat", "-s", "1", "--exclusions", "-o", "a.jsonl"});
     EXPECT_EQ(outcome.ending, exited(1));
     EXPECT_EQ(files().at("a.jsonl"), "");
     EXPECT_TRUE(
@@ -72,7 +72,7 @@ TEST_F(KorvRules, RefusesWhatDoesNotGoWithExclusions) {
 }
 
 TEST_F(KorvRules, FindsExclusionsWhereClassesWouldTakeForEver) {
-    put("a.dat", endless_database());
+    put("a.dat", large_database());
     const Outcome outcome = rules({"a.dat", "-s", "1", "--exclusions", "--alpha", "1", "--top", "3", "-q"});
     EXPECT_EQ(outcome.ending, exited(0));
     EXPECT_NE(outcome.out.find("\n3. "), std::string::npos) << outcome.out;

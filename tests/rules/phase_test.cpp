@@ -12,7 +12,7 @@ TEST(WordsForAPhase, AreThoseOfThePhase) {
     EXPECT_EQ(words_for(Phase::sorting).name, "sorting");
     EXPECT_EQ(words_for(Phase::writing).name, "writing");
     EXPECT_EQ(words_for(Phase::lattice).doing, "building the lattice of the classes");
-    EXPECT_EQ(words_for(Phase::writing).doing, "writing the rules");
+    EXPECT_EQ(words_for(Phase::writing).doing, "writing what was found");
 }
 
 }  // namespace

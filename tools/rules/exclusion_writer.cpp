@@ -4,12 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "common/quantity.h"
+#include "common/shortest_number.h"
+#include "common/utf8.h"
 #include "rules/aligned_table.h"
 #include "rules/delimited_writer.h"
 #include "rules/display_text.h"
@@ -128,7 +131,7 @@ private:
             text += (text.empty() ? "" : ", ") +
                     items_.of(exclusion.numbers[rule.premise], rule.is_premise_negated) + " => " +
                     items_.of(exclusion.numbers[1 - rule.premise], !rule.is_premise_negated) + " (" +
-                    share_text(confidence(exclusion, rule, book_.transactions)) + ")";
+                    distinct_text(confidence(exclusion, rule, book_.transactions), 3) + ")";
         }
         return text;
     }
@@ -154,7 +157,7 @@ public:
         table_.add({text,
                     bytes_less_blanks(text),
                     {with_commas(exclusion.together), measure_text(exclusion.expected(book_.transactions)),
-                     share_text(covered), measure_text(exclusion.p)}});
+                     distinct_text(covered, 3), measure_text(exclusion.p)}});
     }
 
     void finish() override { table_.finish(); }
@@ -345,9 +348,12 @@ std::unique_ptr<ExclusionWriter> exclusion_writer(RuleFormat format, const RuleB
         case RuleFormat::tsv:
             return std::make_unique<DelimitedExclusions>(book, std::move(sink), '\t', tsv_cell);
         case RuleFormat::jsonl:
+            return std::make_unique<JsonExclusions>(book, std::move(sink));
+        case RuleFormat::sqlite:
+        case RuleFormat::dot:
             break;
     }
-    return std::make_unique<JsonExclusions>(book, std::move(sink));
+    throw std::invalid_argument("not written one by one");
 }
 
 }  // namespace korv::tools

@@ -17,7 +17,7 @@
 
 namespace korv::tools {
 
-namespace {}
+namespace {
 
 /// Adds the members of a rule to its object.
 class Members {

@@ -198,8 +198,8 @@ void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
         ->excludes("--database-size");
     app.add_option(
            "--names", arguments.input.names,
-           "The names of the items: lines of an item, a tab and its name (default: the class file's name "
-           "or that of transactions of numbers, with the extension .names), where there is such a file")
+           "The names of the items: lines of an item, a tab and its name (default: the name of the class "
+           "file, or of the transactions of numbers, with the extension .names), where there is such a file")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type);
 }
@@ -338,14 +338,14 @@ void describe_mining_options(CLI::App& app) {
     app.get_option("--min-support")
         ->description(
             "Smallest support of a rule, and smallest number of transactions that hold an item of an "
-            "essential itemset: a count, or a percentage of all transactions such as 2.5% (default: 1%, at "
-            "least 3)");
+            "essential itemset: a count, or a percentage of all transactions such as 2.5%; at least 3 "
+            "transactions unless it is given (default: 1%)");
     app.get_option("--max-size")
         ->description("Largest number of items of an essential itemset (default: --max-items)");
     app.get_option("--max-classes")
         ->description(
-            "Where there would be more classes, itemsets of fewer items are mined, down to two "
-            "(default: 1000000, and no more than 250000 essential itemsets)");
+            "Where there would be more classes, or more than 250000 essential itemsets unless it is given, "
+            "itemsets of fewer items are mined, down to two (default: 1000000)");
 }
 
 /// What the options take whose checks do not list it.

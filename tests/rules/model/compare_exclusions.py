@@ -160,12 +160,22 @@ def decimals(number: float, digits: int) -> str:
     return f"{number:.{digits}f}"
 
 
+def distinct_text(number: Any, digits: int) -> str:
+    """With so many decimals, but what is neither 0 nor 1 does not read as these."""
+    text = decimals(float(number), digits)
+    if number and text == decimals(0, digits):
+        return f"{float(number):.2g}"
+    if number == 1 or text != decimals(1, digits):
+        return text
+    return f"<{decimals(1 + 10 ** -digits, digits)}" if number > 1 else f">{decimals(1 - 10 ** -digits, digits)}"
+
+
 def measure_text(number: float) -> str:
     if number >= 999.5:
         return f"{round(number):,}"
     if number and number < 0.001:
         return f"{number:.2g}"
-    return decimals(number, 0 if number >= 99.95 else 1 if number >= 9.995 else 2 if number >= 1 else 3)
+    return distinct_text(number, 0 if number >= 99.95 else 1 if number >= 9.995 else 2 if number >= 1 else 3)
 
 
 def percent_text(share: Fraction) -> str:
@@ -175,10 +185,6 @@ def percent_text(share: Fraction) -> str:
     if percent < 0.05 or percent >= 99.95:
         return "under 0.1 %" if percent < 0.05 else "over 99.9 %"
     return decimals(percent, 1 if percent < 9.95 or percent >= 99.5 else 0) + " %"
-
-
-def share_text(share: Fraction) -> str:
-    return decimals(min(float(share), 0.999) if share < 1 else 1.0, 3)
 
 
 def joined(names: List[str]) -> str:
@@ -199,7 +205,7 @@ def words_of(exclusions: List[Exclusion], knowledge: Knowledge, request: Exclusi
                      f"{percent_text(Fraction(each.covered, knowledge.transactions))}")
         sure = [value for value in exclusions_model.confidences(each, knowledge.transactions).values()
                 if value is not None and value >= Fraction(str(request.min_confidence))]
-        lines += [f"({share_text(value)})" for value in sure]
+        lines += [f"({distinct_text(value, 3)})" for value in sure]
     return lines
 
 
@@ -209,14 +215,14 @@ def words_told(text: str) -> List[str]:
     for paragraph in text.split("\n\n") if text else []:
         sentence, rules = (re.sub(r"\n +", " ", paragraph.rstrip("\n")) + " ").split(" %", 1)
         lines.append(sentence + " %")
-        lines += re.findall(r"\(\d\.\d{3}\)", rules)
+        lines += re.findall(r"\([<>]?\d(?:\.\d+)?(?:e-\d+)?\)", rules)
     return lines
 
 
 def cells_of(exclusions: List[Exclusion], knowledge: Knowledge) -> List[List[str]]:
     """The cells of a table behind the names."""
     return [[str(number), f"{each.together:,}", measure_text(float(each.expected)),
-             share_text(Fraction(each.covered, knowledge.transactions)), measure_text(each.p)]
+             distinct_text(Fraction(each.covered, knowledge.transactions), 3), measure_text(each.p)]
             for number, each in enumerate(exclusions, 1)]
 
 
