@@ -26,14 +26,14 @@ protected:
 };
 
 TEST_F(WatchedInputTest, IsReadAndMinedAndLeavesThePhaseInTheStatistics) {
-    EXPECT_EQ(read_watched_input(request_, true).classes.size(), 3U);
+    EXPECT_EQ(read_watched_input(open_input(request_), request_, true).classes.size(), 3U);
     EXPECT_EQ(statistics().phase, Phase::mining);
 }
 
 TEST_F(WatchedInputTest, EndsWhenItsTimeIsOverAndSaysWhatHelps) {
     request_.mining.max_seconds = 0;
     EXPECT_TRUE(complaint_of([&] {
-                    read_watched_input(request_, true);
+                    read_watched_input(open_input(request_), request_, true);
                 }).starts_with("stopped after 0.00 s (--max-seconds), with "));
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "common/byte_pieces.h"
@@ -12,13 +13,11 @@
 
 namespace korv::tools {
 
-namespace {
-
 /// The decompression of one input.
-class Gunzip {
+class Gunzip::State {
 public:
-    Gunzip(const ReadBytes& read, std::string_view beginning, const std::string& name)
-        : read_(read), name_(name), compressed_(buffer_bytes) {
+    State(ReadBytes read, std::string_view beginning, std::string name)
+        : read_(std::move(read)), name_(std::move(name)), compressed_(buffer_bytes) {
         std::ranges::copy(beginning, compressed_.begin());
         constexpr int gzip_alone = 16;
         if (::inflateInit2(&stream_, MAX_WBITS + gzip_alone) != Z_OK) {
@@ -26,9 +25,9 @@ public:
         }
         offer(beginning.size());
     }
-    ~Gunzip() { ::inflateEnd(&stream_); }
-    Gunzip(const Gunzip&) = delete;
-    Gunzip& operator=(const Gunzip&) = delete;
+    ~State() { ::inflateEnd(&stream_); }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
 
     /// The next bytes of the text, at most `size`; none at its end.
     std::size_t text(char* out, std::size_t size) {
@@ -81,15 +80,22 @@ private:
         is_between_members_ = status == Z_STREAM_END;
     }
 
-    const ReadBytes& read_;
-    const std::string& name_;
+    const ReadBytes read_;
+    const std::string name_;
     std::vector<char> compressed_;
     z_stream stream_ = {};
     bool is_at_end_ = false;  ///< of the compressed bytes
     bool is_between_members_ = false;
 };
 
-}  // namespace
+Gunzip::Gunzip(ReadBytes read, std::string_view beginning, std::string name)
+    : state_(std::make_unique<State>(std::move(read), beginning, std::move(name))) {}
+
+Gunzip::~Gunzip() = default;
+
+std::size_t Gunzip::text(char* out, std::size_t size) {
+    return state_->text(out, size);
+}
 
 std::string gunzip(const ReadBytes& read, std::string_view beginning, const std::string& name) {
     Gunzip source(read, beginning, name);

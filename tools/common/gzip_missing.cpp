@@ -7,10 +7,23 @@
 
 namespace korv::tools {
 
-std::string gunzip(const ReadBytes&, std::string_view, const std::string& name) {
+class Gunzip::State {};
+
+Gunzip::Gunzip(ReadBytes /*read*/, std::string_view /*beginning*/, std::string name) {
     const std::string program = program_invocation_short_name;
     throw Error(name + ": is compressed, and " + program + " was built without zlib; try zcat FILE | " +
                 program + " -");
+}
+
+Gunzip::~Gunzip() = default;
+
+std::size_t Gunzip::text(char* /*out*/, std::size_t /*size*/) {
+    return 0;
+}
+
+std::string gunzip(const ReadBytes& read, std::string_view beginning, const std::string& name) {
+    const Gunzip source(read, beginning, name);  // which throws
+    return "";
 }
 
 }  // namespace korv::tools

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "common/byte_pieces.h"
@@ -42,32 +43,34 @@ constexpr std::array<Foreign, 7> foreign = {{
     {"BZh91AY&SY", "data compressed by bzip2", as_text},
 }};
 
-void refuse_foreign(const TextInput& input) {
-    const auto* const it = std::ranges::find_if(
-        foreign, [&input](const Foreign& each) { return input.text.starts_with(each.mark); });
+void refuse_foreign(std::string_view beginning, const std::string& name) {
+    const auto* const it =
+        std::ranges::find_if(foreign, [&](const Foreign& each) { return beginning.starts_with(each.mark); });
     if (it != foreign.end()) {
-        throw input_error(input.name, {1, 1}, it->found, it->expected);
+        throw input_error(name, {1, 1}, it->found, it->expected);
     }
 }
 
-/// A file or standard input that is read from beginning to end. Standard input stays open.
-class Source {
+/// A file or standard input as its bytes are. Standard input stays open.
+class Bytes {
 public:
-    Source(const std::string& path, const std::string& name)
-        : name_(name),
+    explicit Bytes(const std::string& path)
+        : name_(path == "-" ? "standard input" : path),
           is_file_(path != "-"),
           descriptor_(is_file_ ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC) : STDIN_FILENO) {
         if (descriptor_ < 0 || ::fstat(descriptor_, &before_) != 0) {
             fail();
         }
     }
-    ~Source() {
+    ~Bytes() {
         if (is_file_ && descriptor_ >= 0) {
             ::close(descriptor_);
         }
     }
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
+    Bytes(const Bytes&) = delete;
+    Bytes& operator=(const Bytes&) = delete;
+
+    const std::string& name() const { return name_; }
 
     /// Reads `size` bytes, or fewer where the input ends before. Returns how many.
     std::size_t read(char* out, std::size_t size) {
@@ -103,49 +106,113 @@ public:
 private:
     [[noreturn]] void fail() const { throw Error(name_ + ": cannot be read: " + std::strerror(errno)); }
 
-    const std::string& name_;
+    const std::string name_;
     bool is_file_;
     int descriptor_;
     struct stat before_ = {};
 };
 
-/// Everything that follows `beginning`. A text of known size is read to its place; any other is collected in
-/// pieces.
-std::string rest_of(Source& source, std::string beginning) {
-    const std::size_t read_already = beginning.size();
-    std::string text = std::move(beginning);
-    text.resize(std::max(source.expected_size(), read_already));
-    const std::size_t wanted = text.size() - read_already;
-    const std::size_t count = source.read(text.data() + read_already, wanted);
-    text.resize(read_already + count);
-    if (count == wanted) {
-        BytePieces pieces;
-        while (pieces.fill([&source](char* out, std::size_t size) { return source.read(out, size); })) {
-        }
-        pieces.move_to(text);
-    }
-    return text;
-}
-
 }  // namespace
 
+/// The bytes as text.
+class TextStream::Source {
+public:
+    explicit Source(const std::string& path) : bytes_(path) {
+        std::string mark(gzip_mark.size(), '\0');
+        mark.resize(bytes_.read(mark.data(), mark.size()));
+        if (mark == gzip_mark) {
+            gunzip_.emplace([this](char* out, std::size_t size) { return bytes_.read(out, size); }, mark,
+                            bytes_.name());
+        } else {
+            ahead_ = mark;
+        }
+        constexpr std::size_t bytes_ahead = std::size_t{1} << 16;
+        const std::size_t begin = ahead_.size();
+        ahead_.resize(bytes_ahead);
+        ahead_.resize(begin + read_on(ahead_.data() + begin, bytes_ahead - begin));
+        refuse_foreign(ahead_, bytes_.name());
+        if (ahead_.starts_with(byte_order_mark)) {
+            ahead_.erase(0, byte_order_mark.size());
+        }
+    }
+
+    const std::string& name() const { return bytes_.name(); }
+
+    std::string_view ahead() const { return std::string_view(ahead_).substr(taken_); }
+
+    std::size_t read(char* out, std::size_t size) {
+        const std::size_t from_ahead = std::min(size, ahead_.size() - taken_);
+        std::copy_n(ahead_.data() + taken_, from_ahead, out);
+        taken_ += from_ahead;
+        return from_ahead == size ? size : from_ahead + read_on(out + from_ahead, size - from_ahead);
+    }
+
+    /// A text of known size is read to its place; any other is collected in pieces.
+    std::string rest() {
+        std::string text(ahead());
+        taken_ = ahead_.size();
+        if (!is_at_end_) {
+            const std::size_t begin = text.size();
+            const std::size_t expected = gunzip_ ? 0 : bytes_.expected_size();
+            text.resize(std::max(expected, begin));
+            text.resize(begin + read_on(text.data() + begin, text.size() - begin));
+        }
+        if (!is_at_end_) {
+            BytePieces pieces;
+            while (pieces.fill([this](char* out, std::size_t size) { return read_on(out, size); })) {
+            }
+            pieces.move_to(text);
+        }
+        return text;
+    }
+
+private:
+    /// Reads what is not read ahead.
+    std::size_t read_on(char* out, std::size_t size) {
+        std::size_t done = 0;
+        while (!is_at_end_ && done < size) {
+            const std::size_t count =
+                gunzip_ ? gunzip_->text(out + done, size - done) : bytes_.read(out + done, size - done);
+            done += count;
+            if (count == 0) {
+                is_at_end_ = true;
+                bytes_.require_unchanged();
+            }
+        }
+        return done;
+    }
+
+    Bytes bytes_;
+    std::optional<Gunzip> gunzip_;
+    std::string ahead_;      ///< the beginning of the text
+    std::size_t taken_ = 0;  ///< of what is ahead
+    bool is_at_end_ = false;
+};
+
+TextStream::TextStream(const std::string& path) : source_(std::make_unique<Source>(path)) {}
+TextStream::TextStream(TextStream&&) noexcept = default;
+TextStream& TextStream::operator=(TextStream&&) noexcept = default;
+TextStream::~TextStream() = default;
+
+const std::string& TextStream::name() const {
+    return source_->name();
+}
+
+std::string_view TextStream::beginning() const {
+    return source_->ahead();
+}
+
+std::size_t TextStream::read(char* out, std::size_t size) {
+    return source_->read(out, size);
+}
+
+std::string TextStream::rest() {
+    return source_->rest();
+}
+
 TextInput read_text(const std::string& path) {
-    TextInput input = {path == "-" ? "standard input" : path, {}};
-    Source source(path, input.name);
-    std::string beginning(gzip_mark.size(), '\0');
-    beginning.resize(source.read(beginning.data(), beginning.size()));
-    if (beginning == gzip_mark) {
-        input.text = gunzip([&source](char* out, std::size_t size) { return source.read(out, size); },
-                            beginning, input.name);
-    } else {
-        input.text = rest_of(source, std::move(beginning));
-    }
-    source.require_unchanged();
-    refuse_foreign(input);
-    if (input.text.starts_with(byte_order_mark)) {
-        input.text.erase(0, byte_order_mark.size());
-    }
-    return input;
+    TextStream stream(path);
+    return {stream.name(), stream.rest()};
 }
 
 }  // namespace korv::tools

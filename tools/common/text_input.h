@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace korv::tools {
 
@@ -8,6 +11,37 @@ namespace korv::tools {
 struct TextInput {
     std::string name;  ///< for messages: the path, or "standard input"
     std::string text;
+};
+
+/// An input that is read from its beginning to its end, a piece at a time.
+///
+/// What begins with the two bytes of gzip is decompressed, under whatever name, and a UTF-8 byte-order mark
+/// at the beginning is left out. All operations throw Error when the input cannot be read, when it is damaged
+/// gzip, and when a file changes while it is read, which its end shows.
+class TextStream {
+public:
+    /// Opens the file at `path`, or standard input when that is "-", and reads its beginning. Throws Error,
+    /// too, when it begins as UTF-16, spreadsheets or other compressed files do.
+    explicit TextStream(const std::string& path);
+    TextStream(TextStream&&) noexcept;
+    TextStream& operator=(TextStream&&) noexcept;
+    ~TextStream();
+
+    /// For messages: the path, or "standard input".
+    const std::string& name() const;
+
+    /// The first bytes, at most 64 KiB, or the whole text where it is shorter. Call this before `read`.
+    std::string_view beginning() const;
+
+    /// Writes the next bytes to `out`, at most `size`. Returns how many: fewer only at the end.
+    std::size_t read(char* out, std::size_t size);
+
+    /// All that is left. It is in memory once, plus at most 64 MiB. Nothing is left here.
+    std::string rest();
+
+private:
+    class Source;
+    std::unique_ptr<Source> source_;
 };
 
 /// Reads the file at `path`, or standard input when that is "-". What begins with the two bytes of gzip is

@@ -133,11 +133,11 @@ std::vector<std::string> parse_words(const std::string& option, const std::strin
 void add_reading_options(CLI::App& app, ReadingWords& words, Reader reader) {
     std::vector<std::string> formats = {"fimi", "basket", "table"};
     if (reader == Reader::rules) {
-        formats.insert(formats.begin(), "classes");
+        formats.insert(formats.begin(), {"classes", "rules"});
     }
     app.add_option(
            "--format", words.format,
-           std::string(reader == Reader::rules ? "classes: a class file; " : "") +
+           std::string(reader == Reader::rules ? "classes: a class file; rules: rule files of korv; " : "") +
                "fimi: items as numbers with blanks between them; basket: item names with separators "
                "between them; "
                "table: CSV with a header, each cell an item column=value (default: seen from the first "

@@ -29,17 +29,18 @@ struct ReadingWords {
 /// What transactions are read for.
 enum class Reader {
     mining,
-    /// Deriving rules: the input may be a class file, which is the word "classes" in ReadingWords::format,
-    /// and columns of many numbers are cut unless ReadingWords::bins is the word "none".
+    /// Deriving rules: the input may be a class file or rule files, which are the words "classes" and "rules"
+    /// in ReadingWords::format, and columns of many numbers are cut unless ReadingWords::bins is the word
+    /// "none".
     rules,
 };
 
 /// Adds the options that say how transactions are read, as a group, to the command line of a program.
 void add_reading_options(CLI::App& app, ReadingWords& words, Reader reader = Reader::mining);
 
-/// What the options say, once `app` has parsed the command line. There is no format for "classes", and no
-/// rule for "none". Throws Error where they contradict each other or do not go with the format that they
-/// name.
+/// What the options say, once `app` has parsed the command line. There is no format for "classes" and
+/// "rules", and no rule for "none". Throws Error where they contradict each other or do not go with the
+/// format that they name.
 ReadingOptions reading_options(const CLI::App& app, const ReadingWords& words);
 
 /// Parses one byte, or "tab". Returns nothing for anything else, and for a quote and a line end, which cannot

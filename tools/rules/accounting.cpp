@@ -111,7 +111,8 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
         case Step::where:
             return {"not as --where asks", "without --where"};
         case Step::same_fact:
-            return {"the same fact in other words", "--wording full"};
+            return accounting.rule_files > 0 ? StepWords{"the same rule again", ""}
+                                             : StepWords{"the same fact in other words", "--wording full"};
         case Step::reading:
             return {"another reading of an association", "--readings all"};
         case Step::turned_round:
@@ -187,6 +188,13 @@ std::string why_none_is_left(const Accounting& accounting, const RuleRequest& re
            words.what + "; " + keeps(words.options, taken) + ".\n";
 }
 
+/// Where the rules come from.
+std::string origin(const Accounting& accounting) {
+    return (accounting.rule_files > 0 ? counted(accounting.rule_files, "rule file")
+                                      : counted(accounting.classes, "class", "es")) +
+           (accounting.transactions > 0 ? ", " + counted(accounting.transactions, "transaction") : "");
+}
+
 }  // namespace
 
 std::uint64_t Accounting::left() const {
@@ -194,9 +202,7 @@ std::uint64_t Accounting::left() const {
 }
 
 std::string accounting_text(const Accounting& accounting, const RuleRequest& request) {
-    const std::string first = counted(accounting.derived, "rule") + " from " +
-                              counted(accounting.classes, "class", "es") + ", " +
-                              counted(accounting.transactions, "transaction") + '\n';
+    const std::string first = counted(accounting.derived, "rule") + " from " + origin(accounting) + '\n';
     std::vector<SummaryLine> lines = step_lines(accounting, request);
     const bool is_none_left = accounting.left() == 0;
     if (!is_none_left) {

@@ -33,9 +33,10 @@ inline constexpr std::size_t number_of_steps = static_cast<std::size_t>(Step::to
 /// What became of every rule.
 struct Accounting {
     std::uint64_t classes = 0;
-    Count transactions = 0;
-    std::uint64_t pairs = 0;    ///< that were looked at
-    std::uint64_t derived = 0;  ///< rules that reach the minimum support and confidence
+    std::uint64_t rule_files = 0;  ///< where the rules come from rule files, not from classes
+    Count transactions = 0;        ///< 0 where that is not known
+    std::uint64_t pairs = 0;       ///< that were looked at
+    std::uint64_t derived = 0;     ///< rules that reach the minimum support and confidence
     std::array<std::uint64_t, number_of_steps> left_out = {};
     /// What was done of what was asked, since it decides on the words of the steps.
     Prune prune = Prune::none;

@@ -38,7 +38,8 @@ struct Contingency {
 /// A rule with its sides in words and its counts.
 ///
 /// Where a support of its pair is known only within bounds, so are some of the counts: each of them is linear
-/// in that support, with a slope of 1, 0 or -1. The two tables are those at the ends of the bounds.
+/// in that support, with a slope of 1, 0 or -1. The two tables are those at the ends of the bounds. (Of a
+/// rule from a rule file they bound support and confidence, see recorded_counts.h.)
 struct FoundRule {
     Side premise;
     Side conclusion;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/distinct_files.h"
@@ -19,6 +20,8 @@
 #include "rules/item_choice.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
+#include "rules/rule_file_search.h"
+#include "rules/rule_input.h"
 #include "rules/rule_output.h"
 #include "rules/rule_search.h"
 #include "rules/rule_verification.h"
@@ -166,8 +169,8 @@ void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) 
 /// Writes the rules, or the report on them, and counts them again before that where it is asked for.
 void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
            const RuleArguments& arguments, SearchWatch& watch, RuleOutput& output) {
-    const RuleBook book = {found.itemsets, input.names, input.transactions, arguments.measures,
-                           &found.columns};
+    const RuleBook book = {found.itemsets,     input.names,    input.transactions,
+                           arguments.measures, &found.columns, found.known};
     watch.begin(Phase::writing);
     if (arguments.verifies) {
         verify(found.rules, book, *input.database);
@@ -203,6 +206,48 @@ Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOu
     return found.rules.empty() ? Status::no_rule : Status::done;
 }
 
+/// Throws Error for what cannot be told of the rules of rule files.
+void require_rule_files_suffice(const RuleArguments& arguments) {
+    if (arguments.is_count) {
+        throw Error("--count: counts forms, which rule files do not hold; expected classes or transactions");
+    }
+    if (arguments.format == RuleFormat::sqlite) {
+        throw Error(
+            "--to sqlite: needs the classes behind the rules, which rule files do not hold; expected another "
+            "format, or classes or transactions");
+    }
+    if (arguments.format == RuleFormat::dot && arguments.graph == GraphKind::lattice) {
+        throw Error(
+            "--graph lattice: needs the classes behind the rules, which rule files do not hold; expected "
+            "--graph rules, or classes or transactions");
+    }
+    if (arguments.format == RuleFormat::dot && arguments.input.database.empty()) {
+        throw Error(
+            "--graph rules: needs the support of conclusions, which rule files do not hold; expected "
+            "--database FILE besides, or another format");
+    }
+}
+
+/// Chooses and writes rules that korv wrote.
+Status tell_rule_files(TextStream first, const RuleArguments& arguments, RuleOutput& output) {
+    or_end_with(Status::wrong_usage, [&] { require_rule_files_suffice(arguments); });
+    const RuleInput input =
+        or_end_with(Status::wrong_input, [&] { return context_of_rule_files(arguments.input); });
+    const RuleRequest request = or_end_with(Status::wrong_usage, [&] {
+        require_distinct_files(arguments, input.names_path);
+        require_transactions(arguments, input);
+        return request_for_rule_files(arguments.rules, input);
+    });
+    SearchWatch watch(arguments.quiet);
+    const SearchResult found = or_end_with(Status::wrong_input, [&] {
+        return search_rule_files(std::move(first), arguments.input.paths, input, request,
+                                 watch.progress().begin);
+    });
+    or_end_with(Status::failed, [&] { write(found, {}, input, arguments, watch, output); });
+    sum_up(input, accounting_text(found.accounting, request), arguments);
+    return found.rules.empty() ? Status::no_rule : Status::done;
+}
+
 Status run(const RuleArguments& arguments) {
     const auto output = or_end_with(Status::failed, [&] {
         return std::make_unique<RuleOutput>(arguments.output, arguments.format, arguments.style);
@@ -211,8 +256,13 @@ Status run(const RuleArguments& arguments) {
         require_distinct_files(arguments, arguments.input.names);
         require_file(arguments, *output);
     });
-    const RuleInput input = or_end_with(Status::wrong_input,
-                                        [&] { return read_watched_input(arguments.input, arguments.quiet); });
+    TextStream first = or_end_with(Status::wrong_input, [&] { return open_input(arguments.input); });
+    if (are_rule_files(first, arguments.input)) {
+        return tell_rule_files(std::move(first), arguments, *output);
+    }
+    const RuleInput input = or_end_with(Status::wrong_input, [&] {
+        return read_watched_input(std::move(first), arguments.input, arguments.quiet);
+    });
     or_end_with(Status::wrong_usage, [&] { require_distinct_files(arguments, input.names_path); });
     return arguments.exclusions ? tell_exclusions(input, arguments, *output)
                                 : tell_rules(input, arguments, *output);

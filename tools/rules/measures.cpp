@@ -279,7 +279,7 @@ private:
         if (from == to) {
             return from;
         }
-        return from < to ? from + steps : from - steps;
+        return from < to ? from + std::min(steps, to - from) : from - std::min(steps, from - to);
     }
 
     const Contingency& low_;
@@ -385,6 +385,14 @@ std::optional<Measure> measure_named(std::string_view name) {
         }
     }
     return std::nullopt;
+}
+
+bool Knowledge::tells(Measure measure) const {
+    if (measure == Measure::confidence || measure == Measure::laplace) {
+        return true;
+    }
+    const bool is_share = measure == Measure::support || measure == Measure::coverage;
+    return has_transactions && (has_conclusion || is_share);
 }
 
 double value_of(Measure measure, const Contingency& table, Count transactions) {

@@ -50,6 +50,18 @@ std::vector<std::string> names_of_measures();
 /// The measure of this name; nothing for any other text.
 std::optional<Measure> measure_named(std::string_view name);
 
+/// Which counts are known, of all rules alike: support and premise always are, as a number or as bounds.
+struct Knowledge {
+    bool has_conclusion = true;    ///< how many transactions meet the conclusion
+    bool has_transactions = true;  ///< how many there are
+    bool has_forms = true;         ///< from which pair of itemsets a rule comes
+
+    /// Whether a measure can be told.
+    bool tells(Measure measure) const;
+
+    bool operator==(const Knowledge&) const = default;
+};
+
 /// The smallest and the largest value that a measure can have, as far as the counts are known; equal where
 /// it is known. Infinity is a value. NaN, both, where no value is defined (0/0).
 struct MeasureBounds {

@@ -182,24 +182,26 @@ CLI::Option* add_limit(CLI::App& app, const std::string& name, std::string& word
 
 void add_input_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("INPUT", arguments.input.paths,
-                   "A class file, or transactions in one file or several; - for standard input")
+                   "A class file, transactions in one file or several, or rule files of korv; - for standard "
+                   "input")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type)
         ->required();
     app.add_option("-n,--database-size", words.transactions,
-                   "Number of transactions that the classes of a class file were mined from")
+                   "Number of transactions that the classes or rules were derived from")
         ->check(argument_check(parse_transactions,
                                "a whole number from 1 to " + std::to_string(most_transactions)));
     app.add_option("--database", arguments.input.database,
-                   "The transactions that the classes of a class file were mined from: gives their number, "
-                   "settles every support and checks every class")
+                   "The transactions that the classes or rules were derived from: gives their number, "
+                   "settles every support, checks every class and counts the rules of rule files")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type)
         ->excludes("--database-size");
     app.add_option(
            "--names", arguments.input.names,
-           "The names of the items: lines of an item, a tab and its name (default: the name of the class "
-           "file, or of the transactions of numbers, with the extension .names), where there is such a file")
+           "The names of the items: lines of an item, a tab and its name (default: the name of the "
+           "class file, of the first rule file or of transactions of numbers, with the extension .names), "
+           "where there is such a file")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type);
 }
@@ -375,6 +377,8 @@ std::vector<std::string> words_of_list(const std::string& option, const std::str
 
 RuleRequest rule_request(const CLI::App& app, const Words& words, std::string where) {
     RuleRequest request;
+    request.given = {app.count("--min-support") > 0, app.count("--min-confidence") > 0,
+                     app.count("--wording") > 0, app.count("--readings") > 0, app.count("--sort") > 0};
     request.where = std::move(where);
     if (!request.where.empty()) {
         parse_where(request.where);  // so that a mistake is found before anything is read
@@ -503,7 +507,9 @@ void complete_input(const CLI::App& app, const Words& words, RuleArguments& argu
     InputRequest& input = arguments.input;
     if (app.count("--format") > 0) {
         // With a database, a class file is read as well, and the format is that of the transactions.
-        input.is_class_file = words.reading.format == "classes" || !input.database.empty();
+        input.is_rule_file = words.reading.format == "rules";
+        input.is_class_file =
+            words.reading.format == "classes" || (!input.database.empty() && !input.is_rule_file);
     }
     input.reading = reading_options(app, words.reading);
     const std::vector<BinRule>& bins = input.reading.table.bins;

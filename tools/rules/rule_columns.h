@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,31 +54,50 @@ struct NumberedRule {
 /// - columns.one(name, value) for a number (std::uint64_t) or a word,
 /// - columns.range(name, name_of_most, value) for two columns, those of a CountRange or of MeasureBounds,
 /// - columns.side(name, value) for a Side,
-/// where `value` takes a NumberedRule.
+/// where `value` takes a NumberedRule. A number that is not known, by `known`, is NaN.
 template <typename Columns>
-void for_each_column(const std::vector<FurtherMeasure>& further, Columns&& columns) {
+void for_each_column(const std::vector<FurtherMeasure>& further, const Knowledge& known, Columns&& columns) {
+    constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
+    const auto unknown_range = [](const NumberedRule&) { return MeasureBounds{unknown, unknown}; };
     const auto count = [&](Count Contingency::*each, std::string_view name, std::string_view name_of_most) {
         columns.range(name, name_of_most,
                       [each](const NumberedRule& numbered) { return range_of(numbered.rule, each); });
     };
     const auto measures = [&](const std::vector<FurtherMeasure>& all) {
         for (const FurtherMeasure& each : all) {
+            if (!known.tells(each.measure)) {
+                columns.range(each.name, each.name_of_most, unknown_range);
+                continue;
+            }
             columns.range(each.name, each.name_of_most, [&each](const NumberedRule& numbered) {
                 return bounds_of(each.measure, numbered.rule, numbered.book.transactions);
             });
         }
     };
     columns.one("id", [](const NumberedRule& numbered) { return numbered.id; });
-    columns.one("form", [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
+    if (known.has_forms) {
+        columns.one("form",
+                    [](const NumberedRule& numbered) { return description(numbered.rule.form).label; });
+    } else {
+        columns.one("form", [](const NumberedRule&) { return unknown; });
+    }
     columns.one("kind", [](const NumberedRule& numbered) { return name_of(certainty(numbered.rule)); });
     columns.side("premise", [](const NumberedRule& numbered) { return numbered.rule.premise; });
     columns.side("conclusion", [](const NumberedRule& numbered) { return numbered.rule.conclusion; });
     count(&Contingency::both, "support", "support_max");
     measures(usual_measures());
     count(&Contingency::premise, "premise_count", "premise_count_max");
-    count(&Contingency::conclusion, "conclusion_count", "conclusion_count_max");
-    columns.one("transactions",
-                [](const NumberedRule& numbered) { return std::uint64_t{numbered.book.transactions}; });
+    if (known.has_conclusion) {
+        count(&Contingency::conclusion, "conclusion_count", "conclusion_count_max");
+    } else {
+        columns.range("conclusion_count", "conclusion_count_max", unknown_range);
+    }
+    if (known.has_transactions) {
+        columns.one("transactions",
+                    [](const NumberedRule& numbered) { return std::uint64_t{numbered.book.transactions}; });
+    } else {
+        columns.one("transactions", [](const NumberedRule&) { return unknown; });
+    }
     columns.one("items", [](const NumberedRule& numbered) {
         return std::uint64_t{number_of_items(numbered.rule, numbered.book.itemsets)};
     });

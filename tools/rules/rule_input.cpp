@@ -20,6 +20,7 @@
 #include "rules/bounded_mining.h"
 #include "rules/names_file.h"
 #include "rules/numbered_by_names.h"
+#include "rules/rule_file.h"
 #include "rules/support_counter.h"
 
 namespace korv::tools {
@@ -50,15 +51,38 @@ std::map<Item, std::string> names_of(const Database& database) {
     return names;
 }
 
-/// The names file beside a class file, or beside transactions of numbers; empty where there is none.
-std::string names_beside(const std::string& file) {
+/// The path of a file without the extension .gz.
+std::filesystem::path without_gz(const std::string& file) {
     std::filesystem::path path = file;
-    if (path.extension() == ".gz") {
-        path.replace_extension();
+    return path.extension() == ".gz" ? path.replace_extension() : path;
+}
+
+/// The names file beside another file; empty where there is none, and for "-".
+std::string names_beside(const std::string& file) {
+    if (file == "-") {
+        return "";
     }
-    const std::string names = default_names(path.string());
+    const std::string names = default_names(without_gz(file).string());
     std::error_code failed;  // what cannot be looked at is not there
     return names != file && std::filesystem::exists(names, failed) ? names : "";
+}
+
+/// The names file beside a rule file: called like it, or like the label in its name, which korv makes of the
+/// file, the label and two thresholds: intra_exact_LABEL_10_0.8.txt. Empty where there is none.
+std::string names_beside_rule_file(const std::string& file) {
+    if (const std::string names = names_beside(file); !names.empty()) {
+        return names;
+    }
+    const std::filesystem::path path = without_gz(file);
+    const std::string name = path.filename().string();
+    for (const std::string_view kind : {"intra_exact_", "intra_approx_", "inter_exact_", "inter_approx_"}) {
+        const std::size_t thresholds = name.rfind('_', name.rfind('_') - 1);
+        if (name.starts_with(kind) && thresholds != std::string::npos && thresholds > kind.size()) {
+            const std::string label = name.substr(kind.size(), thresholds - kind.size());
+            return names_beside((path.parent_path() / (label + ".txt")).string());
+        }
+    }
+    return "";
 }
 
 std::string names_of_paths(const std::vector<std::string>& paths) {
@@ -69,11 +93,10 @@ std::string names_of_paths(const std::vector<std::string>& paths) {
     return names;
 }
 
-/// Reads the names from the file that was asked for, or else the one beside a file, where there is one.
-/// `file` is empty, or "-", for none.
-void read_item_names(const InputRequest& request, const std::string& file, RuleInput& input) {
-    const bool may_be_beside = request.names.empty() && !file.empty() && file != "-";
-    input.names_path = may_be_beside ? names_beside(file) : request.names;
+/// Reads the names from the file that was asked for, or else from the one that is beside the input; where
+/// that is empty there is none.
+void read_item_names(const InputRequest& request, const std::string& beside, RuleInput& input) {
+    input.names_path = request.names.empty() ? beside : request.names;
     if (!input.names_path.empty()) {
         input.notes.push_back(note("names", names_of_paths({input.names_path})));
         input.names = ItemNames(read_names(read_text(input.names_path)));
@@ -173,8 +196,23 @@ void check_class_request(const InputRequest& request, const std::string& name) {
     }
 }
 
-/// Reads the transactions of a class file, and counts all of its supports.
-void read_its_database(const InputRequest& request, const ClassFile& file, RuleInput& input) {
+void check_rule_file_request(const InputRequest& request) {
+    const std::string names = names_of_paths(request.paths);
+    const bool is_one = request.paths.size() == 1;
+    if (request.needs_transactions) {
+        throw UsageError(std::string("--exclusions: found the rule ") + (is_one ? "file " : "files ") +
+                         names + "; expected transactions as the input, or a class file and --database FILE");
+    }
+    const std::string option = option_for_transactions(request);
+    if (!option.empty()) {
+        throw UsageError(option + ": goes with transactions only; " + names +
+                         (is_one ? " is a rule file" : " are rule files"));
+    }
+}
+
+/// Reads the transactions of classes or rules. `check` is told that they are read.
+template <typename Check>
+ReadingReport read_its_database(const InputRequest& request, RuleInput& input, const Check& check) {
     ReadingReport report;
     input.database = read_database({request.database}, request.reading, report);
     number_by_names(input.names.all(), *input.database);
@@ -182,13 +220,21 @@ void read_its_database(const InputRequest& request, const ClassFile& file, RuleI
         input.names = ItemNames(names_of(*input.database));
     }
     const std::string name = names_of_paths({request.database});
-    require_supports(file, *input.database, name);
+    check(name);
     input.transactions = input.database->transactions;
     if (request.transactions && *request.transactions != input.transactions) {
         throw UsageError("--database-size: found " + std::to_string(*request.transactions) + "; expected " +
                          std::to_string(input.transactions) + " as in " + name + ", or no such option");
     }
-    input.notes.push_back(note("database", name + ", which has all supports of the classes"));
+    return report;
+}
+
+/// Reads the transactions of a class file, and counts all of its supports.
+void read_database_of_classes(const InputRequest& request, const ClassFile& file, RuleInput& input) {
+    const ReadingReport report = read_its_database(
+        request, input, [&](const std::string& name) { require_supports(file, *input.database, name); });
+    input.notes.push_back(
+        note("database", names_of_paths({request.database}) + ", which has all supports of the classes"));
     add_lines(summary_of_input(*input.database, report), input.notes);
 }
 
@@ -199,12 +245,12 @@ RuleInput read_class_input(TextInput text, const InputRequest& request) {
     const std::string how = request.is_class_file ? "" : " (seen from its first lines)";
     input.notes.push_back(note("class file", file.name + how));
     input.notes.push_back(note("classes", with_commas(file.classes.size())));
-    read_item_names(request, request.paths.front() == "-" ? "" : request.paths.front(), input);
+    read_item_names(request, names_beside(request.paths.front()), input);
     if (request.database.empty()) {
         input.transactions = *request.transactions;
         input.notes.push_back(note("transactions", with_commas(input.transactions)));
     } else {
-        read_its_database(request, file, input);
+        read_database_of_classes(request, file, input);
     }
     input.path = file.name;
     input.classes = std::move(file.classes);
@@ -296,7 +342,7 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
     input.transactions = input.database->transactions;
     add_lines(summary_of_input(*input.database, report), input.notes);
     input.names = ItemNames(names_of(*input.database));
-    read_item_names(request, report.format == Format::fimi ? request.paths.front() : "", input);
+    read_item_names(request, report.format == Format::fimi ? names_beside(request.paths.front()) : "", input);
     if (request.needs_transactions) {
         return input;
     }
@@ -338,14 +384,55 @@ bool is_class_file(const TextInput& text, const InputRequest& request) {
 }  // namespace
 
 RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on) {
-    require_standard_input_once(request);
+    return read_input(open_input(request), request, go_on);
+}
+
+RuleInput read_input(TextStream first, const InputRequest& request, const MiningGoOn& go_on) {
     return within_memory(
         [&] {
-            TextInput text = read_text(request.paths.front());
+            TextInput text = {first.name(), first.rest()};
             return is_class_file(text, request) ? read_class_input(std::move(text), request)
                                                 : read_transactions(std::move(text), request, go_on);
         },
         [&] { return "while reading " + names_of_paths(request.paths); });
+}
+
+TextStream open_input(const InputRequest& request) {
+    require_standard_input_once(request);
+    return TextStream(request.paths.front());
+}
+
+bool are_rule_files(const TextStream& first, const InputRequest& request) {
+    const bool is_open = !request.is_class_file && (!request.database.empty() || !request.reading.format);
+    return request.is_rule_file || (is_open && looks_like_rule_file(first.beginning()));
+}
+
+RuleInput context_of_rule_files(const InputRequest& request) {
+    return within_memory(
+        [&] {
+            check_rule_file_request(request);
+            RuleInput input;
+            const std::string how = request.is_rule_file ? "" : " (seen from the first lines)";
+            const std::size_t more = request.paths.size() - 1;
+            input.notes.push_back(note(more == 0 ? "rule file" : "rule files",
+                                       names_of_paths({request.paths.front()}) +
+                                           (more == 0 ? "" : " and " + with_commas(more) + " more") + how));
+            read_item_names(request, names_beside_rule_file(request.paths.front()), input);
+            input.transactions = request.transactions.value_or(0);
+            if (!request.database.empty()) {
+                const ReadingReport report = read_its_database(request, input, [](const std::string&) {});
+                input.notes.push_back(note("database", names_of_paths({request.database})));
+                add_lines(summary_of_input(*input.database, report), input.notes);
+            } else if (request.transactions) {
+                input.notes.push_back(note("transactions", with_commas(input.transactions)));
+            }
+            if (request.database.empty()) {
+                input.notes.push_back(
+                    note("conclusions", "not counted, so there is no lift; --database FILE counts them"));
+            }
+            return input;
+        },
+        [&] { return "while reading " + names_of_paths({request.database}); });
 }
 
 }  // namespace korv::tools

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/itemset.h"
+#include "common/text_input.h"
 #include "engine/classes.h"
 #include "mine/database.h"
 #include "mine/mining_request.h"
@@ -18,7 +19,8 @@ namespace korv::tools {
 
 /// Where rules come from.
 struct InputRequest {
-    std::vector<std::string> paths;  ///< a class file, or transactions; "-" is standard input
+    std::vector<std::string> paths;  ///< a class file, transactions or rule files; "-" is standard input
+    bool is_rule_file = false;       ///< whether the inputs are said to be rule files
     /// Whether the input is a class file; seen from its first lines where that is not given.
     std::optional<bool> is_class_file;
     ReadingOptions reading;             ///< of transactions, and of `database`
@@ -70,5 +72,23 @@ using MiningGoOn = std::function<bool(const MiningProgress&)>;
 /// that is not that of the database; UsageError for options that do not go with the input, and for a class
 /// file without the number of transactions; OutOfMemory; MiningStopped where `go_on` returned false.
 RuleInput read_input(const InputRequest& request, const MiningGoOn& go_on);
+
+/// The same, of which the first input was opened by open_input.
+RuleInput read_input(TextStream first, const InputRequest& request, const MiningGoOn& go_on);
+
+/// Opens the first input. Throws UsageError where standard input is needed twice, and Error as TextStream
+/// does.
+TextStream open_input(const InputRequest& request);
+
+/// Whether the inputs are rule files: as the request says, or else as the first one begins.
+bool are_rule_files(const TextStream& first, const InputRequest& request);
+
+/// What is known of the rules in rule files: names, N and the database, all where the request has them; no
+/// classes. Where no names file is asked for, it is the one beside the first rule file that is called like
+/// it, or else like the label in its name, with the extension .names. Where nothing says N it is 0.
+///
+/// Throws Error for what is wrong with names and database, and UsageError for options that do not go with
+/// rule files.
+RuleInput context_of_rule_files(const InputRequest& request);
 
 }  // namespace korv::tools

@@ -54,8 +54,18 @@ struct PatternWord {
     bool is_wanted;  ///< whether a rule must have such an item there, or must not
 };
 
+/// Which of the options that have a default were given.
+struct GivenOptions {
+    bool min_support = false;
+    bool min_confidence = false;
+    bool wording = false;
+    bool readings = false;
+    bool sort = false;
+};
+
 /// Which rules are wanted, and how they are told.
 struct RuleRequest {
+    GivenOptions given = {};  ///< of rule files, other things go without saying than of classes
     /// In a small database, 1 % is a transaction or two, which make no pattern, but itemsets without end.
     Threshold min_support = {1, true, 3};
     double min_confidence = 0.8;

@@ -135,15 +135,6 @@ Prune default_prune(const std::vector<FoundRule>& rules, const ItemsetPool& item
     return work <= most_work_for_productive ? Prune::productive : Prune::same;
 }
 
-void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-           const RuleRequest& request, Accounting& accounting) {
-    accounting.prune = request.prune ? *request.prune : default_prune(rules, itemsets);
-    const Pruned pruned = prune_rules(rules, itemsets, transactions, accounting.prune);
-    accounting[Step::turned_round] += pruned.turned_round;
-    accounting[Step::weaker] += pruned.weaker;
-    accounting[Step::unproductive] += pruned.unproductive;
-}
-
 /// Derives the rules of the input and hands on those that are left.
 void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
             SearchResult& result, const AddRule& add, const SearchProgress& progress,
@@ -190,6 +181,15 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 }
 
 }  // namespace
+
+void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+           const RuleRequest& request, Accounting& accounting) {
+    accounting.prune = request.prune ? *request.prune : default_prune(rules, itemsets);
+    const Pruned pruned = prune_rules(rules, itemsets, transactions, accounting.prune);
+    accounting[Step::turned_round] += pruned.turned_round;
+    accounting[Step::weaker] += pruned.weaker;
+    accounting[Step::unproductive] += pruned.unproductive;
+}
 
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
     // Without classes there is no item to match, which is no mistake of a pattern, and no rule to choose.

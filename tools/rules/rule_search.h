@@ -10,6 +10,7 @@
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
 #include "rules/itemset_pool.h"
+#include "rules/measures.h"
 #include "rules/phase.h"
 #include "rules/rule_derivation.h"
 #include "rules/rule_filter.h"
@@ -39,6 +40,7 @@ struct SearchResult {
     ColumnFacts columns;   ///< by which they are worded
     Accounting accounting;
     LatticeEntries lattice;  ///< of the classes of the input; empty unless it was asked for
+    Knowledge known = {};    ///< what can be told of the rules
 };
 
 /// Told what phase the search is in, from that of the lattice to that of sorting, and how many of how many
@@ -62,5 +64,9 @@ struct SearchExtras {
 /// each other.
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
                           const SearchProgress& progress, const SearchExtras& extras = {});
+
+/// Takes out of `rules` what the request leaves out as weaker, or what goes without saying of so many rules.
+void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+           const RuleRequest& request, Accounting& accounting);
 
 }  // namespace korv::tools

@@ -42,6 +42,7 @@ struct RuleBook {
     Count transactions = 0;
     std::vector<Measure> measures = {};    ///< besides those that are always told
     const ColumnFacts* columns = nullptr;  ///< nullptr: nothing is known of columns
+    Knowledge known = {};                  ///< what cannot be told is left out, or an empty cell
 };
 
 /// How a terminal is written to.

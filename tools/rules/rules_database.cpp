@@ -284,9 +284,9 @@ public:
 private:
     void create_tables() const {
         std::string definitions;
-        for_each_column(further_, Definitions(definitions));
+        for_each_column(further_, book_.known, Definitions(definitions));
         std::string columns;
-        for_each_column(further_, ViewColumns(columns));
+        for_each_column(further_, book_.known, ViewColumns(columns));
         database_.run("PRAGMA user_version = " + std::to_string(schema_version) + ';' + tables +
                       "CREATE TABLE rule(" + definitions + "\n);\nCREATE VIEW rules AS SELECT" + columns +
                       "\nFROM rule\n"
@@ -349,12 +349,12 @@ private:
 
     void write_rules(const NumberedSides& sides) const {
         std::string columns;
-        for_each_column(further_, ViewColumns(columns));
+        for_each_column(further_, book_.known, ViewColumns(columns));
         const auto commas = static_cast<std::size_t>(std::ranges::count(columns, ','));
         SqliteStatement statement(database_, insertion("rule", commas + 1));
         std::uint64_t id = 0;
         for (const FoundRule& rule : found_.rules) {
-            for_each_column(further_, RuleRow({++id, rule, book_}, sides, statement));
+            for_each_column(further_, book_.known, RuleRow({++id, rule, book_}, sides, statement));
             statement.insert();
         }
     }

@@ -32,13 +32,31 @@ std::string leverage_cell(double leverage) {
 
 using CellOfNumber = std::string (*)(double number);
 
-std::vector<std::string> titles_of(const std::vector<FurtherMeasure>& further) {
-    std::vector<std::string> titles;
-    for (const Measure each : {Measure::confidence, Measure::lift, Measure::support, Measure::leverage}) {
-        titles.emplace_back(name_of(each));
+/// A column of numbers.
+struct NumberColumn {
+    Measure measure;
+    CellOfNumber cell;
+};
+
+/// The columns of what can be told. Support, which is told as a count, always is.
+std::vector<NumberColumn> columns_of(const RuleBook& book) {
+    std::vector<NumberColumn> columns = {{Measure::confidence, share_cell},
+                                         {Measure::lift, lift_cell},
+                                         {Measure::support, nullptr},
+                                         {Measure::leverage, leverage_cell}};
+    for (const FurtherMeasure& each : further_measures(book)) {
+        columns.push_back({each.measure, measure_text});
     }
-    for (const FurtherMeasure& each : further) {
-        titles.push_back(each.name);
+    std::erase_if(columns, [&book](const NumberColumn& column) {
+        return column.measure != Measure::support && !book.known.tells(column.measure);
+    });
+    return columns;
+}
+
+std::vector<std::string> titles_of(const std::vector<NumberColumn>& columns) {
+    std::vector<std::string> titles;
+    for (const NumberColumn& column : columns) {
+        titles.emplace_back(name_of(column.measure));
     }
     return titles;
 }
@@ -47,9 +65,9 @@ class TableWriter final : public RuleWriter {
 public:
     TableWriter(const RuleBook& book, const TerminalStyle& style, TextSink sink)
         : book_(book),
-          further_(further_measures(book)),
+          columns_(columns_of(book)),
           sides_([this](Side side, std::string& text) { text += side_text(side, book_, style_of_sides); }),
-          table_("rule", titles_of(further_), style, std::move(sink)) {}
+          table_("rule", titles_of(columns_), style, std::move(sink)) {}
 
     void write(const FoundRule& rule) override {
         AlignedTable::Row row;
@@ -64,21 +82,20 @@ public:
 
 private:
     std::vector<std::string> numbers(const FoundRule& rule) const {
-        const auto cell = [&](Measure measure, CellOfNumber text) {
+        std::vector<std::string> numbers;
+        for (const auto& [measure, cell] : columns_) {
+            if (measure == Measure::support) {
+                numbers.push_back(count_text(range_of(rule, &Contingency::both)));
+                continue;
+            }
             const auto [low, high] = bounds_of(measure, rule, book_.transactions);
-            return range_text(text(low), text(high));
-        };
-        std::vector<std::string> numbers = {
-            cell(Measure::confidence, share_cell), cell(Measure::lift, lift_cell),
-            count_text(range_of(rule, &Contingency::both)), cell(Measure::leverage, leverage_cell)};
-        for (const FurtherMeasure& each : further_) {
-            numbers.push_back(cell(each.measure, measure_text));
+            numbers.push_back(range_text(cell(low), cell(high)));
         }
         return numbers;
     }
 
     const RuleBook book_;
-    const std::vector<FurtherMeasure> further_;
+    const std::vector<NumberColumn> columns_;
     SideTexts sides_;
     AlignedTable table_;
 };

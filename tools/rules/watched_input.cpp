@@ -5,6 +5,7 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "common/error.h"
 #include "common/quantity.h"
@@ -28,7 +29,7 @@ std::string why_it_stopped(const MiningProgress& progress, double max_seconds) {
 
 }  // namespace
 
-RuleInput read_watched_input(const InputRequest& request, bool is_quiet) {
+RuleInput read_watched_input(TextStream first, const InputRequest& request, bool is_quiet) {
     const auto start = MiningWatch::Clock::now();
     std::optional<ProgressDisplay> display;
     if (!is_quiet) {
@@ -36,7 +37,7 @@ RuleInput read_watched_input(const InputRequest& request, bool is_quiet) {
     }
     MiningWatch watch(start, request.mining.max_seconds, display ? &*display : nullptr);
     try {
-        return read_input(request, [&watch](const MiningProgress& progress) {
+        return read_input(std::move(first), request, [&watch](const MiningProgress& progress) {
             statistics().phase = Phase::mining;
             return watch.go_on(progress);
         });

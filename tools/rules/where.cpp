@@ -69,6 +69,36 @@ MeasureBounds Where::bounds_of(const Operand& operand, const Subject& subject) {
     return known(std::numeric_limits<double>::quiet_NaN());
 }
 
+std::optional<std::string_view> Where::untold(const Operand& operand, const Knowledge& knowledge) {
+    switch (operand.quantity) {
+        case Quantity::measure:
+            return knowledge.tells(operand.measure) ? std::nullopt : std::optional(name_of(operand.measure));
+        case Quantity::conclusion_count:
+            return knowledge.has_conclusion ? std::nullopt : std::optional("conclusion_count");
+        case Quantity::transactions:
+            return knowledge.has_transactions ? std::nullopt : std::optional("transactions");
+        case Quantity::percentage:
+            return knowledge.has_transactions ? std::nullopt : std::optional("a percentage of transactions");
+        case Quantity::number:
+        case Quantity::support:
+        case Quantity::premise_count:
+        case Quantity::items:
+            break;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string_view> Where::untold(const Knowledge& knowledge) const {
+    for (auto comparison = comparisons_.rbegin(); comparison != comparisons_.rend(); ++comparison) {
+        for (const Operand& operand : {comparison->left, comparison->right}) {
+            if (const auto name = untold(operand, knowledge)) {
+                return name;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
 /// Every line is false where a bound is NaN.
 bool Where::holds(const Comparison& comparison, const Subject& subject) {
     const MeasureBounds left = bounds_of(comparison.left, subject);

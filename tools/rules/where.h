@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -30,6 +31,9 @@ public:
     /// Whether the condition holds for a rule of `items` items, both sides together, in a database of so many
     /// transactions. O(comparisons).
     bool holds(const FoundRule& rule, std::size_t items, Count transactions) const;
+
+    /// A measure or count in it that cannot be told, the first one in the text; nothing where there is none.
+    std::optional<std::string_view> untold(const Knowledge& knowledge) const;
 
 private:
     friend class WhereParser;
@@ -70,6 +74,7 @@ private:
     struct Subject;
 
     static MeasureBounds bounds_of(const Operand& operand, const Subject& subject);
+    static std::optional<std::string_view> untold(const Operand& operand, const Knowledge& knowledge);
     static bool holds(const Comparison& comparison, const Subject& subject);
 
     /// From the last one of the text to the first.

@@ -110,10 +110,7 @@ public:
         const std::string indent(number.size(), ' ');
         text_ = id_ == 1 ? "" : "\n";
         append_paragraph(number, indent, sentence(rule), width_, text_);
-        append_paragraph(indent, indent,
-                         cases(rule) + ", against " + in_general(rule, book_.transactions) +
-                             comparison(bounds_of(Measure::lift, rule, book_.transactions)),
-                         width_, text_);
+        append_paragraph(indent, indent, cases(rule) + against(rule), width_, text_);
         append_paragraph(indent, indent, measures(rule), width_, text_);
         append_paragraph(indent, indent, others(rule), width_, text_);
         sink_(text_);
@@ -128,9 +125,20 @@ private:
         return text + sides_.of(rule.conclusion);
     }
 
+    /// How often the conclusion holds in general, where that is known.
+    std::string against(const FoundRule& rule) const {
+        return book_.known.tells(Measure::lift)
+                   ? ", against " + in_general(rule, book_.transactions) +
+                         comparison(bounds_of(Measure::lift, rule, book_.transactions))
+                   : "";
+    }
+
     std::string measures(const FoundRule& rule) const {
         std::string text;
         for (const FurtherMeasure& each : further_) {
+            if (!book_.known.tells(each.measure)) {
+                continue;
+            }
             const auto [low, high] = bounds_of(each.measure, rule, book_.transactions);
             text += (text.empty() ? "" : ", ") + each.name + " " +
                     range_text(measure_text(low), measure_text(high));
