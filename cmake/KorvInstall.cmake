@@ -25,7 +25,6 @@ function(korv_install_documents)
     set(to ${CMAKE_INSTALL_DOCDIR})
     install(FILES README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md LICENSE DESTINATION ${to} COMPONENT programs)
     install(DIRECTORY docs examples DESTINATION ${to} COMPONENT programs)
-    install(PROGRAMS scripts/explain-rules DESTINATION ${to}/scripts COMPONENT programs)
     install(FILES bench/README.md DESTINATION ${to}/bench COMPONENT programs)
 endfunction()
 

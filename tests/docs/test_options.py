@@ -271,7 +271,7 @@ class RulesOptions(OfKorvRules):
         self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
                          {"--closure-items": ("frequent", "all"), "--color": ("auto", "always", "never"),
                           "--completions": ("bash", "zsh"),
-                          "--format": ("classes", "fimi", "basket", "table"),
+                          "--format": ("classes", "rules", "fimi", "basket", "table"),
                           "--graph": ("lattice", "rules"), "--prune": ("none", "same", "full", "productive"),
                           "--readings": ("one", "all"),
                           "--to": ("words", "table", "csv", "tsv", "jsonl", "sqlite", "dot"),
