@@ -195,13 +195,13 @@ class Databases(InDirectory):
     def test_say_where_they_come_from(self) -> None:
         (self.path / "sub").mkdir()
         (self.path / "sub" / "in.dat").write_text("1 2\n1 2\n3\n", encoding="ascii")
-        database, objects = self.both("sub/in.dat", "-s", "1", "-c", "0.4", "--then", "1 or*|1")
+        database, objects = self.both("sub/in.dat", "-s", "1", "-c", "0.4", "--then", "1*|1")
         meta = dict(map(tuple, database.execute("SELECT key, value FROM meta")))
         version = self.run_program("--version").stdout.split()[1]
         self.assertEqual({key: meta[key] for key in ("program", "version", "input", "options", "transactions", "rules",
                                                      "prune")},
                          {"program": "korv-rules", "version": version, "input": "in.dat",
-                          "options": "--min-confidence 0.4 --then '1 or*|1' --min-support 1", "transactions": 3,
+                          "options": "--min-confidence 0.4 --then '1*|1' --min-support 1", "transactions": 3,
                           "rules": len(objects), "prune": "productive"})
 
     def test_are_there_without_rules(self) -> None:
@@ -230,7 +230,7 @@ class Failures(InDirectory):
                                       "database is a file\n")
         done = self.run_program("in.dat", "--to", "sqlite", "-o", "/dev/null")
         self.assertEqual(done.returncode, 2)
-        self.assertEqual(done.stderr, "korv-rules: /dev/null: is no file; expected one, since a database is to be "
+        self.assertEqual(done.stderr, "korv-rules: \"/dev/null\": is no file; expected one, since a database is to be "
                                       "written\n")
 
     def test_a_full_disk_leaves_the_earlier_file(self) -> None:
