@@ -115,11 +115,21 @@ TEST(FormatGuess, DoubtsASingleLine) {
 
 TEST(FormatGuess, DoubtsRowsOfEqualLengthUnderWhatIsNoHeader) {
     EXPECT_EQ(guess_of("a,b,a\n1,2,3\n"), "doubt \",\": rows of 3 cells under a first line with \"a\" twice");
-    EXPECT_EQ(guess_of(",a,b\n1,2,3\n"),
+    EXPECT_EQ(guess_of("a,,b\n1,2,3\n"),
+              "doubt \",\": rows of 3 cells under a first line with an empty cell");
+    EXPECT_EQ(guess_of(",a,b\n1,2,3\n1,4,5\n"),
+              "doubt \",\": rows of 3 cells under a first line with an empty cell");
+    EXPECT_EQ(guess_of(",a,b\n1,2,3\n,4,5\n"),
               "doubt \",\": rows of 3 cells under a first line with an empty cell");
     EXPECT_EQ(guess_of("1,2.5,3\n4,5,6\n"), "doubt \",\": rows of 3 cells under a first line of numbers");
     EXPECT_EQ(guess_of("milk,bread\neggs,milk\n"),
               "doubt \",\": rows of 2 cells under a first line with \"milk\", which occurs again below");
+}
+
+TEST(FormatGuess, SeesATableWhoseFirstColumnIsLabelsWithoutAName) {
+    EXPECT_EQ(guess_of(",a,b\n1,2,3\n2,4,5\n"), guess_of("id,a,b\n1,2,3\n2,4,5\n"));
+    EXPECT_EQ(guess_of("\"\",\"mpg\"\n\"Mazda RX4\",21\n\"Fiat 128\",32.4\n"),
+              guess_of("car,mpg\nMazda RX4,21\nFiat 128,32.4\n"));
 }
 
 TEST(FormatGuess, DoubtsBasketsThatAreFilledUpWithEmptyCells) {

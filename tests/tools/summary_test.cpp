@@ -152,6 +152,14 @@ TEST_F(SummaryTest, NamesAColumnThatLooksLikeCounts) {
         << notes();
 }
 
+TEST_F(SummaryTest, SaysThatLabelsOfLinesAreLeftOut) {
+    reading_.table = TableReport();
+    reading_.table->has_labels = true;
+    EXPECT_TRUE(notes().starts_with(
+        "The first column has no name, as labels of lines have none: it is left out\nTo derive"))
+        << notes();
+}
+
 TEST_F(SummaryTest, NamesColumnsWithAnotherValueInEveryLine) {
     reading_.table = TableReport();
     reading_.table->identifiers = {"id"};

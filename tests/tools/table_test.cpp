@@ -56,6 +56,15 @@ TEST(Table, LeavesOutEmptyCells) {
     EXPECT_EQ(named_columns(read("a,b\n1,\n,2\n")), (NamedColumns{{"a=1", {0}}, {"b=2", {1}}}));
 }
 
+TEST(Table, LeavesOutTheFirstColumnWhereItHasNoName) {
+    const std::string text = ",a,b\nx,1,2\ny,1,3\n";
+    EXPECT_EQ(read(text).names, (Names{"a=1", "b=2", "b=3"}));
+    EXPECT_TRUE(report(text).has_labels);
+    EXPECT_EQ(read(text, {.columns = {"*"}}).names, (Names{"a=1", "b=2", "b=3"}));
+    EXPECT_EQ(read(text, {.weight_column = "b"}).names, (Names{"a=1"}));
+    EXPECT_FALSE(report("n,a\nx,1\n").has_labels);
+}
+
 TEST(Table, TakesABlankLineForAnEmptyTransaction) {
     const Database database = read("a,b\n1,2\n\n3,4\n");
     EXPECT_EQ(database.transactions, 3U);
@@ -122,8 +131,8 @@ TEST(Table, ReportsALineWithMoreOrFewerCells) {
 }
 
 TEST(Table, ReportsAHeaderWithoutOrWithTheSameNames) {
-    EXPECT_EQ(complaint(",a\n1,2\n"),
-              "a.csv:1:1: found a column without a name; expected a name for each column");
+    EXPECT_EQ(complaint("a,,b\n1,2,3\n"),
+              "a.csv:1:3: found a column without a name; expected a name for each column");
     EXPECT_EQ(complaint("a,\n1,2\n"),
               "a.csv:1:3: found a column without a name; expected a name for each column, and no separator "
               "behind the last");

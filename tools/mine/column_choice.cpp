@@ -14,11 +14,9 @@ namespace {
 constexpr std::size_t most_listed = 10;
 
 /// Names like `word`, the closest first; all names in their order where they are few.
-std::vector<std::string> names_to_list(std::string_view word, const std::vector<std::string>& header) {
-    if (header.size() <= most_listed) {
-        return header;
-    }
-    return nearest(word, header, most_listed);
+std::vector<std::string> names_to_list(std::string_view word, std::vector<std::string> header) {
+    std::erase(header, "");  // a column without a name is not read
+    return header.size() <= most_listed ? header : nearest(word, header, most_listed);
 }
 
 /// Throws Error for a word that should be the name of a column.
@@ -102,8 +100,8 @@ std::vector<std::size_t> chosen_columns(const std::vector<std::string>& header, 
     std::vector<bool> is_chosen(header.size());
     std::vector<std::size_t> chosen;
     for (std::size_t i = 0; i < header.size(); ++i) {
-        is_chosen[i] =
-            (options.columns.empty() || named[i]) && !ignored[i] && header[i] != options.weight_column;
+        const bool is_wanted = (options.columns.empty() || named[i]) && !ignored[i];
+        is_chosen[i] = is_wanted && !header[i].empty() && header[i] != options.weight_column;
         if (is_chosen[i]) {
             chosen.push_back(i);
         }

@@ -14,8 +14,9 @@ namespace korv::tools {
 bool matches(std::string_view pattern, std::string_view name);
 
 /// Which columns become items, as ascending positions in the header: those that options.columns name but
-/// options.ignored do not, without the weight column. `file` is for messages. Throws Error for a pattern that
-/// matches no column, for a rule of a column that does not exist or is not read, and when no column is left.
+/// options.ignored do not, without the weight column and one without a name. `file` is for messages. Throws
+/// Error for a pattern that matches no column, for a rule of a column that does not exist or is not read, and
+/// when no column is left.
 std::vector<std::size_t> chosen_columns(const std::vector<std::string>& header, const TableOptions& options,
                                         const std::string& file);
 

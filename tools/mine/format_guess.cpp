@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -216,10 +217,19 @@ Lengths lengths_of(const std::vector<Row>& rows) {
     return {counts.begin()->first, counts.rbegin()->first, mode->first, mode->second};
 }
 
+/// Whether the first column holds labels of lines: it has no name, and another label in each line.
+bool has_labels(const std::vector<Row>& rows) {
+    std::set<std::string_view> labels;
+    return rows.front().size() > 1 && rows.front().front().empty() &&
+           std::ranges::all_of(rows.begin() + 1, rows.end(), [&labels](const Row& row) {
+               return !row.front().empty() && labels.insert(row.front()).second;
+           });
+}
+
 /// What keeps the first row from being the header of a table; empty when nothing does.
 std::string flaw_of_header(const std::vector<Row>& rows) {
     std::set<std::string_view> names;
-    for (const std::string& name : rows.front()) {
+    for (const std::string& name : std::span(rows.front()).subspan(has_labels(rows) ? 1 : 0)) {
         if (name.empty()) {
             return "with an empty cell";
         }

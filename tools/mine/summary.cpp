@@ -120,6 +120,9 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
         return;
     }
     const TableReport& table = *reading.table;
+    if (table.has_labels) {
+        text += "The first column has no name, as labels of lines have none: it is left out\n";
+    }
     add_cut(table.cut, text);
     add_uncut(table.uncut, text);
     add_identifiers(table.identifiers, text);

@@ -49,12 +49,14 @@ std::string in_cells(std::size_t number) {
     return std::to_string(number) + (number == 1 ? " cell" : " cells");
 }
 
-/// Throws Error unless each column has a name, and one that no other has.
+/// Throws Error unless each column has a name, and one that no other has. The first of several may have none:
+/// other programs write the labels of lines into such a column.
 void check_header(const std::vector<CsvCell>& header, const TextInput& input) {
     std::unordered_set<std::string_view> names;
     for (const CsvCell& cell : header) {
         check_name(cell.text, cell.position, input);
-        if (cell.text.empty()) {
+        const bool may_be_unnamed = &cell == &header.front() && header.size() > 1;
+        if (cell.text.empty() && !may_be_unnamed) {
             const bool is_last = &cell == &header.back();
             throw form_error(input, cell.position, "a column without a name",
                              is_last ? "a name for each column, and no separator behind the last"
@@ -111,6 +113,7 @@ void TableReader::take_header(const Line& header) {
     for (const CsvCell& cell : header.cells) {
         header_.emplace_back(cell.text);
     }
+    report_.has_labels = header_.front().empty();
     cells_ = chosen_columns(header_, options_, file_);
     for (const std::size_t cell : cells_) {
         columns_.emplace_back(header_[cell], options_);

@@ -43,9 +43,11 @@ struct TableReport {
     /// TableReader::report_counts.
     std::string counts;
     std::size_t left_out = 0;  ///< lines with the weight 0
+    bool has_labels = false;   ///< whether the first column has no name, and is left out
 };
 
-/// Reads tables: the first line has the names of the columns, and each other line is a transaction, or as
+/// Reads tables: the first line has the names of the columns (the first of several columns may have none: it
+/// holds labels of lines, and is left out), and each other line is a transaction, or as
 /// many as the weight column says. A blank line is an empty transaction. A line with the weight 0 is left out
 /// as if it were not there, once it has the right number of cells.
 ///
