@@ -57,7 +57,7 @@ struct NumberedRule {
 /// where `value` takes a NumberedRule. A number that is not known, by `known`, is NaN.
 template <typename Columns>
 void for_each_column(const std::vector<FurtherMeasure>& further, const Knowledge& known, Columns&& columns) {
-    constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
+    static constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
     const auto unknown_range = [](const NumberedRule&) { return MeasureBounds{unknown, unknown}; };
     const auto count = [&](Count Contingency::*each, std::string_view name, std::string_view name_of_most) {
         columns.range(name, name_of_most,
