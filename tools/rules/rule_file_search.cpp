@@ -256,8 +256,8 @@ private:
         if (order_.is_before(one, other)) {
             return true;
         }
-        if (order_.is_before(other,
-                             one)) {  // NOLINT(readability-suspicious-call-argument): the other way round
+        // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round
+        if (order_.is_before(other, one)) {
             return false;
         }
         const auto counts = [](const FoundRule& rule) {

@@ -70,7 +70,8 @@ std::string names_beside(const std::string& file) {
 /// The names file beside a rule file: called like it, or like the label in its name, which korv makes of the
 /// file, the label and two thresholds: intra_exact_LABEL_10_0.8.txt. Empty where there is none.
 std::string names_beside_rule_file(const std::string& file) {
-    if (const std::string names = names_beside(file); !names.empty()) {
+    std::string names = names_beside(file);
+    if (!names.empty()) {
         return names;
     }
     const std::filesystem::path path = without_gz(file);

@@ -89,6 +89,7 @@ std::optional<std::string_view> Where::untold(const Operand& operand, const Know
 }
 
 std::optional<std::string_view> Where::untold(const Knowledge& knowledge) const {
+    // NOLINTNEXTLINE(modernize-loop-convert): reversed views do not compile with Debian's default clang
     for (auto comparison = comparisons_.rbegin(); comparison != comparisons_.rend(); ++comparison) {
         for (const Operand& operand : {comparison->left, comparison->right}) {
             if (const auto name = untold(operand, knowledge)) {
