@@ -65,7 +65,7 @@ TEST_F(KorvRules, RefusesWhatDoesNotGoWithExclusions) {
     put("a.dat", five_and_five);
     expect_refused({"a.dat", "--exclusions", "--then", "1"}, 2, "--then: does not go with --exclusions");
     expect_refused({"a.dat", "--exclusions", "--with", "beer"}, 2,
-                   "--with: found \"beer\"; expected an item, such as \"1\", \"2\"");
+                   R"(--with: found "beer"; expected an item, such as "1", "2")");
     expect_refused({"a.dat", "--exclusions", "-s", "11"}, 2,
                    "--min-support: found 11 transactions; expected at least 1 and at most 10, the number of "
                    "transactions in the input");

@@ -26,7 +26,7 @@ const std::string rules_of_two_items = header + three_of_four("2-->1") + three_o
 TEST_F(KorvRules, TellsTheRulesOfARuleFileByWhatItHolds) {
     put("a.classes", two_items_classes);
     const Outcome outcome =
-        shell("\"$2\" two a.classes 1 0.5 8 >stdout; exec \"$0\" inter_approx_two_1_0.5.txt --top 2");
+        shell(R"("$2" two a.classes 1 0.5 8 >stdout; exec "$0" inter_approx_two_1_0.5.txt --top 2)");
     EXPECT_EQ(files().at("inter_approx_two_1_0.5.txt"), rules_of_two_items);
     EXPECT_EQ(outcome.ending, exited(0));
     EXPECT_EQ(outcome.out,
