@@ -48,7 +48,7 @@ class Described(NamedTuple):
 
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
-    Described("korv-rules", "docs/exploring.md", 54, ("uniq -c", "-log10")),
+    Described("korv-rules", "docs/exploring.md", 54, ("uniq -c", "fold -w", "-log10")),
 ]
 
 
