@@ -48,7 +48,7 @@ class Described(NamedTuple):
 
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
-    Described("korv-rules", "docs/exploring.md", 54, ("uniq -c", "fold -w", "-log10")),
+    Described("korv-rules", "docs/exploring.md", 56, ("uniq -c", "fold -w", "-log10")),
 ]
 
 
@@ -282,8 +282,8 @@ class RulesOptions(OfKorvRules):
                           "--min-support", "--missing", "--names", "--output", "--prune", "--readings", "--separator",
                           "--sort", "--to", "--top", "--wording"})
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
-                         {"--count", "--exclusions", "--help", "--help-measures", "--only-true", "--quiet", "--verify",
-                          "--version", "--weighted"})
+                         {"--count", "--exclusions", "--help", "--help-measures", "--only-true", "--quiet", "--test",
+                          "--verify", "--version", "--weighted"})
 
     def test_measures_of_the_table_are_those_of_the_program(self) -> None:
         rows = [[cell.strip("`") for cell in row]

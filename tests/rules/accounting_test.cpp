@@ -92,6 +92,26 @@ TEST_F(AccountingText, SaysWhatEachStepLeftOutAndWhatUndoesIt) {
     EXPECT_EQ(line(Step::weaker), " 5 weaker than one of the same conclusion     --prune none");
 }
 
+TEST_F(AccountingText, SaysWhatTestsLeftOut) {
+    EXPECT_EQ(line(Step::one_column),
+              " 5 with a column on both sides, which --test cannot judge     without --test");
+    EXPECT_EQ(line(Step::insignificant), " 5 that could be chance     without --test");
+    EXPECT_EQ(line(Step::not_confirmed), " 5 not confirmed by the other transactions     without --holdout");
+}
+
+TEST_F(AccountingText, TellsTheChoiceOfTheFirstRulesBeforeTheirConfirmation) {
+    request.is_confirmed = true;
+    request.top = 20;
+    accounting.derived = 100;
+    accounting[Step::top] = 80;
+    accounting[Step::not_confirmed] = 3;
+    EXPECT_EQ(text(),
+              "100 rules from 13,492 classes, 9,835 transactions\n"
+              " 80 beyond the best 20                          --top 0\n"
+              "  3 not confirmed by the other transactions     without --holdout\n"
+              " 17 shown, by leverage\n");
+}
+
 TEST_F(AccountingText, SaysTheSmallestLift) {
     request.min_lift = 1.2;
     EXPECT_EQ(line(Step::chance), " 5 of a lift below 1.2     --min-lift 0 keeps them");

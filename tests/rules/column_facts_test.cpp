@@ -47,6 +47,17 @@ TEST(ColumnFacts, WordASideByTheShorterRestOfAnExhaustiveColumn) {
     EXPECT_EQ(wording({1, 2}, true), "3");
 }
 
+TEST(ColumnFacts, TellWhetherTwoItemsetsShareAnExclusiveColumn) {
+    const auto share = [](const Itemset& one, const Itemset& other, const std::string& more = "") {
+        return facts(more).share_a_column(one, other);
+    };
+    EXPECT_TRUE(share({1}, {2}));
+    EXPECT_TRUE(share({4, 6}, {1, 5}));
+    EXPECT_FALSE(share({1, 2, 6}, {4}));
+    EXPECT_FALSE(share({6}, {6}));
+    EXPECT_FALSE(share({1}, {2}, "1 2\t40\t 1 2,\n"));  // 10 transactions hold both
+}
+
 TEST(ColumnFacts, WordASideByItsItemsWhereTheseAreFewer) {
     EXPECT_EQ(wording({3}, false), "3");
     EXPECT_EQ(wording({3}, true), "-3");

@@ -54,6 +54,19 @@ TEST(CsvWriter, AddsColumnsForFurtherMeasures) {
             "2,R131,approximative,3,2,0,0,,,,,0,0,0,0,5,5,10,2,1,,,0,0\n");
 }
 
+TEST(CsvWriter, AddsWhatOtherTransactionsSayAtTheEnd) {
+    MadeRules rules({});
+    const FoundRule exact = known_rule(rules.any({1}), rules.any({2}), {4, 5, 4});
+    const std::vector<HoldoutCounts> holdout = {{{8, 9, 6}, 2.5}, {{0, 9, 0}, 0}};
+    RuleBook book = rules.book(10, {Measure::jaccard});
+    book.holdout = &holdout;
+    EXPECT_EQ(written(RuleFormat::csv, book, {exact, exact}),
+              std::string(csv_header) +
+                  ",jaccard,jaccard_max,holdout_support,holdout_confidence,holdout_p\n"
+                  "1,R131,exact,1,2,4,4,1,1,2,2,0.2,0.2,4,4,5,5,10,2,1,0.8,0.8,6,0.75,2.5\n"
+                  "2,R131,exact,1,2,4,4,1,1,2,2,0.2,0.2,4,4,5,5,10,2,1,0.8,0.8,0,,0\n");
+}
+
 TEST(CsvWriter, WritesWholeLinesInPieces) {
     MadeRules rules({});
     const FoundRule rule = known_rule(rules.any({1}), rules.any({2}), {4, 5, 4});

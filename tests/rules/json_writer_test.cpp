@@ -49,6 +49,19 @@ TEST(JsonWriter, WritesNullForWhatIsNotDefinedAndAStringForInfinity) {
         << empty;
 }
 
+TEST(JsonWriter, AddsWhatOtherTransactionsSayAtTheEnd) {
+    MadeRules rules({});
+    const std::vector<HoldoutCounts> holdout = {{{8, 9, 6}, 2.5}};
+    RuleBook book = rules.book(10);
+    book.holdout = &holdout;
+    const std::string text =
+        written(RuleFormat::jsonl, book, {known_rule(rules.any({1}), rules.any({2}), {4, 5, 4})});
+    EXPECT_TRUE(
+        text.ends_with(R"("wordings":1,"holdout_support":6,"holdout_confidence":0.75,"holdout_p":2.5})"
+                       "\n"))
+        << text;
+}
+
 TEST(JsonWriter, KeepsUtf8AndEscapesWhatJsonMust) {
     MadeRules rules({{1, "a\"b\\c\n\x01"}, {2, "Käse 🍞 לחם"}, {3, "x\xFF"}});
     const std::string text = written(RuleFormat::jsonl, rules.book(10),

@@ -66,6 +66,53 @@ TEST_F(KorvRulesOfTwoItems, HaveFourStrongReadings) {
     EXPECT_EQ(found({"-c", "0.75"}), Words{"R131 1 => 2"});
 }
 
+TEST_F(KorvRulesOfTwoItems, AreLeftOutByTheTestWhereTheyCouldBeChance) {
+    // 17 of 70 ways to choose 4 of 8 transactions have as many in common. Of two items there are 8 rules.
+    EXPECT_EQ(strong({"--test", "--max-items", "2"}), Words());
+    EXPECT_EQ(strong({"--test", "--max-items", "2", "--alpha", "100%"}), Words());
+    // Of five times as many transactions, 0.19 % of the ways have.
+    put("many.dat", two_items + two_items + two_items + two_items + two_items);
+    const Outcome outcome =
+        rules({"many.dat", "-s", "1", "-c", "0.75", "--max-items", "2", "--test", "--to", "csv"});
+    EXPECT_EQ(rules_in(outcome.out), Words{"R131 1 => 2"});
+}
+
+TEST_F(KorvRulesOfTwoItems, AreConfirmedByOtherTransactions) {
+    put("other.dat", "1 2\n1 2\n1 2\n\n\n\n\n\n\n7\n");
+    put("against.dat", "1\n1\n1\n2\n2\n2\n");
+    const auto confirmed = [this](const std::string& file, const std::string& alpha) {
+        return rules(
+            {"a.dat", "-q", "--to", "csv", "-s", "1", "-c", "0.75", "--holdout", file, "--alpha", alpha});
+    };
+    // One of the 120 ways to choose 3 of 10 transactions.
+    const Outcome found = confirmed("other.dat", "0.0084");
+    EXPECT_EQ(found.ending, exited(0));
+    EXPECT_EQ(rules_in(found.out), Words{"R131 1 => 2"});
+    EXPECT_TRUE(rows_of(found.out).at(0).at(22).starts_with("2.07918")) << found.out;
+    EXPECT_EQ(rows_of(found.out).at(0).at(20), "3");
+    EXPECT_EQ(rows_of(found.out).at(0).at(21), "1");
+    EXPECT_EQ(confirmed("other.dat", "0.0083").ending, exited(1));
+    EXPECT_EQ(confirmed("against.dat", "0.5").ending, exited(1));
+}
+
+TEST_F(KorvRulesOfTwoItems, SayWhatConfirmedThem) {
+    put("other.dat", "1 2\n1 2\n1 2\n\n\n\n\n\n\n7\n");
+    const Outcome outcome = rules({"a.dat", "-s", "1", "-c", "0.75", "--holdout", "other.dat"});
+    EXPECT_EQ(outcome.out, rule_in_words.substr(0, rule_in_words.find("   the same")) +
+                               "   in the holdout, 3 of 3 (100 %), holdout_p 2.08\n"
+                               "   the same association in 3 more readings\n");
+    EXPECT_NE(outcome.err.find("\nholdout             other.dat, 10 transactions\n"), std::string::npos)
+        << outcome.err;
+}
+
+TEST_F(KorvRulesOfTwoItems, RefuseAHoldoutThatIsNone) {
+    expect_refused({"a.dat", "--holdout", "a.dat"}, 2,
+                   "--holdout: found \"a.dat\", the input itself; expected other transactions than those of "
+                   "the rules");
+    expect_refused({"a.dat", "--alpha", "0.1"}, 2,
+                   "--alpha: goes with --test, --holdout or --exclusions only");
+}
+
 TEST_F(KorvRulesOfTwoItems, ReachThresholdsInclusively) {
     EXPECT_EQ(found(Words{"-c", "75%"} + every_rule).size(), 4U);
     EXPECT_EQ(found(Words{"-c", "0.7500001"} + every_rule).size(), 0U);

@@ -180,6 +180,12 @@ TEST_F(KorvRules, RefusesOptionsThatNeedMoreThanRuleFilesHold) {
         "it, or no such option");
     expect_refused({"a.txt", "--count"}, 2,
                    "--count: counts forms, which rule files do not hold; expected classes or transactions");
+    expect_refused({"a.txt", "--test"}, 2,
+                   "--test: counts the items that rules could have been made of, which rule files do not "
+                   "hold; expected classes or transactions");
+    expect_refused({"a.txt", "--holdout", "b.dat"}, 2,
+                   "--holdout: does not go with rule files, whose rules --database FILE counts; expected "
+                   "classes or transactions");
     expect_refused({"a.txt", "--verify"}, 2,
                    "--verify: needs the transactions; expected them as the input, or --database FILE");
     expect_refused({"a.txt", "--bins", "4"}, 2, "--bins: goes with transactions only; a.txt is a rule file");

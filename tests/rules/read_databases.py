@@ -142,6 +142,15 @@ class Databases(InDirectory):
             bounded += sum(each["kind"] == "bounded" for each in objects)
         self.assertGreater(bounded, 100)
 
+    def test_have_what_other_transactions_say(self) -> None:
+        (self.path / "in.dat").write_text(random_transactions(4), encoding="ascii")
+        (self.path / "other.dat").write_text(random_transactions(5), encoding="ascii")
+        database, objects = self.both("in.dat", "-s", "1", "-c", "0.3", "--holdout", "other.dat", "--alpha", "1")
+        self.assertGreater(len(objects), 10)
+        self.assertEqual(list(objects[0])[-3:], ["holdout_support", "holdout_confidence", "holdout_p"])
+        self.expect_consistent(database)
+        self.expect_same(database, objects)
+
     def test_have_names_as_they_are(self) -> None:
         (self.path / "in.dat").write_text("".join(f"{item} {item % 20 + 1}\n" for item in range(1, 21)), "ascii")
         (self.path / "in.names").write_text(

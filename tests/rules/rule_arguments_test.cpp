@@ -223,9 +223,9 @@ TEST(RuleArguments, DrawsTheLatticeUnlessToldOtherwise) {
 TEST(RuleArguments, HasTheOptionsThatDecideWithoutDirectories) {
     EXPECT_EQ(parsed({"a.dat"}).decisive_options, "");
     EXPECT_EQ(parsed({"x/a.dat", "-q", "-o", "y/b.csv", "--names", "z/c names", "--then", "a*", "--then", "b",
-                      "-c", "0.5", "--to", "tsv", "--only-true"})
+                      "-c", "0.5", "--holdout", "z/d.dat", "--to", "tsv", "--only-true"})
                   .decisive_options,
-              "--names 'c names' --min-confidence 0.5 --then 'a*' --then b --only-true");
+              "--names 'c names' --min-confidence 0.5 --then 'a*' --then b --holdout d.dat --only-true");
 }
 
 TEST(RuleArguments, HasNoOutputFileWhereItCounts) {
@@ -310,6 +310,14 @@ TEST(ParseRuleArguments, TakesExclusions) {
     EXPECT_EQ(parsed({"a.csv", "--exclusions", "--max-items", "3"}).exclusions->max_items, 3U);
 }
 
+TEST(ParseRuleArguments, TakesTheErrorRateOfWhatAsksForOne) {
+    EXPECT_EQ(parsed({"a.csv", "--test"}).rules.alpha, 0.05);
+    EXPECT_EQ(parsed({"a.csv", "--test", "--alpha", "1%"}).rules.alpha, 0.01);
+    EXPECT_EQ(parsed({"a.csv", "--holdout", "b.csv", "--alpha", "1"}).rules.alpha, 1);
+    EXPECT_EQ(complaint({"a.csv", "--alpha", "0.1"}),
+              "--alpha: goes with --test, --holdout or --exclusions only");
+}
+
 TEST(ParseRuleArguments, RefusesOptionsThatSayNothingOfExclusions) {
     for (const std::vector<std::string>& option :
          std::vector<std::vector<std::string>>{{"-n", "5"},
@@ -319,6 +327,8 @@ TEST(ParseRuleArguments, RefusesOptionsThatSayNothingOfExclusions) {
                                                {"--max-then", "1"},
                                                {"--min-lift", "1"},
                                                {"--where", "p>1"},
+                                               {"--test"},
+                                               {"--holdout", "b.csv"},
                                                {"--wording", "full"},
                                                {"--readings", "all"},
                                                {"--prune", "none"},
@@ -336,7 +346,6 @@ TEST(ParseRuleArguments, RefusesOptionsThatSayNothingOfExclusions) {
     }
     EXPECT_EQ(complaint({"a.csv", "--exclusions", "--max-items", "4"}),
               "--max-items: found 4; with --exclusions expected 2 for pairs, or 3 for pairs and triples");
-    EXPECT_EQ(complaint({"a.csv", "--alpha", "0.1"}), "--alpha: goes with --exclusions only");
 }
 
 }  // namespace

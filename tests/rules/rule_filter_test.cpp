@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "rules/found_rule.h"
+#include "rules/itemset_pool.h"
 
 namespace korv::tools {
 namespace {
@@ -145,10 +146,34 @@ TEST(RuleFilter, AsksForTheCondition) {
                             {40, 50, 30},
                             {40, 50, 30},
                             Form::R111};
-    EXPECT_FALSE(filter(request).is_refused_by_condition(rule, 3));
-    EXPECT_TRUE(filter(request).is_refused_by_condition(rule, 4));
+    const Itemset one = {1};
+    const Itemset two = {2, 3};
+    const auto refused_with = [&](const Itemset& premise) {
+        return filter(request).refused_at_last(rule, {premise, false}, {two, false});
+    };
+    EXPECT_EQ(refused_with(one), std::nullopt);
+    EXPECT_EQ(refused_with({1, 4}), Step::where);
     request.where = "";
-    EXPECT_FALSE(filter(request).is_refused_by_condition(rule, 4));
+    EXPECT_EQ(refused_with({1, 4}), std::nullopt);
+}
+
+TEST(RuleFilter, AsksForTheTestAtLast) {
+    const ItemNames names(std::map<Item, std::string>{{1, "a=1"}, {2, "a=2"}});
+    const Database database = {{{1, {0}}, {2, {1}}}, 100, {}, 100, {}};
+    RuleRequest request;
+    request.where = "support >= 30";
+    const RuleFilter filter(request, 1, 100, ItemChoice(), parse_where(request.where),
+                            SignificanceTest({0.05, 4, 6}, ColumnFacts(names, database), 100));
+    ItemsetPool pool;
+    const auto refused = [&](const Itemset& premise, const Itemset& conclusion, const Contingency& table) {
+        const FoundRule rule = {
+            {pool.intern(premise), false}, {pool.intern(conclusion), false}, table, table, Form::R111};
+        return filter.refused_at_last(rule, {premise, false}, {conclusion, false});
+    };
+    EXPECT_EQ(refused({1}, {2}, {30, 30, 29}), Step::where);
+    EXPECT_EQ(refused({1}, {2}, {30, 30, 30}), Step::one_column);
+    EXPECT_EQ(refused({1}, {3}, {90, 40, 36}), Step::insignificant);
+    EXPECT_EQ(refused({1}, {3}, {30, 30, 30}), std::nullopt);
 }
 
 }  // namespace

@@ -428,5 +428,39 @@ TEST_F(RuleInputTest, StandardInputIsTakenOnce) {
         "most once");
 }
 
+TEST_F(RuleInputTest, HoldoutIsReadAsTheInputWasSeen) {
+    InputRequest request = request_for(file("a.txt", "bread,milk\nbread,milk,salt\nmilk\n"));
+    request.holdout = file("b.txt", "tea,milk\nbread\n");  // which could be a table by itself
+    const RuleInput input = read(request);
+    ASSERT_TRUE(input.holdout);
+    ASSERT_EQ(input.holdout->items.size(), 3U);
+    EXPECT_EQ(input.holdout->items[0].item, 1U);  // bread
+    EXPECT_EQ(input.holdout->items[0].transactions, std::vector<Transaction>{1});
+    EXPECT_EQ(input.holdout->items[1].item, 2U);  // milk
+    EXPECT_EQ(input.holdout->items[1].transactions, std::vector<Transaction>{0});
+    EXPECT_TRUE(has_note(input, "holdout             " + request.holdout + ", 2 transactions"));
+}
+
+TEST_F(RuleInputTest, HoldoutGoesWithAClassFile) {
+    InputRequest request = classes_of(file("a.classes", "1\t4\t 1,\n2\t4\t 2,\n1 2\t5\t 1 2,\n"), 8);
+    request.holdout = file("b.dat", "1;2\n2\n\n");
+    request.is_class_file = true;
+    request.reading.separator = ';';
+    request.reading.format = Format::basket;
+    EXPECT_NE(complaint(request).find("found no item of the input"), std::string::npos);  // for want of names
+    request.names = file("a.names", "1\t1\n2\t2\n");
+    const RuleInput input = read(request);
+    EXPECT_EQ(input.holdout->transactions, 3U);
+    EXPECT_FALSE(input.database);
+}
+
+TEST_F(RuleInputTest, HoldoutIsNotTheInput) {
+    InputRequest request = request_for(file("a.dat", "1 2\n1\n"));
+    request.holdout = request.paths.front();
+    EXPECT_EQ(complaint(request), "--holdout: found \"" + request.holdout +
+                                      "\", the input itself; expected other transactions than those of the "
+                                      "rules");
+}
+
 }  // namespace
 }  // namespace korv::tools

@@ -32,6 +32,17 @@ TEST_F(TableWriterTest, IsAlignedAndNoWiderThanItsRules) {
               "2  age=child => class not crew       1.000  1.67      109    0.0199\n");
 }
 
+TEST_F(TableWriterTest, HasColumnsForWhatOtherTransactionsSay) {
+    const std::vector<HoldoutCounts> holdout = {{{1470, 1711, 1344}, 12.34}, {{9, 7, 8}, 1.5}};
+    RuleBook book = rules.book(2201);
+    book.holdout = &holdout;
+    EXPECT_EQ(
+        written(RuleFormat::table, book, {women_survived, no_child_in_the_crew}, {.width = 100}),
+        "#  rule                         confidence  lift  support  leverage         holdout  holdout_p\n"
+        "1  sex=female => survived=yes        0.732  2.27      344    0.0873  1,344 of 1,470       12.3\n"
+        "2  age=child => class not crew       1.000  1.67      109    0.0199          8 of 9       1.50\n");
+}
+
 TEST_F(TableWriterTest, WritesNothingWithoutRules) {
     EXPECT_EQ(table({}, {.width = 100}), "");
 }

@@ -33,6 +33,20 @@ TEST_F(WordsWriterTest, SaysAlwaysOfARuleWithoutException) {
               "   in all 109 cases, against 1,316 of all 2,201 (60 %): 1.67 times as often as in general\n");
 }
 
+TEST_F(WordsWriterTest, SaysWhatOtherTransactionsSay) {
+    const std::vector<HoldoutCounts> holdout = {{{1470, 1711, 1344}, 12.34}, {{0, 7, 0}, 0}};
+    RuleBook book = rules.book(2201);
+    book.holdout = &holdout;
+    EXPECT_EQ(written(RuleFormat::words, book, {women_survived, no_child_in_the_crew}, {.width = 90}),
+              "1. If sex=female, then in 73 % of cases: survived=yes\n"
+              "   344 of 470, against 711 of all 2,201 (32 %): 2.27 times as often as in general\n"
+              "   in the holdout, 1,344 of 1,470 (91 %), holdout_p 12.3\n"
+              "\n"
+              "2. If age=child, then always: class not crew\n"
+              "   in all 109 cases, against 1,316 of all 2,201 (60 %): 1.67 times as often as in general\n"
+              "   in the holdout, 0 of 0, holdout_p 0.000\n");
+}
+
 TEST_F(WordsWriterTest, PartsRulesByAnEmptyLine) {
     EXPECT_EQ(words({no_child_in_the_crew, women_survived}),
               "1. If age=child, then always: class not crew\n"

@@ -110,6 +110,10 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
             return words_of_size(request);
         case Step::where:
             return {"not as --where asks", "without --where"};
+        case Step::one_column:
+            return {"with a column on both sides, which --test cannot judge", "without --test"};
+        case Step::insignificant:
+            return {"that could be chance", "without --test"};
         case Step::same_fact:
             return accounting.rule_files > 0 ? StepWords{"the same rule again", ""}
                                              : StepWords{"the same fact in other words", "--wording full"};
@@ -125,17 +129,25 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
             return {"beyond the best " + with_commas(request.per_conclusion) + " of a conclusion",
                     "--per-conclusion 0"};
         case Step::top:
+            return {"beyond the best " + with_commas(request.top), "--top 0"};
+        case Step::not_confirmed:
             break;
     }
-    return {"beyond the best " + with_commas(request.top), "--top 0"};
+    return {"not confirmed by the other transactions", "without --holdout"};
 }
 
-/// The lines of all steps that left rules out, but for the last, which is said with what is shown.
+/// Whether the rules that are shown are the first of those that are left.
+bool ends_with_top(const RuleRequest& request) {
+    return !request.is_confirmed;
+}
+
+/// The lines of all steps that left rules out, but for --top where it is the last, which is said with what is
+/// shown.
 std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request) {
     std::vector<SummaryLine> lines;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(Step::top); ++i) {
+    for (std::size_t i = 0; i < number_of_steps; ++i) {
         const auto step = static_cast<Step>(i);
-        if (accounting[step] > 0) {
+        if (accounting[step] > 0 && (step != Step::top || !ends_with_top(request))) {
             const StepWords words = words_of(step, accounting, request);
             const bool is_first = step == Step::chance;  // which shows what the others mean
             lines.push_back({accounting[step], words.what,
@@ -151,7 +163,7 @@ SummaryLine last_line(const Accounting& accounting, const RuleRequest& request) 
     return {shown,
             "shown, by " + std::string(name_of(request.sort)) +
                 (request.is_ascending ? ", the smallest first" : ""),
-            beyond == 0 ? "" : "--top 0 shows all " + with_commas(shown + beyond)};
+            beyond == 0 || !ends_with_top(request) ? "" : "--top 0 shows all " + with_commas(shown + beyond)};
 }
 
 /// Says that less was pruned than is usual.

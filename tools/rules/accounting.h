@@ -19,6 +19,8 @@ enum class Step : std::size_t {
     items,           ///< not the items asked for
     size,            ///< too many items
     where,           ///< not as --where asks
+    one_column,      ///< a column on both sides, of which --test can say nothing
+    insignificant,   ///< what --test leaves out
     same_fact,       ///< the same fact in other words
     reading,         ///< another reading of an association
     turned_round,    ///< the contrapositive of a rule without exception
@@ -26,9 +28,10 @@ enum class Step : std::size_t {
     unproductive,    ///< no better than a shorter one
     per_conclusion,  ///< beyond --per-conclusion
     top,             ///< beyond --top
+    not_confirmed,   ///< what --holdout leaves out
 };
 
-inline constexpr std::size_t number_of_steps = static_cast<std::size_t>(Step::top) + 1;
+inline constexpr std::size_t number_of_steps = static_cast<std::size_t>(Step::not_confirmed) + 1;
 
 /// What became of every rule.
 struct Accounting {

@@ -154,6 +154,15 @@ bool ColumnFacts::imply(const WordedSide& premise, const WordedSide& conclusion)
     return column != nullptr && column == common_column(conclusion.items);
 }
 
+bool ColumnFacts::share_a_column(ItemSpan one, ItemSpan other) const {
+    const auto is_in_other = [&](const Column* column) {
+        return column != nullptr &&
+               std::ranges::any_of(other, [&](Item item) { return column_of(item) == column; });
+    };
+    return !columns_.empty() &&
+           std::ranges::any_of(one, [&](Item item) { return is_in_other(column_of(item)); });
+}
+
 /// The exclusive column of an item; nullptr where it has none.
 const ColumnFacts::Column* ColumnFacts::column_of(Item item) const {
     const auto found = column_of_.find(item);

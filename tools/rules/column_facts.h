@@ -58,6 +58,9 @@ public:
     /// column exclude each other, or that every transaction has one.
     bool imply(const WordedSide& premise, const WordedSide& conclusion) const;
 
+    /// Whether two itemsets have items of the same exclusive column.
+    bool share_a_column(ItemSpan one, ItemSpan other) const;
+
 private:
     struct Column {
         Itemset items;

@@ -107,7 +107,7 @@ ColumnSizes::ColumnSizes(const RuleBook& book)
              bytes_of_header(RuleFormat::jsonl, book)} {}
 
 void ColumnSizes::add(const FoundRule& rule) {
-    for_each_column(further_, book_.known, Columns({++id_, rule, book_}, *this));
+    for_each_column(further_, book_, Columns({++id_, rule, book_}, *this));
     // Braces and the line end, but no comma behind the last member.
     bytes_.jsonl += std::string_view("{}\n").size() - 1;
 }

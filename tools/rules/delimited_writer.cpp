@@ -122,12 +122,12 @@ public:
           separator_(separator),
           sides_([this, cell](Side side, std::string& text) { text += cell(side_text(side, book_, {})); }),
           sink_(std::move(sink)) {
-        for_each_column(further_, book_.known, Header(separator_, text_));
+        for_each_column(further_, book_, Header(separator_, text_));
         end_line();
     }
 
     void write(const FoundRule& rule) override {
-        for_each_column(further_, book_.known, Row({++id_, rule, book_}, sides_, separator_, text_));
+        for_each_column(further_, book_, Row({++id_, rule, book_}, sides_, separator_, text_));
         end_line();
         constexpr std::size_t most_kept = 1 << 16;
         if (text_.size() >= most_kept) {

@@ -86,7 +86,7 @@ public:
     void write(const FoundRule& rule) override {
         json_.Reset(text_);
         json_.StartObject();
-        for_each_column(further_, book_.known, Members({++id_, rule, book_}, sides_, json_));
+        for_each_column(further_, book_, Members({++id_, rule, book_}, sides_, json_));
         json_.EndObject();
         text_.Put('\n');
         constexpr std::size_t most_kept = 1 << 16;

@@ -80,6 +80,9 @@ void require_distinct_files(const RuleArguments& arguments, const std::string& n
     if (!arguments.input.database.empty()) {
         inputs.push_back({arguments.input.database, "the database (--database)"});
     }
+    if (!arguments.input.holdout.empty()) {
+        inputs.push_back({arguments.input.holdout, "the other transactions (--holdout)"});
+    }
     if (!names.empty()) {
         inputs.push_back({names, "the names file"});
     }
@@ -169,8 +172,13 @@ void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) 
 /// Writes the rules, or the report on them, and counts them again before that where it is asked for.
 void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
            const RuleArguments& arguments, SearchWatch& watch, RuleOutput& output) {
-    const RuleBook book = {found.itemsets,     input.names,    input.transactions,
-                           arguments.measures, &found.columns, found.known};
+    const RuleBook book = {found.itemsets,
+                           input.names,
+                           input.transactions,
+                           arguments.measures,
+                           &found.columns,
+                           found.known,
+                           input.holdout ? &found.holdout : nullptr};
     watch.begin(Phase::writing);
     if (arguments.verifies) {
         verify(found.rules, book, *input.database);
@@ -210,6 +218,16 @@ Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOu
 void require_rule_files_suffice(const RuleArguments& arguments) {
     if (arguments.is_count) {
         throw Error("--count: counts forms, which rule files do not hold; expected classes or transactions");
+    }
+    if (arguments.rules.is_tested) {
+        throw Error(
+            "--test: counts the items that rules could have been made of, which rule files do not hold; "
+            "expected classes or transactions");
+    }
+    if (!arguments.input.holdout.empty()) {
+        throw Error(
+            "--holdout: does not go with rule files, whose rules --database FILE counts; expected classes or "
+            "transactions");
     }
     if (arguments.format == RuleFormat::sqlite) {
         throw Error(

@@ -88,4 +88,8 @@ std::string count_text(const CountRange& count) {
     return range_text(with_commas(count.low), with_commas(count.high));
 }
 
+std::string holdout_text(const HoldoutCounts& holdout) {
+    return with_commas(holdout.counts.both) + " of " + with_commas(holdout.counts.premise);
+}
+
 }  // namespace korv::tools

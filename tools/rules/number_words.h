@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "rules/holdout.h"
 #include "rules/measures.h"
 #include "rules/rule_columns.h"
 
@@ -30,5 +31,8 @@ std::string range_text(const std::string& low, const std::string& high);
 
 /// A count with commas, or its range.
 std::string count_text(const CountRange& count);
+
+/// How often a rule holds in other transactions: "88 of 97".
+std::string holdout_text(const HoldoutCounts& holdout);
 
 }  // namespace korv::tools

@@ -102,11 +102,11 @@ struct Words {
 
 /// The options that say nothing of exclusions.
 constexpr std::array options_of_rules = {
-    "--database-size", "--if",      "--if-not",    "--then",     "--then-not",       "--forms",
-    "--kinds",         "--max-if",  "--max-then",  "--min-lift", "--where",          "--wording",
-    "--readings",      "--prune",   "--sort",      "--measures", "--per-conclusion", "--count",
-    "--verify",        "--min-own", "--min-joint", "--max-size", "--closure-items",  "--max-classes",
-    "--max-seconds"};
+    "--database-size",  "--if",          "--if-not",     "--then",     "--then-not",  "--forms",
+    "--kinds",          "--max-if",      "--max-then",   "--min-lift", "--where",     "--test",
+    "--holdout",        "--wording",     "--readings",   "--prune",    "--sort",      "--measures",
+    "--per-conclusion", "--count",       "--verify",     "--min-own",  "--min-joint", "--max-size",
+    "--closure-items",  "--max-classes", "--max-seconds"};
 
 /// An option that takes patterns of items.
 struct PatternOption {
@@ -241,6 +241,14 @@ void add_choice_options(CLI::App& app, RuleArguments& arguments, Words& words) {
                    "--help-measures names the measures")
         ->check(argument_check(has_text, "a condition such as 'lift > 1.2'"))
         ->group(choice_group);
+    app.add_flag("--test", arguments.rules.is_tested,
+                 "Only rules that chance alone would hardly produce, however many were looked at")
+        ->group(choice_group);
+    app.add_option("--holdout", arguments.input.holdout,
+                   "Only rules that these other transactions confirm; tells their counts there")
+        ->check(argument_check(is_path, "the name of a file"))
+        ->type_name(file_type)
+        ->group(choice_group);
 }
 
 void add_exclusion_options(CLI::App& app, Words& words) {
@@ -251,8 +259,9 @@ void add_exclusion_options(CLI::App& app, Words& words) {
         ->group(choice_group);
     app.add_option(
            "--alpha", words.alpha,
-           "With --exclusions: the largest probability that chance alone would give any of them; 1 for "
-           "all that are together less often than by chance (default: 0.05)")
+           "How probable it may be at most that chance alone brings a single rule through --test or "
+           "--holdout, or one of --exclusions, of which 1 tells all that are together less often than by "
+           "chance (default: 0.05)")
         ->check(argument_check(parse_alpha, "a number above 0 and up to 1, or a percentage"))
         ->group(choice_group);
 }
@@ -375,11 +384,23 @@ std::vector<std::string> words_of_list(const std::string& option, const std::str
     return words;
 }
 
-RuleRequest rule_request(const CLI::App& app, const Words& words, std::string where) {
-    RuleRequest request;
+/// Fills in how sure is sure enough.
+void complete_test(const CLI::App& app, const Words& words, RuleArguments& arguments) {
+    RuleRequest& request = arguments.rules;
+    request.is_confirmed = !arguments.input.holdout.empty();
+    if (app.count("--alpha") == 0 || arguments.exclusions) {
+        return;
+    }
+    if (!request.is_tested && !request.is_confirmed) {
+        throw Error("--alpha: goes with --test, --holdout or --exclusions only");
+    }
+    request.alpha = *parse_alpha(words.alpha);
+}
+
+/// Completes a request that holds what options fill in themselves.
+RuleRequest rule_request(const CLI::App& app, const Words& words, RuleRequest request) {
     request.given = {app.count("--min-support") > 0, app.count("--min-confidence") > 0,
                      app.count("--wording") > 0, app.count("--readings") > 0, app.count("--sort") > 0};
-    request.where = std::move(where);
     if (!request.where.empty()) {
         parse_where(request.where);  // so that a mistake is found before anything is read
     }
@@ -433,7 +454,7 @@ void check_format(const CLI::App& app, const RuleArguments& arguments) {
 /// The options that decide which rules there are and what is told of them, see RuleArguments.
 std::string decisive_options(const CLI::App& app) {
     constexpr std::array others = {"--output", "--to", "--graph", "--color", "--verify", "--quiet"};
-    constexpr std::array paths = {"--database", "--names"};
+    constexpr std::array paths = {"--database", "--holdout", "--names"};
     std::string text;
     for (const CLI::Option* const option : app.get_options()) {
         const std::string name = option->get_name();
@@ -506,10 +527,11 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
 void complete_input(const CLI::App& app, const Words& words, RuleArguments& arguments) {
     InputRequest& input = arguments.input;
     if (app.count("--format") > 0) {
-        // With a database, a class file is read as well, and the format is that of the transactions.
+        // With a class file, the format is that of its database, or of the other transactions.
+        const bool is_of_others =
+            !input.database.empty() || (!input.holdout.empty() && app.count("--database-size") > 0);
         input.is_rule_file = words.reading.format == "rules";
-        input.is_class_file =
-            words.reading.format == "classes" || (!input.database.empty() && !input.is_rule_file);
+        input.is_class_file = words.reading.format == "classes" || (is_of_others && !input.is_rule_file);
     }
     input.reading = reading_options(app, words.reading);
     const std::vector<BinRule>& bins = input.reading.table.bins;
@@ -639,10 +661,9 @@ RuleArguments parse_rule_arguments(int argc, char** argv) {
     }
     if (words.is_of_exclusions) {
         arguments.exclusions = exclusion_request(app, words);
-    } else if (app.count("--alpha") > 0) {
-        throw Error("--alpha: goes with --exclusions only");
     }
-    arguments.rules = rule_request(app, words, std::move(arguments.rules.where));
+    arguments.rules = rule_request(app, words, std::move(arguments.rules));
+    complete_test(app, words, arguments);
     complete_input(app, words, arguments);
     complete_output(app, words, arguments);
     arguments.decisive_options = decisive_options(app);

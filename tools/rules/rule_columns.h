@@ -9,6 +9,7 @@
 
 #include "base/itemset.h"
 #include "engine/rule_catalogue.h"
+#include "rules/confidence.h"
 #include "rules/found_rule.h"
 #include "rules/measures.h"
 #include "rules/rule_order.h"
@@ -51,12 +52,14 @@ struct NumberedRule {
 };
 
 /// The columns of csv and tsv, which are the keys of jsonl, in their order. Calls
-/// - columns.one(name, value) for a number (std::uint64_t) or a word,
+/// - columns.one(name, value) for a number (std::uint64_t or double) or a word,
 /// - columns.range(name, name_of_most, value) for two columns, those of a CountRange or of MeasureBounds,
 /// - columns.side(name, value) for a Side,
-/// where `value` takes a NumberedRule. A number that is not known, by `known`, is NaN.
+/// where `value` takes a NumberedRule. A number that is not known, by the book, is NaN. The last ones are
+/// there only where the book has what other transactions say.
 template <typename Columns>
-void for_each_column(const std::vector<FurtherMeasure>& further, const Knowledge& known, Columns&& columns) {
+void for_each_column(const std::vector<FurtherMeasure>& further, const RuleBook& book, Columns&& columns) {
+    const Knowledge& known = book.known;
     static constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
     const auto unknown_range = [](const NumberedRule&) { return MeasureBounds{unknown, unknown}; };
     const auto count = [&](Count Contingency::*each, std::string_view name, std::string_view name_of_most) {
@@ -104,6 +107,20 @@ void for_each_column(const std::vector<FurtherMeasure>& further, const Knowledge
     columns.one("wordings",
                 [](const NumberedRule& numbered) { return std::uint64_t{numbered.rule.wordings}; });
     measures(further);
+    if (book.holdout == nullptr) {
+        return;
+    }
+    const auto of_holdout = [](const NumberedRule& numbered) -> const HoldoutCounts& {
+        return *numbered.book.holdout_of(numbered.id);
+    };
+    columns.one("holdout_support", [of_holdout](const NumberedRule& numbered) {
+        return std::uint64_t{of_holdout(numbered).counts.both};
+    });
+    columns.one("holdout_confidence", [of_holdout](const NumberedRule& numbered) {
+        return Confidence(of_holdout(numbered).counts).value();
+    });
+    columns.one("holdout_p",
+                [of_holdout](const NumberedRule& numbered) { return of_holdout(numbered).surprise; });
 }
 
 }  // namespace korv::tools

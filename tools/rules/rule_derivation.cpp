@@ -181,8 +181,8 @@ void Derivation::add_candidate(const CountedRule& rule, const WordedSide& premis
     // Groups 3 and 4 have one negated side; each itemset for which its rest stands turns that once more.
     const bool is_opposite = (group(rule.form) >= 3) != (base.is_turned() != difference.is_turned());
     const FoundRule found = {side(premise), side(conclusion), rule.at_low, rule.at_high, rule.form};
-    if (filter_.is_refused_by_condition(found, premise.items.size() + conclusion.items.size())) {
-        ++accounting_[Step::where];
+    if (const auto step = filter_.refused_at_last(found, premise, conclusion)) {
+        ++accounting_[*step];
         return;
     }
     const bool waits = !base.rest.empty() || !difference.rest.empty();

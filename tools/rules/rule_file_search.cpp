@@ -324,9 +324,9 @@ private:
         const RuleRecord& record = reader.record();
         const Form form = record.first_form();
         const std::size_t items = record.premise.items.size() + record.conclusion.items.size();
-        if (const auto step = filter_.refused_by_sides(
-                {record.premise.items, record.premise.is_negated},
-                {record.conclusion.items, record.conclusion.is_negated}, result_.columns)) {
+        const WordedSide premise = {record.premise.items, record.premise.is_negated};
+        const WordedSide conclusion = {record.conclusion.items, record.conclusion.is_negated};
+        if (const auto step = filter_.refused_by_sides(premise, conclusion, result_.columns)) {
             return step;
         }
         FoundRule rule = {Side(0, record.premise.is_negated), Side(0, record.conclusion.is_negated),
@@ -337,8 +337,8 @@ private:
         if (const auto step = filter_.refused_by_counts(form, rule.at_low, rule.at_high)) {
             return step;
         }
-        if (filter_.is_refused_by_condition(rule, items)) {
-            return Step::where;
+        if (const auto step = filter_.refused_at_last(rule, premise, conclusion)) {
+            return step;
         }
         rules_.add(rule, items, [&](FoundRule& kept) {
             kept.premise = Side(result_.itemsets.intern(record.premise.items), record.premise.is_negated);

@@ -19,7 +19,7 @@ std::size_t limit(std::size_t given) {
 }  // namespace
 
 RuleFilter::RuleFilter(const RuleRequest& request, Count min_support, Count transactions, ItemChoice choice,
-                       Where where)
+                       Where where, std::optional<SignificanceTest> test)
     : min_support_(min_support),
       min_confidence_(request.min_confidence),
       min_lift_(request.min_lift),
@@ -28,7 +28,8 @@ RuleFilter::RuleFilter(const RuleRequest& request, Count min_support, Count tran
       max_premise_items_(limit(request.max_premise_items)),
       max_conclusion_items_(limit(request.max_conclusion_items)),
       choice_(std::move(choice)),
-      where_(std::move(where)) {
+      where_(std::move(where)),
+      test_(std::move(test)) {
     has_form_.fill(request.forms.empty());
     for (const Form form : request.forms) {
         has_form_[static_cast<std::size_t>(form)] = true;
@@ -81,6 +82,21 @@ std::optional<Step> RuleFilter::refused_by_sides(const WordedSide& premise, cons
                               premise.items.size() > max_premise_items_ ||
                               conclusion.items.size() > max_conclusion_items_;
     return is_too_large ? std::optional(Step::size) : std::nullopt;
+}
+
+std::optional<Step> RuleFilter::refused_at_last(const FoundRule& rule, const WordedSide& premise,
+                                                const WordedSide& conclusion) const {
+    const std::size_t items = premise.items.size() + conclusion.items.size();
+    if (!where_.holds(rule, items, transactions_)) {
+        return Step::where;
+    }
+    if (!test_) {
+        return std::nullopt;
+    }
+    if (!test_->is_open_to(premise, conclusion)) {
+        return Step::one_column;
+    }
+    return test_->passes(rule, items) ? std::nullopt : std::optional(Step::insignificant);
 }
 
 }  // namespace korv::tools

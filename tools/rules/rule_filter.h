@@ -9,6 +9,7 @@
 #include "rules/found_rule.h"
 #include "rules/item_choice.h"
 #include "rules/rule_request.h"
+#include "rules/significance.h"
 #include "rules/where.h"
 
 namespace korv::tools {
@@ -17,9 +18,9 @@ namespace korv::tools {
 class RuleFilter {
 public:
     /// `min_support`: in transactions. `choice` and `where`: what the patterns and the condition of the
-    /// request say.
+    /// request say; `test`: what --test does, where it is asked for.
     RuleFilter(const RuleRequest& request, Count min_support, Count transactions, ItemChoice choice,
-               Where where);
+               Where where, std::optional<SignificanceTest> test = {});
 
     /// Whether a rule reaches the minimum support and the minimum confidence, at both ends of its bounds.
     bool reaches_thresholds(const Contingency& at_low, const Contingency& at_high) const;
@@ -34,10 +35,10 @@ public:
     std::optional<Step> refused_by_sides(const WordedSide& premise, const WordedSide& conclusion,
                                          const ColumnFacts& columns) const;
 
-    /// Whether the condition of --where does not hold. `items`: of both sides together.
-    bool is_refused_by_condition(const FoundRule& rule, std::size_t items) const {
-        return !where_.holds(rule, items, transactions_);
-    }
+    /// The first of the last steps: the condition of --where, and the test. Nothing where the rule passes
+    /// them. `premise` and `conclusion`: its sides.
+    std::optional<Step> refused_at_last(const FoundRule& rule, const WordedSide& premise,
+                                        const WordedSide& conclusion) const;
 
 private:
     bool is_above_chance(const Contingency& table) const;
@@ -53,6 +54,7 @@ private:
     std::size_t max_conclusion_items_;
     ItemChoice choice_;
     Where where_;
+    std::optional<SignificanceTest> test_;
 };
 
 }  // namespace korv::tools

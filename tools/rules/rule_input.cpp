@@ -18,6 +18,7 @@
 #include "mine/arguments.h"
 #include "mine/summary.h"
 #include "rules/bounded_mining.h"
+#include "rules/holdout_input.h"
 #include "rules/names_file.h"
 #include "rules/numbered_by_names.h"
 #include "rules/rule_file.h"
@@ -120,7 +121,7 @@ std::string transactions_beside(const std::string& class_file) {
 std::string option_for_transactions(const InputRequest& request) {
     const ReadingOptions& reading = request.reading;
     const MiningRequest& mining = request.mining;
-    const bool is_read_only = !request.database.empty();
+    const bool is_read_only = !request.database.empty() || !request.holdout.empty();
     const std::array<std::pair<bool, const char*>, 9> given = {{
         {!is_read_only && reading.format, "--format"},
         {!is_read_only && reading.separator, "--separator"},
@@ -239,6 +240,30 @@ void read_database_of_classes(const InputRequest& request, const ClassFile& file
     add_lines(summary_of_input(*input.database, report), input.notes);
 }
 
+/// Rules are always confirmed by the transactions that they were found in.
+void require_other_transactions(const InputRequest& request) {
+    std::vector<std::string> paths = request.paths;
+    paths.push_back(request.database);
+    for (const std::string& path : paths) {
+        std::error_code failed;  // what cannot be looked at is told of where it is read
+        if (std::filesystem::equivalent(path, request.holdout, failed)) {
+            throw UsageError("--holdout: found " + shown(request.holdout) +
+                             ", the input itself; expected other transactions than those of the rules");
+        }
+    }
+}
+
+/// Reads the transactions that confirm rules, where there are some. `reading`: how to.
+void add_holdout(const InputRequest& request, const ReadingOptions& reading, RuleInput& input) {
+    if (request.holdout.empty()) {
+        return;
+    }
+    require_other_transactions(request);
+    input.holdout = read_holdout(request.holdout, reading, input.names);
+    input.notes.push_back(note("holdout", names_of_paths({request.holdout}) + ", " +
+                                              with_commas(input.holdout->transactions) + " transactions"));
+}
+
 RuleInput read_class_input(TextInput text, const InputRequest& request) {
     check_class_request(request, text.name);
     RuleInput input;
@@ -256,6 +281,7 @@ RuleInput read_class_input(TextInput text, const InputRequest& request) {
     input.path = file.name;
     input.classes = std::move(file.classes);
     input.lines = std::move(file.lines);
+    add_holdout(request, request.reading, input);
     return input;
 }
 
@@ -347,6 +373,10 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
     if (request.needs_transactions) {
         return input;
     }
+    ReadingOptions as_seen = request.reading;
+    as_seen.format = report.format;
+    as_seen.separator = report.separator;
+    add_holdout(request, as_seen, input);
     within_memory([&] { mine_input(request, go_on, input); },
                   [&] { return "while mining " + names_of_paths(request.paths); });
     return input;
@@ -355,10 +385,11 @@ RuleInput read_transactions(TextInput text, const InputRequest& request, const M
 /// Standard input has an end only once.
 void require_standard_input_once(const InputRequest& request) {
     const bool is_input = std::ranges::find(request.paths, "-") != request.paths.end();
-    const std::array<std::pair<bool, const char*>, 3> uses = {{
+    const std::array<std::pair<bool, const char*>, 4> uses = {{
         {is_input, "the input"},
         {request.database == "-", "the database (--database)"},
         {request.names == "-", "the names file (--names)"},
+        {request.holdout == "-", "the other transactions (--holdout)"},
     }};
     std::string found;
     std::size_t number = 0;

@@ -29,6 +29,7 @@ struct InputRequest {
     std::optional<Count> transactions;  ///< N, for a class file without a database
     std::string database;               ///< path of the transactions of a class file; empty for none
     std::string names;                  ///< path of a names file; empty for the default
+    std::string holdout;                ///< path of transactions that confirm rules; empty for none
     std::size_t max_items = 6;          ///< no essential itemset is mined that has more; 0 for any
     bool needs_transactions = false;    ///< which then are not mined; a class file needs its database
 };
@@ -39,6 +40,7 @@ struct RuleInput {
     Count transactions = 0;  ///< N
     ItemNames names;
     std::optional<Database> database;  ///< where the transactions are at hand
+    std::optional<Database> holdout;   ///< other transactions, with the items of these: see read_holdout
     /// What the summary says of the input: whole lines, without line ends.
     std::vector<std::string> notes;
     /// The lines of the class file in the order of `classes`, for messages; empty for transactions.

@@ -80,6 +80,10 @@ struct RuleRequest {
     std::optional<double> min_lift;
     std::string where;  ///< empty for none
 
+    bool is_tested = false;     ///< --test: no rules that could be chance
+    bool is_confirmed = false;  ///< --holdout: only rules that other transactions confirm
+    double alpha = 0.05;        ///< how probable it may be that chance brings a rule through either; up to 1
+
     Wording wording = Wording::shortest;
     Readings readings = Readings::one;
     std::optional<Prune> prune;  ///< nothing: productive, or same where the rules are too many

@@ -32,10 +32,7 @@ Count minimum_support(const RuleInput& input, const RuleRequest& request) {
 }
 
 /// Where the transactions are at hand, what they say of columns; otherwise what the classes do.
-ColumnFacts column_facts(const RuleInput& input, const RuleRequest& request) {
-    if (request.wording == Wording::full) {
-        return {};
-    }
+ColumnFacts column_facts(const RuleInput& input) {
     return input.database ? ColumnFacts(input.names, *input.database)
                           : ColumnFacts(input.names, input.classes, input.transactions);
 }
@@ -89,6 +86,15 @@ std::string from_to(std::uint64_t low, std::uint64_t high) {
                 ", since the support of " + place_of_class(input, pair.base_node) + " is " +
                 std::to_string(pair.base_support) + " and that of the rest of its items, " +
                 text_of_items(pair.difference) + ", by other classes " + from_to(lower, upper));
+}
+
+/// What --test does, where it is asked for.
+std::optional<SignificanceTest> significance_test(const RuleInput& input, const RuleRequest& request) {
+    if (!request.is_tested) {
+        return std::nullopt;
+    }
+    const SignificanceLevels levels(request.alpha, items_of(input).size(), request.max_items);
+    return SignificanceTest(levels, column_facts(input), input.transactions);
 }
 
 /// Takes the rules that are left after pruning, and keeps those that are told.
@@ -155,7 +161,9 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
         counted.emplace(from_classes, *counter);
     }
     Supports& supports = counted ? static_cast<Supports&>(*counted) : from_classes;
-    result.columns = column_facts(input, request);
+    if (request.wording == Wording::shortest) {
+        result.columns = column_facts(input);
+    }
 
     std::optional<RuleMaker> korv_rules;
     if (korv != nullptr) {
@@ -194,9 +202,12 @@ void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count tra
 RuleFilter rule_filter(const RuleInput& input, const RuleRequest& request) {
     // Without classes there is no item to match, which is no mistake of a pattern, and no rule to choose.
     const bool has_choice = !request.patterns.empty() && !input.classes.empty();
-    return {request, minimum_support(input, request), input.transactions,
+    return {request,
+            minimum_support(input, request),
+            input.transactions,
             has_choice ? ItemChoice(request.patterns, items_of(input), input.names) : ItemChoice(),
-            request.where.empty() ? Where() : parse_where(request.where)};
+            request.where.empty() ? Where() : parse_where(request.where),
+            significance_test(input, request)};
 }
 
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
@@ -219,6 +230,11 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
     }
     progress.begin(Phase::sorting);
     result.rules = selection.take(result.accounting);
+    if (input.holdout) {
+        const std::size_t chosen = result.rules.size();
+        result.holdout = keep_confirmed(result.rules, result.itemsets, *input.holdout, request.alpha);
+        result.accounting[Step::not_confirmed] += chosen - result.rules.size();
+    }
     return result;
 }
 

@@ -9,6 +9,7 @@
 #include "rules/accounting.h"
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
+#include "rules/holdout.h"
 #include "rules/itemset_pool.h"
 #include "rules/measures.h"
 #include "rules/phase.h"
@@ -36,8 +37,9 @@ struct KorvOutput {
 /// Rules that were asked for, in their order.
 struct SearchResult {
     std::vector<FoundRule> rules;
-    ItemsetPool itemsets;  ///< of their sides
-    ColumnFacts columns;   ///< by which they are worded
+    ItemsetPool itemsets;                ///< of their sides
+    ColumnFacts columns;                 ///< by which they are worded
+    std::vector<HoldoutCounts> holdout;  ///< of the rules, in other transactions; empty without these
     Accounting accounting;
     LatticeEntries lattice;  ///< of the classes of the input; empty unless it was asked for
     Knowledge known = {};    ///< what can be told of the rules
@@ -60,8 +62,9 @@ struct SearchExtras {
     bool keeps_lattice = false;  ///< which takes memory, also while rules are compared
 };
 
-/// Finds the rules that `request` asks for; `filter` is its filter. Throws Error where classes contradict
-/// each other.
+/// Finds the rules that `request` asks for; `filter` is its filter. Where the input has other transactions
+/// to confirm them, only the rules that these confirm at the error rate of the request are left. Throws Error
+/// where classes contradict each other.
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
                           const SearchProgress& progress, const SearchExtras& extras = {});
 

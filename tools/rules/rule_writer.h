@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
@@ -12,6 +13,7 @@
 #include "base/itemset.h"
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
+#include "rules/holdout.h"
 #include "rules/item_names.h"
 #include "rules/itemset_pool.h"
 #include "rules/measures.h"
@@ -43,6 +45,13 @@ struct RuleBook {
     std::vector<Measure> measures = {};    ///< besides those that are always told
     const ColumnFacts* columns = nullptr;  ///< nullptr: nothing is known of columns
     Knowledge known = {};                  ///< what cannot be told is left out, or an empty cell
+    /// What other transactions say of the rules, in the order in which they are written; nullptr for none.
+    const std::vector<HoldoutCounts>* holdout = nullptr;
+
+    /// What other transactions say of the rule of this number, from 1; nullptr where there are none.
+    const HoldoutCounts* holdout_of(std::uint64_t id) const {
+        return holdout == nullptr ? nullptr : &(*holdout)[id - 1];
+    }
 };
 
 /// How a terminal is written to.

@@ -95,8 +95,11 @@ public:
 
     template <typename Value>
     void one(std::string_view name, const Value& /*value*/) {
-        constexpr bool is_number = std::integral<std::invoke_result_t<Value, const NumberedRule&>>;
-        add(name, name == "id" ? "INTEGER PRIMARY KEY" : is_number ? "INTEGER NOT NULL" : "TEXT NOT NULL");
+        using Result = std::invoke_result_t<Value, const NumberedRule&>;
+        add(name, name == "id"                  ? "INTEGER PRIMARY KEY"
+                  : std::integral<Result>       ? "INTEGER NOT NULL"
+                  : std::floating_point<Result> ? "REAL"
+                                                : "TEXT NOT NULL");
     }
 
     template <typename Value>
@@ -284,9 +287,9 @@ public:
 private:
     void create_tables() const {
         std::string definitions;
-        for_each_column(further_, book_.known, Definitions(definitions));
+        for_each_column(further_, book_, Definitions(definitions));
         std::string columns;
-        for_each_column(further_, book_.known, ViewColumns(columns));
+        for_each_column(further_, book_, ViewColumns(columns));
         database_.run("PRAGMA user_version = " + std::to_string(schema_version) + ';' + tables +
                       "CREATE TABLE rule(" + definitions + "\n);\nCREATE VIEW rules AS SELECT" + columns +
                       "\nFROM rule\n"
@@ -349,12 +352,12 @@ private:
 
     void write_rules(const NumberedSides& sides) const {
         std::string columns;
-        for_each_column(further_, book_.known, ViewColumns(columns));
+        for_each_column(further_, book_, ViewColumns(columns));
         const auto commas = static_cast<std::size_t>(std::ranges::count(columns, ','));
         SqliteStatement statement(database_, insertion("rule", commas + 1));
         std::uint64_t id = 0;
         for (const FoundRule& rule : found_.rules) {
-            for_each_column(further_, book_.known, RuleRow({++id, rule, book_}, sides, statement));
+            for_each_column(further_, book_, RuleRow({++id, rule, book_}, sides, statement));
             statement.insert();
         }
     }

@@ -1,6 +1,7 @@
 #include "rules/table_writer.h"
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -53,10 +54,13 @@ std::vector<NumberColumn> columns_of(const RuleBook& book) {
     return columns;
 }
 
-std::vector<std::string> titles_of(const std::vector<NumberColumn>& columns) {
+std::vector<std::string> titles_of(const std::vector<NumberColumn>& columns, const RuleBook& book) {
     std::vector<std::string> titles;
     for (const NumberColumn& column : columns) {
         titles.emplace_back(name_of(column.measure));
+    }
+    if (book.holdout != nullptr) {
+        titles.insert(titles.end(), {"holdout", "holdout_p"});
     }
     return titles;
 }
@@ -67,9 +71,10 @@ public:
         : book_(book),
           columns_(columns_of(book)),
           sides_([this](Side side, std::string& text) { text += side_text(side, book_, style_of_sides); }),
-          table_("rule", titles_of(columns_), style, std::move(sink)) {}
+          table_("rule", titles_of(columns_, book), style, std::move(sink)) {}
 
     void write(const FoundRule& rule) override {
+        ++id_;
         AlignedTable::Row row;
         row.text.append(sides_.of(rule.premise)).append(arrow);
         row.plain_bytes = bytes_less_blanks(row.text);
@@ -91,6 +96,10 @@ private:
             const auto [low, high] = bounds_of(measure, rule, book_.transactions);
             numbers.push_back(range_text(cell(low), cell(high)));
         }
+        if (const HoldoutCounts* const holdout = book_.holdout_of(id_)) {
+            numbers.push_back(holdout_text(*holdout));
+            numbers.push_back(measure_text(holdout->surprise));
+        }
         return numbers;
     }
 
@@ -98,6 +107,7 @@ private:
     const std::vector<NumberColumn> columns_;
     SideTexts sides_;
     AlignedTable table_;
+    std::uint64_t id_ = 0;
 };
 
 }  // namespace

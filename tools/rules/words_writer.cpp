@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/quantity.h"
+#include "rules/confidence.h"
 #include "rules/display_text.h"
 #include "rules/number_words.h"
 #include "rules/rule_columns.h"
@@ -112,6 +113,7 @@ public:
         append_paragraph(number, indent, sentence(rule), width_, text_);
         append_paragraph(indent, indent, cases(rule) + against(rule), width_, text_);
         append_paragraph(indent, indent, measures(rule), width_, text_);
+        append_paragraph(indent, indent, in_holdout(), width_, text_);
         append_paragraph(indent, indent, others(rule), width_, text_);
         sink_(text_);
     }
@@ -144,6 +146,18 @@ private:
                     range_text(measure_text(low), measure_text(high));
         }
         return text;
+    }
+
+    /// "in the holdout, 88 of 97 (91 %), holdout_p 12.3", of the rule that is written.
+    std::string in_holdout() const {
+        const HoldoutCounts* const holdout = book_.holdout_of(id_);
+        if (holdout == nullptr) {
+            return "";
+        }
+        const double confidence = Confidence(holdout->counts).value();
+        return "in the holdout, " + holdout_text(*holdout) +
+               (std::isnan(confidence) ? "" : " (" + percent_text(confidence) + ")") + ", holdout_p " +
+               measure_text(holdout->surprise);
     }
 
     const RuleBook book_;

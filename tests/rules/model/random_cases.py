@@ -44,17 +44,25 @@ class Case:
     mining_arguments: Tuple[str, ...]
     request: Request
     columns: Tuple[Tuple[str, FrozenSet[int]], ...] = field(default=())  # of a table
+    holdout: Optional[Tuple[Transaction, ...]] = None  # other transactions
 
     def knowledge(self) -> Knowledge:
         """What the program is to know."""
         transactions = sum(weight for _, weight in self.database)
         if self.source == "classes":
-            return Knowledge(self.classes, transactions, self.names)
+            return Knowledge(self.classes, transactions, self.names, holdout=self.holdout)
         classes = self.classes if self.mining is None else mined(self.database, self.mining)
-        return Knowledge(classes, transactions, self.names, self.database)
+        return Knowledge(classes, transactions, self.names, self.database, self.holdout)
 
     def files(self) -> Dict[str, str]:
         """The files that the program reads."""
+        files = self.input_files()
+        if self.holdout is not None:
+            other = replace(self, database=self.holdout, source="fimi" if self.source == "classes" else self.source)
+            files["other.dat"] = other.input_files()["in.dat"]
+        return files
+
+    def input_files(self) -> Dict[str, str]:
         if self.source in ("classes", "database"):
             files = {"in.classes": class_file(self.classes)}
             if self.names:
@@ -94,6 +102,10 @@ class Case:
                 source += ["--separator", ","]
             if self.is_weighted:
                 source += ["--weight", "count"] if self.source == "table" else ["--weighted"]
+        if self.holdout is not None:
+            source += ["--holdout", "other.dat"]
+        if (self.request.test or self.holdout is not None) and self.request.alpha != Request().alpha:
+            source += ["--alpha", self.request.alpha]
         return source + request_arguments(self.request) + ["--to", "jsonl"]
 
 
@@ -129,6 +141,8 @@ def request_arguments(request: Request) -> List[str]:
             arguments += ["--" + attribute, ",".join(getattr(request, attribute))]
     for option, pattern in request.patterns:
         arguments += ["--" + option, pattern]
+    if request.test:
+        arguments += ["--test"]
     if request.where:
         arguments += ["--where", text_of(request.where)]
     if (request.sort, request.ascending) != ("leverage", False):
@@ -335,6 +349,8 @@ def random_request(rng: random.Random, knowledge: Knowledge, min_support: int) -
         max_if=sometimes(0.1, rng.randint(1, 3), 0),
         max_then=sometimes(0.1, rng.randint(1, 3), 0),
         where=sometimes(0.2, random_condition(rng), None),
+        test=rng.random() < 0.15,
+        alpha=rng.choice(("0.05", "0.3", "0.5", "1")),
         readings=sometimes(0.5, "all", "one"),
         prune=rng.choice(("none", "same", "full", "productive", "productive")),
         sort=sort,
@@ -342,6 +358,27 @@ def random_request(rng: random.Random, knowledge: Knowledge, min_support: int) -
         per_conclusion=sometimes(0.1 * has_clear_order, rng.randint(1, 3), 0),
         top=sometimes(0.2 * has_clear_order, rng.randint(1, 20), 0),
         measures=sometimes(0.4, tuple(rng.sample(sorted(MEASURES), rng.randint(1, 5))), ()))
+
+
+def random_holdout(rng: random.Random, case: Case) -> Optional[Tuple[Transaction, ...]]:
+    """Other transactions, most of them like those of the case; None where rules are not to be confirmed."""
+    if rng.random() < 0.8:
+        return None
+    items = sorted(frozenset().union(*(items for items, _ in case.database)))
+    strangeness = rng.choice((0.0, 0.1, 0.5))
+    lines = []
+    for _ in range(rng.randint(1, 60)):
+        line = set(rng.choice(case.database)[0])
+        if case.columns:
+            for _, column in case.columns:
+                if rng.random() < strangeness:
+                    line = (line - column) | (rng.choice(case.database)[0] & column)
+        else:
+            line ^= {item for item in items if rng.random() < strangeness}
+        lines.append((frozenset(line), random_weight(rng, case.is_weighted)))
+    if case.source == "fimi":
+        lines[0] = (lines[0][0] | {max(items) + 5}, 1)  # which is unknown
+    return tuple(lines) if any(line & frozenset(items) for line, _ in lines) else None
 
 
 def random_mining(rng: random.Random, transactions: int, request: Request) -> Tuple[Mining, Tuple[str, ...]]:
@@ -367,6 +404,11 @@ def random_mining(rng: random.Random, transactions: int, request: Request) -> Tu
 
 def random_case(rng: random.Random) -> Case:
     """A random case."""
+    case = random_case_without_holdout(rng)
+    return replace(case, holdout=random_holdout(rng, case))
+
+
+def random_case_without_holdout(rng: random.Random) -> Case:
     source = rng.choice(("classes", "classes", "classes", "database", "fimi", "basket", "table"))
     is_weighted = source != "classes" and rng.random() < 0.2
     names: Dict[int, str] = {}
@@ -379,7 +421,7 @@ def random_case(rng: random.Random) -> Case:
         database = renumbered_by_occurrence(database)
     items = sorted(frozenset().union(*(items for items, _ in database)))
     if not items:
-        return random_case(rng)
+        return random_case_without_holdout(rng)
     if source == "basket":
         names = {item: name for item, name in zip(items, rng.sample(ODD_NAMES, len(items)))}
         if rng.random() < 0.5:
@@ -396,7 +438,7 @@ def random_case(rng: random.Random) -> Case:
         if rng.random() < 0.5:
             classes = shuffled(rng, classes)
     if not classes:
-        return random_case(rng)
+        return random_case_without_holdout(rng)
     knowledge = Knowledge(classes, transactions, names)
     case = Case(source, tuple(classes), tuple(database), names, is_weighted, None, (),
                 random_request(rng, knowledge, min_support), columns)
@@ -405,7 +447,7 @@ def random_case(rng: random.Random) -> Case:
     mining, arguments = random_mining(rng, transactions, case.request)
     case = replace(case, classes=(), mining=mining, mining_arguments=arguments)
     if not case.knowledge().classes:
-        return random_case(rng)
+        return random_case_without_holdout(rng)
     # Some items of the patterns may be in no class now.
     return replace(case, request=replace(case.request, patterns=random_patterns(rng, case.knowledge())))
 
@@ -417,6 +459,8 @@ def smaller_cases(case: Case) -> List[Case]:
     """Cases with one part less, or an option at its default."""
     found: List[Case] = []
     default = Request(min_support=case.request.min_support)
+    if case.holdout is not None:
+        found.append(replace(case, holdout=None))
     for each in fields(Request):
         if getattr(case.request, each.name) != getattr(default, each.name):
             found.append(replace(case, request=replace(case.request, **{each.name: getattr(default, each.name)})))

@@ -52,10 +52,14 @@ def shortest(itemsets: Sequence[Itemset]) -> Itemset:
 
 
 class Knowledge:
-    """Classes, the number of transactions, names of items, and the transactions themselves where they are at hand."""
+    """Classes, the number of transactions, names of items, and the transactions themselves where they are at hand.
+
+    `holdout`: other transactions, which confirm rules."""
 
     def __init__(self, classes: Sequence[EquivalenceClass], transactions: int, names: Optional[Dict[int, str]] = None,
-                 database: Optional[Sequence[Transaction]] = None) -> None:
+                 database: Optional[Sequence[Transaction]] = None,
+                 holdout: Optional[Sequence[Transaction]] = None) -> None:
+        self.holdout = holdout
         self.classes = sorted(classes, key=lambda each: in_order(each.closed))
         self.transactions = transactions
         self.names = names or {}
@@ -197,6 +201,8 @@ class Rule:
     pair: Pair
     wordings: int = 1
     measured: Dict[str, Tuple[Any, Any]] = field(default_factory=dict)
+    holdout: Table = Table(0, 0, 0, 1)  # in other transactions
+    corrected: Fraction = Fraction(1)  # the probability of that by chance, for all rules that are counted there
 
     @property
     def group(self) -> Tuple[bool, bool]:
@@ -230,6 +236,16 @@ def label(place: int, pattern: str) -> str:
     """The label of a form at a place."""
     text = "R" + pattern.replace("x", str(place))
     return EXCHANGED.get(text, text)
+
+
+def counted(rule: Rule, database: Sequence[Transaction]) -> Table:
+    """The table of a rule in transactions."""
+    lines = [(bool(items & rule.premise.items) != rule.premise.negated,
+              bool(items & rule.conclusion.items) != rule.conclusion.negated, weight) for items, weight in database]
+    return Table(sum(weight for premise, _, weight in lines if premise),
+                 sum(weight for _, conclusion, weight in lines if conclusion),
+                 sum(weight for premise, conclusion, weight in lines if premise and conclusion),
+                 sum(weight for _, _, weight in lines))
 
 
 def rules_of(pair: Pair, transactions: int) -> List[Rule]:
@@ -398,6 +414,8 @@ class Request:
     max_if: int = 0
     max_then: int = 0
     where: Optional[Condition] = None
+    test: bool = False
+    alpha: str = "0.05"
     readings: str = "one"
     prune: str = "productive"
     sort: str = "leverage"
@@ -486,8 +504,8 @@ def truth(rule: Rule, condition: Condition) -> Truth:
 
 # --- the steps -----------------------------------------------------------------------------------
 
-STEPS = ("chance", "forms", "kinds", "columns", "items", "size", "where", "same_fact", "reading", "turned_round",
-         "weaker", "unproductive", "per_conclusion", "top")
+STEPS = ("chance", "forms", "kinds", "columns", "items", "size", "where", "one_column", "insignificant", "same_fact",
+         "reading", "turned_round", "weaker", "unproductive", "per_conclusion", "top", "not_confirmed")
 
 
 @dataclass
@@ -528,6 +546,9 @@ class Steps:
         rules = self.keep("items", rules, lambda rule: is_asked_for(self.knowledge, rule, request.patterns, exhaustive))
         rules = self.keep("size", rules, self.is_short)
         rules = self.keep("where", rules, lambda rule: not request.where or truth(rule, request.where).holds)
+        if request.test:
+            rules = self.keep("one_column", rules, lambda rule: not self.has_a_column_on_both_sides(rule))
+            rules = self.keep("insignificant", rules, self.is_significant)
         rules = self.merged(rules)
         if request.readings == "one":
             rules = self.one_reading(rules)
@@ -537,6 +558,8 @@ class Steps:
         if request.top:
             self.left_out["top"] = max(len(rules) - request.top, 0)
             rules = rules[:request.top]
+        if self.knowledge.holdout is not None:
+            rules = self.confirmed(rules, self.knowledge.holdout)
         end = 1 if request.ascending else 0
         values = [told_number(request.sort, rule.bounds(request.sort)[end]) for rule in rules]
         return Result([self.told(number, rule) for number, rule in enumerate(rules, 1)], derived, self.left_out,
@@ -602,6 +625,38 @@ class Steps:
         limits = ((rule.items, self.request.max_items), (len(rule.premise.items), self.request.max_if),
                   (len(rule.conclusion.items), self.request.max_then))
         return all(limit == 0 or size <= limit for size, limit in limits)
+
+    # Which rules are more than chance.
+
+    def has_a_column_on_both_sides(self, rule: Rule) -> bool:
+        return any(rule.premise.items & column and rule.conclusion.items & column for column in self.columns.exclusive)
+
+    def is_significant(self, rule: Rule) -> bool:
+        """Whether even the worst of the tables is one that chance would hardly bring."""
+        items = self.items_of_sides()
+        largest = self.request.max_items or items
+        possible = sum(4 * choose(items, size) * choose(items - size, rule.items - size)
+                       for size in range(1, rule.items) if rule.items <= items)
+        level = Fraction(self.request.alpha) / (largest - 1) / possible
+        return all(chance(table) <= level for table in rule.tables)
+
+    def items_of_sides(self) -> int:
+        """How many items sides can name."""
+        in_columns = [items for items in self.columns.columns.values()]
+        return len(frozenset().union(*in_columns, *(each.closed for each in self.knowledge.classes)))
+
+    def confirmed(self, rules: List[Rule], holdout: Sequence[Transaction]) -> List[Rule]:
+        """The rules that other transactions confirm, by Holm's method: the smallest p first, until one is too large."""
+        for rule in rules:
+            rule.holdout = counted(rule, holdout)
+        by_chance = sorted(rules, key=lambda rule: chance(rule.holdout))
+        largest = Fraction(0)
+        for tried, rule in enumerate(by_chance):
+            largest = min(max(largest, (len(rules) - tried) * chance(rule.holdout)), Fraction(1))
+            rule.corrected = largest
+        kept = [rule for rule in rules if rule.corrected <= Fraction(self.request.alpha)]
+        self.left_out["not_confirmed"] = len(rules) - len(kept)
+        return kept
 
     # One of several.
 
@@ -734,6 +789,11 @@ class Steps:
         for name in MEASURES:
             if name in self.request.measures and name not in told:
                 add_measure(name)
+        if self.knowledge.holdout is not None:
+            confidence = quotient(rule.holdout.both, rule.holdout.premise)
+            told.update({"holdout_support": rule.holdout.both,
+                         "holdout_confidence": None if confidence is None else float(confidence),
+                         "holdout_p": minus_log10(-rule.corrected)})
         return told
 
     def told_side(self, side: Side) -> Dict[str, Any]:
