@@ -2,15 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
-#include "base/itemset_table.h"
 #include "engine/lattice_entries.h"
 #include "engine/support_walk.h"
 #include "engine/supports.h"
 #include "index/bounds_cache.h"
 #include "index/item_index.h"
-#include "index/item_numbering.h"
 #include "index/key_index.h"
 
 namespace korv {
@@ -47,11 +46,20 @@ namespace korv {
 /// Two kinds of classes are outside this. One with an essential itemset that is empty or sticks out of the
 /// closed itemset is irregular: it is not indexed by its keys but asked, for each new itemset and in each
 /// replay, as the walk asks it. And if the empty itemset is closed, or asked for, the walk itself decides.
+///
+/// The indexes never change once they are made. Each of several threads can ask them by an object of its own.
 class DifferenceSupports final : public Supports {
 public:
+    struct Indexes;
+
     /// `entries` must outlive it unchanged; their successors are not needed. About O(total length of the
     /// itemsets * log keys), and a search for each class.
     explicit DifferenceSupports(const LatticeEntries& entries);
+
+    /// Asks the indexes of another one, and remembers what it found by itself.
+    explicit DifferenceSupports(std::shared_ptr<const Indexes> indexes);
+
+    std::shared_ptr<const Indexes> indexes() const { return indexes_; }
 
     /// The second time an itemset is asked for, L, U and U' are only looked up.
     Count settle(const Itemset& itemset, SupportBounds& bounds) override;
@@ -68,36 +76,6 @@ private:
 
     static constexpr Count only_replay_tells = 0;
 
-    /// What the indexes are made of, in numbers and in the order of the entries.
-    struct Numbered {
-        explicit Numbered(const LatticeEntries& entries);
-
-        std::vector<Position> positions_by_support;
-        ItemNumbering numbering;
-        ItemsetTable closed_itemsets;
-        std::vector<Position> irregular;
-        /// Those of the regular classes.
-        ItemsetTable keys;
-        std::vector<KeyOwner> owners;
-
-    private:
-        void reserve(const LatticeEntries& entries);
-    };
-
-    /// The classes by ascending support: the first one around an itemset gives its upper bound.
-    struct Classes {
-        /// `in_order`: the closed itemsets in the order of the entries.
-        Classes(const LatticeEntries& entries, std::vector<Position> by_support,
-                const ItemsetTable& in_order);
-
-        std::vector<Position> positions;
-        ItemsetTable closed_itemsets;
-        std::vector<Count> supports;
-    };
-
-    DifferenceSupports(const LatticeEntries& entries, Numbered numbered);
-
-    bool classes_agree();
     SupportBounds find_bounds(const Itemset& itemset);
     Count upper_before_contradiction(const Itemset& itemset, Count lower);
     Count find_upper_before_contradiction(const Itemset& itemset, Count lower);
@@ -105,20 +83,9 @@ private:
     Position first_to_raise(const Itemset& itemset, Count lower, Position before);
     Position first_irregular_to_raise(const Itemset& itemset, Count lower, Position before) const;
     Position first_of_less_support(Count support, Position before);
-    Column first_class_of_support(Count support) const;
 
-    const LatticeEntries& entries_;
-    const bool empty_itemset_is_closed_;
-    const ItemNumbering numbering_;
-    const std::vector<Position> irregular_;  ///< ascending
-    // In this order, since making the key index takes the most memory besides.
-    KeyIndex key_index_;
-    const Classes classes_;
-    const ItemIndex class_index_;
-    /// Whether no class holds a key of more support than its own. The classes around an itemset then begin
-    /// at its lower bound.
-    const bool consistent_;
-
+    const std::shared_ptr<const Indexes> indexes_;
+    KeySearch key_search_;
     SupportWalk walk_;
     BoundsCache known_;  ///< L and U
     /// U' of the itemsets whose U is below their L, as both bounds; only_replay_tells where the answer above

@@ -187,8 +187,17 @@ private:
     std::vector<Child> siblings_;
 };
 
+KeyIndex::KeyIndex(ItemsetTable keys, const std::vector<KeyOwner>& owners, std::size_t items)
+    : top_(items, no_node) {
+    Builder(std::move(keys), owners, items).build(*this);
+    const Siblings tops = children(0);
+    for (std::uint32_t node = tops.first; node < tops.end; ++node) {
+        top_[nodes_[node].item] = node;
+    }
+}
+
 /// Marks the items of an itemset as wanted, in its scope.
-class KeyIndex::Wanted {
+class KeySearch::Wanted {
 public:
     Wanted(ItemSpan itemset, std::vector<char>& is_wanted) : itemset_(itemset), is_wanted_(is_wanted) {
         mark(1);
@@ -208,37 +217,29 @@ private:
     std::vector<char>& is_wanted_;
 };
 
-KeyIndex::KeyIndex(ItemsetTable keys, const std::vector<KeyOwner>& owners, std::size_t items)
-    : top_(items, no_node), is_wanted_(items) {
-    Builder(std::move(keys), owners, items).build(*this);
-    const Siblings tops = children(0);
-    for (std::uint32_t node = tops.first; node < tops.end; ++node) {
-        top_[nodes_[node].item] = node;
-    }
-}
-
-Count KeyIndex::largest_support_within(ItemSpan itemset, Count least) {
+Count KeySearch::largest_support_within(ItemSpan itemset, Count least) {
     const Wanted wanted(itemset, is_wanted_);
-    const bool few_tops = children(0).end - children(0).first <= few_tops_for_each_item * itemset.size();
+    const bool few_tops =
+        index_.children(0).end - index_.children(0).first <= few_tops_for_each_item * itemset.size();
     return few_tops ? search_below(0, least) : search_below_wanted_tops(itemset, least);
 }
 
 /// Fills wanted_tops_, by falling support.
-void KeyIndex::want_tops(ItemSpan itemset) {
+void KeySearch::want_tops(ItemSpan itemset) {
     wanted_tops_.clear();
     for (const Item item : itemset) {
-        if (top_[item] != no_node) {
-            wanted_tops_.push_back(top_[item]);
+        if (index_.top_[item] != KeyIndex::no_node) {
+            wanted_tops_.push_back(index_.top_[item]);
         }
     }
     std::ranges::sort(wanted_tops_);
 }
 
 /// The largest support, entering the tree only by the items of the itemset.
-Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
+Count KeySearch::search_below_wanted_tops(ItemSpan itemset, Count largest) {
     want_tops(itemset);
     for (const std::uint32_t node : wanted_tops_) {
-        if (nodes_[node].largest <= largest) {
+        if (index_.nodes_[node].largest <= largest) {
             break;
         }
         largest = search_below(node, take_own(node, largest));
@@ -247,41 +248,42 @@ Count KeyIndex::search_below_wanted_tops(ItemSpan itemset, Count largest) {
 }
 
 /// The largest support of a key below a node, if it is more than `largest`; otherwise `largest`.
-Count KeyIndex::search_below(std::uint32_t node, Count largest) {
-    pending_.assign(1, children(node));
+Count KeySearch::search_below(std::uint32_t node, Count largest) {
+    pending_.assign(1, index_.children(node));
     while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
-        if (siblings.first == siblings.end || nodes_[siblings.first].largest <= largest) {
+        if (siblings.first == siblings.end || index_.nodes_[siblings.first].largest <= largest) {
             pending_.pop_back();
             continue;
         }
         const std::uint32_t next = siblings.first++;
-        if (is_wanted_[nodes_[next].item] != 0) {
+        if (is_wanted_[index_.nodes_[next].item] != 0) {
             largest = take_own(next, largest);
-            pending_.push_back(children(next));
+            pending_.push_back(index_.children(next));
         }
     }
     return largest;
 }
 
 /// The larger of a node's own support and `largest`.
-Count KeyIndex::take_own(std::uint32_t node, Count largest) {
-    if (nodes_[node].own > largest) {
+Count KeySearch::take_own(std::uint32_t node, Count largest) {
+    if (index_.nodes_[node].own > largest) {
         found_ = node;
-        return nodes_[node].own;
+        return index_.nodes_[node].own;
     }
     return largest;
 }
 
-bool KeyIndex::has_other_within(ItemSpan itemset, Count least, std::uint32_t position) {
+bool KeySearch::has_other_within(ItemSpan itemset, Count least, std::uint32_t position) {
     const Wanted wanted(itemset, is_wanted_);
-    const bool few_tops = children(0).end - children(0).first <= few_tops_for_each_item * itemset.size();
+    const bool few_tops =
+        index_.children(0).end - index_.children(0).first <= few_tops_for_each_item * itemset.size();
     if (few_tops) {
         return has_other_below(0, least, position);
     }
     want_tops(itemset);
     for (const std::uint32_t node : wanted_tops_) {
-        if (nodes_[node].largest < least) {
+        if (index_.nodes_[node].largest < least) {
             return false;
         }
         if (is_other(node, least, position) || has_other_below(node, least, position)) {
@@ -291,61 +293,61 @@ bool KeyIndex::has_other_within(ItemSpan itemset, Count least, std::uint32_t pos
     return false;
 }
 
-bool KeyIndex::has_other_below(std::uint32_t node, Count least, std::uint32_t position) {
-    pending_.assign(1, children(node));
+bool KeySearch::has_other_below(std::uint32_t node, Count least, std::uint32_t position) {
+    pending_.assign(1, index_.children(node));
     while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
-        if (siblings.first == siblings.end || nodes_[siblings.first].largest < least) {
+        if (siblings.first == siblings.end || index_.nodes_[siblings.first].largest < least) {
             pending_.pop_back();
             continue;
         }
         const std::uint32_t next = siblings.first++;
-        if (is_wanted_[nodes_[next].item] != 0) {
+        if (is_wanted_[index_.nodes_[next].item] != 0) {
             if (is_other(next, least, position)) {
                 return true;
             }
-            pending_.push_back(children(next));
+            pending_.push_back(index_.children(next));
         }
     }
     return false;
 }
 
-bool KeyIndex::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
+bool KeySearch::has_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
     // Most often the key of the largest support will do, and it is found fastest.
     const bool is_there = largest_support_within(itemset, least) > least;
     return is_there &&
-           (positions_[found_].own < before || first_position_within(itemset, least, before) < before);
+           (index_.positions_[found_].own < before || first_position_within(itemset, least, before) < before);
 }
 
-std::uint32_t KeyIndex::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
+std::uint32_t KeySearch::first_position_within(ItemSpan itemset, Count least, std::uint32_t before) {
     const Wanted wanted(itemset, is_wanted_);
     const auto visit = [&](std::uint32_t node) {
-        if (nodes_[node].largest <= least || positions_[node].smallest >= before) {
+        if (index_.nodes_[node].largest <= least || index_.positions_[node].smallest >= before) {
             return;
         }
-        if (nodes_[node].own > least) {
-            before = std::min(before, positions_[node].own);
+        if (index_.nodes_[node].own > least) {
+            before = std::min(before, index_.positions_[node].own);
         }
-        pending_.push_back(children(node));
+        pending_.push_back(index_.children(node));
     };
     pending_.clear();
     for (const Item item : itemset) {
-        if (top_[item] != no_node) {
-            visit(top_[item]);
+        if (index_.top_[item] != KeyIndex::no_node) {
+            visit(index_.top_[item]);
         }
     }
     while (!pending_.empty()) {
         Siblings& siblings = pending_.back();
-        if (siblings.first == siblings.end || nodes_[siblings.first].largest <= least) {
+        if (siblings.first == siblings.end || index_.nodes_[siblings.first].largest <= least) {
             pending_.pop_back();
             continue;
         }
         const std::uint32_t next = siblings.first++;
-        if (is_wanted_[nodes_[next].item] != 0) {
+        if (is_wanted_[index_.nodes_[next].item] != 0) {
             visit(next);
         }
     }
-    for (const auto& [key, owner] : earlier_twins_) {
+    for (const auto& [key, owner] : index_.earlier_twins_) {
         const bool is_candidate = owner.support > least && owner.position < before;
         if (is_candidate && std::ranges::all_of(key, [this](Item item) { return is_wanted_[item] != 0; })) {
             before = owner.position;

@@ -30,22 +30,6 @@ public:
     /// equal. O(total length of the keys * log keys).
     KeyIndex(ItemsetTable keys, const std::vector<KeyOwner>& owners, std::size_t items);
 
-    /// The largest support of a key within `itemset`, if it is more than `least`; otherwise `least`. At worst
-    /// all nodes are looked at; as a rule, some dozens.
-    Count largest_support_within(ItemSpan itemset, Count least = 0);
-
-    /// The smallest position of a key within `itemset` whose support is more than `least`, if it is before
-    /// `before`; otherwise `before`. Costs as much as largest_support_within.
-    std::uint32_t first_position_within(ItemSpan itemset, Count least, std::uint32_t before);
-
-    /// Whether there is such a position. Costs less, as a rule.
-    bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
-
-    /// Whether a key lies within `itemset` whose support is at least `least`, 1 or more, and whose position
-    /// is another one than `position`. Of equal keys only the one of the largest support counts, and of these
-    /// the one of the smallest position. Costs as much as largest_support_within.
-    bool has_other_within(ItemSpan itemset, Count least, std::uint32_t position);
-
 private:
     struct Node {
         Item item = 0;
@@ -72,18 +56,9 @@ private:
         std::uint32_t end;
     };
     class Builder;
-    class Wanted;
+    friend class KeySearch;
 
     static constexpr std::uint32_t no_node = 0;
-
-    Count search_below(std::uint32_t node, Count largest);
-    Count search_below_wanted_tops(ItemSpan itemset, Count largest);
-    Count take_own(std::uint32_t node, Count largest);
-    void want_tops(ItemSpan itemset);
-    bool is_other(std::uint32_t node, Count least, std::uint32_t position) const {
-        return nodes_[node].own >= least && positions_[node].own != position;
-    }
-    bool has_other_below(std::uint32_t node, Count least, std::uint32_t position);
 
     Siblings children(std::uint32_t node) const {
         return {nodes_[node].first_child, nodes_[node + 1].first_child};
@@ -93,12 +68,49 @@ private:
     std::vector<Positions> positions_;  ///< of each node
     std::vector<EarlierTwin> earlier_twins_;
     std::vector<std::uint32_t> top_;  ///< by item: the child of the root
+};
 
-    // Working space of a search.
-    std::vector<char> is_wanted_;             ///< by item: whether the itemset asked for holds it
-    std::vector<std::uint32_t> wanted_tops_;  ///< children of the root whose item is wanted
-    std::vector<Siblings> pending_;           ///< on the path: those still to be looked at
-    std::uint32_t found_ = no_node;           ///< where largest_support_within found what it returned last
+/// Searches a KeyIndex. It has working space of its own, so that each of several threads can search the same
+/// index with one of them.
+class KeySearch {
+public:
+    /// Refers to the index.
+    explicit KeySearch(const KeyIndex& index) : index_(index), is_wanted_(index.top_.size()) {}
+
+    /// The largest support of a key within `itemset`, if it is more than `least`; otherwise `least`. At worst
+    /// all nodes are looked at; as a rule, some dozens.
+    Count largest_support_within(ItemSpan itemset, Count least = 0);
+
+    /// The smallest position of a key within `itemset` whose support is more than `least`, if it is before
+    /// `before`; otherwise `before`. Costs as much as largest_support_within.
+    std::uint32_t first_position_within(ItemSpan itemset, Count least, std::uint32_t before);
+
+    /// Whether there is such a position. Costs less, as a rule.
+    bool has_position_within(ItemSpan itemset, Count least, std::uint32_t before);
+
+    /// Whether a key lies within `itemset` whose support is at least `least`, 1 or more, and whose position
+    /// is another one than `position`. Of equal keys only the one of the largest support counts, and of these
+    /// the one of the smallest position. Costs as much as largest_support_within.
+    bool has_other_within(ItemSpan itemset, Count least, std::uint32_t position);
+
+private:
+    using Siblings = KeyIndex::Siblings;
+    class Wanted;
+
+    Count search_below(std::uint32_t node, Count largest);
+    Count search_below_wanted_tops(ItemSpan itemset, Count largest);
+    Count take_own(std::uint32_t node, Count largest);
+    void want_tops(ItemSpan itemset);
+    bool is_other(std::uint32_t node, Count least, std::uint32_t position) const {
+        return index_.nodes_[node].own >= least && index_.positions_[node].own != position;
+    }
+    bool has_other_below(std::uint32_t node, Count least, std::uint32_t position);
+
+    const KeyIndex& index_;
+    std::vector<char> is_wanted_;              ///< by item: whether the itemset asked for holds it
+    std::vector<std::uint32_t> wanted_tops_;   ///< children of the root whose item is wanted
+    std::vector<Siblings> pending_;            ///< on the path: those still to be looked at
+    std::uint32_t found_ = KeyIndex::no_node;  ///< where largest_support_within found what it returned last
 };
 
 }  // namespace korv

@@ -9,15 +9,27 @@
 namespace korv {
 namespace {
 
-KeyIndex index_of(const std::vector<Itemset>& keys, const std::vector<Count>& supports, std::size_t items) {
+/// An index, and a search in it.
+class SearchedIndex : private KeyIndex, public KeySearch {
+public:
+    SearchedIndex(const std::vector<Itemset>& keys, const std::vector<KeyOwner>& owners, std::size_t items)
+        : KeyIndex(test::table_of(keys), owners, items), KeySearch(static_cast<const KeyIndex&>(*this)) {}
+    SearchedIndex(const SearchedIndex&) = delete;
+    SearchedIndex& operator=(const SearchedIndex&) = delete;
+    ~SearchedIndex() = default;
+};
+
+/// Keys of classes that stand in this order.
+SearchedIndex index_of(const std::vector<Itemset>& keys, const std::vector<Count>& supports,
+                       std::size_t items) {
     std::vector<KeyOwner> owners;
     for (const Count support : supports) {
         owners.push_back({support, static_cast<std::uint32_t>(owners.size())});
     }
-    return {test::table_of(keys), owners, items};
+    return {keys, owners, items};
 }
 
-/// The definition of KeyIndex::largest_support_within.
+/// The definition of KeySearch::largest_support_within.
 Count largest_support(const std::vector<Itemset>& keys, const std::vector<Count>& supports,
                       const Itemset& itemset, Count least) {
     Count largest = least;
@@ -30,31 +42,31 @@ Count largest_support(const std::vector<Itemset>& keys, const std::vector<Count>
 }
 
 TEST(KeyIndex, FindsTheLargestSupportOfAKeyWithin) {
-    KeyIndex index = index_of({{0}, {1}, {0, 2}}, {3, 5, 9}, 3);
+    SearchedIndex index = index_of({{0}, {1}, {0, 2}}, {3, 5, 9}, 3);
     EXPECT_EQ(index.largest_support_within(Itemset{0}), 3U);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 5U);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1, 2}), 9U);
 }
 
 TEST(KeyIndex, FindsNothingWithoutAKeyWithin) {
-    KeyIndex index = index_of({{0, 1}}, {4}, 3);
+    SearchedIndex index = index_of({{0, 1}}, {4}, 3);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 2}), 0U);
 }
 
 TEST(KeyIndex, FindsNothingThatIsNotMoreThanAskedFor) {
-    KeyIndex index = index_of({{0}}, {4}, 1);
+    SearchedIndex index = index_of({{0}}, {4}, 1);
     EXPECT_EQ(index.largest_support_within(Itemset{0}, 3), 4U);
     EXPECT_EQ(index.largest_support_within(Itemset{0}, 4), 4U);
     EXPECT_EQ(index.largest_support_within(Itemset{0}, 5), 5U);
 }
 
 TEST(KeyIndex, TakesTheLargerSupportOfEqualKeys) {
-    KeyIndex index = index_of({{0}, {0}, {0}}, {4, 6, 5}, 1);
+    SearchedIndex index = index_of({{0}, {0}, {0}}, {4, 6, 5}, 1);
     EXPECT_EQ(index.largest_support_within(Itemset{0}), 6U);
 }
 
 TEST(KeyIndex, FindsAKeyThatContainsAnotherOfMoreSupport) {
-    KeyIndex index = index_of({{0}, {0, 1}}, {6, 4}, 2);
+    SearchedIndex index = index_of({{0}, {0, 1}}, {6, 4}, 2);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 6U);
 }
 
@@ -67,7 +79,7 @@ TEST(KeyIndex, FindsTheLargestSupportAmongManyItems) {
     }
     keys.push_back({3, 7});
     supports.push_back(200);
-    KeyIndex index = index_of(keys, supports, 1000);
+    SearchedIndex index = index_of(keys, supports, 1000);
     EXPECT_EQ(index.largest_support_within(Itemset{205, 699, 801}), 100U);
     EXPECT_EQ(index.largest_support_within(Itemset{3, 7, 99}), 200U);
     EXPECT_EQ(index.largest_support_within(Itemset{205}), 6U);
@@ -75,7 +87,7 @@ TEST(KeyIndex, FindsTheLargestSupportAmongManyItems) {
 }
 
 TEST(KeyIndex, OfNoKeysFindsNothing) {
-    KeyIndex index = index_of({}, {}, 2);
+    SearchedIndex index = index_of({}, {}, 2);
     EXPECT_EQ(index.largest_support_within(Itemset{0, 1}), 0U);
 }
 
@@ -84,7 +96,7 @@ TEST(KeyIndex, OfNoKeysFindsNothing) {
 /// Where the positions of these supports and keys are searched, before position 9.
 std::uint32_t first_position(const std::vector<Itemset>& keys, const std::vector<Count>& supports,
                              const Itemset& itemset, Count least, std::uint32_t before = 9) {
-    KeyIndex index = index_of(keys, supports, 4);
+    SearchedIndex index = index_of(keys, supports, 4);
     const std::uint32_t first = index.first_position_within(itemset, least, before);
     EXPECT_EQ(index.has_position_within(itemset, least, before), first < before);
     return first;
@@ -141,7 +153,7 @@ TEST(KeyIndexPosition, OfAnEqualKeyIsSeenOnlyBeforeTheEndAndWithinTheItemset) {
 }
 
 TEST(KeyIndexPosition, OfClassesInAnyOrderIsTheSmallest) {
-    KeyIndex index(test::table_of({{0}, {1}, {0}}), {{7, 5}, {7, 2}, {4, 3}}, 2);
+    SearchedIndex index({{0}, {1}, {0}}, {{7, 5}, {7, 2}, {4, 3}}, 2);
     EXPECT_EQ(index.first_position_within(Itemset{0, 1}, 3, 9), 2U);
     EXPECT_EQ(index.first_position_within(Itemset{0}, 3, 9), 3U);
     EXPECT_EQ(index.first_position_within(Itemset{0}, 4, 9), 5U);
@@ -151,7 +163,7 @@ TEST(KeyIndexPosition, OfClassesInAnyOrderIsTheSmallest) {
 }
 
 TEST(KeyIndexOther, IsAKeyWithinOfEnoughSupportAndAnotherPosition) {
-    KeyIndex index = index_of({{0}, {0, 1}, {2}}, {3, 5, 4}, 4);
+    SearchedIndex index = index_of({{0}, {0, 1}, {2}}, {3, 5, 4}, 4);
     EXPECT_FALSE(index.has_other_within(Itemset{0, 1}, 5, 1));
     EXPECT_TRUE(index.has_other_within(Itemset{0, 1}, 3, 1));
     EXPECT_FALSE(index.has_other_within(Itemset{0, 1}, 4, 1));
@@ -161,7 +173,7 @@ TEST(KeyIndexOther, IsAKeyWithinOfEnoughSupportAndAnotherPosition) {
 }
 
 TEST(KeyIndexOther, OfEqualKeysIsThatOfTheLargestSupportThenTheFirst) {
-    KeyIndex index = index_of({{0}, {0}, {0}}, {4, 6, 6}, 1);
+    SearchedIndex index = index_of({{0}, {0}, {0}}, {4, 6, 6}, 1);
     EXPECT_TRUE(index.has_other_within(Itemset{0}, 4, 0));
     EXPECT_FALSE(index.has_other_within(Itemset{0}, 4, 1));
     EXPECT_TRUE(index.has_other_within(Itemset{0}, 4, 2));
@@ -191,7 +203,7 @@ TEST(KeyIndexOther, IsFoundAsByLookingAtEachKey) {
             const std::vector<Itemset> keys = test::random_itemsets(count, items, random);
             std::vector<Count> supports(count);
             std::ranges::generate(supports, [&] { return 1 + static_cast<Count>(random() % 9); });
-            KeyIndex index = index_of(keys, supports, items);
+            SearchedIndex index = index_of(keys, supports, items);
             for (const Itemset& itemset : test::random_itemsets(30, items, random)) {
                 const Count least = 1 + static_cast<Count>(random() % 9);
                 const auto position = static_cast<std::uint32_t>(random() % count);
@@ -223,7 +235,7 @@ TEST_P(RandomKeys, AreFoundAsByLookingAtEachOfThem) {
         const std::vector<Itemset> keys = test::random_itemsets(count, items, random);
         std::vector<Count> supports(count);
         std::ranges::generate(supports, [&] { return static_cast<Count>(random() % 50); });
-        KeyIndex index = index_of(keys, supports, items);
+        SearchedIndex index = index_of(keys, supports, items);
         for (int query = 0; query < 100; ++query) {
             // From nearly all items to few of them.
             const Item one_in = 1 + static_cast<Item>(random() % items);
@@ -258,7 +270,7 @@ TEST_P(RandomKeys, HaveTheirFirstPositionsAsByLookingAtEachOfThem) {
         std::ranges::generate(owners, [&] {
             return KeyOwner{static_cast<Count>(random() % 20), static_cast<std::uint32_t>(random() % count)};
         });
-        KeyIndex index(test::table_of(keys), owners, items);
+        SearchedIndex index(keys, owners, items);
         for (int query = 0; query < 100; ++query) {
             const Item one_in = 1 + static_cast<Item>(random() % items);
             Itemset itemset;
