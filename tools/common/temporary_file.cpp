@@ -130,12 +130,12 @@ void remove_temporary_files_on_signals(BeforeTheEnd first) {
 SignalsBlocked::SignalsBlocked() {
     sigset_t signals;
     ::sigfillset(&signals);
-    ::sigprocmask(SIG_BLOCK, &signals, &before_);
+    ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
 }
 
 SignalsBlocked::~SignalsBlocked() {
     const int error = errno;
-    ::sigprocmask(SIG_SETMASK, &before_, nullptr);
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     errno = error;
 }
 

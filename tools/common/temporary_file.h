@@ -57,7 +57,8 @@ using BeforeTheEnd = void (*)(int signal);
 /// have a handler are left as they are. Before the files are removed, `first` is called, unless it is null.
 void remove_temporary_files_on_signals(BeforeTheEnd first = nullptr);
 
-/// Holds back all signals for as long as it exists, but for SIGKILL and SIGSTOP.
+/// Holds back all signals from this thread for as long as it exists, but for SIGKILL and SIGSTOP; from the
+/// threads that it starts meanwhile, forever.
 class SignalsBlocked {
 public:
     SignalsBlocked();
