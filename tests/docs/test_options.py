@@ -48,7 +48,7 @@ class Described(NamedTuple):
 
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
-    Described("korv-rules", "docs/exploring.md", 56, ("uniq -c", "fold -w", "-log10")),
+    Described("korv-rules", "docs/exploring.md", 57, ("uniq -c", "fold -w", "-log10")),
 ]
 
 
@@ -280,7 +280,7 @@ class RulesOptions(OfKorvRules):
                          {"--alpha", "--bins", "--closure-items", "--color", "--format", "--graph", "--max-classes",
                           "--max-items", "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own",
                           "--min-support", "--missing", "--names", "--output", "--prune", "--readings", "--separator",
-                          "--sort", "--to", "--top", "--wording"})
+                          "--sort", "--threads", "--to", "--top", "--wording"})
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
                          {"--count", "--exclusions", "--help", "--help-measures", "--only-true", "--quiet", "--test",
                           "--verify", "--version", "--weighted"})
@@ -388,6 +388,7 @@ class RulesExitStatus(OfKorvRules):
             (2, f"{self.table} --to some"), (2, f"{self.table} -o rules.some"), (2, f"{self.table} --sort some"),
             (2, f"{self.table} --measures some"), (2, f"{self.table} --where some"), (2, f"{self.table} --then some"),
             (2, f"{self.table} --forms some"), (2, f"{self.table} --kinds some"), (2, f"{self.table} --quiet=some"),
+            (2, f"{self.table} -j 0"),
             (2, f"{self.table} -o {self.table} --to csv"), (2, f"{self.classes} -n 2201 --verify"),
             (2, f"{self.classes} -n 2201 --database {self.transactions}"),
             (2, self.classes), (2, f"{self.table} -n 2201"),

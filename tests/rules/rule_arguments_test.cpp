@@ -223,7 +223,7 @@ TEST(RuleArguments, DrawsTheLatticeUnlessToldOtherwise) {
 TEST(RuleArguments, HasTheOptionsThatDecideWithoutDirectories) {
     EXPECT_EQ(parsed({"a.dat"}).decisive_options, "");
     EXPECT_EQ(parsed({"x/a.dat", "-q", "-o", "y/b.csv", "--names", "z/c names", "--then", "a*", "--then", "b",
-                      "-c", "0.5", "--holdout", "z/d.dat", "--to", "tsv", "--only-true"})
+                      "-c", "0.5", "--holdout", "z/d.dat", "--to", "tsv", "-j", "2", "--only-true"})
                   .decisive_options,
               "--names 'c names' --min-confidence 0.5 --then 'a*' --then b --holdout d.dat --only-true");
 }

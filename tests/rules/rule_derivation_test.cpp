@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,8 @@ Derived derive(const std::string& class_file, Count transactions, const RuleRequ
                const std::map<Item, std::string>& named = {}) {
     test::LoadedClasses classes(class_file);
     link_successors(classes.entries);
-    DifferenceSupports supports(classes.entries);
+    const DifferenceSupports supports(classes.entries);
+    const ShortestWording wording(classes.entries);
     const ColumnFacts columns(ItemNames(named), classes.classes, transactions);
     constexpr Count min_support = 1;
     const RuleFilter filter(request, min_support, transactions, ItemChoice(), Where());
@@ -58,8 +60,10 @@ Derived derive(const std::string& class_file, Count transactions, const RuleRequ
     Derived derived;
     const AddRule add = [&](const FoundRule& rule) { derived.rules.push_back(text_of(rule, pool)); };
     derive_rules(
-        {classes.entries, supports, columns, transactions}, request, filter, pool, derived.accounting, add,
-        [](std::size_t) {}, [](const Pair&) { throw std::runtime_error("contradiction"); });
+        {classes.entries, [&] { return std::make_unique<DifferenceSupports>(supports.indexes()); }, columns,
+         request.wording == Wording::shortest ? &wording : nullptr, transactions},
+        request, filter, pool, derived.accounting, add, [](std::size_t) {},
+        [](const Pair&) { throw std::runtime_error("contradiction"); });
     std::ranges::sort(derived.rules);
     return derived;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 
 #include "engine/difference_supports.h"
@@ -73,8 +74,7 @@ TEST(CountedSupports, CountWhatTheClassesLeaveOpen) {
     // The support of 11 is within that of 10 11, which is 3, and no other class is known.
     const ClassMap classes = {{{10, 11}, {3, {}}}};
     const LatticeEntries entries = lattice_entries(classes);
-    DifferenceSupports inner(entries);
-    CountedSupports supports(inner, counter);
+    CountedSupports supports(std::make_unique<DifferenceSupports>(entries), counter);
     SupportBounds bounds = {0, 3};
 
     EXPECT_EQ(supports.settle({11}, bounds), 2U);
@@ -90,8 +90,7 @@ TEST(CountedSupports, LeaveWhatTheClassesTellToThem) {
     SupportCounter counter(database);
     const ClassMap classes = {{{10, 11}, {3, {}}}};
     const LatticeEntries entries = lattice_entries(classes);
-    DifferenceSupports inner(entries);
-    CountedSupports supports(inner, counter);
+    CountedSupports supports(std::make_unique<DifferenceSupports>(entries), counter);
     SupportBounds bounds = {0, 3};
 
     EXPECT_EQ(supports.settle({10, 11}, bounds), 3U);

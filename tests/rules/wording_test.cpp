@@ -17,8 +17,8 @@ using test::LoadedClasses;
 Itemset wording_of_base(const std::string& class_file, const Itemset& closed_itemset, const Itemset& base,
                         const Itemset& other) {
     const LoadedClasses classes(class_file);
-    ShortestWording wording(classes.entries);
-    const ItemSpan items = wording.of_base(base, classes.node(closed_itemset), other);
+    BaseWording wording;
+    const ItemSpan items = wording.of(base, classes.node(closed_itemset), other);
     return {items.begin(), items.end()};
 }
 
@@ -43,11 +43,11 @@ TEST(WordingOfABase, SharesNoItemWithTheOtherSide) {
 
 TEST(WordingOfABase, IsThatOfTheClassThatIsAskedForNow) {
     const LoadedClasses classes("1 2\t30\t 2,\n1 2 3\t60\t 3,\n");
-    ShortestWording wording(classes.entries);
+    BaseWording wording;
     const Itemset other = {9};
-    EXPECT_EQ(wording.of_base({1, 2}, classes.node({1, 2}), other).front(), 2U);
-    EXPECT_EQ(wording.of_base({1, 2, 3}, classes.node({1, 2, 3}), other).front(), 3U);
-    EXPECT_EQ(wording.of_base({1, 2}, classes.node({1, 2}), other).front(), 2U);
+    EXPECT_EQ(wording.of({1, 2}, classes.node({1, 2}), other).front(), 2U);
+    EXPECT_EQ(wording.of({1, 2, 3}, classes.node({1, 2, 3}), other).front(), 3U);
+    EXPECT_EQ(wording.of({1, 2}, classes.node({1, 2}), other).front(), 2U);
 }
 
 Itemset wording_of(const std::string& class_file, const Itemset& itemset, Count support) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <numeric>
 #include <string_view>
 #include <vector>
@@ -208,6 +209,12 @@ std::string origin(const Accounting& accounting) {
 }
 
 }  // namespace
+
+void Accounting::add(const Accounting& others) {
+    pairs += others.pairs;
+    derived += others.derived;
+    std::ranges::transform(left_out, others.left_out, left_out.begin(), std::plus());
+}
 
 std::uint64_t Accounting::left() const {
     return derived - std::accumulate(left_out.begin(), left_out.end(), std::uint64_t{0});

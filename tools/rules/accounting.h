@@ -47,6 +47,9 @@ struct Accounting {
     std::uint64_t& operator[](Step step) { return left_out[static_cast<std::size_t>(step)]; }
     std::uint64_t operator[](Step step) const { return left_out[static_cast<std::size_t>(step)]; }
 
+    /// Adds what became of the rules of other pairs.
+    void add(const Accounting& others);
+
     /// How many rules are left.
     std::uint64_t left() const;
 };

@@ -12,6 +12,7 @@
 #include <iostream>
 #include <limits>
 #include <map>
+#include <thread>
 #include <utility>
 
 #include "base/number_text.h"
@@ -37,6 +38,9 @@ constexpr const char* output_group = "Output";
 /// How many rules a terminal gets.
 constexpr std::size_t top_on_terminal = 20;
 constexpr std::size_t most_suggestions = 3;
+/// What is not done by threads takes most of the time with more of them, each of which needs memory.
+constexpr unsigned most_threads_by_default = 8;
+constexpr unsigned most_threads = 256;
 
 /// What a word on the command line stands for.
 template <typename Value>
@@ -98,6 +102,7 @@ struct Words {
     std::string graph = "lattice";
     std::string color = "auto";
     std::string measures;
+    std::string threads;
 };
 
 /// The options that say nothing of exclusions.
@@ -156,6 +161,16 @@ std::optional<double> parse_alpha(const std::string& text) {
 std::optional<Count> parse_transactions(const std::string& text) {
     const auto number = parse_number<Count>(text);
     return number && *number >= 1 && *number <= most_transactions ? number : std::nullopt;
+}
+
+std::optional<unsigned> parse_threads(const std::string& text) {
+    const auto number = parse_number<unsigned>(text);
+    return number && *number >= 1 && *number <= most_threads ? number : std::nullopt;
+}
+
+/// As many as there are cores that the program may use.
+unsigned default_threads() {
+    return std::clamp(std::thread::hardware_concurrency(), 1U, most_threads_by_default);
 }
 
 /// Parses the name of a measure, with a plus sign before it for ascending order.
@@ -340,6 +355,12 @@ void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_flag("--verify", arguments.verifies,
                  "Count each rule that is written again in the transactions, plainly")
         ->group(output_group);
+    app.add_option("-j,--threads", words.threads,
+                   "Number of threads that look for rules; the rules are the same with any number "
+                   "(default: the number of cores, at most " +
+                       std::to_string(most_threads_by_default) + ")")
+        ->check(argument_check(parse_threads, "a whole number from 1 to " + std::to_string(most_threads)))
+        ->group(output_group);
     app.add_flag("-q,--quiet", arguments.quiet, "No progress and no summary on standard error")
         ->group(output_group);
 }
@@ -427,6 +448,7 @@ RuleRequest rule_request(const CLI::App& app, const Words& words, RuleRequest re
     request.prune = value_of_word(prunes, words.prune);
     std::tie(request.sort, request.is_ascending) = *parse_sort(words.sort);
     request.per_conclusion = *parse_number<std::uint32_t>(words.per_conclusion);
+    request.threads = app.count("--threads") > 0 ? *parse_threads(words.threads) : default_threads();
     return request;
 }
 
@@ -453,7 +475,8 @@ void check_format(const CLI::App& app, const RuleArguments& arguments) {
 
 /// The options that decide which rules there are and what is told of them, see RuleArguments.
 std::string decisive_options(const CLI::App& app) {
-    constexpr std::array others = {"--output", "--to", "--graph", "--color", "--verify", "--quiet"};
+    constexpr std::array others = {"--output", "--to",      "--graph", "--color",
+                                   "--verify", "--threads", "--quiet"};
     constexpr std::array paths = {"--database", "--holdout", "--names"};
     std::string text;
     for (const CLI::Option* const option : app.get_options()) {

@@ -4,7 +4,11 @@
 #include <array>
 #include <numeric>
 #include <optional>
+#include <span>
+#include <tuple>
+#include <utility>
 
+#include "common/ordered_work.h"
 #include "engine/pairs.h"
 
 namespace korv::tools {
@@ -35,26 +39,42 @@ struct ByContent {
     bool operator()(const Itemset* one, const Itemset* other) const { return *one == *other; }
 };
 
-/// Takes the pairs of one class after the other.
+/// Some classes that come one after the other.
+using Batch = std::span<const LatticeEntry>;
+
+/// What comes of a batch.
+struct BatchResult {
+    std::size_t classes = 0;
+    ItemsetPool itemsets;                 ///< of the sides of its rules
+    std::vector<FoundRule> rules;         ///< that are left
+    std::vector<MergeCandidate> waiting;  ///< those with a side that a column words
+    Accounting accounting;
+};
+
+/// Derives the rules of one batch after the other, in one thread.
 class Derivation final : public PairSink {
 public:
     Derivation(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
-               ItemsetPool& pool, Accounting& accounting, const AddRule& add,
                const Contradiction& contradiction)
         : source_(source),
+          readings_(request.readings),
           filter_(filter),
-          pool_(pool),
-          accounting_(accounting),
           contradiction_(contradiction),
-          merge_(request.readings, pool, accounting, add) {
-        if (request.wording == Wording::shortest) {
-            shortest_.emplace(source.entries);
-        }
-    }
+          supports_(source.make_supports()) {}
 
-    void begin(const LatticeEntry& of_class) {
-        class_ = &of_class;
-        bases_.clear();
+    BatchResult rules_of(Batch batch) {
+        result_ = {};
+        result_.classes = batch.size();
+        const AddRule add = [this](const FoundRule& rule) { result_.rules.push_back(rule); };
+        AssociationMerge merge(readings_, result_.itemsets, result_.accounting, add);
+        Pairs pairs(*supports_, *this);
+        for (const LatticeEntry& entry : batch) {
+            class_ = &entry;
+            bases_.clear();
+            pairs.of_class(entry);
+            merge.settle(candidates_);
+        }
+        return std::move(result_);
     }
 
     void add(const Pair& pair) override {
@@ -68,18 +88,12 @@ public:
         if (came_before(pair)) {
             return;
         }
-        ++accounting_.pairs;
+        ++result_.accounting.pairs;
         find_rules(pair);
         if (!found_.empty()) {
             word(pair);
         }
     }
-
-    /// No more pairs of this class come.
-    void end_of_class() { merge_.settle(candidates_); }
-
-    /// No more classes come.
-    void finish() { merge_.settle(waiting_); }
 
 private:
     /// A rule that its counts let pass.
@@ -96,18 +110,17 @@ private:
                        const WordedItemset& base, const WordedItemset& difference);
 
     const RuleSource& source_;
+    const Readings readings_;
     const RuleFilter& filter_;
-    ItemsetPool& pool_;
-    Accounting& accounting_;
     const Contradiction& contradiction_;
-    AssociationMerge merge_;
-    std::optional<ShortestWording> shortest_;
+    const std::unique_ptr<Supports> supports_;
+    BaseWording base_wording_;
 
+    BatchResult result_;
     const LatticeEntry* class_ = nullptr;
     std::unordered_set<const Itemset*, ByContent, ByContent> bases_;  ///< of the class, so far
     std::vector<CountedRule> found_;                                  ///< of a pair
     std::vector<MergeCandidate> candidates_;                          ///< of the class
-    std::vector<MergeCandidate> waiting_;  ///< of all classes: those with a side that a column words
 };
 
 /// Whether the same two itemsets were a pair of this class before, most often with the base as difference.
@@ -127,9 +140,9 @@ void Derivation::find_rules(const Pair& pair) {
         if (!filter_.reaches_thresholds(rule.at_low, rule.at_high)) {
             continue;
         }
-        ++accounting_.derived;
+        ++result_.accounting.derived;
         if (const auto step = filter_.refused_by_counts(form, rule.at_low, rule.at_high)) {
-            ++accounting_[*step];
+            ++result_.accounting[*step];
             continue;
         }
         found_.push_back(rule);
@@ -138,12 +151,14 @@ void Derivation::find_rules(const Pair& pair) {
 
 /// Turns the rules in `found_` into candidates.
 void Derivation::word(const Pair& pair) {
+    const ShortestWording* const shortest = source_.wording;
     const bool is_known = pair.difference_support.lower == pair.difference_support.upper;
     const ItemSpan difference_items =
-        shortest_ && is_known ? shortest_->of_itemset(pair.difference, pair.difference_support.lower)
-                              : ItemSpan(pair.difference);
-    const ItemSpan base_items =
-        shortest_ ? shortest_->of_base(pair.base, pair.base_node, difference_items) : ItemSpan(pair.base);
+        shortest != nullptr && is_known ? shortest->of_itemset(pair.difference, pair.difference_support.lower)
+                                        : ItemSpan(pair.difference);
+    const ItemSpan base_items = shortest != nullptr
+                                    ? base_wording_.of(pair.base, pair.base_node, difference_items)
+                                    : ItemSpan(pair.base);
     const WordedItemset base = source_.columns.worded(base_items);
     const WordedItemset difference = source_.columns.worded(difference_items);
     for (const CountedRule& rule : found_) {
@@ -155,13 +170,13 @@ void Derivation::word(const Pair& pair) {
         const WordedItemset& of_conclusion = is_base_premise ? difference : base;
         if (source_.columns.imply({of_premise.items, is_premise_negated},
                                   {of_conclusion.items, is_conclusion_negated})) {
-            ++accounting_[Step::columns];
+            ++result_.accounting[Step::columns];
             continue;
         }
         const WordedSide premise_side = of_premise.side(is_premise_negated);
         const WordedSide conclusion_side = of_conclusion.side(is_conclusion_negated);
         if (const auto step = filter_.refused_by_sides(premise_side, conclusion_side, source_.columns)) {
-            ++accounting_[*step];
+            ++result_.accounting[*step];
             continue;
         }
         add_candidate(rule, premise_side, conclusion_side, base, difference);
@@ -172,40 +187,124 @@ void Derivation::add_candidate(const CountedRule& rule, const WordedSide& premis
                                const WordedSide& conclusion, const WordedItemset& base,
                                const WordedItemset& difference) {
     const auto side = [this](const WordedSide& worded) {
-        return Side(pool_.intern(worded.items), worded.is_negated);
+        return Side(result_.itemsets.intern(worded.items), worded.is_negated);
     };
     const auto stands_for = [this](const WordedItemset& itemset) {
-        return pool_.intern(itemset.is_turned() ? ItemSpan(itemset.rest) : itemset.items);
+        return result_.itemsets.intern(itemset.is_turned() ? ItemSpan(itemset.rest) : itemset.items);
     };
     const auto [first, second] = std::minmax({stands_for(base), stands_for(difference)});
     // Groups 3 and 4 have one negated side; each itemset for which its rest stands turns that once more.
     const bool is_opposite = (group(rule.form) >= 3) != (base.is_turned() != difference.is_turned());
     const FoundRule found = {side(premise), side(conclusion), rule.at_low, rule.at_high, rule.form};
     if (const auto step = filter_.refused_at_last(found, premise, conclusion)) {
-        ++accounting_[*step];
+        ++result_.accounting[*step];
         return;
     }
     const bool waits = !base.rest.empty() || !difference.rest.empty();
-    (waits ? waiting_ : candidates_).push_back({found, {first, second, is_opposite}, class_});
+    (waits ? result_.waiting : candidates_).push_back({found, {first, second, is_opposite}, class_});
 }
+
+/// Hands out the classes in batches: few enough that all threads are busy until the end.
+class Batches {
+public:
+    explicit Batches(const LatticeEntries& entries) : rest_(entries) {}
+
+    /// Nothing when there is no more.
+    std::optional<Batch> next() {
+        if (rest_.empty()) {
+            return std::nullopt;
+        }
+        std::size_t classes = 0;
+        for (std::size_t edges = 0; classes < rest_.size() && edges + classes < most_edges; ++classes) {
+            edges += rest_[classes].successors.size();
+        }
+        const Batch batch = rest_.first(classes);
+        rest_ = rest_.subspan(classes);
+        return batch;
+    }
+
+private:
+    static constexpr std::size_t most_edges = 256;  ///< about, with the classes: a millisecond or some
+
+    Batch rest_;
+};
+
+/// Takes the results of one batch after the other.
+class Collection {
+public:
+    /// Refers to all but `readings`.
+    Collection(Readings readings, ItemsetPool& pool, Accounting& accounting, const AddRule& add)
+        : merge_(readings, pool, accounting, add), pool_(pool), accounting_(accounting), add_(add) {}
+
+    void take(const BatchResult& batch) {
+        numbers_.assign(batch.itemsets.size(), no_number);
+        for (FoundRule rule : batch.rules) {
+            renumber_sides(rule, batch.itemsets);
+            add_(rule);
+        }
+        for (MergeCandidate candidate : batch.waiting) {
+            renumber_sides(candidate.rule, batch.itemsets);
+            Association& association = candidate.association;
+            std::tie(association.first, association.second) =
+                std::minmax({number_of(association.first, batch.itemsets),
+                             number_of(association.second, batch.itemsets)});
+            waiting_.push_back(candidate);
+        }
+        accounting_.add(batch.accounting);
+    }
+
+    /// No more batches come.
+    void finish() { merge_.settle(waiting_); }
+
+private:
+    static constexpr ItemsetId no_number = 0xFFFFFFFF;
+
+    /// The number in the pool of an itemset that has one in a batch.
+    ItemsetId number_of(ItemsetId in_batch, const ItemsetPool& of_batch) {
+        ItemsetId& number = numbers_[in_batch];
+        if (number == no_number) {
+            number = pool_.intern(of_batch[in_batch]);
+        }
+        return number;
+    }
+
+    void renumber_sides(FoundRule& rule, const ItemsetPool& of_batch) {
+        for (Side* const side : {&rule.premise, &rule.conclusion}) {
+            *side = Side(number_of(side->itemset(), of_batch), side->is_negated());
+        }
+    }
+
+    AssociationMerge merge_;
+    ItemsetPool& pool_;
+    Accounting& accounting_;
+    const AddRule& add_;
+    std::vector<ItemsetId> numbers_;       ///< by number in a batch
+    std::vector<MergeCandidate> waiting_;  ///< of all batches
+};
 
 }  // namespace
 
 void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
                   ItemsetPool& pool, Accounting& accounting, const AddRule& add,
                   const DerivationProgress& progress, const Contradiction& contradiction) {
-    Derivation derivation(source, request, filter, pool, accounting, add, contradiction);
-    Pairs pairs(source.supports, derivation);
     accounting.classes = source.entries.size();
     accounting.transactions = source.transactions;
+    Batches batches(source.entries);
+    Collection collection(request.readings, pool, accounting, add);
     std::size_t done = 0;
-    for (const LatticeEntry& entry : source.entries) {
-        derivation.begin(entry);
-        pairs.of_class(entry);
-        derivation.end_of_class();
-        progress(++done);
-    }
-    derivation.finish();
+    using Work = OrderedWork<Batch, BatchResult>;
+    Work::run(source.listener == nullptr ? request.threads : 1,
+              {[&] { return batches.next(); },
+               [&]() -> Work::Work {
+                   const auto derivation =
+                       std::make_shared<Derivation>(source, request, filter, contradiction);
+                   return [derivation](const Batch& batch) { return derivation->rules_of(batch); };
+               },
+               [&](const BatchResult& result) {
+                   collection.take(result);
+                   progress(done += result.classes);
+               }});
+    collection.finish();
 }
 
 }  // namespace korv::tools

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <unordered_set>
 #include <vector>
 
@@ -23,29 +24,38 @@
 
 namespace korv::tools {
 
+/// Makes what a thread asks for supports.
+using MakeSupports = std::function<std::unique_ptr<Supports>()>;
+
 /// What rules are derived from.
 struct RuleSource {
     const LatticeEntries& entries;  ///< with their successors
-    Supports& supports;
+    MakeSupports make_supports;     ///< called by each thread
     const ColumnFacts& columns;
+    const ShortestWording* wording;  ///< null for the items as korv writes them
     Count transactions;
-    PairSink* listener = nullptr;  ///< gets every pair, too, before any rule is derived from it; may be null
+    /// Gets every pair, too, before any rule is derived from it; may be null. It keeps the work in one
+    /// thread.
+    PairSink* listener = nullptr;
 };
 
-/// Told how far the derivation has come: after each class, with how many are done.
+/// Told how far the derivation has come: after every few classes, with how many are done.
 using DerivationProgress = std::function<void(std::size_t classes)>;
 
-/// Throws what is to be said of a pair whose supports contradict each other.
+/// Throws what is to be said of a pair whose supports contradict each other. Called by any thread.
 using Contradiction = std::function<void(const Pair& pair)>;
 
 /// Derives the rules of all pairs, chooses, words and merges them. `add` gets those that are left, in no
-/// order; `accounting` what became of the others.
+/// order that means anything; `accounting` what became of the others. On as many threads as the request says,
+/// of which `add` and `progress` see nothing: they are called one at a time, and in the same order however
+/// many there are. The first contradiction in the order of the classes is the one that is thrown.
 ///
-/// Memory grows with the itemsets in `pool`, those of the sides of rules that pass the filter but for its
-/// condition, and with what `add` keeps: rules that say the same, or tell of the same association, come from
-/// the same class. (The union of their sides is met by the same transactions as the class, so the class is
-/// the closure of that union.) Only rules with a side within one exhaustive column, which its rest can word,
-/// come from several; they wait until the end.
+/// Memory grows with the itemsets in `pool`, those of the sides of rules that are left or wait, and with what
+/// `add` keeps: rules that say the same, or tell of the same association, come from the same class. (The
+/// union of their sides is met by the same transactions as the class, so the class is the closure of that
+/// union.) Only rules with a side within one exhaustive column, which its rest can word, come from several;
+/// they wait until the end. Each thread needs memory for what it remembers of supports, and for some classes
+/// at a time.
 void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
                   ItemsetPool& pool, Accounting& accounting, const AddRule& add,
                   const DerivationProgress& progress, const Contradiction& contradiction);

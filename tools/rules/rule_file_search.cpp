@@ -5,6 +5,7 @@
 #include <iterator>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <span>
@@ -141,7 +142,9 @@ public:
 class RuleCounter {
 public:
     explicit RuleCounter(const Database& database)
-        : counter_(database), supports_(unknown_, counter_), transactions_(database.transactions) {}
+        : counter_(database),
+          supports_(std::make_unique<UnknownSupports>(), counter_),
+          transactions_(database.transactions) {}
 
     Contingency count(const RuleRecord& rule) {
         const RecordedSide& premise = rule.premise;
@@ -167,7 +170,6 @@ private:
         return bounds.lower;
     }
 
-    UnknownSupports unknown_;
     SupportCounter counter_;
     CountedSupports supports_;
     Count transactions_;

@@ -92,6 +92,8 @@ struct RuleRequest {
     bool is_ascending = false;
     std::size_t top = 0;             ///< 0 for all
     std::size_t per_conclusion = 0;  ///< 0 for all
+
+    std::size_t threads = 1;  ///< that derive them; the rules are the same with any number, from 1
 };
 
 }  // namespace korv::tools

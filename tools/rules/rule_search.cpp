@@ -1,7 +1,9 @@
 #include "rules/rule_search.h"
 
 #include <algorithm>
+#include <future>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_set>
@@ -9,6 +11,7 @@
 
 #include "common/class_agreement.h"
 #include "common/error.h"
+#include "common/temporary_file.h"
 #include "engine/difference_supports.h"
 #include "engine/lattice_building.h"
 #include "engine/lattice_entries.h"
@@ -21,6 +24,7 @@
 #include "rules/rule_filter.h"
 #include "rules/rule_order.h"
 #include "rules/support_counter.h"
+#include "rules/wording.h"
 
 namespace korv::tools {
 
@@ -141,6 +145,51 @@ Prune default_prune(const std::vector<FoundRule>& rules, const ItemsetPool& item
     return work <= most_work_for_productive ? Prune::productive : Prune::same;
 }
 
+/// What rules are derived with, besides the lattice.
+struct Groundwork {
+    std::shared_ptr<const DifferenceSupports::Indexes> indexes;
+    std::unique_ptr<const SupportCounter> counter;   ///< null without transactions
+    std::unique_ptr<const ShortestWording> wording;  ///< null for full wording
+    ColumnFacts columns;                             ///< by which sides are worded
+};
+
+/// `entries` need no successors. Throws Error where classes contradict each other.
+Groundwork groundwork(const RuleInput& input, const RuleRequest& request, const LatticeEntries& entries) {
+    Groundwork work;
+    DifferenceSupports from_classes(entries);
+    if (!input.lines.empty()) {
+        require_agreement(input.classes, input.lines, input.path, input.transactions, from_classes);
+    }
+    work.indexes = from_classes.indexes();
+    if (input.database) {
+        work.counter = std::make_unique<const SupportCounter>(*input.database);
+    }
+    if (request.wording == Wording::shortest) {
+        work.wording = std::make_unique<const ShortestWording>(entries);
+        work.columns = column_facts(input);
+    }
+    return work;
+}
+
+/// The same, in a thread of its own where there is more than one; otherwise once it is asked for. It does not
+/// look at successors, so they can be linked meanwhile.
+std::future<Groundwork> begin_groundwork(const RuleInput& input, const RuleRequest& request,
+                                         const LatticeEntries& entries) {
+    const SignalsBlocked in_the_thread;
+    const auto policy =
+        request.threads > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
+    return std::async(policy, [&] { return groundwork(input, request, entries); });
+}
+
+/// Supports for one thread.
+std::unique_ptr<Supports> supports(const Groundwork& work) {
+    auto from_classes = std::make_unique<DifferenceSupports>(work.indexes);
+    if (!work.counter) {
+        return from_classes;
+    }
+    return std::make_unique<CountedSupports>(std::move(from_classes), *work.counter);
+}
+
 /// Derives the rules of the input and hands on those that are left.
 void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
             SearchResult& result, const AddRule& add, const SearchProgress& progress,
@@ -148,22 +197,11 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
     KorvOutput* const korv = extras.korv;
     progress.begin(Phase::lattice);
     LatticeEntries entries = lattice_entries(input.classes);
+    std::future<Groundwork> work_to_come = begin_groundwork(input, request, entries);
     link_successors(entries);
     progress.begin(Phase::indexing);
-    DifferenceSupports from_classes(entries);
-    if (!input.lines.empty()) {
-        require_agreement(input.classes, input.lines, input.path, input.transactions, from_classes);
-    }
-    std::optional<SupportCounter> counter;
-    std::optional<CountedSupports> counted;
-    if (input.database) {
-        counter.emplace(*input.database);
-        counted.emplace(from_classes, *counter);
-    }
-    Supports& supports = counted ? static_cast<Supports&>(*counted) : from_classes;
-    if (request.wording == Wording::shortest) {
-        result.columns = column_facts(input);
-    }
+    Groundwork work = work_to_come.get();
+    result.columns = std::move(work.columns);
 
     std::optional<RuleMaker> korv_rules;
     if (korv != nullptr) {
@@ -174,13 +212,15 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
     }
     progress.begin(Phase::deriving);
     // korv itself does not know what was counted in the transactions.
-    if (korv_rules && counted) {
+    if (korv_rules && work.counter) {
+        DifferenceSupports from_classes(work.indexes);
         for_each_pair(input.classes, entries, from_classes, *korv_rules);
     }
-    PairSink* const listener = korv_rules && !counted ? &*korv_rules : nullptr;
+    PairSink* const listener = korv_rules && !work.counter ? &*korv_rules : nullptr;
     derive_rules(
-        {entries, supports, result.columns, input.transactions, listener}, request, filter, result.itemsets,
-        result.accounting, add,
+        {entries, [&] { return supports(work); }, result.columns, work.wording.get(), input.transactions,
+         listener},
+        request, filter, result.itemsets, result.accounting, add,
         [&](std::size_t done) { progress.derived(result.accounting, done, entries.size()); },
         [&](const Pair& pair) { refuse(input, pair); });
     if (extras.keeps_lattice) {

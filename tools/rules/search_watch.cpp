@@ -30,10 +30,6 @@ void SearchWatch::begin(Phase phase) {
 }
 
 void SearchWatch::derived(const Accounting& accounting, std::size_t done, std::size_t classes) {
-    constexpr std::size_t often = 1024;
-    if (done % often != 0 && done != classes) {
-        return;
-    }
     statistics().pairs = accounting.pairs;
     statistics().expected_pairs = accounting.pairs * classes / done;
     statistics().derived = accounting.derived;

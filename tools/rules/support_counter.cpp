@@ -25,7 +25,6 @@ SupportCounter::SupportCounter(const Database& database) : database_(database) {
     if (!database.weights.empty()) {
         rows_.set_weights(database.weights);
     }
-    met_.resize(rows_.words());
     for (std::size_t position = 0; position < items_.size(); ++position) {
         if (row_[position] == no_row) {
             continue;
@@ -36,33 +35,33 @@ SupportCounter::SupportCounter(const Database& database) : database_(database) {
     }
 }
 
-Count SupportCounter::count(ItemSpan itemset) {
-    std::ranges::fill(met_, BitWord{0});
+Count SupportCounter::count(ItemSpan itemset) const {
+    std::vector<BitWord> met(rows_.words());  // the lines that hold an item of the itemset
     for (const Item item : itemset) {
         const auto found = std::ranges::lower_bound(items_, item);
         if (found != items_.end() && *found == item) {
-            add_lines_with(static_cast<std::size_t>(found - items_.begin()));
+            add_lines_with(static_cast<std::size_t>(found - items_.begin()), met);
         }
     }
-    return rows_.both(met_.data(), met_.data());
+    return rows_.both(met.data(), met.data());
 }
 
 /// Adds the lines with an item to those that are met.
-void SupportCounter::add_lines_with(std::size_t position) {
+void SupportCounter::add_lines_with(std::size_t position, std::vector<BitWord>& met) const {
     if (row_[position] == no_row) {
         for (const Transaction line : database_.items[position].transactions) {
-            met_[word_of(line)] |= bit_of(line);
+            met[word_of(line)] |= bit_of(line);
         }
         return;
     }
     const BitWord* const row = rows_[row_[position]];
-    for (std::size_t word = 0; word < met_.size(); ++word) {
-        met_[word] |= row[word];
+    for (std::size_t word = 0; word < met.size(); ++word) {
+        met[word] |= row[word];
     }
 }
 
 Count CountedSupports::settle(const Itemset& itemset, SupportBounds& bounds) {
-    if (const Count settled = supports_.settle(itemset, bounds); settled != 0) {
+    if (const Count settled = supports_->settle(itemset, bounds); settled != 0) {
         return settled;
     }
     auto [known, is_new] = known_.try_emplace(itemset);

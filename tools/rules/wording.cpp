@@ -45,7 +45,7 @@ ShortestWording::ShortestWording(const LatticeEntries& entries) {
     }
 }
 
-ItemSpan ShortestWording::of_base(const Itemset& base, NodeRef node, ItemSpan other) {
+ItemSpan BaseWording::of(const Itemset& base, NodeRef node, ItemSpan other) {
     const std::span<const Itemset> keys = keys_of(node);
     if (&node->second != last_class_) {
         last_class_ = &node->second;

@@ -10,18 +10,28 @@
 
 namespace korv::tools {
 
-/// Finds the shortest itemset that says the same of every transaction as an itemset of a pair, among the keys
-/// of the classes: their essential itemsets, or the closed itemset of a class that stores none. Of several
-/// shortest ones it is the lexicographically smallest.
+// Both find the shortest itemset that says the same of every transaction as an itemset of a pair, among the
+// keys of the classes: their essential itemsets, or the closed itemset of a class that stores none. Of
+// several shortest ones it is the lexicographically smallest.
+
+/// The wording of bases, which looks at the keys of their class. It remembers that of the last class.
+class BaseWording {
+public:
+    /// The wording of `base`, the closed itemset of a class or one of its essential itemsets: a key of the
+    /// class that shares no item with `other`, which shares none with `base`. (Without that, where two items
+    /// are always together, 2 => 1 or 3 would be worded 1 => 1 or 3.)
+    ItemSpan of(const Itemset& base, NodeRef node, ItemSpan other);
+
+private:
+    const data* last_class_ = nullptr;       ///< was asked for last
+    const Itemset* last_wording_ = nullptr;  ///< the shortest key of that class
+};
+
+/// The wording of itemsets of any class.
 class ShortestWording {
 public:
     /// `entries` must outlive it unchanged. O(keys * log keys).
     explicit ShortestWording(const LatticeEntries& entries);
-
-    /// The wording of `base`, the closed itemset of a class or one of its essential itemsets: a key of the
-    /// class that shares no item with `other`, which shares none with `base`. (Without that, where two items
-    /// are always together, 2 => 1 or 3 would be worded 1 => 1 or 3.)
-    ItemSpan of_base(const Itemset& base, NodeRef node, ItemSpan other);
 
     /// The wording of an itemset of known support: a key within it that has this support; where there is
     /// none, the itemset itself. Looks through the keys of this support, shortest first, and passes over
@@ -51,9 +61,7 @@ private:
     static ItemSpan first_within(Keys keys, ItemSpan itemset, std::size_t depth);
     static std::size_t first_not_below(const Keys& keys, std::uint64_t item, std::size_t depth);
 
-    std::vector<Group> groups_;              ///< by support, then size; without the empty itemset
-    const data* last_class_ = nullptr;       ///< of_base was asked for it last
-    const Itemset* last_wording_ = nullptr;  ///< the shortest key of that class
+    std::vector<Group> groups_;  ///< by support, then size; without the empty itemset
 };
 
 }  // namespace korv::tools
