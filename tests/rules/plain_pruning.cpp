@@ -81,6 +81,10 @@ std::size_t take_out(std::vector<FoundRule>& rules, const std::vector<FoundRule>
     });
 }
 
+bool are_sides_of_equal_sign(const FoundRule& rule) {
+    return rule.premise.is_negated() == rule.conclusion.is_negated();
+}
+
 /// Shorter rules first, each is compared with those that are kept.
 std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPool& itemsets,
                                   Count transactions) {
@@ -88,12 +92,17 @@ std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPo
         return std::int64_t{table.both} * transactions - std::int64_t{table.premise} * table.conclusion;
     };
     const auto is_within = [&](const Side& side, const Side& other) {
-        return side.is_negated() == other.is_negated() &&
-               is_contained(itemsets[side.itemset()], itemsets[other.itemset()]);
+        return is_contained(itemsets[side.itemset()], itemsets[other.itemset()]);
+    };
+    const auto lies_within = [&](const FoundRule& rule, const FoundRule& other) {
+        const bool is_straight =
+            is_within(rule.premise, other.premise) && is_within(rule.conclusion, other.conclusion);
+        const bool is_crosswise =
+            is_within(rule.premise, other.conclusion) && is_within(rule.conclusion, other.premise);
+        return (is_straight || is_crosswise) && items(rule, itemsets) < items(other, itemsets);
     };
     const auto is_no_better = [&](const FoundRule& rule, const FoundRule& kept) {
-        return is_within(kept.premise, rule.premise) && is_within(kept.conclusion, rule.conclusion) &&
-               !have_same_sides(kept, rule) &&
+        return are_sides_of_equal_sign(kept) == are_sides_of_equal_sign(rule) && lies_within(kept, rule) &&
                is_certainly_at_least(kept, rule, [&](const Contingency& a, const Contingency& b) {
                    return leverage(a) >= leverage(b);
                });

@@ -215,6 +215,57 @@ TEST(PruneRules, KeepsABoundedRuleThatMayHaveMoreLeverageThanOneOfFewerItems) {
               1U);
 }
 
+TEST(PruneRules, ComparesLeverageWhicheverSideIsThePremise) {
+    // 500 - 200 against 600 - 400 in 10,000.
+    const Contingency shorter = {5, 40, 5};
+    const Contingency longer = {10, 40, 6};
+    using Sides = std::array<std::vector<int>, 2>;
+    const std::vector<std::pair<Sides, Sides>> pairs = {
+        {{{{1}, {2}}}, {{{2, 3}, {1}}}},    {{{{1}, {2}}}, {{{2}, {1, 3}}}},
+        {{{{-1}, {-2}}}, {{{2, 3}, {1}}}},  {{{{1}, {2}}}, {{{-1, -3}, {-2}}}},
+        {{{{1}, {-2}}}, {{{2, 3}, {-1}}}},  {{{{1}, {-2}}}, {{{-1, -3}, {2}}}},
+        {{{{-1}, {2}}}, {{{2}, {-1, -3}}}}, {{{{-1}, {2}}}, {{{1}, {-2, -3}}}},
+    };
+    for (const auto& [inner, outer] : pairs) {
+        const TypedRule kept = {inner[0], inner[1], shorter};
+        const TypedRule left_out = {outer[0], outer[1], longer};
+
+        EXPECT_EQ(outcome({left_out, kept}, Prune::productive),
+                  (Outcome{outcome({kept}, Prune::none).left, {0, 0, 1}}));
+        EXPECT_EQ(outcome({left_out, kept}, Prune::full).left.size(), 2U);
+    }
+}
+
+TEST(PruneRules, ComparesNoLeverageOfRulesThatSayTheOpposite) {
+    const TypedRule shorter = {{1}, {2}, {5, 40, 5}};
+    const Contingency longer = {10, 40, 6};
+
+    EXPECT_EQ(outcome({shorter, {{1, 3}, {-2}, longer}}, Prune::productive).left.size(), 2U);
+    EXPECT_EQ(outcome({shorter, {{-2}, {1, 3}, longer}}, Prune::productive).left.size(), 2U);
+    EXPECT_EQ(outcome({shorter, {{2}, {-1, -3}, longer}}, Prune::productive).left.size(), 2U);
+}
+
+TEST(PruneRules, ComparesNoLeverageOfRulesOfTheSameItemsets) {
+    // Leverage times 10,000: 800, 700, 600.
+    const std::vector<TypedRule> rules = {
+        {{1}, {2}, {10, 10, 9}}, {{2}, {1}, {10, 10, 8}}, {{-1}, {-2}, {10, 10, 7}}};
+
+    EXPECT_EQ(outcome(rules, Prune::productive).left.size(), 3U);
+}
+
+TEST(PruneRules, OfRulesOfTheSameItemsetsTheBestOneLeavesOutLongerOnes) {
+    // 700 and 800 against 750, whichever comes first.
+    const TypedRule longer = {{1, 3}, {2}, {25, 10, 10}};
+    const TypedRule weak = {{2}, {1}, {10, 10, 8}};
+    const TypedRule strong = {{-1}, {-2}, {10, 10, 9}};
+
+    EXPECT_EQ(outcome({longer, weak}, Prune::productive).left.size(), 2U);
+    EXPECT_EQ(outcome({longer, weak, strong}, Prune::productive),
+              (Outcome{{"2 => 1", "-1 => -2"}, {0, 0, 1}}));
+    EXPECT_EQ(outcome({longer, strong, weak}, Prune::productive),
+              (Outcome{{"-1 => -2", "2 => 1"}, {0, 0, 1}}));
+}
+
 TEST(PruneRules, NeitherLeavesOutNorComparesByConfidenceARuleWhosePremiseMayHoldForNobody) {
     const std::vector<TypedRule> rules = {{{1, 2}, {5}, {0, 30, 0}, {20, 30, 20}}, {{1}, {5}, {10, 30, 9}}};
 

@@ -43,6 +43,19 @@ TEST(ShortClaims, FindThoseThatContainOthers) {
     EXPECT_EQ(outdone(three_claims(1, 1), {Stand::within, Stand::equals}), (Outdone{1, 0, 0}));
 }
 
+TEST(ShortClaims, MayHaveTheSameItemsetsWhereBothMustLieWithin) {
+    test::ClaimSet set = three_claims(2, 2);
+    const Claim inner = set.claims[2];
+    set.claims.push_back({inner.first, inner.second, 3, 3, 3});
+    set.claims.push_back({inner.first, inner.second, 1, 1, 4});
+
+    // Those of the same itemsets do not outdo each other, and the strongest of them outdoes the others.
+    EXPECT_EQ(outdone(set, {Stand::within, Stand::within}), (Outdone{1, 1, 0, 0, 0}));
+    set.claims[0].high = 3;
+    set.claims[1].high = 4;
+    EXPECT_EQ(outdone(set, {Stand::within, Stand::within}), (Outdone{1, 0, 0, 0, 0}));
+}
+
 TEST(ShortClaims, FindThoseWhoseFirstIsContainedAndWhoseSecondContainsTheOther) {
     // {1} and {5 6} is outdone by both of the others.
     EXPECT_EQ(outdone(three_claims(1, 1), {Stand::contains, Stand::within}), (Outdone{0, 1, 0}));

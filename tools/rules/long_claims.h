@@ -30,12 +30,12 @@ namespace korv::tools {
 /// with short ones. Takes at most some 70 bytes for each claim, besides the claim.
 class LongClaims {
 public:
-    /// Refers to the first two. No two of `claims` have the same itemsets. Where their second itemsets have
-    /// to be equal, they should be: blocks are not passed over for that.
+    /// Refers to the first two. Where the second itemsets have to be equal, those of `claims` should be:
+    /// blocks are not passed over for that.
     LongClaims(const ItemsetPool& itemsets, const ItemsetSignatures& signatures,
                std::span<const Claim> claims, Outdoing outdoing);
 
-    /// Whether one of the claims, other than itself, outdoes `claim`.
+    /// Whether one of the claims outdoes `claim`.
     bool outdo(const Claim& claim) const;
 
 private:

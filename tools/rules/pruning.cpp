@@ -108,6 +108,11 @@ Signs signs(const FoundRule& rule) {
     return rule.conclusion.is_negated() ? Signs::conclusion : Signs::none;
 }
 
+/// Whether one side is negated and the other one is not.
+bool has_opposite_signs(const FoundRule& rule) {
+    return rule.premise.is_negated() != rule.conclusion.is_negated();
+}
+
 /// Of rules of the same signs: which of them is compared with which, and how.
 struct Comparison {
     Signs signs;
@@ -129,13 +134,6 @@ constexpr std::array domination_of_same_conclusion = {
     Comparison{Signs::both, false, {Stand::within, Stand::equals}},
     Comparison{Signs::conclusion, false, {Stand::contains, Stand::equals}},
     Comparison{Signs::premise, false, {Stand::within, Stand::equals}},
-};
-
-constexpr std::array within_both_sides = {
-    Comparison{Signs::none, false, {Stand::within, Stand::within}},
-    Comparison{Signs::both, false, {Stand::within, Stand::within}},
-    Comparison{Signs::conclusion, false, {Stand::within, Stand::within}},
-    Comparison{Signs::premise, false, {Stand::within, Stand::within}},
 };
 
 /// A rule without exception, as what it says. Rules of the same statement are contrapositives of each other.
@@ -190,7 +188,7 @@ public:
     /// rule dominates or implies.
     std::size_t leave_out_weaker(bool has_same_conclusion);
 
-    /// Leaves out what is no better than a rule of fewer items.
+    /// Leaves out what is no better than a rule of fewer items, whichever of its sides is the premise.
     std::size_t leave_out_unproductive(Count transactions);
 
     bool is_left_out(std::size_t rule) const { return is_left_out_[rule] != 0; }
@@ -199,6 +197,8 @@ private:
     void leave_out_implied();
     void leave_out_implied_alternatives();
     void leave_out_outdone(std::span<const Comparison> comparisons, const std::vector<Ends<Rank>>& strengths);
+    std::vector<Claim> claims_either_way(bool have_opposite_signs,
+                                         const std::vector<Ends<Rank>>& strengths) const;
     bool is_preferred(std::uint32_t a, std::uint32_t b) const;
     std::size_t count_left_out() const {
         return static_cast<std::size_t>(std::ranges::count(is_left_out_, char{1}));
@@ -327,16 +327,34 @@ void Pruning::leave_out_outdone(std::span<const Comparison> comparisons,
 
 std::size_t Pruning::leave_out_unproductive(Count transactions) {
     const std::size_t before = count_left_out();
-    std::vector<Ends<Rank>> leverages = ranks_of_ends(rules_, [=](const FoundRule& rule) {
+    const std::vector<Ends<Rank>> leverages = ranks_of_ends(rules_, [=](const FoundRule& rule) {
         return std::optional(ends(leverage(rule.at_low, transactions), leverage(rule.at_high, transactions)));
     });
-    for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
-        if (is_left_out(rule)) {
-            leverages[rule] = {0, unreachable};
-        }
+    for (const bool have_opposite_signs : {false, true}) {
+        std::vector<Claim> claims = claims_either_way(have_opposite_signs, leverages);
+        outdone_claims_.mark(claims, {Stand::within, Stand::within}, is_left_out_);
     }
-    leave_out_outdone(within_both_sides, leverages);
     return count_left_out() - before;
+}
+
+/// Claims of the rules that are not left out and whose signs are equal, or opposite. Turned round, or with
+/// both sides negated, a rule has the same leverage; with one of them negated, it has the opposite one. So
+/// such rules compare whichever of their sides is the premise, and whichever is negated: each has its claim
+/// and, to outdo others alone, the same one turned round.
+std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs,
+                                              const std::vector<Ends<Rank>>& strengths) const {
+    std::vector<Claim> claims;
+    claims.reserve(2 * rules_.size());
+    for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
+        if (is_left_out(rule) || has_opposite_signs(rules_[rule]) != have_opposite_signs) {
+            continue;
+        }
+        const ItemsetId premise = rules_[rule].premise.itemset();
+        const ItemsetId conclusion = rules_[rule].conclusion.itemset();
+        claims.push_back({premise, conclusion, strengths[rule].low, strengths[rule].high, rule});
+        claims.push_back({conclusion, premise, strengths[rule].low, unreachable, rule});
+    }
+    return claims;
 }
 
 }  // namespace

@@ -117,21 +117,18 @@ void ShortClaims::mark_contained(std::span<const Claim> claims, std::vector<char
 
 /// Where a claim outdoes those that it lies within.
 void ShortClaims::mark_containing(std::span<const Claim> claims, std::vector<char>& is_outdone) const {
-    Table numbers(claims.size());
-    for (std::uint32_t i = 0; i < claims.size(); ++i) {
-        numbers(claims[i].first, claims[i].second) = i + 1;
+    Table lows(claims.size());
+    for (const Claim& claim : claims) {
+        Rank& low = lows(claim.first, claim.second);
+        low = std::max(low, claim.low);
     }
     for (const Claim& claim : claims) {
         if (claim.high == unreachable || is_outdone[claim.rule] != 0) {
             continue;
         }
         for_each_pair_of_parts(claim, [&](ItemsetId first, ItemsetId second) {
-            const std::uint32_t number = numbers.find(first, second);
-            if (number == 0) {
-                return true;
-            }
-            const Claim& other = claims[number - 1];
-            const bool outdoes = &other != &claim && other.low >= claim.high;
+            const bool is_itself = first == claim.first && second == claim.second;
+            const bool outdoes = !is_itself && lows.find(first, second) >= claim.high;
             if (outdoes) {
                 is_outdone[claim.rule] = 1;
             }

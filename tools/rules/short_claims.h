@@ -33,9 +33,9 @@ public:
                 std::size_t pairs_of_a_pass = default_pairs_of_a_pass)
         : parts_(parts), itemsets_(itemsets), pairs_of_a_pass_(pairs_of_a_pass) {}
 
-    /// Sets `is_outdone` of the rule of each claim that is outdone. No two claims have the same itemsets, and
-    /// all itemsets that are not to be equal have parts. At most 255 look-ups for each claim of up to 8
-    /// items.
+    /// Sets `is_outdone` of the rule of each claim that is outdone. No two claims have the same itemsets
+    /// unless both must lie within; all itemsets that are not to be equal have parts. At most 255 look-ups
+    /// for each claim of up to 8 items.
     void mark_outdone(std::span<const Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone);
 
 private:

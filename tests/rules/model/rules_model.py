@@ -868,10 +868,17 @@ def implies(rule: Rule, other: Rule) -> bool:
 
 
 def lies_within(rule: Rule, other: Rule) -> bool:
-    """Whether each side of a rule lies within that of another one of the same signs, and one of them properly."""
-    return (rule.group == other.group and rule.premise.items <= other.premise.items
-            and rule.conclusion.items <= other.conclusion.items
-            and (rule.premise, rule.conclusion) != (other.premise, other.conclusion))
+    """Whether the items of the two sides of a rule lie within those of the sides of a longer one, either way round.
+    Both rules have one negated side, or neither has."""
+    if has_one_negated_side(rule) != has_one_negated_side(other) or rule.items >= other.items:
+        return False
+    premise, conclusion = rule.premise.items, rule.conclusion.items
+    return ((premise <= other.premise.items and conclusion <= other.conclusion.items)
+            or (premise <= other.conclusion.items and conclusion <= other.premise.items))
+
+
+def has_one_negated_side(rule: Rule) -> bool:
+    return rule.premise.negated != rule.conclusion.negated
 
 
 def run(knowledge: Knowledge, request: Request) -> Result:

@@ -434,8 +434,22 @@ class PruningTest(unittest.TestCase):
         longer = rule("1 3->2", (14, 10, 11))
         self.assertEqual(pruned("productive", longer, shorter)[1], {})
 
-    def test_only_rules_of_the_same_signs_compete_in_leverage(self) -> None:
-        self.assertEqual(pruned("productive", rule("1->2", (10, 10, 8)), rule("1 3->not 2", (14, 10, 10)))[1], {})
+    def test_rules_compete_in_leverage_whichever_side_is_the_premise(self) -> None:
+        # 5 - 2 against 6 - 4
+        for shorter, longer in (("1->2", "2 3->1"), ("1->2", "2->1 3"), ("not 1->not 2", "2 3->1"),
+                                ("1->not 2", "2 3->not 1"), ("1->not 2", "not 1->2 3"), ("not 1->2", "2->not 1 3")):
+            with self.subTest(longer):
+                rules = rule(longer, (10, 8, 6)), rule(shorter, (5, 8, 5))
+                self.assertEqual(pruned("productive", *rules), ([shorter], {"unproductive": 1}))
+
+    def test_rules_of_opposite_associations_do_not_compete_in_leverage(self) -> None:
+        for longer in ("1 3->not 2", "not 2->1 3", "2->not 1 3"):
+            with self.subTest(longer):
+                self.assertEqual(pruned("productive", rule("1->2", (5, 8, 5)), rule(longer, (10, 8, 6)))[1], {})
+
+    def test_rules_of_the_same_itemsets_do_not_compete_in_leverage(self) -> None:
+        rules = rule("1->2", (10, 10, 8)), rule("2->1", (10, 10, 7)), rule("not 1->not 2", (10, 10, 6))
+        self.assertEqual(pruned("productive", *rules)[1], {})
 
     def test_unproductive_rules_are_left_out_at_every_length(self) -> None:
         rules = rule("1->2", (10, 10, 8)), rule("1 3->2", (12, 10, 9)), rule("1 3 4->2", (14, 10, 10))
