@@ -145,7 +145,8 @@ class Databases(InDirectory):
     def test_have_what_other_transactions_say(self) -> None:
         (self.path / "in.dat").write_text(random_transactions(4), encoding="ascii")
         (self.path / "other.dat").write_text(random_transactions(5), encoding="ascii")
-        database, objects = self.both("in.dat", "-s", "1", "-c", "0.3", "--holdout", "other.dat", "--alpha", "1")
+        database, objects = self.both("in.dat", "-s", "1", "-c", "0.3", "--holdout", "other.dat", "--alpha", "1",
+                                      "--prune", "full")
         self.assertGreater(len(objects), 10)
         self.assertEqual(list(objects[0])[-3:], ["holdout_support", "holdout_confidence", "holdout_p"])
         self.expect_consistent(database)

@@ -20,6 +20,7 @@
 #include "rules/item_choice.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
+#include "rules/rule_file_request.h"
 #include "rules/rule_file_search.h"
 #include "rules/rule_input.h"
 #include "rules/rule_output.h"
@@ -212,38 +213,6 @@ Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOu
     or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, output); });
     sum_up(input, accounting_text(found.accounting, arguments.rules), arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
-}
-
-/// Throws Error for what cannot be told of the rules of rule files.
-void require_rule_files_suffice(const RuleArguments& arguments) {
-    if (arguments.is_count) {
-        throw Error("--count: counts forms, which rule files do not hold; expected classes or transactions");
-    }
-    if (arguments.rules.is_tested) {
-        throw Error(
-            "--test: counts the items that rules could have been made of, which rule files do not hold; "
-            "expected classes or transactions");
-    }
-    if (!arguments.input.holdout.empty()) {
-        throw Error(
-            "--holdout: does not go with rule files, whose rules --database FILE counts; expected classes or "
-            "transactions");
-    }
-    if (arguments.format == RuleFormat::sqlite) {
-        throw Error(
-            "--to sqlite: needs the classes behind the rules, which rule files do not hold; expected another "
-            "format, or classes or transactions");
-    }
-    if (arguments.format == RuleFormat::dot && arguments.graph == GraphKind::lattice) {
-        throw Error(
-            "--graph lattice: needs the classes behind the rules, which rule files do not hold; expected "
-            "--graph rules, or classes or transactions");
-    }
-    if (arguments.format == RuleFormat::dot && arguments.input.database.empty()) {
-        throw Error(
-            "--graph rules: needs the support of conclusions, which rule files do not hold; expected "
-            "--database FILE besides, or another format");
-    }
 }
 
 /// Chooses and writes rules that korv wrote.

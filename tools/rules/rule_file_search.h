@@ -5,25 +5,12 @@
 #include <vector>
 
 #include "common/text_input.h"
-#include "rules/measures.h"
 #include "rules/phase.h"
 #include "rules/rule_input.h"
 #include "rules/rule_request.h"
 #include "rules/rule_search.h"
 
 namespace korv::tools {
-
-/// What is known of rules from rule files: their forms never are, and conclusions only where the transactions
-/// are at hand.
-Knowledge knowledge_of_rule_files(const RuleInput& input);
-
-/// The request as it is for rule files: with what goes without saying of them. The files were made with
-/// thresholds, so there are none but those that are given; sides are worded as the files have them. Without
-/// transactions, any lift will do, the order is by confidence, and nothing is left out as another reading or
-/// as weaker.
-///
-/// Throws UsageError where an option needs what the files do not hold.
-RuleRequest request_for_rule_files(RuleRequest request, const RuleInput& input);
 
 /// Reads the rules of rule files, chooses and ranks them. `first`: the first of `paths`, open. `request`: as
 /// request_for_rule_files returns it; `input`: the context of the files. Rules that are in the files several

@@ -1,6 +1,7 @@
 #include "rules/rule_order.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -17,6 +18,13 @@ std::strong_ordering compare_side(Side one, Side other, const ItemsetPool& items
     const ItemSpan other_items = itemsets[other.itemset()];
     return std::lexicographical_compare_three_way(items.begin(), items.end(), other_items.begin(),
                                                   other_items.end());
+}
+
+/// Compares rules by how many items they have, then by their sides.
+std::strong_ordering compare_by_length(const FoundRule& one, const FoundRule& other,
+                                       const ItemsetPool& itemsets) {
+    const auto by_items = number_of_items(one, itemsets) <=> number_of_items(other, itemsets);
+    return by_items != std::strong_ordering::equal ? by_items : compare_sides(one, other, itemsets);
 }
 
 }  // namespace
@@ -38,9 +46,7 @@ std::size_t negated_sides(const FoundRule& rule) {
 }
 
 bool is_shorter(const FoundRule& one, const FoundRule& other, const ItemsetPool& itemsets) {
-    const std::size_t items = number_of_items(one, itemsets);
-    const std::size_t other_items = number_of_items(other, itemsets);
-    return items != other_items ? items < other_items : std::is_lt(compare_sides(one, other, itemsets));
+    return std::is_lt(compare_by_length(one, other, itemsets));
 }
 
 RuleOrder::Ranked RuleOrder::ranked(const FoundRule& rule) const {
@@ -60,7 +66,14 @@ bool RuleOrder::is_before(const Ranked& one, const Ranked& other) const {
     if (support != other_support) {
         return support > other_support;
     }
-    return is_shorter(one.rule, other.rule, itemsets_);
+    if (const auto by_length = compare_by_length(one.rule, other.rule, itemsets_);
+        by_length != std::strong_ordering::equal) {
+        return std::is_lt(by_length);
+    }
+    const auto counts = [](const FoundRule& rule) {
+        return std::array{rule.at_low.premise, rule.at_low.both, rule.at_high.premise, rule.at_high.both};
+    };
+    return counts(one.rule) < counts(other.rule);
 }
 
 void FirstRules::add(const FoundRule& rule) {

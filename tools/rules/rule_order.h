@@ -27,7 +27,7 @@ std::size_t negated_sides(const FoundRule& rule);
 bool is_shorter(const FoundRule& one, const FoundRule& other, const ItemsetPool& itemsets);
 
 /// The order in which rules are told: by a measure, then by larger support, then fewer items, then by their
-/// sides. No two rules of distinct sides are equal in it.
+/// sides, at last by their counts. Only rules of the same sides and counts are equal in it.
 ///
 /// Of bounds on a measure the end counts that is certain: the lower one where the largest come first, the
 /// upper one where the smallest do. Rules of which the measure is not defined come last.

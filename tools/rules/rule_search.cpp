@@ -23,6 +23,7 @@
 #include "rules/pruning.h"
 #include "rules/rule_filter.h"
 #include "rules/rule_order.h"
+#include "rules/selection.h"
 #include "rules/support_counter.h"
 #include "rules/wording.h"
 
@@ -100,40 +101,6 @@ std::optional<SignificanceTest> significance_test(const RuleInput& input, const 
     const SignificanceLevels levels(request.alpha, items_of(input).size(), request.max_items);
     return SignificanceTest(levels, column_facts(input), input.transactions);
 }
-
-/// Takes the rules that are left after pruning, and keeps those that are told.
-class Selection {
-public:
-    /// Refers to the order.
-    Selection(const RuleOrder& order, const RuleRequest& request)
-        : first_(order, request.top),
-          of_each_conclusion_(order, request.per_conclusion),
-          is_per_conclusion_(request.per_conclusion > 0) {}
-
-    void add(const FoundRule& rule) {
-        ++added_;
-        if (is_per_conclusion_) {
-            of_each_conclusion_.add(rule);
-        } else {
-            first_.add(rule);
-        }
-    }
-
-    /// The rules that are told, in their order. `accounting` gets how many are not. Call this once, last.
-    std::vector<FoundRule> take(Accounting& accounting) {
-        const std::size_t left = is_per_conclusion_ ? of_each_conclusion_.move_to(first_) : added_;
-        std::vector<FoundRule> told = first_.take();
-        accounting[Step::per_conclusion] += added_ - left;
-        accounting[Step::top] += left - told.size();
-        return told;
-    }
-
-private:
-    FirstRules first_;
-    FirstOfEachConclusion of_each_conclusion_;
-    bool is_per_conclusion_;
-    std::size_t added_ = 0;
-};
 
 /// What is left out where it is not said.
 Prune default_prune(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
