@@ -2,17 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <random>
 
+#include "rules/contingency_printing.h"
 #include "tools/random_database.h"
 
 namespace korv::tools {
-
-/// For the messages of failed expectations.
-static void PrintTo(const Contingency& counts, std::ostream* out) {
-    *out << counts.premise << ", " << counts.conclusion << ", " << counts.both;
-}
 
 namespace {
 
