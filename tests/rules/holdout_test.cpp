@@ -98,7 +98,7 @@ public:
     }
 
     /// Two disjoint sides of the items 1 to 8, of which the last two are in no line.
-    std::pair<SideItems, SideItems> sides() {
+    std::pair<WordedSide, WordedSide> sides() {
         premise_ = {1};
         conclusion_ = {2};
         for (Item item = 3; item <= 8; ++item) {
@@ -124,7 +124,7 @@ TEST(Holdout, CountsAsIfLineByLine) {
         const Database database = random.database();
         const auto [premise, conclusion] = random.sides();
         MadeRules rules({});
-        const auto side = [&rules](const SideItems& each) {
+        const auto side = [&rules](const WordedSide& each) {
             const Itemset items(each.items.begin(), each.items.end());
             return each.is_negated ? rules.none(items) : rules.any(items);
         };

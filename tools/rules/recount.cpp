@@ -102,7 +102,7 @@ unsigned Recount::sides_by_list(std::size_t line) const {
     return sides;
 }
 
-Contingency Recount::count(const SideItems& premise, const SideItems& conclusion) {
+Contingency Recount::count(const WordedSide& premise, const WordedSide& conclusion) {
     std::ranges::fill(marks_, static_cast<unsigned char>(0));
     mark(premise.items, in_premise);
     mark(conclusion.items, in_conclusion);

@@ -1,47 +1,36 @@
 #include "rules/rule_counter.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <memory>
 
 namespace korv::tools {
 
-namespace {
-
-/// Supports of which nothing is known.
-class UnknownSupports final : public Supports {
-public:
-    Count settle(const Itemset& /*itemset*/, SupportBounds& /*bounds*/) override { return 0; }
-};
-
-}  // namespace
-
 RuleCounter::RuleCounter(const Database& database)
-    : counter_(database),
-      supports_(std::make_unique<UnknownSupports>(), counter_),
-      transactions_(database.transactions) {}
+    : counter_(database), transactions_(database.transactions) {}
 
-Contingency RuleCounter::count(const RuleRecord& rule) {
-    const RecordedSide& premise = rule.premise;
-    const RecordedSide& conclusion = rule.conclusion;
+Contingency RuleCounter::count(const WordedSide& premise, const WordedSide& conclusion) {
     union_.clear();
     std::ranges::set_union(premise.items, conclusion.items, std::back_inserter(union_));
-    const Count of_premise = support(premise.items);
-    const Count of_conclusion = support(conclusion.items);
-    const Count of_either = support(union_);
-    // How many meet both itemsets, neither, the first alone, or the second alone.
-    const std::array<Count, 4> by_group = {of_premise + of_conclusion - of_either, transactions_ - of_either,
-                                           of_either - of_conclusion, of_either - of_premise};
-    return {premise.is_negated ? transactions_ - of_premise : of_premise,
-            conclusion.is_negated ? transactions_ - of_conclusion : of_conclusion,
-            by_group.at(rule.group() - 1)};
+    const Count one = support(premise.items);
+    const Count other = support(conclusion.items);
+    const Count either = support(union_);
+    const Count not_one = transactions_ - one;
+    const Count not_other = transactions_ - other;
+    if (premise.is_negated) {
+        return conclusion.is_negated ? Contingency{not_one, not_other, transactions_ - either}
+                                     : Contingency{not_one, other, either - one};
+    }
+    return conclusion.is_negated ? Contingency{one, not_other, either - other}
+                                 : Contingency{one, other, one + other - either};
 }
 
-Count RuleCounter::support(const Itemset& itemset) {
-    SupportBounds bounds = {0, transactions_};
-    supports_.settle(itemset, bounds);
-    return bounds.lower;
+Count RuleCounter::support(ItemSpan itemset) {
+    const auto [known, is_new] = known_.try_emplace(itemset);
+    if (is_new) {
+        const Count counted = counter_.count(itemset);
+        known = {counted, counted};
+    }
+    return known.lower;
 }
 
 }  // namespace korv::tools

@@ -129,7 +129,7 @@ private:
         FoundRule rule = {Side(0, record.premise.is_negated), Side(0, record.conclusion.is_negated),
                           recorded.at_low, recorded.at_high, form};
         if (counter_) {
-            rule.at_low = rule.at_high = counted(reader, recorded);
+            rule.at_low = rule.at_high = within(recorded, counter_->count(premise, conclusion), reader);
         }
         if (const auto step = filter_.refused_by_counts(form, rule.at_low, rule.at_high)) {
             return step;
@@ -145,14 +145,13 @@ private:
         return std::nullopt;
     }
 
-    /// The counts in the transactions, which must be within those that are recorded.
-    Contingency counted(const RuleFileReader& reader, const RecordedCounts& recorded) {
-        const RuleRecord& record = reader.record();
-        const Contingency counts = counter_->count(record);
+    /// Returns `counts`, those in the transactions. Throws Error where they are not within the recorded ones.
+    static Contingency within(const RecordedCounts& recorded, const Contingency& counts,
+                              const RuleFileReader& reader) {
         const auto require = [&](const std::string& what, Count Contingency::*count) {
             const auto [low, high] = std::minmax(recorded.at_low.*count, recorded.at_high.*count);
             if (counts.*count < low || counts.*count > high) {
-                throw input_error(reader.name(), {record.line, 1},
+                throw input_error(reader.name(), {reader.record().line, 1},
                                   "a rule " + what + " " + text_of_range(low, high) + " transactions",
                                   std::to_string(counts.*count) + " as in the database");
             }

@@ -18,7 +18,7 @@ std::string how_often(const Contingency& table) {
 
 void verify(const std::vector<FoundRule>& rules, const RuleBook& book, const Database& database) {
     const auto items = [&book](Side side) {
-        return SideItems{book.itemsets[side.itemset()], side.is_negated()};
+        return WordedSide{book.itemsets[side.itemset()], side.is_negated()};
     };
     const auto words = [&book](Side side) { return side_text(side, book, {}); };
     Recount recount(database);
