@@ -86,7 +86,7 @@ TEST_F(AccountingText, SaysWhatEachStepLeftOutAndWhatUndoesIt) {
     EXPECT_EQ(line(Step::where), " 5 not as --where asks     without --where");
     EXPECT_EQ(line(Step::turned_round), " 5 the contrapositive of another rule     --prune none");
     EXPECT_EQ(line(Step::weaker), " 5 weaker than another rule     --prune none");
-    EXPECT_EQ(line(Step::unproductive), " 5 no better than a rule of fewer items     --prune full");
+    EXPECT_EQ(line(Step::unproductive), " 5 hardly better than a rule of fewer items     --prune full");
     EXPECT_EQ(line(Step::per_conclusion), " 5 beyond the best 3 of a conclusion     --per-conclusion 0");
     accounting.prune = Prune::same;
     EXPECT_EQ(line(Step::weaker), " 5 weaker than one of the same conclusion     --prune none");

@@ -85,7 +85,7 @@ bool are_sides_of_equal_sign(const FoundRule& rule) {
     return rule.premise.is_negated() == rule.conclusion.is_negated();
 }
 
-/// Shorter rules first, each is compared with those that are kept.
+/// Each rule is compared with all shorter ones, over which it has to gain a transaction.
 std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPool& itemsets,
                                   Count transactions) {
     const auto leverage = [&](const Contingency& table) {
@@ -101,23 +101,14 @@ std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPo
             is_within(rule.premise, other.conclusion) && is_within(rule.conclusion, other.premise);
         return (is_straight || is_crosswise) && items(rule, itemsets) < items(other, itemsets);
     };
-    const auto is_no_better = [&](const FoundRule& rule, const FoundRule& kept) {
-        return are_sides_of_equal_sign(kept) == are_sides_of_equal_sign(rule) && lies_within(kept, rule) &&
-               is_certainly_at_least(kept, rule, [&](const Contingency& a, const Contingency& b) {
-                   return leverage(a) >= leverage(b);
+    const auto is_no_better = [&](const FoundRule& rule, const FoundRule& other) {
+        return are_sides_of_equal_sign(other) == are_sides_of_equal_sign(rule) && lies_within(other, rule) &&
+               is_certainly_at_least(other, rule, [&](const Contingency& a, const Contingency& b) {
+                   return leverage(b) - leverage(a) < transactions;
                });
     };
-    std::vector<FoundRule> by_size = rules;
-    std::ranges::stable_sort(by_size, {}, [&](const FoundRule& rule) { return items(rule, itemsets); });
-    std::vector<FoundRule> kept;
-    for (const FoundRule& rule : by_size) {
-        if (std::ranges::none_of(kept, [&](const FoundRule& one) { return is_no_better(rule, one); })) {
-            kept.push_back(rule);
-        }
-    }
-    return std::erase_if(rules, [&](const FoundRule& rule) {
-        return std::ranges::none_of(kept, [&](const FoundRule& one) { return have_same_sides(one, rule); });
-    });
+    return take_out(rules, std::vector(rules),
+                    [&](const FoundRule& other, const FoundRule& rule) { return is_no_better(rule, other); });
 }
 
 }  // namespace

@@ -196,17 +196,28 @@ TEST(PruneRules, ComparesTheUnionsOfRulesThatSayEverybodyMeetsOne) {
     EXPECT_EQ(outcome(rules, Prune::same).left.size(), 3U);
 }
 
-TEST(PruneRules, LeavesOutARuleWithNoMoreLeverageThanOneOfFewerItems) {
-    // Leverage times 10,000: 800, 800, 810. None dominates: the longer premises are less confident.
-    const std::vector<TypedRule> rules = {
-        {{1}, {5}, {10, 10, 9}}, {{1, 2}, {5}, {20, 10, 10}}, {{1, 3}, {5}, {19, 10, 10}}};
+TEST(PruneRules, LeavesOutARuleThatGainsLessThanATransactionOverOneOfFewerItems) {
+    // Beyond what chance gives: 7, 7, 7.8 and 8. None dominates: the longer premises are less confident.
+    const std::vector<TypedRule> rules = {{{1}, {5}, {10, 20, 9}},
+                                          {{1, 2}, {5}, {20, 20, 11}},
+                                          {{1, 3}, {5}, {16, 20, 11}},
+                                          {{1, 4}, {5}, {20, 20, 12}}};
 
-    EXPECT_EQ(outcome(rules, Prune::full).left.size(), 3U);
-    EXPECT_EQ(outcome(rules, Prune::productive), (Outcome{{"1 => 5", "1 3 => 5"}, {0, 0, 1}}));
+    EXPECT_EQ(outcome(rules, Prune::full).left.size(), 4U);
+    EXPECT_EQ(outcome(rules, Prune::productive), (Outcome{{"1 => 5", "1 4 => 5"}, {0, 0, 2}}));
 }
 
-TEST(PruneRules, KeepsABoundedRuleThatMayHaveMoreLeverageThanOneOfFewerItems) {
-    // 800 against 700 to 900, then against 700 to 800.
+TEST(PruneRules, ARuleThatIsLeftOutStillLeavesOutLongerOnes) {
+    // Beyond what chance gives: 7, 7.8 and 8.6.
+    const std::vector<TypedRule> rules = {
+        {{1}, {5}, {10, 20, 9}}, {{1, 3}, {5}, {16, 20, 11}}, {{1, 2, 3}, {5}, {22, 20, 13}}};
+
+    EXPECT_EQ(outcome(rules, Prune::productive), (Outcome{{"1 => 5"}, {0, 0, 2}}));
+    EXPECT_EQ(outcome({rules[0], rules[2]}, Prune::productive).left.size(), 2U);
+}
+
+TEST(PruneRules, KeepsABoundedRuleThatMayGainATransactionOverOneOfFewerItems) {
+    // Beyond what chance gives: 8 against 7 to 9, then against 7 to 8.
     const TypedRule shorter = {{1}, {5}, {10, 10, 9}};
 
     EXPECT_EQ(outcome({shorter, {{1, 2}, {5}, {20, 10, 9}, {20, 10, 11}}}, Prune::productive).left.size(),
@@ -254,8 +265,8 @@ TEST(PruneRules, ComparesNoLeverageOfRulesOfTheSameItemsets) {
 }
 
 TEST(PruneRules, OfRulesOfTheSameItemsetsTheBestOneLeavesOutLongerOnes) {
-    // 700 and 800 against 750, whichever comes first.
-    const TypedRule longer = {{1, 3}, {2}, {25, 10, 10}};
+    // Beyond what chance gives: 7 and 8 against 8, whichever comes first.
+    const TypedRule longer = {{1, 3}, {2}, {20, 10, 10}};
     const TypedRule weak = {{2}, {1}, {10, 10, 8}};
     const TypedRule strong = {{-1}, {-2}, {10, 10, 9}};
 

@@ -125,7 +125,7 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
         case Step::weaker:
             return words_of_weaker(accounting.prune);
         case Step::unproductive:
-            return {"no better than a rule of fewer items", "--prune full"};
+            return {"hardly better than a rule of fewer items", "--prune full"};
         case Step::per_conclusion:
             return {"beyond the best " + with_commas(request.per_conclusion) + " of a conclusion",
                     "--per-conclusion 0"};

@@ -25,7 +25,7 @@ enum class Step : std::size_t {
     reading,         ///< another reading of an association
     turned_round,    ///< the contrapositive of a rule without exception
     weaker,          ///< dominated
-    unproductive,    ///< no better than a shorter one
+    unproductive,    ///< hardly better than a shorter one
     per_conclusion,  ///< beyond --per-conclusion
     top,             ///< beyond --top
     not_confirmed,   ///< what --holdout leaves out

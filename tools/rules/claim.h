@@ -17,10 +17,11 @@ inline constexpr Rank unreachable = std::numeric_limits<Rank>::max();
 ///
 /// A claim outdoes another one when its first itemset stands to the first of the other as an Outdoing says,
 /// its second to the second likewise, not both are the same, and its `low` is at least the other's `high`.
+/// A claim that is outdone still outdoes others, so it does not matter in which order claims are looked at.
+///
 /// Among claims whose `low` is at most their `high`, that is a strict partial order: both containment and
 /// "low is at least high" are transitive, since what is in between has low <= high. So a claim that is
-/// outdone by any other is outdone by one that none outdoes, and it does not matter in which order claims are
-/// looked at, nor whether those that are outdone are still asked.
+/// outdone by any other is then outdone by one that none outdoes.
 struct Claim {
     ItemsetId first;
     ItemsetId second;

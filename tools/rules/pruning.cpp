@@ -188,7 +188,7 @@ public:
     /// rule dominates or implies.
     std::size_t leave_out_weaker(bool has_same_conclusion);
 
-    /// Leaves out what is no better than a rule of fewer items, whichever of its sides is the premise.
+    /// Leaves out what is hardly better than a rule of fewer items, whichever of its sides is the premise.
     std::size_t leave_out_unproductive(Count transactions);
 
     bool is_left_out(std::size_t rule) const { return is_left_out_[rule] != 0; }
@@ -325,10 +325,13 @@ void Pruning::leave_out_outdone(std::span<const Comparison> comparisons,
     }
 }
 
+/// Leaves out rules that gain less than one transaction beyond what chance gives over another one.
 std::size_t Pruning::leave_out_unproductive(Count transactions) {
     const std::size_t before = count_left_out();
     const std::vector<Ends<Rank>> leverages = ranks_of_ends(rules_, [=](const FoundRule& rule) {
-        return std::optional(ends(leverage(rule.at_low, transactions), leverage(rule.at_high, transactions)));
+        auto [low, high] = ends(leverage(rule.at_low, transactions), leverage(rule.at_high, transactions));
+        // As a multiple of N squared, one transaction is N.
+        return std::optional(Ends<std::int64_t>{low, high - transactions + 1});
     });
     for (const bool have_opposite_signs : {false, true}) {
         std::vector<Claim> claims = claims_either_way(have_opposite_signs, leverages);

@@ -14,7 +14,7 @@ namespace korv::tools {
 struct Pruned {
     std::size_t turned_round = 0;  ///< said by their contrapositives
     std::size_t weaker = 0;        ///< dominated by another rule
-    std::size_t unproductive = 0;  ///< no better than a rule of fewer items
+    std::size_t unproductive = 0;  ///< hardly better than a rule of fewer items
 };
 
 /// Takes out of `rules` what `prune` leaves out. The others keep their order. `itemsets`: those of the sides;

@@ -295,7 +295,8 @@ void add_order_options(CLI::App& app, Words& words) {
     app.add_option(
            "--prune", words.prune,
            "Leave out rules that are weaker than one of the same conclusion (same), or than any other "
-           "one (full), and besides those that are no better than a shorter one (default: productive); for "
+           "one (full), and besides those that are hardly better than a shorter one (default: productive); "
+           "for "
            "more than some millions of rules, the default is same")
         ->check(CLI::IsMember(words_of(prunes)))
         ->group(order_group);

@@ -32,7 +32,7 @@ enum class Prune {
     none,
     same,        ///< weaker than a rule of the same conclusion
     full,        ///< weaker than any other rule
-    productive,  ///< no better than a rule of fewer items, whichever of its sides is the premise
+    productive,  ///< hardly better than a rule of fewer items, whichever of its sides is the premise
 };
 
 /// What is left out, by its word on the command line.

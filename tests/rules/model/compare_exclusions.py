@@ -179,7 +179,7 @@ def measure_text(number: float) -> str:
 
 
 def percent_text(share: Fraction) -> str:
-    percent = float(100 * share)
+    percent = 100 * float(share)  # a half is where rounding puts it
     if share in (0, 1):
         return f"{int(share) * 100} %"
     if percent < 0.05 or percent >= 99.95:

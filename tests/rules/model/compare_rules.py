@@ -55,7 +55,7 @@ STEP_WORDS = {
     "reading": "another reading",
     "turned_round": "the contrapositive",
     "weaker": "weaker than",
-    "unproductive": "no better than",
+    "unproductive": "hardly better than",
     "per_conclusion": r"beyond the best [\d,]+ of a conclusion",
     "not_confirmed": "not confirmed",
 }

@@ -728,14 +728,9 @@ class Steps:
         return None
 
     def productive(self, rules: List[Rule]) -> List[Rule]:
-        """The rules than which no shorter one that is kept has at least the leverage."""
-        kept: List[Rule] = []
-        for rule in sorted(rules, key=lambda each: each.items):
-            if any(lies_within(other, rule) and other.bounds("leverage")[0] >= rule.bounds("leverage")[1]
-                   for other in kept):
-                self.left_out["unproductive"] += 1
-            else:
-                kept.append(rule)
+        """The rules that gain at least one transaction over each shorter one, beyond what chance gives."""
+        kept = [rule for rule in rules if all(gain(rule, other) >= 1 for other in rules if lies_within(other, rule))]
+        self.left_out["unproductive"] += len(rules) - len(kept)
         return kept
 
     # Order.
@@ -865,6 +860,11 @@ def implies(rule: Rule, other: Rule) -> bool:
     if groups == {(True, False)}:
         return premise | conclusion <= other_premise | other_conclusion
     return False
+
+
+def gain(rule: Rule, other: Rule) -> Fraction:
+    """By how many transactions a rule may be further beyond what chance gives than another one surely is."""
+    return rule.tables[0].all * (rule.bounds("leverage")[1] - other.bounds("leverage")[0])
 
 
 def lies_within(rule: Rule, other: Rule) -> bool:
