@@ -94,12 +94,12 @@ std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPo
     const auto is_within = [&](const Side& side, const Side& other) {
         return is_contained(itemsets[side.itemset()], itemsets[other.itemset()]);
     };
-    const auto lies_within = [&](const FoundRule& rule, const FoundRule& other) {
+    const auto lies_within = [&](const FoundRule& shorter, const FoundRule& longer) {
         const bool is_straight =
-            is_within(rule.premise, other.premise) && is_within(rule.conclusion, other.conclusion);
+            is_within(shorter.premise, longer.premise) && is_within(shorter.conclusion, longer.conclusion);
         const bool is_crosswise =
-            is_within(rule.premise, other.conclusion) && is_within(rule.conclusion, other.premise);
-        return (is_straight || is_crosswise) && items(rule, itemsets) < items(other, itemsets);
+            is_within(shorter.premise, longer.conclusion) && is_within(shorter.conclusion, longer.premise);
+        return (is_straight || is_crosswise) && items(shorter, itemsets) < items(longer, itemsets);
     };
     const auto is_no_better = [&](const FoundRule& rule, const FoundRule& other) {
         return are_sides_of_equal_sign(other) == are_sides_of_equal_sign(rule) && lies_within(other, rule) &&
