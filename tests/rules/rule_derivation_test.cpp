@@ -58,12 +58,13 @@ Derived derive(const std::string& class_file, Count transactions, const RuleRequ
     const RuleFilter filter(request, min_support, transactions, ItemChoice(), Where());
     ItemsetPool pool;
     Derived derived;
+    Workers workers(1);
     const AddRule add = [&](const FoundRule& rule) { derived.rules.push_back(text_of(rule, pool)); };
     derive_rules(
         {classes.entries, [&] { return std::make_unique<DifferenceSupports>(supports.indexes()); }, columns,
          request.wording == Wording::shortest ? &wording : nullptr, transactions},
         request, filter, pool, derived.accounting, add, [](std::size_t) {},
-        [](const Pair&) { throw std::runtime_error("contradiction"); });
+        [](const Pair&) { throw std::runtime_error("contradiction"); }, workers);
     std::ranges::sort(derived.rules);
     return derived;
 }

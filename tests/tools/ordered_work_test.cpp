@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -37,7 +36,8 @@ std::function<Squares::Work()> worker(Do work) {
 TEST(OrderedWork, TakesResultsInTheOrderOfThePieces) {
     for (const std::size_t threads : {1U, 2U, 3U, 7U}) {
         std::vector<std::size_t> taken;
-        Squares::run(threads, {Numbers(1000), worker([](std::size_t number) { return number * number; }),
+        Workers workers(threads);
+        Squares::run(workers, {Numbers(1000), worker([](std::size_t number) { return number * number; }),
                                [&](std::size_t square) { taken.push_back(square); }});
         ASSERT_EQ(taken.size(), 1000U) << threads << " threads";
         for (std::size_t number = 0; number < taken.size(); ++number) {
@@ -47,8 +47,9 @@ TEST(OrderedWork, TakesResultsInTheOrderOfThePieces) {
 }
 
 TEST(OrderedWork, OfNoPieceTakesNothing) {
-    Squares::run(3, {Numbers(0), worker([](std::size_t number) { return number; }),
-                     [](std::size_t) { FAIL() << "something was taken"; }});
+    Workers workers(3);
+    Squares::run(workers, {Numbers(0), worker([](std::size_t number) { return number; }),
+                           [](std::size_t) { FAIL() << "something was taken"; }});
 }
 
 /// Waits until a number is reached. Another thread sees to that.
@@ -62,6 +63,7 @@ TEST(OrderedWork, ThrowsWhatFailsFirstInTheOrderOfThePieces) {
     std::atomic<std::size_t> failed = 0;
     std::vector<std::size_t> taken;
     std::string said;
+    Workers workers(2);
     // Piece 6 fails when 7 has failed, which does not wait.
     const auto work = [&](std::size_t number) -> std::size_t {
         if (number == 6) {
@@ -74,7 +76,8 @@ TEST(OrderedWork, ThrowsWhatFailsFirstInTheOrderOfThePieces) {
         return number;
     };
     try {
-        Squares::run(2, {Numbers(100), worker(work), [&](std::size_t number) { taken.push_back(number); }});
+        Squares::run(workers,
+                     {Numbers(100), worker(work), [&](std::size_t number) { taken.push_back(number); }});
     } catch (const std::runtime_error& error) {
         said = error.what();
     }
@@ -85,9 +88,10 @@ TEST(OrderedWork, ThrowsWhatFailsFirstInTheOrderOfThePieces) {
 TEST(OrderedWork, EndsWhereAStepFails) {
     const auto work = worker([](std::size_t number) { return number; });
     const auto fail = [](const char* what) { throw std::runtime_error(what); };
-    const auto said = [](const Squares::Steps& steps) -> std::string {
+    Workers workers(3);
+    const auto said = [&workers](const Squares::Steps& steps) -> std::string {
         try {
-            Squares::run(3, steps);
+            Squares::run(workers, steps);
         } catch (const std::runtime_error& error) {
             return error.what();
         }
@@ -122,27 +126,9 @@ TEST(OrderedWork, IsNotMoreThanSomePiecesAhead) {
         }
         return number;
     };
-    Squares::run(threads, {next, worker(work), [&](std::size_t) { ++taken; }});
+    Workers workers(threads);
+    Squares::run(workers, {next, worker(work), [&](std::size_t) { ++taken; }});
     EXPECT_EQ(taken, 100U);
-}
-
-TEST(OrderedWork, LeavesSignalsToTheThreadThatAskedForIt) {
-    std::atomic<std::size_t> threads = 0;
-    const std::thread::id here = std::this_thread::get_id();
-    const auto is_held_back = [] {
-        sigset_t held_back;
-        ::pthread_sigmask(SIG_BLOCK, nullptr, &held_back);
-        return ::sigismember(&held_back, SIGUSR1) != 0;
-    };
-    const auto make_worker = [&]() -> Squares::Work {
-        EXPECT_EQ(is_held_back(), std::this_thread::get_id() != here);
-        ++threads;
-        wait_for(threads, 2);
-        return [](std::size_t number) { return number; };
-    };
-    Squares::run(2, {Numbers(10), make_worker, [](std::size_t) {}});
-    EXPECT_EQ(threads, 2U);
-    EXPECT_FALSE(is_held_back());
 }
 
 }  // namespace

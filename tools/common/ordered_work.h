@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
@@ -8,18 +7,15 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <variant>
-#include <vector>
 
-#include "common/temporary_file.h"
+#include "common/workers.h"
 
 namespace korv::tools {
 
-/// Work on many pieces, one after the other, that several threads do at the same time, and whose results are
-/// taken in the order of the pieces. So the threads cannot be told from what comes of the work.
+/// Work on many pieces that several threads do at the same time, one piece after the other, and whose results
+/// are taken in the order of the pieces. So the threads cannot be told from what comes of the work.
 ///
 /// At most `pieces_for_each_thread` pieces for each thread are under way or wait to be taken: a thread that
 /// is too far ahead waits.
@@ -39,14 +35,13 @@ public:
 
     static constexpr std::size_t pieces_for_each_thread = 8;
 
-    /// Does all work, and returns when it is done. This thread is one of the `threads`; those that the system
-    /// does not start are done without. Signals come to this thread alone.
+    /// Does all work, and returns when it is done.
     ///
     /// What the work on a piece throws is thrown again in its turn, as if one thread did everything: the
     /// pieces before it were taken, and none behind it is. What a step throws ends the work, too.
-    static void run(std::size_t threads, const Steps& steps) {
-        OrderedWork work(threads, steps);
-        work.run_on(threads);
+    static void run(Workers& workers, const Steps& steps) {
+        OrderedWork work(workers.threads(), steps);
+        workers.run(workers.threads(), [&work](std::size_t) { work.work(); });
         if (work.failure_) {
             std::rethrow_exception(work.failure_);
         }
@@ -58,19 +53,6 @@ private:
 
     OrderedWork(std::size_t threads, const Steps& steps)
         : steps_(steps), most_pieces_(threads * pieces_for_each_thread) {}
-
-    void run_on(std::size_t threads) {
-        std::vector<std::jthread> others;
-        try {
-            const SignalsBlocked in_others;
-            while (others.size() + 1 < threads) {
-                others.emplace_back([this] { work(); });
-            }
-        } catch (const std::system_error&) {
-            // No more threads: this one is enough.
-        }
-        work();
-    }
 
     /// What each thread does.
     void work() {

@@ -286,14 +286,15 @@ private:
 
 void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
                   ItemsetPool& pool, Accounting& accounting, const AddRule& add,
-                  const DerivationProgress& progress, const Contradiction& contradiction) {
+                  const DerivationProgress& progress, const Contradiction& contradiction, Workers& workers) {
     accounting.classes = source.entries.size();
     accounting.transactions = source.transactions;
     Batches batches(source.entries);
     Collection collection(request.readings, pool, accounting, add);
     std::size_t done = 0;
+    Workers alone(1);
     using Work = OrderedWork<Batch, BatchResult>;
-    Work::run(source.listener == nullptr ? request.threads : 1,
+    Work::run(source.listener == nullptr ? workers : alone,
               {[&] { return batches.next(); },
                [&]() -> Work::Work {
                    const auto derivation =

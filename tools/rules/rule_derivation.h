@@ -9,6 +9,7 @@
 
 #include "base/itemset.h"
 #include "base/itemset_hash.h"
+#include "common/workers.h"
 #include "engine/lattice_entries.h"
 #include "engine/pair.h"
 #include "engine/supports.h"
@@ -46,9 +47,9 @@ using DerivationProgress = std::function<void(std::size_t classes)>;
 using Contradiction = std::function<void(const Pair& pair)>;
 
 /// Derives the rules of all pairs, chooses, words and merges them. `add` gets those that are left, in no
-/// order that means anything; `accounting` what became of the others. On as many threads as the request says,
-/// of which `add` and `progress` see nothing: they are called one at a time, and in the same order however
-/// many there are. The first contradiction in the order of the classes is the one that is thrown.
+/// order that means anything; `accounting` what became of the others. The threads of `workers` share the
+/// work, of which `add` and `progress` see nothing: they are called one at a time, and in the same order
+/// however many there are. The first contradiction in the order of the classes is the one that is thrown.
 ///
 /// Memory grows with the itemsets in `pool`, those of the sides of rules that are left or wait, and with what
 /// `add` keeps: rules that say the same, or tell of the same association, come from the same class. (The
@@ -58,6 +59,6 @@ using Contradiction = std::function<void(const Pair& pair)>;
 /// at a time.
 void derive_rules(const RuleSource& source, const RuleRequest& request, const RuleFilter& filter,
                   ItemsetPool& pool, Accounting& accounting, const AddRule& add,
-                  const DerivationProgress& progress, const Contradiction& contradiction);
+                  const DerivationProgress& progress, const Contradiction& contradiction, Workers& workers);
 
 }  // namespace korv::tools

@@ -1,7 +1,6 @@
 #include "rules/rule_search.h"
 
 #include <algorithm>
-#include <future>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -11,7 +10,7 @@
 
 #include "common/class_agreement.h"
 #include "common/error.h"
-#include "common/temporary_file.h"
+#include "common/workers.h"
 #include "engine/difference_supports.h"
 #include "engine/lattice_building.h"
 #include "engine/lattice_entries.h"
@@ -120,7 +119,8 @@ struct Groundwork {
     ColumnFacts columns;                             ///< by which sides are worded
 };
 
-/// `entries` need no successors. Throws Error where classes contradict each other.
+/// Does not look at the successors of `entries`, so they can be linked meanwhile. Throws Error where classes
+/// contradict each other.
 Groundwork groundwork(const RuleInput& input, const RuleRequest& request, const LatticeEntries& entries) {
     Groundwork work;
     DifferenceSupports from_classes(entries);
@@ -138,16 +138,6 @@ Groundwork groundwork(const RuleInput& input, const RuleRequest& request, const 
     return work;
 }
 
-/// The same, in a thread of its own where there is more than one; otherwise once it is asked for. It does not
-/// look at successors, so they can be linked meanwhile.
-std::future<Groundwork> begin_groundwork(const RuleInput& input, const RuleRequest& request,
-                                         const LatticeEntries& entries) {
-    const SignalsBlocked in_the_thread;
-    const auto policy =
-        request.threads > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
-    return std::async(policy, [&] { return groundwork(input, request, entries); });
-}
-
 /// Supports for one thread.
 std::unique_ptr<Supports> supports(const Groundwork& work) {
     auto from_classes = std::make_unique<DifferenceSupports>(work.indexes);
@@ -160,14 +150,16 @@ std::unique_ptr<Supports> supports(const Groundwork& work) {
 /// Derives the rules of the input and hands on those that are left.
 void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
             SearchResult& result, const AddRule& add, const SearchProgress& progress,
-            const SearchExtras& extras) {
+            const SearchExtras& extras, Workers& workers) {
     KorvOutput* const korv = extras.korv;
     progress.begin(Phase::lattice);
     LatticeEntries entries = lattice_entries(input.classes);
-    std::future<Groundwork> work_to_come = begin_groundwork(input, request, entries);
-    link_successors(entries);
-    progress.begin(Phase::indexing);
-    Groundwork work = work_to_come.get();
+    Groundwork work;
+    workers.run({[&] {
+                     link_successors(entries);
+                     progress.begin(Phase::indexing);
+                 },
+                 [&] { work = groundwork(input, request, entries); }});
     result.columns = std::move(work.columns);
 
     std::optional<RuleMaker> korv_rules;
@@ -189,7 +181,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
          listener},
         request, filter, result.itemsets, result.accounting, add,
         [&](std::size_t done) { progress.derived(result.accounting, done, entries.size()); },
-        [&](const Pair& pair) { refuse(input, pair); });
+        [&](const Pair& pair) { refuse(input, pair); }, workers);
     if (extras.keeps_lattice) {
         result.lattice = std::move(entries);
     }
@@ -222,15 +214,16 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
     SearchResult result;
     const RuleOrder order(request.sort, request.is_ascending, input.transactions, result.itemsets);
     Selection selection(order, request);
+    Workers workers(request.threads);
     const auto select = [&selection](const FoundRule& rule) { selection.add(rule); };
     if (request.prune == Prune::none) {
-        derive(input, request, filter, result, select, progress, extras);
+        derive(input, request, filter, result, select, progress, extras, workers);
     } else {
         // A list of all rules is needed only where they are compared with each other.
         std::vector<FoundRule> compared;
         derive(
             input, request, filter, result, [&compared](const FoundRule& rule) { compared.push_back(rule); },
-            progress, extras);
+            progress, extras, workers);
         progress.begin(Phase::pruning);
         prune(compared, result.itemsets, input.transactions, request, result.accounting);
         std::ranges::for_each(compared, select);
