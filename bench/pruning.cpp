@@ -19,7 +19,7 @@
 namespace korv::tools {
 namespace {
 
-using PruneRules = Pruned (*)(std::vector<FoundRule>&, const ItemsetPool&, Count, Prune);
+using PruneRules = Pruned (*)(std::vector<FoundRule>&, const ItemsetPool&, Count, Prune, const Rests&);
 
 void prune(benchmark::State& state, const MadeRules& made, PruneRules prune_them, Prune what) {
     std::size_t left = 0;
@@ -27,7 +27,7 @@ void prune(benchmark::State& state, const MadeRules& made, PruneRules prune_them
         state.PauseTiming();
         std::vector<FoundRule> rules = made.rules;
         state.ResumeTiming();
-        prune_them(rules, made.itemsets, made_transactions, what);
+        prune_them(rules, made.itemsets, made_transactions, what, {});
         left = rules.size();
     }
     state.counters["rules"] = static_cast<double>(made.rules.size());

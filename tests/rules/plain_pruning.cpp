@@ -15,6 +15,7 @@ using tools::FoundRule;
 using tools::ItemsetPool;
 using tools::Prune;
 using tools::Pruned;
+using tools::Rests;
 using tools::Side;
 
 namespace {
@@ -85,24 +86,53 @@ bool are_sides_of_equal_sign(const FoundRule& rule) {
     return rule.premise.is_negated() == rule.conclusion.is_negated();
 }
 
+/// A rule with either side, or both, worded by the rest that stands for it.
+std::vector<FoundRule> by_rests(const FoundRule& rule, const Rests& rests) {
+    const auto turned = [&](const Side& side) {
+        const bool has_rest = side.itemset() < rests.size() && rests[side.itemset()] != side.itemset();
+        return has_rest ? Side(rests[side.itemset()], !side.is_negated()) : side;
+    };
+    std::vector<FoundRule> ways;
+    for (const Side& premise : {rule.premise, turned(rule.premise)}) {
+        for (const Side& conclusion : {rule.conclusion, turned(rule.conclusion)}) {
+            if (premise != rule.premise || conclusion != rule.conclusion) {
+                ways.push_back(rule);
+                ways.back().premise = premise;
+                ways.back().conclusion = conclusion;
+            }
+        }
+    }
+    return ways;
+}
+
 /// Each rule is compared with all shorter ones, over which it has to gain a transaction.
 std::size_t take_out_unproductive(std::vector<FoundRule>& rules, const ItemsetPool& itemsets,
-                                  Count transactions) {
+                                  Count transactions, const Rests& rests) {
     const auto leverage = [&](const Contingency& table) {
         return std::int64_t{table.both} * transactions - std::int64_t{table.premise} * table.conclusion;
     };
     const auto is_within = [&](const Side& side, const Side& other) {
         return is_contained(itemsets[side.itemset()], itemsets[other.itemset()]);
     };
-    const auto lies_within = [&](const FoundRule& shorter, const FoundRule& longer) {
+    const auto lies_within = [&](const FoundRule& shorter, const FoundRule& longer, const auto& is_part) {
         const bool is_straight =
-            is_within(shorter.premise, longer.premise) && is_within(shorter.conclusion, longer.conclusion);
+            is_part(shorter.premise, longer.premise) && is_part(shorter.conclusion, longer.conclusion);
         const bool is_crosswise =
-            is_within(shorter.premise, longer.conclusion) && is_within(shorter.conclusion, longer.premise);
-        return (is_straight || is_crosswise) && items(shorter, itemsets) < items(longer, itemsets);
+            is_part(shorter.premise, longer.conclusion) && is_part(shorter.conclusion, longer.premise);
+        return (is_straight || is_crosswise) && items(shorter, itemsets) < items(longer, itemsets) &&
+               are_sides_of_equal_sign(shorter) == are_sides_of_equal_sign(longer);
+    };
+    const auto lacks_alternatives = [&](const Side& side, const Side& other) {
+        return other.is_negated() ? side.itemset() == other.itemset() : is_within(side, other);
+    };
+    const auto lies_within_in_words = [&](const FoundRule& shorter, const FoundRule& longer) {
+        return lies_within(shorter, longer, is_within) ||
+               std::ranges::any_of(by_rests(shorter, rests), [&](const FoundRule& worded) {
+                   return lies_within(worded, longer, lacks_alternatives);
+               });
     };
     const auto is_no_better = [&](const FoundRule& rule, const FoundRule& other) {
-        return are_sides_of_equal_sign(other) == are_sides_of_equal_sign(rule) && lies_within(other, rule) &&
+        return lies_within_in_words(other, rule) &&
                is_certainly_at_least(other, rule, [&](const Contingency& a, const Contingency& b) {
                    return leverage(b) - leverage(a) < transactions;
                });
@@ -149,7 +179,7 @@ bool statement_implies(const FoundRule& dominating, const FoundRule& dominated, 
 }
 
 Pruned prune_rules_plainly(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-                           Prune prune) {
+                           Prune prune, const Rests& rests) {
     Pruned pruned;
     if (prune == Prune::none) {
         return pruned;
@@ -172,7 +202,7 @@ Pruned prune_rules_plainly(std::vector<FoundRule>& rules, const ItemsetPool& ite
         return is_implied || dominates(by, rule, itemsets);
     });
     if (prune == Prune::productive) {
-        pruned.unproductive = take_out_unproductive(rules, itemsets, transactions);
+        pruned.unproductive = take_out_unproductive(rules, itemsets, transactions, rests);
     }
     return pruned;
 }

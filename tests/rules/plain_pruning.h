@@ -36,6 +36,6 @@ bool statement_implies(const tools::FoundRule& dominating, const tools::FoundRul
 
 /// What prune_rules does.
 tools::Pruned prune_rules_plainly(std::vector<tools::FoundRule>& rules, const tools::ItemsetPool& itemsets,
-                                  Count transactions, tools::Prune prune);
+                                  Count transactions, tools::Prune prune, const tools::Rests& rests = {});
 
 }  // namespace korv::test

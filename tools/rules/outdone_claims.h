@@ -24,7 +24,7 @@ public:
     ~OutdoneClaims() = default;
 
     /// Sets `is_outdone` of the rule of each claim that is outdone by another one. No two claims have the
-    /// same itemsets, unless both must lie within. The order of `claims` is lost.
+    /// same itemsets, unless the first must lie within. The order of `claims` is lost.
     void mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone);
 
 private:

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <iterator>
+#include <numeric>
 #include <optional>
 #include <span>
 #include <tuple>
@@ -163,11 +164,20 @@ Statement statement(const FoundRule& rule, std::uint32_t number) {
     return {signs(rule), std::min(premise, conclusion), std::max(premise, conclusion), number};
 }
 
-std::vector<char> itemsets_of_sides(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets) {
+/// The rest that stands for an itemset; its own number where there is none.
+ItemsetId rest_of(ItemsetId itemset, const Rests& rests) {
+    return itemset < rests.size() ? rests[itemset] : itemset;
+}
+
+/// Which itemsets are sides, or rests that stand for them.
+std::vector<char> itemsets_of_sides(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets,
+                                    const Rests& rests) {
     std::vector<char> is_side(itemsets.size());
     for (const FoundRule& rule : rules) {
-        is_side[rule.premise.itemset()] = 1;
-        is_side[rule.conclusion.itemset()] = 1;
+        for (const ItemsetId itemset : {rule.premise.itemset(), rule.conclusion.itemset()}) {
+            is_side[itemset] = 1;
+            is_side[rest_of(itemset, rests)] = 1;
+        }
     }
     return is_side;
 }
@@ -175,10 +185,12 @@ std::vector<char> itemsets_of_sides(const std::vector<FoundRule>& rules, const I
 /// What pruning works on. Its steps come in their order; each returns how many rules it leaves out.
 class Pruning {
 public:
-    Pruning(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets)
+    /// Refers to all three.
+    Pruning(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets, const Rests& rests)
         : rules_(rules),
           itemsets_(itemsets),
-          outdone_claims_(itemsets, itemsets_of_sides(rules, itemsets)),
+          rests_(rests),
+          outdone_claims_(itemsets, itemsets_of_sides(rules, itemsets, rests)),
           is_left_out_(rules.size()) {}
 
     /// Leaves out rules of which the contrapositive is better to read.
@@ -199,6 +211,8 @@ private:
     void leave_out_outdone(std::span<const Comparison> comparisons, const std::vector<Ends<Rank>>& strengths);
     std::vector<Claim> claims_either_way(bool have_opposite_signs,
                                          const std::vector<Ends<Rank>>& strengths) const;
+    std::vector<Claim> claims_by_rests(bool have_opposite_signs,
+                                       const std::vector<Ends<Rank>>& strengths) const;
     bool is_preferred(std::uint32_t a, std::uint32_t b) const;
     std::size_t count_left_out() const {
         return static_cast<std::size_t>(std::ranges::count(is_left_out_, char{1}));
@@ -206,6 +220,7 @@ private:
 
     const std::vector<FoundRule>& rules_;
     const ItemsetPool& itemsets_;
+    const Rests& rests_;
     OutdoneClaims outdone_claims_;
     std::vector<char> is_left_out_;      ///< by rule
     std::vector<Statement> statements_;  ///< of rules without exception that are no turned-round ones
@@ -333,9 +348,17 @@ std::size_t Pruning::leave_out_unproductive(Count transactions) {
         // As a multiple of N squared, one transaction is N.
         return std::optional(Ends<std::int64_t>{low, high - transactions + 1});
     });
-    for (const bool have_opposite_signs : {false, true}) {
-        std::vector<Claim> claims = claims_either_way(have_opposite_signs, leverages);
-        outdone_claims_.mark(claims, {Stand::within, Stand::within}, is_left_out_);
+    // All claims are made before any is outdone, so that rules which are left out still outdo others.
+    constexpr Outdoing both_within = {Stand::within, Stand::within};
+    std::vector<std::pair<std::vector<Claim>, Outdoing>> compared = {
+        {claims_either_way(false, leverages), both_within},
+        {claims_either_way(true, leverages), both_within}};
+    if (!rests_.empty()) {
+        compared.emplace_back(claims_by_rests(false, leverages), both_within);
+        compared.emplace_back(claims_by_rests(true, leverages), Outdoing{Stand::within, Stand::equals});
+    }
+    for (auto& [claims, outdoing] : compared) {
+        outdone_claims_.mark(claims, outdoing, is_left_out_);
     }
     return count_left_out() - before;
 }
@@ -360,15 +383,74 @@ std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs,
     return claims;
 }
 
+/// Claims of rules that have alternatives to leave out: of two plain sides, or of a plain side, which comes
+/// first, and a negated one. To outdo them alone, there are claims by the rests that stand for sides, which
+/// turn the sign of each.
+std::vector<Claim> Pruning::claims_by_rests(bool have_opposite_signs,
+                                            const std::vector<Ends<Rank>>& strengths) const {
+    std::vector<Claim> claims;
+    for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
+        if (is_left_out(rule)) {
+            continue;
+        }
+        const auto [low, high] = strengths[rule];
+        const ItemsetId premise = rules_[rule].premise.itemset();
+        const ItemsetId conclusion = rules_[rule].conclusion.itemset();
+        const ItemsetId rest_of_premise = rest_of(premise, rests_);
+        const ItemsetId rest_of_conclusion = rest_of(conclusion, rests_);
+        const auto outdo_as = [&claims, low, rule](ItemsetId one, ItemsetId other) {
+            claims.push_back({one, other, low, unreachable, rule});
+            claims.push_back({other, one, low, unreachable, rule});
+        };
+        if (has_opposite_signs(rules_[rule]) != have_opposite_signs) {
+            if (rest_of_premise != premise) {
+                outdo_as(rest_of_premise, conclusion);
+            }
+            if (rest_of_conclusion != conclusion) {
+                outdo_as(premise, rest_of_conclusion);
+            }
+            continue;
+        }
+        if (rest_of_premise != premise && rest_of_conclusion != conclusion) {
+            outdo_as(rest_of_premise, rest_of_conclusion);
+        }
+        if (signs(rules_[rule]) == Signs::premise) {
+            claims.push_back({conclusion, premise, low, high, rule});
+        } else if (signs(rules_[rule]) != Signs::both) {
+            claims.push_back({premise, conclusion, low, high, rule});
+        }
+    }
+    return claims;
+}
+
 }  // namespace
 
+Rests rests_of_sides(const std::vector<FoundRule>& rules, ItemsetPool& itemsets, const ColumnFacts& columns) {
+    std::vector<char> is_side(itemsets.size());
+    for (const FoundRule& rule : rules) {
+        is_side[rule.premise.itemset()] = 1;
+        is_side[rule.conclusion.itemset()] = 1;
+    }
+    Rests rests(is_side.size());
+    std::iota(rests.begin(), rests.end(), ItemsetId{0});
+    bool has_any = false;
+    for (ItemsetId side = 0; side < rests.size(); ++side) {
+        const Itemset rest = is_side[side] != 0 ? columns.worded(itemsets[side]).rest : Itemset();
+        if (!rest.empty()) {
+            rests[side] = itemsets.intern(rest);
+            has_any = true;
+        }
+    }
+    return has_any ? rests : Rests();
+}
+
 Pruned prune_rules(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-                   Prune prune) {
+                   Prune prune, const Rests& rests) {
     Pruned pruned;
     if (prune == Prune::none) {
         return pruned;
     }
-    Pruning pruning(rules, itemsets);
+    Pruning pruning(rules, itemsets, rests);
     pruned.turned_round = pruning.leave_out_contrapositives();
     pruned.weaker = pruning.leave_out_weaker(prune == Prune::same);
     if (prune == Prune::productive) {

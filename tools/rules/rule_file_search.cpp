@@ -198,7 +198,7 @@ void compare(SearchResult& result, const RuleRequest& request, Count transaction
     }
     if (request.prune != Prune::none) {
         keep_first_of_same_sides(result);
-        prune(result.rules, result.itemsets, transactions, request, result.accounting);
+        prune(result, request, transactions);
     }
 }
 

@@ -189,10 +189,14 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 
 }  // namespace
 
-void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-           const RuleRequest& request, Accounting& accounting) {
-    accounting.prune = request.prune ? *request.prune : default_prune(rules, itemsets);
-    const Pruned pruned = prune_rules(rules, itemsets, transactions, accounting.prune);
+void prune(SearchResult& result, const RuleRequest& request, Count transactions) {
+    std::vector<FoundRule>& rules = result.rules;
+    Accounting& accounting = result.accounting;
+    accounting.prune = request.prune ? *request.prune : default_prune(rules, result.itemsets);
+    const Rests rests = accounting.prune == Prune::productive
+                            ? rests_of_sides(rules, result.itemsets, result.columns)
+                            : Rests();
+    const Pruned pruned = prune_rules(rules, result.itemsets, transactions, accounting.prune, rests);
     accounting[Step::turned_round] += pruned.turned_round;
     accounting[Step::weaker] += pruned.weaker;
     accounting[Step::unproductive] += pruned.unproductive;
@@ -220,13 +224,12 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
         derive(input, request, filter, result, select, progress, extras, workers);
     } else {
         // A list of all rules is needed only where they are compared with each other.
-        std::vector<FoundRule> compared;
         derive(
-            input, request, filter, result, [&compared](const FoundRule& rule) { compared.push_back(rule); },
-            progress, extras, workers);
+            input, request, filter, result,
+            [&result](const FoundRule& rule) { result.rules.push_back(rule); }, progress, extras, workers);
         progress.begin(Phase::pruning);
-        prune(compared, result.itemsets, input.transactions, request, result.accounting);
-        std::ranges::for_each(compared, select);
+        prune(result, request, input.transactions);
+        std::ranges::for_each(std::exchange(result.rules, {}), select);
     }
     progress.begin(Phase::sorting);
     result.rules = selection.take(result.accounting);

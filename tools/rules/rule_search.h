@@ -68,8 +68,8 @@ struct SearchExtras {
 SearchResult search_rules(const RuleInput& input, const RuleRequest& request, const RuleFilter& filter,
                           const SearchProgress& progress, const SearchExtras& extras = {});
 
-/// Takes out of `rules` what the request leaves out as weaker, or what goes without saying of so many rules.
-void prune(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-           const RuleRequest& request, Accounting& accounting);
+/// Takes out of the rules of a result what the request leaves out as weaker, or what goes without saying of
+/// so many rules.
+void prune(SearchResult& result, const RuleRequest& request, Count transactions);
 
 }  // namespace korv::tools

@@ -729,9 +729,22 @@ class Steps:
 
     def productive(self, rules: List[Rule]) -> List[Rule]:
         """The rules that gain at least one transaction over each shorter one, beyond what chance gives."""
-        kept = [rule for rule in rules if all(gain(rule, other) >= 1 for other in rules if lies_within(other, rule))]
+        kept = [rule for rule in rules
+                if all(gain(rule, other) >= 1 for other in rules if self.lies_within_in_words(other, rule))]
         self.left_out["unproductive"] += len(rules) - len(kept)
         return kept
+
+    def lies_within_in_words(self, rule: Rule, other: Rule) -> bool:
+        """Whether a rule lies within a longer one; or does by the rest of a column on either side, and the longer one
+        has but further alternatives."""
+        return lies_within((rule.premise, rule.conclusion), other, is_within) or any(
+            lies_within((premise, conclusion), other, lacks_alternatives)
+            for premise in self.ways_to_word(rule.premise) for conclusion in self.ways_to_word(rule.conclusion)
+            if (premise, conclusion) != (rule.premise, rule.conclusion))
+
+    def ways_to_word(self, side: Side) -> List[Side]:
+        rest = self.columns.rest(side.items) if self.request.wording == "shortest" else None
+        return [side] if rest is None else [side, Side(rest, not side.negated)]
 
     # Order.
 
@@ -867,18 +880,24 @@ def gain(rule: Rule, other: Rule) -> Fraction:
     return rule.tables[0].all * (rule.bounds("leverage")[1] - other.bounds("leverage")[0])
 
 
-def lies_within(rule: Rule, other: Rule) -> bool:
-    """Whether the items of the two sides of a rule lie within those of the sides of a longer one, either way round.
-    Both rules have one negated side, or neither has."""
-    if has_one_negated_side(rule) != has_one_negated_side(other) or rule.items >= other.items:
+def is_within(side: Side, other: Side) -> bool:
+    return side.items <= other.items
+
+
+def lacks_alternatives(side: Side, other: Side) -> bool:
+    return side.items == other.items if other.negated else side.items <= other.items
+
+
+def lies_within(sides: Tuple[Side, Side], other: Rule, is_part: Callable[[Side, Side], bool]) -> bool:
+    """Whether two sides are parts of those of a longer rule, either way round. One side of each pair is negated, or
+    none or both of each."""
+    one, two = sides
+    if len(one.items) + len(two.items) >= other.items:
         return False
-    premise, conclusion = rule.premise.items, rule.conclusion.items
-    return ((premise <= other.premise.items and conclusion <= other.conclusion.items)
-            or (premise <= other.conclusion.items and conclusion <= other.premise.items))
-
-
-def has_one_negated_side(rule: Rule) -> bool:
-    return rule.premise.negated != rule.conclusion.negated
+    if (one.negated != two.negated) != (other.premise.negated != other.conclusion.negated):
+        return False
+    return ((is_part(one, other.premise) and is_part(two, other.conclusion))
+            or (is_part(one, other.conclusion) and is_part(two, other.premise)))
 
 
 def run(knowledge: Knowledge, request: Request) -> Result:
