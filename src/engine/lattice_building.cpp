@@ -22,7 +22,7 @@ const Itemset& seed(const LatticeEntry& entry) {
     return *shortest;
 }
 
-HasseDiagram hasse_diagram(const LatticeEntries& entries) {
+HasseDiagram hasse_diagram(const LatticeEntries& entries, const WorkSharing& sharing) {
     const ItemNumbering numbering(closed_itemsets(entries));
     ItemsetTable itemsets;
     ItemsetTable seeds;
@@ -33,12 +33,12 @@ HasseDiagram hasse_diagram(const LatticeEntries& entries) {
         numbering.translate(seed(entry), numbers);
         seeds.push_back(numbers);
     }
-    return {itemsets, seeds, numbering.size()};
+    return {itemsets, seeds, numbering.size(), sharing};
 }
 
 }  // namespace
 
-void link_successors(LatticeEntries& entries) {
+void link_successors(LatticeEntries& entries, const WorkSharing& sharing) {
     if (entries.empty()) {
         return;
     }
@@ -48,7 +48,7 @@ void link_successors(LatticeEntries& entries) {
         walk_frontier(entries, frontier, visited);
         return;
     }
-    const HasseDiagram diagram = hasse_diagram(entries);
+    const HasseDiagram diagram = hasse_diagram(entries, sharing);
     for (Column position = 0; position < entries.size(); ++position) {
         SuccessorList& successors = entries[position].successors;
         for (const Column lower : diagram.lower_neighbours(position)) {

@@ -14,9 +14,9 @@ namespace {
 ///
 /// The lowest candidate that contains the itemset is a neighbour, since no smaller one lies in between;
 /// whatever contains that neighbour is none. A candidate that contains the rest of the neighbour but not the
-/// itemset goes with them, and is no neighbour either.
-void take_neighbours(const ItemsetTable& itemsets, ItemSpan itemset, ItemIndex& index, ColumnSet& candidates,
-                     std::vector<Column>& uppers) {
+/// itemset goes with them, and is no neighbour either. `hits` is working space.
+void take_neighbours(const ItemsetTable& itemsets, ItemSpan itemset, const ItemIndex& index,
+                     ColumnSet& candidates, std::vector<ItemIndex::Hit>& hits, std::vector<Column>& uppers) {
     Itemset rest;
     for (std::size_t position = 0; position < candidates.size(); ++position) {
         ColumnWord& word = candidates[position];
@@ -30,7 +30,7 @@ void take_neighbours(const ItemsetTable& itemsets, ItemSpan itemset, ItemIndex& 
                 continue;
             }
             uppers.push_back(candidate);
-            index.remove_supersets(rest, candidates, position);
+            index.remove_supersets(rest, candidates, position, hits);
         }
     }
 }
@@ -38,20 +38,48 @@ void take_neighbours(const ItemsetTable& itemsets, ItemSpan itemset, ItemIndex& 
 }  // namespace
 
 HasseDiagram::Adjacency HasseDiagram::upper_neighbours(const ItemsetTable& itemsets,
-                                                       const ItemsetTable& seeds, ItemIndex& index) {
+                                                       const ItemsetTable& seeds, const ItemIndex& index,
+                                                       const WorkSharing& sharing) {
+    std::vector<Adjacency> parts(sharing.parts);
+    sharing.run(parts.size(), [&](std::size_t part) {
+        parts[part] = upper_neighbours(itemsets, seeds, index,
+                                       static_cast<Column>(sharing.begin(part, itemsets.size())),
+                                       static_cast<Column>(sharing.begin(part + 1, itemsets.size())));
+    });
+    return joined(std::move(parts));
+}
+
+/// The upper neighbours of the itemsets from `begin` to `end` - 1.
+HasseDiagram::Adjacency HasseDiagram::upper_neighbours(const ItemsetTable& itemsets,
+                                                       const ItemsetTable& seeds, const ItemIndex& index,
+                                                       Column begin, Column end) {
     Adjacency uppers;
     uppers.begins.push_back(0);
     ColumnSet candidates;
-    Column larger = 0;  // the first itemset with more items than the current one
-    for (Column position = 0; position < itemsets.size(); ++position) {
+    std::vector<ItemIndex::Hit> hits;
+    Column larger = begin;  // the first itemset with more items than the current one
+    for (Column position = begin; position < end; ++position) {
         while (larger < itemsets.size() && itemsets[larger].size() == itemsets[position].size()) {
             ++larger;
         }
         index.find_supersets(seeds[position], larger, candidates);
-        take_neighbours(itemsets, itemsets[position], index, candidates, uppers.columns);
+        take_neighbours(itemsets, itemsets[position], index, candidates, hits, uppers.columns);
         uppers.begins.push_back(uppers.columns.size());
     }
     return uppers;
+}
+
+/// The neighbours of all itemsets, from those of the itemsets of each part.
+HasseDiagram::Adjacency HasseDiagram::joined(std::vector<Adjacency> parts) {
+    Adjacency all = std::move(parts.front());
+    for (Adjacency& part : std::span(parts).subspan(1)) {
+        const std::size_t before = all.columns.size();
+        all.columns.insert(all.columns.end(), part.columns.begin(), part.columns.end());
+        std::transform(part.begins.begin() + 1, part.begins.end(), std::back_inserter(all.begins),
+                       [before](std::size_t begin) { return before + begin; });
+        part = {};
+    }
+    return all;
 }
 
 /// The edges the other way round, ascending for each itemset.
@@ -75,28 +103,36 @@ HasseDiagram::Adjacency HasseDiagram::reversed(const Adjacency& uppers) {
     return lowers;
 }
 
-/// Puts the lower neighbours of one itemset after the other into the order of the frontier walk.
-///
-/// A lower neighbour is found below the first itemset of the frontier that contains it. Only where several
-/// are below the same one does the order need a descent, and only through itemsets that contain one not yet
-/// found.
-class HasseDiagram::DiscoveryOrder {
+// The order of the walk. A lower neighbour is found below the first itemset of the frontier that contains it.
+// Only where several are below the same one does the order need a descent, and only through itemsets that
+// contain one not yet found.
+
+/// Sorts the lower neighbours of one itemset after the other by the itemsets of the frontier below which the
+/// walk finds them.
+class HasseDiagram::FrontierOrder {
 public:
-    DiscoveryOrder(const ItemsetTable& itemsets, const ItemsetTable& seeds, const ItemIndex& index,
-                   const Adjacency& uppers, Adjacency& lowers)
+    /// `first`: the itemset to begin with. Refers to all of them.
+    FrontierOrder(const ItemsetTable& itemsets, const ItemsetTable& seeds, const ItemIndex& index,
+                  const Adjacency& uppers, Column first)
         : itemsets_(itemsets),
           seeds_(seeds),
           index_(index),
           uppers_(uppers),
-          lowers_(lowers),
-          frontier_(index.bitmap_words()) {}
+          frontier_(index.bitmap_words()) {
+        for (Column position = 0; position < first; ++position) {
+            const std::span<const Column> above = uppers.of(position);
+            if (above.empty() || above.front() >= first) {
+                frontier_[word_of(position)] |= bit_of(position);
+            }
+        }
+    }
 
-    /// Orders the lower neighbours of the itemset at `position`. To be called for one position after the
-    /// other.
-    void order(Column position) {
-        const std::span<Column> lowers = lowers_.of(position);
+    /// Sorts the lower neighbours of the itemset at `position`, which stand in `lowers` from `begin` on, and
+    /// appends those that are found below the same itemset. To be called for one position after the other.
+    void sort(Column position, std::size_t begin, std::span<Column> lowers, std::vector<FoundBelow>& found) {
         if (lowers.size() > 1) {
-            sort_by_discovery(position, lowers);
+            sort_by_top(position, lowers);
+            note_groups(begin, found);
         }
         for (const Column lower : lowers) {
             frontier_[word_of(lower)] &= ~bit_of(lower);
@@ -105,24 +141,24 @@ public:
     }
 
 private:
-    void sort_by_discovery(Column position, std::span<Column> lowers) {
+    void sort_by_top(Column position, std::span<Column> lowers) {
         below_.clear();
         for (const Column lower : lowers) {
             below_.emplace_back(first_frontier_superset(lower, position), lower);
         }
         std::ranges::sort(below_);
-        auto next = lowers.begin();
+        std::ranges::transform(below_, lowers.begin(), &std::pair<Column, Column>::second);
+    }
+
+    /// Appends those in `below_` that have the same top.
+    void note_groups(std::size_t begin, std::vector<FoundBelow>& found) const {
         for (auto group = below_.begin(); group != below_.end();) {
             const Column top = group->first;
             const auto group_end =
                 std::find_if(group, below_.end(), [top](const auto& each) { return each.first != top; });
-            if (group_end - group == 1) {
-                *next++ = group->second;
-            } else {
-                wanted_.clear();
-                std::transform(group, group_end, std::back_inserter(wanted_),
-                               [](const auto& each) { return each.second; });
-                descend(top, next);
+            if (group_end - group > 1) {
+                found.push_back({top, static_cast<std::uint32_t>(group_end - group),
+                                 begin + static_cast<std::size_t>(group - below_.begin())});
             }
             group = group_end;
         }
@@ -142,6 +178,29 @@ private:
         return found;
     }
 
+    const ItemsetTable& itemsets_;
+    const ItemsetTable& seeds_;
+    const ItemIndex& index_;
+    const Adjacency& uppers_;
+    std::vector<BitWord> frontier_;                 ///< a bitmap of columns
+    std::vector<std::pair<Column, Column>> below_;  ///< frontier superset and lower neighbour
+};
+
+/// Puts lower neighbours that are found below the same itemset of the frontier into the order of a descent.
+class HasseDiagram::Descent {
+public:
+    Descent(const ItemsetTable& itemsets, Adjacency& lowers) : itemsets_(itemsets), lowers_(lowers) {}
+
+    /// To be called for one itemset after the other: the descent goes through the lower neighbours of those
+    /// before it.
+    void sort(const FoundBelow& found) {
+        const auto lowers = std::span(lowers_.columns).subspan(found.begin, found.count);
+        wanted_.assign(lowers.begin(), lowers.end());
+        auto next = lowers.begin();
+        descend(found.top, next);
+    }
+
+private:
     /// Writes those of `wanted_` that lie below `top` to `next`, in the order of a descent, and strikes them
     /// out.
     void descend(Column top, std::span<Column>::iterator& next) {
@@ -162,23 +221,36 @@ private:
     }
 
     const ItemsetTable& itemsets_;
-    const ItemsetTable& seeds_;
-    const ItemIndex& index_;
-    const Adjacency& uppers_;
     Adjacency& lowers_;
-    std::vector<BitWord> frontier_;                 ///< a bitmap of columns
-    std::vector<std::pair<Column, Column>> below_;  ///< frontier superset and lower neighbour
-    std::vector<Column> wanted_;                    ///< lower neighbours not yet found
+    std::vector<Column> wanted_;  ///< lower neighbours not yet found
 };
 
-HasseDiagram::HasseDiagram(const ItemsetTable& itemsets, const ItemsetTable& seeds, std::size_t items) {
-    ItemIndex index(itemsets, items);
-    const Adjacency uppers = upper_neighbours(itemsets, seeds, index);
-    lowers_ = reversed(uppers);
-    DiscoveryOrder discovery(itemsets, seeds, index, uppers, lowers_);
-    for (Column position = 0; position < itemsets.size(); ++position) {
-        discovery.order(position);
+/// Puts the lower neighbours of each itemset, which are ascending, into the order of the walk.
+void HasseDiagram::sort_lowers(const ItemsetTable& itemsets, const ItemsetTable& seeds,
+                               const ItemIndex& index, const Adjacency& uppers, const WorkSharing& sharing) {
+    std::vector<std::vector<FoundBelow>> found(sharing.parts);
+    sharing.run(found.size(), [&](std::size_t part) {
+        const auto begin = static_cast<Column>(sharing.begin(part, itemsets.size()));
+        const auto end = static_cast<Column>(sharing.begin(part + 1, itemsets.size()));
+        FrontierOrder order(itemsets, seeds, index, uppers, begin);
+        for (Column position = begin; position < end; ++position) {
+            order.sort(position, lowers_.begins[position], lowers_.of(position), found[part]);
+        }
+    });
+    Descent descent(itemsets, lowers_);
+    for (const std::vector<FoundBelow>& of_part : found) {
+        for (const FoundBelow& each : of_part) {
+            descent.sort(each);
+        }
     }
+}
+
+HasseDiagram::HasseDiagram(const ItemsetTable& itemsets, const ItemsetTable& seeds, std::size_t items,
+                           const WorkSharing& sharing) {
+    const ItemIndex index(itemsets, items);
+    const Adjacency uppers = upper_neighbours(itemsets, seeds, index, sharing);
+    lowers_ = reversed(uppers);
+    sort_lowers(itemsets, seeds, index, uppers, sharing);
 }
 
 }  // namespace korv

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
 #include "base/itemset_table.h"
+#include "base/work_sharing.h"
 #include "index/item_index.h"
 
 namespace korv {
@@ -21,8 +23,9 @@ class HasseDiagram {
 public:
     /// `itemsets`: not empty, distinct, by ascending size, numbered as ItemIndex wants them. `seeds`: for
     /// each, a subset of it that is not empty, best one that few other itemsets contain: supersets are looked
-    /// up by it.
-    HasseDiagram(const ItemsetTable& itemsets, const ItemsetTable& seeds, std::size_t items);
+    /// up by it. What takes the time is shared.
+    HasseDiagram(const ItemsetTable& itemsets, const ItemsetTable& seeds, std::size_t items,
+                 const WorkSharing& sharing = {});
 
     /// The lower neighbours of the itemset at a position of the family.
     std::span<const Column> lower_neighbours(Column position) const { return lowers_.of(position); }
@@ -41,11 +44,24 @@ private:
         }
     };
 
-    class DiscoveryOrder;
+    /// Lower neighbours of one itemset, more than one, that the walk finds below the same itemset of the
+    /// frontier.
+    struct FoundBelow {
+        Column top;           ///< the itemset of the frontier
+        std::uint32_t count;  ///< of the lower neighbours
+        std::size_t begin;    ///< of them, among those of all itemsets
+    };
+    class FrontierOrder;
+    class Descent;
 
     static Adjacency upper_neighbours(const ItemsetTable& itemsets, const ItemsetTable& seeds,
-                                      ItemIndex& index);
+                                      const ItemIndex& index, const WorkSharing& sharing);
+    static Adjacency upper_neighbours(const ItemsetTable& itemsets, const ItemsetTable& seeds,
+                                      const ItemIndex& index, Column begin, Column end);
+    static Adjacency joined(std::vector<Adjacency> parts);
     static Adjacency reversed(const Adjacency& uppers);
+    void sort_lowers(const ItemsetTable& itemsets, const ItemsetTable& seeds, const ItemIndex& index,
+                     const Adjacency& uppers, const WorkSharing& sharing);
 
     Adjacency lowers_;
 };

@@ -196,26 +196,27 @@ void ItemIndex::find_supersets(ItemSpan itemset, Column from, ColumnSet& found) 
     find_supersets(itemset, from, static_cast<Column>(itemsets_.size()), found);
 }
 
-void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from) {
+void ItemIndex::remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from,
+                                 std::vector<Hit>& hits) const {
     const auto words = std::span(columns).subspan(from);
     if (words.empty()) {
         return;
     }
     if (const BitWord* const rarest = bitmap(itemset.front())) {
         // Item after item rather than word after word: each bitmap is then walked in one direction.
-        hits_.clear();
+        hits.clear();
         for (ColumnWord& word : words) {
             if (const BitWord bits = word.bits & rarest[word.index]) {
-                hits_.push_back({&word, bits});
+                hits.push_back({&word, bits});
             }
         }
         for (const Item item : itemset.subspan(1)) {
             const BitWord* const held = bitmap(item);
-            for (Hit& hit : hits_) {
+            for (Hit& hit : hits) {
                 hit.bits &= held[hit.word->index];
             }
         }
-        for (const Hit& hit : hits_) {
+        for (const Hit& hit : hits) {
             hit.word->bits &= ~hit.bits;
         }
         return;

@@ -34,9 +34,15 @@ constexpr Column lowest_column(const ColumnWord& word) {
 ///
 /// Itemsets are sets of numbers below a bound, ascending, the rarer items first (see ItemNumbering): their
 /// first item decides between bitmap and list. The index refers to the sequence, which must outlive it
-/// unchanged; fewer than 2^32 itemsets.
+/// unchanged; fewer than 2^32 itemsets. Several threads can ask it at a time.
 class ItemIndex {
 public:
+    /// A word of a set and those of its columns that hold all items looked at so far.
+    struct Hit {
+        ColumnWord* word;
+        BitWord bits;
+    };
+
     /// `items`: the bound of the item numbers. O(items + total length of the itemsets).
     ItemIndex(const ItemsetTable& itemsets, std::size_t items);
     ItemIndex(const ItemIndex&) = delete;
@@ -58,8 +64,9 @@ public:
     void find_supersets(ItemSpan itemset, Column from, ColumnSet& found) const;
 
     /// Takes out of `columns`, from its word at position `from` on, those that contain `itemset`, which must
-    /// not be empty. O(|itemset| * words of `columns`), or steps as above.
-    void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from);
+    /// not be empty. O(|itemset| * words of `columns`), or steps as above. `hits` is working space.
+    void remove_supersets(ItemSpan itemset, ColumnSet& columns, std::size_t from,
+                          std::vector<Hit>& hits) const;
 
     /// Number of words of a bitmap.
     std::size_t bitmap_words() const { return bitmap_words_; }
@@ -70,12 +77,6 @@ private:
     static constexpr std::size_t group_bits = word_bits * word_bits;
 
     class Intersection;
-
-    /// A word of a bitmap and those of its columns that hold all items looked at so far.
-    struct Hit {
-        ColumnWord* word;
-        BitWord bits;
-    };
 
     /// nullptr when the item has a list.
     const BitWord* bitmap(Item item) const {
@@ -100,7 +101,6 @@ private:
     std::vector<BitWord> summaries_;        ///< for each bitmap, a bit for each of its words that is not zero
     std::vector<std::size_t> list_begins_;  ///< by item
     std::vector<Column> lists_;             ///< the lists, one behind the other
-    std::vector<Hit> hits_;                 ///< working space of remove_supersets
 };
 
 }  // namespace korv

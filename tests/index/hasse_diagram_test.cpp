@@ -97,7 +97,7 @@ Neighbours plain_diagram(const Family& family) {
 
 // The diagram itself.
 
-Neighbours built_diagram(const Family& family) {
+Neighbours built_diagram(const Family& family, const WorkSharing& sharing = {}) {
     std::vector<Itemset> itemsets;
     for (const Member& member : family.members) {
         itemsets.push_back(member.itemset);
@@ -109,13 +109,22 @@ Neighbours built_diagram(const Family& family) {
         numbered.push_back(test::renumbered(member.itemset, numbers));
         seeds.push_back(test::renumbered(member.seed, numbers));
     }
-    const HasseDiagram diagram(numbered, seeds, family.items);
+    const HasseDiagram diagram(numbered, seeds, family.items, sharing);
     Neighbours lowers;
     for (Column position = 0; position < family.members.size(); ++position) {
         const std::span<const Column> below = diagram.lower_neighbours(position);
         lowers.emplace_back(below.begin(), below.end());
     }
     return lowers;
+}
+
+/// Three parts, the last one first.
+WorkSharing backwards() {
+    return {3, [](std::size_t parts, const WorkSharing::DoPart& do_part) {
+                while (parts-- > 0) {
+                    do_part(parts);
+                }
+            }};
 }
 
 // By hand.
@@ -127,6 +136,7 @@ Neighbours diagram_of(const std::vector<Itemset>& itemsets) {
         family.members.push_back({itemset, itemset});
     }
     EXPECT_EQ(plain_diagram(family), built_diagram(family));
+    EXPECT_EQ(plain_diagram(family), built_diagram(family, backwards()));
     return built_diagram(family);
 }
 
@@ -176,7 +186,8 @@ std::string text_of(const Family& family) {
 }
 
 bool is_right(const Family& family) {
-    return built_diagram(family) == plain_diagram(family);
+    const Neighbours lowers = plain_diagram(family);
+    return built_diagram(family) == lowers && built_diagram(family, backwards()) == lowers;
 }
 
 /// The family without the members that are not needed for the failure; many are tried at a time at first.
@@ -202,7 +213,8 @@ void expect_right(const Family& family) {
         const Family least = shrunk(family);
         FAIL() << "wrong neighbours in the family" << text_of(least) << "\nexpected "
                << testing::PrintToString(plain_diagram(least)) << "\nfound    "
-               << testing::PrintToString(built_diagram(least));
+               << testing::PrintToString(built_diagram(least)) << "\nin parts "
+               << testing::PrintToString(built_diagram(least, backwards()));
     }
 }
 

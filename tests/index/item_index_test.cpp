@@ -73,6 +73,7 @@ protected:
     std::vector<Itemset> itemsets_ = random_columns(random_);
     ItemsetTable table_ = test::table_of(itemsets_);
     ItemIndex index_{table_, items};
+    std::vector<ItemIndex::Hit> hits_;
 };
 
 TEST_F(RandomIndex, HasItemsWithListsAndItemsWithBitmaps) {
@@ -133,7 +134,7 @@ TEST_F(RandomIndex, RemovesSupersets) {
         const Itemset one = any_itemset();
         const Itemset other = any_itemset();
         index_.find_supersets(one, 0, words);
-        index_.remove_supersets(other, words, 0);
+        index_.remove_supersets(other, words, 0, hits_);
         Columns expected = supersets(one, 0);
         std::erase_if(expected, [&](Column column) { return is_contained(other, itemsets_[column]); });
         ASSERT_EQ(columns_of(words), expected) << "round " << round;
@@ -144,7 +145,7 @@ TEST_F(RandomIndex, RemovesNothingBeforeTheWordAskedFor) {
     ColumnSet words;
     const Itemset frequent = {items - 1};
     index_.find_supersets(frequent, 0, words);
-    index_.remove_supersets(frequent, words, 3);
+    index_.remove_supersets(frequent, words, 3, hits_);
     const Columns left = columns_of(words);
     Columns expected = supersets(frequent, 0);
     const Column removed_from = words[3].index * 64;
@@ -165,6 +166,7 @@ protected:
 
     ItemsetTable table_ = test::table_of({{2}, {0, 2}, {1, 2}, {0, 1, 2}});
     ItemIndex index_{table_, 4};
+    std::vector<ItemIndex::Hit> hits_;
 };
 
 TEST_F(FourColumns, AreFoundByWhatTheyContain) {
@@ -194,11 +196,11 @@ TEST_F(FourColumns, AreFoundOneByOne) {
 TEST_F(FourColumns, AreTakenOut) {
     ColumnSet all;
     index_.find_supersets(Itemset{2}, 0, all);
-    index_.remove_supersets(Itemset{0}, all, 1);
+    index_.remove_supersets(Itemset{0}, all, 1, hits_);
     EXPECT_EQ(columns_of(all), (Columns{0, 1, 2, 3}));
-    index_.remove_supersets(Itemset{0}, all, 0);
+    index_.remove_supersets(Itemset{0}, all, 0, hits_);
     EXPECT_EQ(columns_of(all), (Columns{0, 2}));
-    index_.remove_supersets(Itemset{2}, all, 0);
+    index_.remove_supersets(Itemset{2}, all, 0, hits_);
     EXPECT_EQ(columns_of(all), Columns{});
 }
 
@@ -278,6 +280,7 @@ protected:
     std::vector<Itemset> itemsets_ = itemsets_with_places();
     ItemsetTable table_ = test::table_of(itemsets_);
     ItemIndex index_{table_, items_here};
+    std::vector<ItemIndex::Hit> hits_;
 };
 
 TEST_P(Boundaries, AreKeptByASearchForTheFirstSuperset) {
@@ -333,7 +336,7 @@ TEST_P(Boundaries, AreKeptByRemoval) {
         std::erase_if(expected, [&](Column column) {
             return column >= removed_from && std::ranges::binary_search(holding, column);
         });
-        index_.remove_supersets(itemset, words, position);
+        index_.remove_supersets(itemset, words, position, hits_);
         ASSERT_EQ(columns_of(words), expected) << "of " << whence.front() << ", at " << position;
     });
 }

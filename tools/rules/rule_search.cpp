@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "base/work_sharing.h"
 #include "common/class_agreement.h"
 #include "common/error.h"
 #include "common/workers.h"
@@ -138,6 +139,17 @@ Groundwork groundwork(const RuleInput& input, const RuleRequest& request, const 
     return work;
 }
 
+/// Several parts for each thread, of which some take longer than others.
+WorkSharing sharing(Workers& workers) {
+    constexpr std::size_t parts_for_each_thread = 16;
+    if (workers.threads() == 1) {
+        return {};
+    }
+    return {
+        workers.threads() * parts_for_each_thread,
+        [&workers](std::size_t parts, const WorkSharing::DoPart& do_part) { workers.run(parts, do_part); }};
+}
+
 /// Supports for one thread.
 std::unique_ptr<Supports> supports(const Groundwork& work) {
     auto from_classes = std::make_unique<DifferenceSupports>(work.indexes);
@@ -156,7 +168,7 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
     LatticeEntries entries = lattice_entries(input.classes);
     Groundwork work;
     workers.run({[&] {
-                     link_successors(entries);
+                     link_successors(entries, sharing(workers));
                      progress.begin(Phase::indexing);
                  },
                  [&] { work = groundwork(input, request, entries); }});
