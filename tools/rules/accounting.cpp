@@ -130,7 +130,7 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
             return {"beyond the best " + with_commas(request.per_conclusion) + " of a conclusion",
                     "--per-conclusion 0"};
         case Step::top:
-            return {"beyond the best " + with_commas(request.top), "--top 0"};
+            return {"beyond the best " + with_commas(request.most_told()), "--top 0"};
         case Step::not_confirmed:
             break;
     }
@@ -159,12 +159,10 @@ std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequ
 }
 
 SummaryLine last_line(const Accounting& accounting, const RuleRequest& request) {
-    const std::uint64_t shown = accounting.left();
-    const std::uint64_t beyond = accounting[Step::top];
-    return {shown,
+    return {accounting.left(),
             "shown, by " + std::string(name_of(request.sort)) +
                 (request.is_ascending ? ", the smallest first" : ""),
-            beyond == 0 || !ends_with_top(request) ? "" : "--top 0 shows all " + with_commas(shown + beyond)};
+            ends_with_top(request) ? beyond_text(accounting, request) : ""};
 }
 
 /// Says that less was pruned than is usual.
@@ -201,13 +199,6 @@ std::string why_none_is_left(const Accounting& accounting, const RuleRequest& re
            words.what + "; " + keeps(words.options, taken) + ".\n";
 }
 
-/// Where the rules come from.
-std::string origin(const Accounting& accounting) {
-    return (accounting.rule_files > 0 ? counted(accounting.rule_files, "rule file")
-                                      : counted(accounting.classes, "class", "es")) +
-           (accounting.transactions > 0 ? ", " + counted(accounting.transactions, "transaction") : "");
-}
-
 }  // namespace
 
 void Accounting::add(const Accounting& others) {
@@ -220,15 +211,56 @@ std::uint64_t Accounting::left() const {
     return derived - std::accumulate(left_out.begin(), left_out.end(), std::uint64_t{0});
 }
 
+std::string origin_text(const Accounting& accounting) {
+    return (accounting.rule_files > 0 ? counted(accounting.rule_files, "rule file")
+                                      : counted(accounting.classes, "class", "es")) +
+           (accounting.transactions > 0 ? ", " + counted(accounting.transactions, "transaction") : "");
+}
+
+std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request) {
+    std::vector<SummaryLine> lines;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(Step::top); ++i) {
+        const auto step = static_cast<Step>(i);
+        if (accounting[step] > 0) {
+            const StepWords words = words_of(step, accounting, request);
+            const bool is_first = step == Step::chance;  // which shows what the others mean
+            lines.push_back({accounting[step], words.what,
+                             is_first ? keeps(words.options, accounting[step]) : words.options});
+        }
+    }
+    return lines;
+}
+
+std::string beyond_text(const Accounting& accounting, const RuleRequest& request) {
+    const std::uint64_t beyond = accounting[Step::top];
+    if (beyond == 0) {
+        return "";
+    }
+    const std::uint64_t all = accounting.left() + beyond;
+    if (!request.is_limited_by_page()) {
+        return "--top 0 shows all " + with_commas(all);
+    }
+    if (all <= most_page_limit) {
+        return "--page-limit " + std::to_string(all) + " shows all " + with_commas(all);
+    }
+    const std::string other_format = "another format has all " + with_commas(all);
+    return request.page_limit == most_page_limit
+               ? other_format
+               : "--page-limit " + std::to_string(most_page_limit) + " shows more, " + other_format;
+}
+
+std::string closing_note(const Accounting& accounting, const RuleRequest& request) {
+    return accounting.left() == 0 ? why_none_is_left(accounting, request)
+                                  : note_on_pruning(accounting, request);
+}
+
 std::string accounting_text(const Accounting& accounting, const RuleRequest& request) {
-    const std::string first = counted(accounting.derived, "rule") + " from " + origin(accounting) + '\n';
+    const std::string first = counted(accounting.derived, "rule") + " from " + origin_text(accounting) + '\n';
     std::vector<SummaryLine> lines = step_lines(accounting, request);
-    const bool is_none_left = accounting.left() == 0;
-    if (!is_none_left) {
+    if (accounting.left() > 0) {
         lines.push_back(last_line(accounting, request));
     }
-    return first + aligned(lines, with_commas(accounting.derived).size()) +
-           (is_none_left ? why_none_is_left(accounting, request) : note_on_pruning(accounting, request));
+    return first + aligned(lines, with_commas(accounting.derived).size()) + closing_note(accounting, request);
 }
 
 }  // namespace korv::tools

@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/itemset.h"
 #include "rules/rule_request.h"
+#include "rules/summary_lines.h"
 
 namespace korv::tools {
 
@@ -53,6 +55,21 @@ struct Accounting {
     /// How many rules are left.
     std::uint64_t left() const;
 };
+
+/// Where the rules come from: "119 classes, 2,201 transactions".
+std::string origin_text(const Accounting& accounting);
+
+/// A line for each step that left rules out, in their order, with the option that undoes it; but for the last
+/// step, which is told by beyond_text.
+std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request);
+
+/// Which option tells the rules beyond those that are told, or what else does: "--top 0 shows all 420". Empty
+/// where there are none.
+std::string beyond_text(const Accounting& accounting, const RuleRequest& request);
+
+/// A sentence, with its line end: where no rule is left, which step took the last ones and what brings them
+/// back; else, where less was pruned than is usual, that it was. Empty where neither is so.
+std::string closing_note(const Accounting& accounting, const RuleRequest& request);
 
 /// The accounting in words, for standard error: a line for each step that left rules out, with the option
 /// that undoes it; then, where less was pruned than is usual, a sentence that says so, or, where no rule is

@@ -351,6 +351,7 @@ std::unique_ptr<ExclusionWriter> exclusion_writer(RuleFormat format, const RuleB
             return std::make_unique<JsonExclusions>(book, std::move(sink));
         case RuleFormat::sqlite:
         case RuleFormat::dot:
+        case RuleFormat::html:
             break;
     }
     throw std::invalid_argument("not written one by one");

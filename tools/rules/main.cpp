@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,6 +28,7 @@
 #include "rules/rule_search.h"
 #include "rules/rule_verification.h"
 #include "rules/rules_database.h"
+#include "rules/rules_page.h"
 #include "rules/search_watch.h"
 #include "rules/statistics.h"
 #include "rules/watched_input.h"
@@ -139,7 +141,8 @@ Status tell_exclusions(const RuleInput& input, const RuleArguments& arguments, R
 /// Whether the lattice is written, too.
 bool needs_lattice(const RuleArguments& arguments) {
     const bool is_drawn = arguments.format == RuleFormat::dot && arguments.graph == GraphKind::lattice;
-    return !arguments.is_count && (is_drawn || arguments.format == RuleFormat::sqlite);
+    return !arguments.is_count &&
+           (is_drawn || arguments.format == RuleFormat::sqlite || arguments.format == RuleFormat::html);
 }
 
 /// Throws Error where a database is to go to what is no file.
@@ -170,9 +173,23 @@ void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) 
     say("warning: a graph of " + with_commas(nodes) + " nodes is hard to read; " + remedy);
 }
 
+/// The pairs of items that a page tells of; nothing where there are no transactions to count them in.
+std::optional<ExclusionResult> exclusions_of_page(const RuleInput& input, RuleRequest request,
+                                                  SearchWatch& watch) {
+    if (!input.database) {
+        return std::nullopt;
+    }
+    request.top = most_exclusions_of_page;
+    const ColumnFacts columns(input.names, *input.database);
+    const ExclusionRequest pairs = {.max_items = 2};
+    return find_exclusions(*input.database, input.names, columns, ItemChoice(), request, pairs,
+                           watch.exclusion_progress());
+}
+
 /// Writes the rules, or the report on them, and counts them again before that where it is asked for.
 void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
-           const RuleArguments& arguments, SearchWatch& watch, RuleOutput& output) {
+           const RuleArguments& arguments, const RuleRequest& request, SearchWatch& watch,
+           RuleOutput& output) {
     const RuleBook book = {found.itemsets,
                            input.names,
                            input.transactions,
@@ -191,6 +208,11 @@ void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& i
         output.write_database(
             found, book,
             {input, names_without_directories(arguments.input.paths), arguments.decisive_options});
+    } else if (arguments.format == RuleFormat::html) {
+        const auto exclusions = exclusions_of_page(input, request, watch);
+        output.write_page(found, book,
+                          {input, names_without_directories(arguments.input.paths),
+                           arguments.decisive_options, request, exclusions});
     } else if (arguments.format == RuleFormat::dot) {
         warn_of_tangle(output.write_graph(found, book, arguments.graph), input, arguments.graph);
     } else {
@@ -210,7 +232,8 @@ Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOu
         return search_rules(input, arguments.rules, filter, watch.progress(),
                             {arguments.is_count ? &korv : nullptr, needs_lattice(arguments)});
     });
-    or_end_with(Status::failed, [&] { write(found, korv, input, arguments, watch, output); });
+    or_end_with(Status::failed,
+                [&] { write(found, korv, input, arguments, arguments.rules, watch, output); });
     sum_up(input, accounting_text(found.accounting, arguments.rules), arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
 }
@@ -230,7 +253,7 @@ Status tell_rule_files(TextStream first, const RuleArguments& arguments, RuleOut
         return search_rule_files(std::move(first), arguments.input.paths, input, request,
                                  watch.progress().begin);
     });
-    or_end_with(Status::failed, [&] { write(found, {}, input, arguments, watch, output); });
+    or_end_with(Status::failed, [&] { write(found, {}, input, arguments, request, watch, output); });
     sum_up(input, accounting_text(found.accounting, request), arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
 }

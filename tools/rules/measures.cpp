@@ -170,13 +170,6 @@ double fisher(const Table& t) {
     return surprise(Tail::more, {t.x, t.y, t.a}, t.n);
 }
 
-/// What a measure does where a count of the rule is not known, from one end of its range to the other.
-enum class Course {
-    monotonic,            ///< it only rises, or only falls
-    turns_at_chance,      ///< it turns where the sides are independent
-    turns_at_equal_sides  ///< it turns where the counts of the sides are equal
-};
-
 struct Description {
     Measure measure;
     std::string_view name;
@@ -353,9 +346,8 @@ std::string text_of_help() {
         name_width = std::max(name_width, line.name.size());
         formula_width = std::max(formula_width, line.formula.size());
     }
-    std::string text =
-        "How many transactions hold what: x the premise, y the conclusion, a both, b the premise only,\n"
-        "c the conclusion only, d neither; n are all. v = a n - x y.\n\n";
+    std::string text(letters_of_formulas());
+    text += "\n\n";
     for (const Description& line : catalogue) {
         text.append(line.name).append(name_width + 2 - line.name.size(), ' ');
         text.append(line.formula).append(formula_width + 2 - line.formula.size(), ' ');
@@ -413,6 +405,16 @@ MeasureBounds bounds_of(Measure measure, const FoundRule& rule, Count transactio
         collected.add(step + 1);
     }
     return collected.bounds();
+}
+
+MeasureExplanation explanation(Measure measure) {
+    const Description& told = description(measure);
+    return {told.formula, told.explanation, told.course};
+}
+
+std::string_view letters_of_formulas() {
+    return "How many transactions hold what: x the premise, y the conclusion, a both, b the premise only,\n"
+           "c the conclusion only, d neither; n are all. v = a n - x y.";
 }
 
 std::string_view help_on_measures() {

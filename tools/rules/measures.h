@@ -76,6 +76,25 @@ double value_of(Measure measure, const Contingency& table, Count transactions);
 /// The bounds of a measure over all tables between the two of a rule. O(1).
 MeasureBounds bounds_of(Measure measure, const FoundRule& rule, Count transactions);
 
+/// What a measure does where a count of the rule is not known, from one end of its range to the other.
+enum class Course {
+    monotonic,            ///< it only rises, or only falls
+    turns_at_chance,      ///< it turns where the sides are independent
+    turns_at_equal_sides  ///< it turns where the counts of the sides are equal
+};
+
+/// A measure as it is explained.
+struct MeasureExplanation {
+    std::string_view formula;  ///< of the letters that letters_of_formulas tells
+    std::string_view says;     ///< in a few words, the beginning of no sentence
+    Course course;
+};
+
+MeasureExplanation explanation(Measure measure);
+
+/// What the letters in formulas stand for, in two lines.
+std::string_view letters_of_formulas();
+
 /// The text of --help-measures: a line for each measure with its name, its formula and what it says.
 std::string_view help_on_measures();
 

@@ -25,6 +25,7 @@
 #include "mine/mining_arguments.h"
 #include "mine/reading_arguments.h"
 #include "rules/rules_database.h"
+#include "rules/rules_page.h"
 #include "rules/where.h"
 
 namespace korv::tools {
@@ -54,7 +55,8 @@ constexpr std::array extensions = {
     Word<RuleFormat>{".tsv", RuleFormat::tsv},        Word<RuleFormat>{".jsonl", RuleFormat::jsonl},
     Word<RuleFormat>{".db", RuleFormat::sqlite},      Word<RuleFormat>{".sqlite", RuleFormat::sqlite},
     Word<RuleFormat>{".sqlite3", RuleFormat::sqlite}, Word<RuleFormat>{".dot", RuleFormat::dot},
-    Word<RuleFormat>{".gv", RuleFormat::dot}};
+    Word<RuleFormat>{".gv", RuleFormat::dot},         Word<RuleFormat>{".html", RuleFormat::html},
+    Word<RuleFormat>{".htm", RuleFormat::html}};
 constexpr std::array graphs = {Word<GraphKind>{"lattice", GraphKind::lattice},
                                Word<GraphKind>{"rules", GraphKind::rules}};
 /// The groups of forms in words, from the first.
@@ -100,6 +102,7 @@ struct Words {
     std::string per_conclusion = "0";
     std::string format;
     std::string graph = "lattice";
+    std::string page_limit = "200000";
     std::string color = "auto";
     std::string measures;
     std::string threads;
@@ -171,6 +174,12 @@ std::optional<unsigned> parse_threads(const std::string& text) {
 /// As many as there are cores that the program may use.
 unsigned default_threads() {
     return std::clamp(std::thread::hardware_concurrency(), 1U, most_threads_by_default);
+}
+
+/// Parses how many rules a page takes.
+std::optional<std::size_t> parse_page_limit(const std::string& text) {
+    const auto number = parse_number<std::uint32_t>(text);
+    return number && *number >= 1 && *number <= most_page_limit ? number : std::nullopt;
 }
 
 /// Parses the name of a measure, with a plus sign before it for ascending order.
@@ -316,21 +325,27 @@ void add_order_options(CLI::App& app, Words& words) {
 void add_output_options(CLI::App& app, RuleArguments& arguments, Words& words) {
     app.add_option("-o,--output", arguments.output,
                    "The file that the rules go to, by its extension .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
-                   ".sqlite3, .dot or .gv; - for standard output")
+                   ".sqlite3, .dot, .gv, .html or .htm; - for standard output")
         ->check(argument_check(is_path, "the name of a file"))
         ->type_name(file_type)
         ->capture_default_str()
         ->group(output_group);
     app.add_option(
            "--to", words.format,
-           "Sentences, a table as wide as the terminal, columns for other programs, a database of SQLite, or "
-           "a graph for Graphviz (default: by the extension of the output); without one, a table on a "
+           "Sentences, a table as wide as the terminal, columns for other programs, a database of SQLite, "
+           "a graph for Graphviz, or a page to look through in a browser (default: by the extension of the "
+           "output); without one, a table on a "
            "terminal and words otherwise")
         ->check(CLI::IsMember(words_of(rule_formats)))
         ->group(output_group);
     app.add_option("--graph", words.graph,
                    "What a graph shows: the classes that rules are derived from, or the rules")
         ->check(CLI::IsMember(words_of(graphs)))
+        ->capture_default_str()
+        ->group(output_group);
+    app.add_option("--page-limit", words.page_limit,
+                   "The most rules that a page takes, the first ones of all; up to 1000000")
+        ->check(argument_check(parse_page_limit, "a whole number from 1 to 1000000"))
         ->capture_default_str()
         ->group(output_group);
     app.add_option("--color", words.color, "Colour in tables; auto: on a terminal, unless NO_COLOR is set")
@@ -458,14 +473,24 @@ void check_format(const CLI::App& app, const RuleArguments& arguments) {
     if (app.count("--graph") > 0 && arguments.format != RuleFormat::dot) {
         throw Error("--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
     }
+    if (app.count("--page-limit") > 0 && arguments.format != RuleFormat::html) {
+        throw Error(
+            "--page-limit: found another format; expected --to html, or -o with the extension .html or .htm");
+    }
     const bool is_text = std::ranges::find(writer_formats, arguments.format, &Word<RuleFormat>::second) !=
                          writer_formats.end();
     if (arguments.exclusions && !is_text) {
         throw Error(
-            "--exclusions: found the format of a database or a graph; expected words, table, csv, tsv or "
-            "jsonl");
+            "--exclusions: found the format of a database, a graph or a page, which shows them beside rules; "
+            "expected words, table, csv, tsv or jsonl");
     }
-    if (arguments.format != RuleFormat::sqlite || arguments.is_count) {
+    if (arguments.is_count) {
+        return;
+    }
+    if (arguments.format == RuleFormat::html) {
+        require_rules_page();
+    }
+    if (arguments.format != RuleFormat::sqlite) {
         return;
     }
     require_rules_database();
@@ -536,6 +561,9 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
     arguments.rules.top = app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top)
                           : is_terminal          ? top_on_terminal
                                                  : 0;
+    if (arguments.format == RuleFormat::html && !arguments.is_count) {
+        arguments.rules.page_limit = *parse_page_limit(words.page_limit);
+    }
     if (words.color == "always" && !arguments.is_count && arguments.format != RuleFormat::table) {
         throw Error("--color: found always, but only tables have colours; expected --to table, too");
     }
@@ -647,8 +675,8 @@ RuleFormat format_of_path(const std::string& path) {
     if (!format) {
         throw Error(
             "-o: found " + shown(path) +
-            "; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, .sqlite3, .dot or "
-            ".gv, or --to FORMAT");
+            "; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, .sqlite3, .dot, .gv, "
+            ".html or .htm, or --to FORMAT");
     }
     return *format;
 }

@@ -91,6 +91,11 @@ void require_rule_files_suffice(const RuleArguments& arguments) {
             "--graph lattice: needs the classes behind the rules, which rule files do not hold; expected "
             "--graph rules, or classes or transactions");
     }
+    if (arguments.format == RuleFormat::html && arguments.input.database.empty()) {
+        throw UsageError(
+            "--to html: needs the support of conclusions, which rule files do not hold; expected "
+            "--database FILE besides, or another format");
+    }
     if (arguments.format == RuleFormat::dot && arguments.input.database.empty()) {
         throw UsageError(
             "--graph rules: needs the support of conclusions, which rule files do not hold; expected "

@@ -225,7 +225,7 @@ SearchResult search_rule_files(TextStream first, const std::vector<std::string>&
                           result.itemsets);
     const bool are_compared = request.prune != Prune::none || request.readings == Readings::one;
     const bool are_all_needed = are_compared || request.per_conclusion > 0;
-    DistinctRules rules(order, result.itemsets, are_all_needed ? 0 : request.top, result.accounting);
+    DistinctRules rules(order, result.itemsets, are_all_needed ? 0 : request.most_told(), result.accounting);
     begin(Phase::deriving);
     Records records(input, request,
                     {request, in_transactions(request.min_support, "--min-support", 0, most_support),

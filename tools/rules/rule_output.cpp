@@ -22,6 +22,11 @@ void RuleOutput::write_database(const SearchResult& found, const RuleBook& book,
     output_.commit();
 }
 
+void RuleOutput::write_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin) {
+    write_rules_page(found, book, origin, [this](std::string_view text) { output_.write(text); });
+    output_.commit();
+}
+
 std::size_t RuleOutput::write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph) {
     const TextSink sink = [this](std::string_view text) { output_.write(text); };
     const std::size_t nodes = graph == GraphKind::rules ? write_rules_graph(found.rules, book, sink)

@@ -12,6 +12,7 @@
 #include "rules/found_rule.h"
 #include "rules/rule_writer.h"
 #include "rules/rules_database.h"
+#include "rules/rules_page.h"
 
 namespace korv::tools {
 
@@ -31,6 +32,9 @@ public:
 
     /// Writes rules and their lattice as a database. See write_rules_database, which throws Error, too.
     void write_database(const SearchResult& found, const RuleBook& book, const RulesOrigin& origin);
+
+    /// Writes rules and their lattice as a page.
+    void write_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin);
 
     /// Draws the lattice, or the rules. Returns the number of nodes.
     std::size_t write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph);

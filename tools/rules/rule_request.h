@@ -63,6 +63,9 @@ struct GivenOptions {
     bool sort = false;
 };
 
+/// The most rules that a page takes.
+inline constexpr std::size_t most_page_limit = 1'000'000;
+
 /// Which rules are wanted, and how they are told.
 struct RuleRequest {
     GivenOptions given = {};  ///< of rule files, other things go without saying than of classes
@@ -92,8 +95,15 @@ struct RuleRequest {
     bool is_ascending = false;
     std::size_t top = 0;             ///< 0 for all
     std::size_t per_conclusion = 0;  ///< 0 for all
+    std::size_t page_limit = 0;      ///< how many rules a page takes; 0 where there is to be none
 
     std::size_t threads = 1;  ///< that derive them; the rules are the same with any number, from 1
+
+    /// How many rules are told at most; 0 for all.
+    std::size_t most_told() const { return is_limited_by_page() ? page_limit : top; }
+
+    /// Whether it is the page, and not `top`, that decides on how many rules are told.
+    bool is_limited_by_page() const { return page_limit > 0 && (top == 0 || page_limit < top); }
 };
 
 }  // namespace korv::tools

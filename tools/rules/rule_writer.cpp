@@ -25,6 +25,7 @@ std::unique_ptr<RuleWriter> rule_writer(RuleFormat format, const RuleBook& book,
             return json_writer(book, std::move(sink));
         case RuleFormat::sqlite:
         case RuleFormat::dot:
+        case RuleFormat::html:
             break;
     }
     throw std::invalid_argument("not written rule by rule");

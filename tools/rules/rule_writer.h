@@ -21,10 +21,10 @@
 namespace korv::tools {
 
 /// In which format rules are written.
-enum class RuleFormat { words, table, csv, tsv, jsonl, sqlite, dot };
+enum class RuleFormat { words, table, csv, tsv, jsonl, sqlite, dot, html };
 
 /// The formats by their names on the command line: first those that a RuleWriter writes, rule by rule.
-inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 7> rule_formats = {{
+inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 8> rule_formats = {{
     {"words", RuleFormat::words},
     {"table", RuleFormat::table},
     {"csv", RuleFormat::csv},
@@ -32,6 +32,7 @@ inline constexpr std::array<std::pair<std::string_view, RuleFormat>, 7> rule_for
     {"jsonl", RuleFormat::jsonl},
     {"sqlite", RuleFormat::sqlite},
     {"dot", RuleFormat::dot},
+    {"html", RuleFormat::html},
 }};
 
 /// The formats that a RuleWriter writes.

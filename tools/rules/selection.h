@@ -15,7 +15,7 @@ class Selection {
 public:
     /// Refers to the order.
     Selection(const RuleOrder& order, const RuleRequest& request)
-        : first_(order, request.top),
+        : first_(order, request.most_told()),
           of_each_conclusion_(order, request.per_conclusion),
           is_per_conclusion_(request.per_conclusion > 0) {}
 
