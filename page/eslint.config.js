@@ -1,0 +1,44 @@
+import js from "@eslint/js";
+import tseslint from "typescript-eslint";
+
+/** Layers of src, from the left to the right: each imports from itself and from those before it only. */
+const layers = ["data", "model", "view"];
+
+const importsOf = (layer) => ({
+    files: [`src/${layer}/**/*.ts`],
+    rules: {
+        "no-restricted-imports": [
+            "error",
+            {
+                patterns: layers.slice(layers.indexOf(layer) + 1).map((later) => ({
+                    group: [`**/${later}/*`],
+                    message: `${layer} knows nothing of ${later}`,
+                })),
+            },
+        ],
+        // What has no page must run without one, in tests and in workers.
+        "no-restricted-globals": layer === "view" ? "off" : ["error", "document", "window"],
+    },
+});
+
+export default tseslint.config(
+    { ignores: ["dist", "node_modules"] },
+    js.configs.recommended,
+    tseslint.configs.strictTypeChecked,
+    {
+        languageOptions: {
+            parserOptions: { projectService: { allowDefaultProject: ["eslint.config.js"] } },
+        },
+        rules: {
+            // Indices of typed arrays are within their bounds, and a check in a loop over a million rules costs.
+            "@typescript-eslint/no-non-null-assertion": "off",
+            "@typescript-eslint/restrict-template-expressions": ["error", { allowNumber: true }],
+            "max-lines-per-function": ["error", { max: 60, skipBlankLines: true, skipComments: true }],
+            complexity: ["error", 14],
+            eqeqeq: "error",
+            "prefer-const": "error",
+        },
+    },
+    ...layers.map(importsOf),
+    { files: ["tests/**", "bench/**"], rules: { "max-lines-per-function": "off" } },
+);

@@ -1,0 +1,107 @@
+import { tickIncrement, ticks } from "d3-array";
+import type { ValueColumn } from "./quantities.ts";
+
+/** How the values of a quantity are laid out on a line: 0 is its beginning, 1 its end. */
+export interface Axis {
+    readonly from: number;
+    readonly to: number;
+    readonly isLogarithmic: boolean;
+    /** Some values are infinite; they lie at the end, apart from the others. */
+    readonly hasInfinite: boolean;
+}
+
+/** The part of an axis that finite values take where some are infinite. */
+const finitePart = 0.94;
+
+/** An axis for all values of a column, logarithmic where they are wide and far apart. */
+export function axisOf(column: ValueColumn, isWide: boolean): Axis {
+    let from = Infinity;
+    let to = -Infinity;
+    let leastPositive = Infinity;
+    let hasInfinite = false;
+    for (const values of new Set([column.low, column.high])) {
+        for (const value of values) {
+            if (value === Infinity) {
+                hasInfinite = true;
+            } else if (!Number.isNaN(value)) {
+                from = value < from ? value : from;
+                to = value > to ? value : to;
+                leastPositive = value > 0 && value < leastPositive ? value : leastPositive;
+            }
+        }
+    }
+    const isFar = to / leastPositive > 20;
+    if (isWide && isFar && from >= 0) {
+        return { from: leastPositive, to, isLogarithmic: true, hasInfinite };
+    }
+    return { ...roundEnds(from, to), isLogarithmic: false, hasInfinite };
+}
+
+/** Ends at round numbers, and some room where all values are one. */
+function roundEnds(from: number, to: number): { from: number; to: number } {
+    if (from > to) {
+        return { from: 0, to: 1 };
+    }
+    if (from === to) {
+        const room = Math.abs(from) / 2 || 0.5;
+        return { from: from - room, to: to + room };
+    }
+    const increment = tickIncrement(from, to, 20);
+    const step = increment < 0 ? -1 / increment : increment;
+    const round = (value: number, rounded: (quotient: number) => number) =>
+        increment < 0 ? rounded(value * -increment) / -increment : rounded(value / step) * step;
+    return { from: round(from, Math.floor), to: round(to, Math.ceil) };
+}
+
+/** Where a value lies; what is beyond an end lies at it. NaN where the value is not defined. */
+export function positionOn(axis: Axis, value: number): number {
+    if (value === Infinity) {
+        return 1;
+    }
+    const { from, to } = axis;
+    const part = axis.isLogarithmic
+        ? Math.log(Math.max(value, from) / from) / Math.log(to / from)
+        : (value - from) / (to - from);
+    return Math.min(1, Math.max(0, part)) * (axis.hasInfinite ? finitePart : 1);
+}
+
+/** The value at a position: the opposite of `positionOn`. */
+export function valueAt(axis: Axis, position: number): number {
+    const part = position / (axis.hasInfinite ? finitePart : 1);
+    if (part > 1 && axis.hasInfinite) {
+        return Infinity;
+    }
+    const { from, to } = axis;
+    const within = Math.min(1, Math.max(0, part));
+    return axis.isLogarithmic ? from * (to / from) ** within : from + within * (to - from);
+}
+
+/** Round values for labels, about so many; of a logarithmic axis those of 1, 2, 5 times a power of ten. */
+export function ticksOf(axis: Axis, about: number): number[] {
+    if (!axis.isLogarithmic) {
+        return ticks(axis.from, axis.to, about);
+    }
+    const first = Math.floor(Math.log10(axis.from));
+    const last = Math.ceil(Math.log10(axis.to));
+    for (const factors of [[1, 2, 5], [1, 3], [1]]) {
+        const values = [];
+        for (let exponent = first; exponent <= last; ++exponent) {
+            values.push(...factors.map((factor) => Number(`${factor}e${exponent}`)));
+        }
+        const within = values.filter((value) => value >= axis.from && value <= axis.to);
+        if (within.length <= about || factors.length === 1) {
+            return within;
+        }
+    }
+    return [];
+}
+
+/** A value in so many digits that neighbours which can be told apart on the axis differ. */
+export function roundedOn(axis: Axis, value: number): number {
+    if (!Number.isFinite(value)) {
+        return value;
+    }
+    const smallest = axis.isLogarithmic ? value / 500 : (axis.to - axis.from) / 500;
+    const places = Math.max(0, Math.min(15, Math.ceil(-Math.log10(smallest))));
+    return Number(value.toFixed(places));
+}

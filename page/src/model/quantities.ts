@@ -1,0 +1,190 @@
+import type { Book } from "../data/book.ts";
+import { boundsOf, tableAt, type Bounds } from "./bounds.ts";
+import { measures, type MeasureOfCounts } from "./measures.ts";
+import { countText, measureText } from "./number_words.ts";
+import { itemsOfRule, turnOf } from "./rules.ts";
+
+/** A number that every rule has: a count or a measure. */
+export interface Quantity {
+    /** As the program and the search name it: "added_value". */
+    readonly name: string;
+    /** As the page says it: "added value". */
+    readonly title: string;
+    readonly isCount: boolean;
+    readonly formula: string;
+    readonly explanation: string;
+    /** Whether values spread over magnitudes, so that a logarithmic axis shows them better. */
+    readonly isWide: boolean;
+    /** A value of it as text. */
+    readonly say: (value: number) => string;
+}
+
+/** The values of a quantity for all rules. Both arrays are the same one where all values are known. */
+export interface ValueColumn {
+    readonly low: Float64Array;
+    readonly high: Float64Array;
+}
+
+const wide = new Set(["lift", "conviction", "odds_ratio", "relative_risk", "chi2"]);
+
+/** What one rule costs more than some nanoseconds for. */
+const expensive = new Set(["p"]);
+
+/** The quantities of a book, with the values of each for all rules once these were asked for. */
+export class Quantities {
+    readonly all: readonly Quantity[];
+    readonly #book: Book;
+    readonly #byName: ReadonlyMap<string, Quantity>;
+    readonly #columns = new Map<string, ValueColumn>();
+
+    constructor(book: Book) {
+        this.#book = book;
+        this.all = catalogueOf(book);
+        this.#byName = new Map(this.all.map((quantity) => [quantity.name, quantity]));
+    }
+
+    /** The quantity of this name; nothing where there is none. */
+    named(name: string): Quantity | undefined {
+        return this.#byName.get(name);
+    }
+
+    /** The quantity of this name. Throws where there is none. */
+    get(name: string): Quantity {
+        const quantity = this.#byName.get(name);
+        if (quantity === undefined) {
+            throw new Error(`no quantity ${name}`);
+        }
+        return quantity;
+    }
+
+    /** The values of all rules; computed once. O(rules). */
+    column(name: string): ValueColumn {
+        let column = this.#columns.get(name);
+        if (column === undefined) {
+            const part = newColumn(this.#book);
+            fill(this.#book, name, part, 0, this.#book.rules.count);
+            column = part;
+            this.#columns.set(name, column);
+        }
+        return column;
+    }
+
+    /** The bounds of a quantity of one rule. */
+    bounds(name: string, rule: number): Bounds {
+        const column = this.#columns.get(name);
+        if (column !== undefined) {
+            return { low: column.low[rule]!, high: column.high[rule]! };
+        }
+        return boundsFunction(this.#book, name)(rule);
+    }
+
+    /** Whether `column` would take long enough to be noticed. */
+    isSlow(name: string): boolean {
+        const most = 20_000;
+        return expensive.has(name) && !this.#columns.has(name) && this.#book.rules.count > most;
+    }
+
+    /** Computes the values of all rules piece by piece, with a pause of the caller's between two pieces. */
+    async prepare(name: string, pause: (done: number) => Promise<void>): Promise<void> {
+        const piece = 10_000;
+        const { count } = this.#book.rules;
+        const column = newColumn(this.#book);
+        for (let begin = 0; begin < count; begin += piece) {
+            fill(this.#book, name, column, begin, Math.min(count, begin + piece));
+            await pause(begin / count);
+        }
+        this.#columns.set(name, column);
+    }
+}
+
+function newColumn(book: Book): ValueColumn {
+    const { count, tables } = book.rules;
+    const low = new Float64Array(count);
+    return { low, high: tables.first === tables.second ? low : new Float64Array(count) };
+}
+
+function fill(book: Book, name: string, column: ValueColumn, begin: number, end: number): void {
+    const { first, second } = book.rules.tables;
+    const measure = name === "support" ? undefined : measures[name];
+    if (measure !== undefined && first === second) {
+        const n = book.transactions;
+        for (let rule = begin; rule < end; ++rule) {
+            column.low[rule] = measure(first.x[rule]!, first.y[rule]!, first.a[rule]!, n);
+        }
+        return;
+    }
+    const bounds = boundsFunction(book, name);
+    for (let rule = begin; rule < end; ++rule) {
+        const { low, high } = bounds(rule);
+        column.low[rule] = low;
+        column.high[rule] = high;
+    }
+}
+
+function boundsFunction(book: Book, name: string): (rule: number) => Bounds {
+    const { first, second } = book.rules.tables;
+    const between = (one: number, other: number) => ({ low: Math.min(one, other), high: Math.max(one, other) });
+    const known = (value: number) => ({ low: value, high: value });
+    switch (name) {
+        case "support":
+            return (rule) => between(first.a[rule]!, second.a[rule]!);
+        case "premise_count":
+            return (rule) => between(first.x[rule]!, second.x[rule]!);
+        case "conclusion_count":
+            return (rule) => between(first.y[rule]!, second.y[rule]!);
+        case "items":
+            return (rule) => known(itemsOfRule(book, rule));
+        case "wordings":
+            return (rule) => known(book.rules.wordings[rule]!);
+        case "readings":
+            return (rule) => known(book.rules.readings[rule]!);
+        case "p_adjusted":
+            return (rule) => known(book.rules.adjusted?.[rule] ?? NaN);
+        default:
+            return measureFunction(book, name, measures[name] ?? (() => NaN));
+    }
+}
+
+function measureFunction(book: Book, name: string, measure: MeasureOfCounts): (rule: number) => Bounds {
+    const { first, second } = book.rules.tables;
+    const turn = turnOf(book, name);
+    const n = book.transactions;
+    return (rule) => boundsOf(measure, turn, tableAt(first, rule, n), tableAt(second, rule, n));
+}
+
+function count(name: string, title: string, formula: string, explanation: string): Quantity {
+    return { name, title, formula, explanation, isCount: true, isWide: true, say: countText };
+}
+
+function catalogueOf(book: Book): Quantity[] {
+    const counts = [
+        count("support", "support", "a", "how many transactions meet both sides"),
+        count("premise_count", "premise count", "x", "how many transactions meet the premise"),
+        count("conclusion_count", "conclusion count", "y", "how many transactions meet the conclusion"),
+        { ...count("items", "items", "", "how many items both sides name"), isWide: false },
+        count("wordings", "wordings", "", "how many rules say exactly the same of every transaction"),
+        count("readings", "readings", "", "how many rules tell of the same association"),
+    ];
+    const ofRules = book.header.measures
+        .filter((measure) => measure.name !== "support" && measure.name in measures)
+        .map(({ name, formula, explanation }) => ({
+            name,
+            title: name.replaceAll("_", " "),
+            formula,
+            explanation,
+            isCount: false,
+            isWide: wide.has(name),
+            say: measureText,
+        }));
+    return [...counts, ...ofRules, ...testedQuantities(book)];
+}
+
+function testedQuantities(book: Book): Quantity[] {
+    if (book.rules.adjusted === undefined) {
+        return [];
+    }
+    const explanation = "p, corrected for the number of rules that were looked at: 3 is once in 1,000 times";
+    const formula = "-log10 of the corrected p";
+    const title = "p adjusted";
+    return [{ name: "p_adjusted", title, formula, explanation, isCount: false, isWide: false, say: measureText }];
+}

@@ -1,0 +1,69 @@
+import { isNegated, type Book } from "../data/book.ts";
+import { sizeOfList } from "../data/lists.ts";
+import { boundsOf, isKnown, tableAt, type Bounds, type Turn } from "./bounds.ts";
+import { measures } from "./measures.ts";
+import type { Table } from "./table.ts";
+
+/** What is known of a rule: nothing is left open and it has no exception, or some, or counts are open. */
+export type Kind = "exact" | "approximative" | "bounded";
+
+export const kinds: readonly Kind[] = ["exact", "approximative", "bounded"];
+
+/** The two tables of a rule, equal where all is known. */
+export function tablesOf(book: Book, rule: number): readonly [Table, Table] {
+    const { first, second } = book.rules.tables;
+    return [tableAt(first, rule, book.transactions), tableAt(second, rule, book.transactions)];
+}
+
+/** The kind of a rule. One of which only the count of the conclusion is open is not bounded. */
+export function kindOf(book: Book, rule: number): Kind {
+    const { first, second } = book.rules.tables;
+    const x = first.x[rule]!;
+    const a = first.a[rule]!;
+    if (x !== second.x[rule] || a !== second.a[rule]) {
+        return "bounded";
+    }
+    return a === x && a !== 0 ? "exact" : "approximative";
+}
+
+/** The bounds of a measure, by its name in the catalogue. */
+export function measureOf(book: Book, rule: number, name: string): Bounds {
+    const measure = measures[name];
+    if (measure === undefined) {
+        return { low: NaN, high: NaN };
+    }
+    const [first, second] = tablesOf(book, rule);
+    if (isKnown(book.rules.tables, rule)) {
+        const value = measure(first.x, first.y, first.a, first.n);
+        return { low: value, high: value };
+    }
+    return boundsOf(measure, turnOf(book, name), first, second);
+}
+
+/** Where a measure turns between two tables, by the catalogue of the program. */
+export function turnOf(book: Book, name: string): Turn {
+    return book.header.measures.find((measure) => measure.name === name)?.turns ?? "";
+}
+
+/** The bounds of one of the counts of a rule. */
+export function countOf(book: Book, rule: number, count: "x" | "y" | "a"): Bounds {
+    const { first, second } = book.rules.tables;
+    const one = first[count][rule]!;
+    const other = second[count][rule]!;
+    return { low: Math.min(one, other), high: Math.max(one, other) };
+}
+
+/** How many items both sides name. */
+export function itemsOfRule(book: Book, rule: number): number {
+    const { sides, rules } = book;
+    return sizeOfList(sides.items, rules.premises[rule]!) + sizeOfList(sides.items, rules.conclusions[rule]!);
+}
+
+/** Which of the four groups of forms the signs of the sides make. */
+export function signsOf(book: Book, rule: number): { premise: boolean; conclusion: boolean } {
+    const { sides, rules } = book;
+    return {
+        premise: isNegated(sides, rules.premises[rule]!),
+        conclusion: isNegated(sides, rules.conclusions[rule]!),
+    };
+}

@@ -1,0 +1,2 @@
+/** Style sheets are imported for the bundle to have them. */
+declare module "*.css";

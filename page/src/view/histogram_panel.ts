@@ -1,0 +1,169 @@
+import { axisOf, roundedOn, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
+import type { Passes } from "../model/filter.ts";
+import { binsOf, countsOfBins, numberOfBins } from "../model/histogram.ts";
+import type { Quantity } from "../model/quantities.ts";
+import { rangeText } from "../model/search_terms.ts";
+import type { Context } from "./component.ts";
+import { h, newId, refill, setAttributes, svg } from "./dom.ts";
+import { rangeOn, withRange } from "./ranges.ts";
+
+const height = 48;
+
+/** How the values of a quantity are spread: of all rules, and of those that are shown. Dragging chooses a range. */
+export class HistogramPanel {
+    readonly root: HTMLElement;
+    readonly #context: Context;
+    readonly #quantity: Quantity;
+    readonly #axis: Axis;
+    readonly #bins: Uint8Array;
+    readonly #all: Uint32Array;
+    readonly #allBars = svg("path", { class: "all" });
+    readonly #shownBars = svg("path", { class: "shown" });
+    readonly #brush = svg("rect", { class: "brush", y: 0, height });
+    readonly #plot: SVGSVGElement;
+    readonly #from = numberField("from");
+    readonly #to = numberField("to");
+    #terms: readonly string[] = [];
+    #dragFrom: number | undefined;
+
+    constructor(context: Context, quantity: Quantity) {
+        this.#context = context;
+        this.#quantity = quantity;
+        const column = context.quantities.column(quantity.name);
+        this.#axis = axisOf(column, quantity.isWide);
+        this.#bins = binsOf(this.#axis, column.low);
+        this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
+        this.#plot = this.#makePlot();
+        const title = h("h3", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
+        const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
+        this.root = h("section", { class: "histogram", "aria-labelledby": title.id }, title, fields, this.#plot, this.#scale());
+        for (const field of [this.#from, this.#to]) {
+            setAttributes(field, { "aria-label": `${quantity.title} ${field === this.#from ? "from" : "to"}` });
+            field.addEventListener("change", () => {
+                this.#choose(numberIn(this.#from), numberIn(this.#to));
+            });
+        }
+        this.#allBars.setAttribute("d", this.#bars(this.#all));
+    }
+
+    /** Shows the rules that pass, and the range that the terms ask for. */
+    update(passes: Passes, terms: readonly string[]): void {
+        this.#shownBars.setAttribute("d", this.#bars(countsOfBins(this.#bins, passes)));
+        this.#terms = terms;
+        this.#showRange();
+    }
+
+    #makePlot(): SVGSVGElement {
+        const plot = svg(
+            "svg",
+            {
+                viewBox: `0 0 ${numberOfBins} ${height}`,
+                preserveAspectRatio: "none",
+                "aria-hidden": "true",
+            },
+            this.#allBars,
+            this.#shownBars,
+            this.#brush,
+        );
+        plot.addEventListener("pointerdown", (event) => {
+            plot.setPointerCapture(event.pointerId);
+            this.#dragFrom = this.#positionOf(event);
+        });
+        plot.addEventListener("pointermove", (event) => {
+            if (this.#dragFrom !== undefined) {
+                this.#drag(this.#dragFrom, this.#positionOf(event));
+            }
+        });
+        const end = () => {
+            this.#dragFrom = undefined;
+        };
+        plot.addEventListener("pointerup", (event) => {
+            if (this.#dragFrom !== undefined && Math.abs(this.#dragFrom - this.#positionOf(event)) < 0.01) {
+                this.#choose(undefined, undefined);
+            }
+            end();
+        });
+        plot.addEventListener("pointercancel", end);
+        return plot;
+    }
+
+    #positionOf(event: PointerEvent): number {
+        const { left, width } = this.#plot.getBoundingClientRect();
+        return Math.min(1, Math.max(0, (event.clientX - left) / width));
+    }
+
+    #drag(one: number, other: number): void {
+        const [begin, end] = one < other ? [one, other] : [other, one];
+        if (end - begin >= 0.01) {
+            // An end of the axis leaves the range open.
+            this.#choose(
+                begin === 0 ? undefined : roundedOn(this.#axis, valueAt(this.#axis, begin)),
+                end === 1 ? undefined : roundedOn(this.#axis, valueAt(this.#axis, end)),
+            );
+        }
+    }
+
+    #choose(from: number | undefined, to: number | undefined): void {
+        const { name, isCount } = this.#quantity;
+        const whole = (value: number | undefined, round: (value: number) => number) =>
+            value === undefined || !isCount ? value : round(value);
+        const isOpen = from === undefined && to === undefined;
+        const text = isOpen ? undefined : rangeText(name, whole(from, Math.ceil), whole(to, Math.floor));
+        this.#context.change({ terms: withRange(this.#context, this.#terms, name, text) });
+    }
+
+    #showRange(): void {
+        const range = rangeOn(this.#context, this.#terms, this.#quantity.name);
+        const from = range?.from;
+        const to = range?.to;
+        const begin = from === undefined ? 0 : positionOn(this.#axis, from);
+        const end = to === undefined ? 1 : positionOn(this.#axis, to);
+        setAttributes(this.#brush, {
+            x: begin * numberOfBins,
+            width: Math.max(0.4, (end - begin) * numberOfBins),
+            visibility: range === undefined ? "hidden" : "visible",
+        });
+        setField(this.#from, from);
+        setField(this.#to, to);
+    }
+
+    /** The height of a bar is the root of its count, so that rare values are seen. */
+    #bars(counts: Uint32Array): string {
+        const most = Math.sqrt(this.#all.reduce((one, other) => Math.max(one, other), 1));
+        let path = "";
+        counts.forEach((count, bin) => {
+            if (count > 0) {
+                const size = Math.max(1.5, (Math.sqrt(count) / most) * height);
+                path += `M${bin + 0.08} ${height}v${-size}h0.84v${size}z`;
+            }
+        });
+        return path;
+    }
+
+    #scale(): HTMLElement {
+        const axis = this.#axis;
+        const labels = ticksOf(axis, 4).map((tick) => {
+            const label = h("span", {}, this.#quantity.say(tick));
+            label.style.left = `${100 * positionOn(axis, tick)}%`;
+            return label;
+        });
+        const scale = h("div", { class: "scale", "aria-hidden": "true" });
+        refill(scale, ...labels, axis.hasInfinite ? h("span", { class: "infinite" }, "∞") : undefined);
+        return scale;
+    }
+}
+
+function numberField(placeholder: string): HTMLInputElement {
+    return h("input", { type: "text", inputmode: "decimal", placeholder, size: 6 });
+}
+
+function numberIn(field: HTMLInputElement): number | undefined {
+    const value = Number(field.value.replace(/,/gu, ""));
+    return field.value.trim() === "" || Number.isNaN(value) ? undefined : value;
+}
+
+function setField(field: HTMLInputElement, value: number | undefined): void {
+    if (document.activeElement !== field) {
+        field.value = value === undefined ? "" : String(value);
+    }
+}

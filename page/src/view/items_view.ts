@@ -1,0 +1,184 @@
+import { unknownCount } from "../data/book.ts";
+import { partnersOf, usageOf, type ItemUsage } from "../model/item_usage.ts";
+import { countText, percentText } from "../model/number_words.ts";
+import { itemText, type Place } from "../model/search_terms.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { button, h, refill, setAttributes, shortened } from "./dom.ts";
+
+const mostRows = 200;
+const mostPartners = 12;
+
+/** By what items are ordered. */
+type Order = "name" | "count" | "premises" | "conclusions";
+
+/** The items: how often they are in the transactions and on either side of the shown rules, and with which others. */
+export class ItemsView implements Component {
+    readonly root = h("section", { class: "items-view", "aria-label": "Items" });
+    readonly #context: Context;
+    readonly #remark = h("p", { class: "quiet" });
+    readonly #rows = h("tbody");
+    readonly #more = h("p");
+    readonly #partners = h("aside", { class: "partners", "aria-label": "The chosen item" });
+    readonly #heads = new Map<Order, HTMLElement>();
+    #order: Order = "premises";
+    #limit = mostRows;
+    #sight: Sight | undefined;
+    #usage: ItemUsage | undefined;
+
+    constructor(context: Context) {
+        this.#context = context;
+        const head = (order: Order, text: string) => {
+            const cell = h(
+                "th",
+                { scope: "col", class: order === "name" ? "" : "number" },
+                button(text, {}, () => {
+                    this.#order = order;
+                    this.#fill();
+                }),
+            );
+            this.#heads.set(order, cell);
+            return cell;
+        };
+        const heads = h(
+            "tr",
+            {},
+            head("name", "Item"),
+            head("count", "Transactions"),
+            head("premises", "In premises"),
+            head("conclusions", "In conclusions"),
+        );
+        const table = h("table", { class: "plain" }, h("thead", {}, heads), this.#rows);
+        refill(this.root, h("div", { class: "wide" }, this.#remark, table, this.#more), this.#partners);
+    }
+
+    update(now: Sight, before: Sight | undefined): void {
+        this.#sight = now;
+        if (now.state.view !== "items") {
+            return;
+        }
+        const isNew = before?.state.view !== "items" || now.rules !== before.rules || this.#usage === undefined;
+        if (isNew) {
+            this.#usage = usageOf(this.#context.book, this.#context.named(), now.rules);
+        }
+        if (isNew || now.state.item !== before.state.item) {
+            this.#fill();
+            this.#fillPartners();
+        }
+    }
+
+    #fill(): void {
+        const usage = this.#usage!;
+        const { rules, state } = this.#sight!;
+        const order = this.#ordered(usage).filter(
+            (item) => usage.premises[item]! + usage.conclusions[item]! > 0 || item === state.item,
+        );
+        const largest = (counts: Uint32Array) => counts.reduce((one, other) => Math.max(one, other), 1);
+        const most = largest(usage.premises.map((count, i) => Math.max(count, usage.conclusions[i]!)));
+        refill(this.#rows, ...order.slice(0, this.#limit).map((item) => this.#row(item, usage, most)));
+        this.#remark.textContent =
+            `${countText(order.length)} items in the ${countText(rules.length)} rules shown. ` +
+            "A name shows its partners; a number shows its rules.";
+        const left = order.length - this.#limit;
+        const more = button(`Show ${countText(Math.min(left, mostRows))} more`, {}, () => {
+            this.#limit += mostRows;
+            this.#fill();
+        });
+        refill(this.#more, left > 0 ? more : undefined);
+        this.#heads.forEach((head, each) => {
+            const direction = each === "name" ? "ascending" : "descending";
+            setAttributes(head, { "aria-sort": each === this.#order ? direction : undefined });
+        });
+    }
+
+    #ordered({ premises, conclusions }: ItemUsage): number[] {
+        const { items } = this.#context.book;
+        const all = Array.from({ length: items.count }, (_, item) => item);
+        const { compare } = new Intl.Collator("en", { numeric: true });
+        const by: Readonly<Record<Order, (one: number, other: number) => number>> = {
+            name: (one, other) => compare(items.names[one]!, items.names[other]!),
+            count: (one, other) => known(items.counts[other]!) - known(items.counts[one]!),
+            premises: (one, other) =>
+                premises[other]! - premises[one]! || conclusions[other]! - conclusions[one]!,
+            conclusions: (one, other) =>
+                conclusions[other]! - conclusions[one]! || premises[other]! - premises[one]!,
+        };
+        return all.sort(by[this.#order]);
+    }
+
+    #row(item: number, usage: ItemUsage, most: number): HTMLElement {
+        const { items } = this.#context.book;
+        const count = items.counts[item]!;
+        const name = button(shortened(items.names[item]!, 200), { class: "link" }, () => {
+            this.#context.change({ item });
+        });
+        return h(
+            "tr",
+            { "aria-current": item === this.#sight?.state.item ? "true" : undefined },
+            h("td", { class: "name" }, name),
+            h("td", { class: "number" }, count === unknownCount ? "–" : countText(count)),
+            this.#usageCell(item, usage.premises[item]!, "if", most),
+            this.#usageCell(item, usage.conclusions[item]!, "then", most),
+        );
+    }
+
+    #usageCell(item: number, count: number, place: Place, most: number): HTMLElement {
+        const bar = h("i", { class: "bar" });
+        bar.style.setProperty("--low", `${(100 * count) / most}%`);
+        const label = `Show the rules with ${shortened(this.#context.book.items.names[item]!, 60)} in the ${place === "if" ? "premise" : "conclusion"}`;
+        const content =
+            count === 0
+                ? h("span", { class: "quiet" }, "–")
+                : button(countText(count), { class: "link", title: label }, () => {
+                      this.#showRules([itemText(this.#context.book.items.numbers[item]!, place)]);
+                  });
+        return h("td", { class: "number" }, content, bar);
+    }
+
+    #showRules(terms: readonly string[]): void {
+        const kept = this.#sight!.state.terms.filter((term) => !terms.includes(term));
+        this.#context.change({ view: "rules", terms: [...kept, ...terms], draft: "" });
+    }
+
+    #fillPartners(): void {
+        const { state, rules } = this.#sight!;
+        const { book, named } = this.#context;
+        const { item } = state;
+        this.#partners.hidden = item === undefined;
+        if (item === undefined) {
+            return;
+        }
+        const counts = partnersOf(book, named(), rules, item);
+        const partners = [...counts.keys()].filter((other) => counts[other]! > 0);
+        partners.sort((one, other) => counts[other]! - counts[one]! || one - other);
+        const held = book.items.counts[item]!;
+        const own = itemText(book.items.numbers[item]!);
+        const entries = partners.slice(0, mostPartners).map((other) => {
+            const link = button(shortened(book.items.names[other]!, 80), { class: "link" }, () => {
+                this.#showRules([own, itemText(book.items.numbers[other]!)]);
+            });
+            return h("li", {}, link, h("span", { class: "value" }, countText(counts[other]!)));
+        });
+        refill(
+            this.#partners,
+            h("h2", {}, shortened(book.items.names[item]!, 200)),
+            h(
+                "p",
+                {},
+                held === unknownCount
+                    ? "How many transactions hold it is not known."
+                    : `In ${countText(held)} of ${countText(book.transactions)} transactions (${percentText(held / book.transactions)}).`,
+            ),
+            button("Show its rules", { class: "primary" }, () => {
+                this.#showRules([own]);
+            }),
+            h("h3", {}, "Most often in a rule with"),
+            entries.length === 0
+                ? h("p", { class: "quiet" }, "No shown rule names it with another item.")
+                : h("ul", { class: "list" }, ...entries),
+        );
+    }
+}
+
+function known(count: number): number {
+    return count === unknownCount ? -1 : count;
+}

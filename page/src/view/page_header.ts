@@ -1,0 +1,81 @@
+import { countText } from "../model/number_words.ts";
+import { views, type View } from "../model/view_state.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { button, h, setAttributes, shortened } from "./dom.ts";
+
+const viewNames: Readonly<Record<View, string>> = { rules: "Rules", items: "Items", exclusions: "Exclusions" };
+
+/** What the page is about, how its rules were chosen, and the way to its other views. */
+export class PageHeader implements Component {
+    readonly root: HTMLElement;
+    readonly #context: Context;
+    readonly #tabs = new Map<View, HTMLButtonElement>();
+
+    constructor(context: Context, help: () => void) {
+        this.#context = context;
+        const { title } = context.book.header;
+        const tabs = views.map((view) => {
+            const tab = button(viewNames[view], {}, () => {
+                context.change({ view });
+            });
+            this.#tabs.set(view, tab);
+            return tab;
+        });
+        this.root = h(
+            "header",
+            { class: "page-header" },
+            h(
+                "div",
+                { class: "what" },
+                h("h1", {}, shortened(title, 200)),
+                h("p", {}, ...this.#about()),
+                this.#choice(),
+            ),
+            h("nav", { "aria-label": "Views" }, ...tabs, button("?", { class: "help", "aria-label": "Help", title: "Help (?)" }, help)),
+        );
+    }
+
+    update({ state }: Sight): void {
+        this.#tabs.forEach((tab, view) => {
+            setAttributes(tab, { "aria-current": view === state.view ? "page" : undefined });
+        });
+    }
+
+    /** One sentence: how many rules, of how many, about what. */
+    #about(): (string | HTMLElement)[] {
+        const { header, transactions } = this.#context.book;
+        const { count, left, sort, ascending } = header.rules;
+        const rules = h("strong", {}, count === 1 ? "1 rule" : `${countText(count)} rules`);
+        const of = left > count ? ` of ${countText(left)}` : "";
+        const order = `${ascending ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
+        const settings = header.run.settings.map(({ name, value }) => `${name} ${value}`).join(", ");
+        const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}`;
+        return [rules, `${about}${settings === "" ? "" : `; ${settings}`}.`];
+    }
+
+    /** Where the other rules went. */
+    #choice(): HTMLElement {
+        const { summary, run, rules, program } = this.#context.book.header;
+        const step = (count: string, what: string, option: string) =>
+            h("tr", {}, h("td", { class: "number" }, count), h("td", {}, what), h("td", {}, option === "" ? "" : h("code", {}, option)));
+        const limit =
+            rules.left_out_by_limit === 0
+                ? []
+                : [step(countText(rules.left_out_by_limit), "beyond what fits this page", rules.limit_option)];
+        const rows = [
+            step(countText(summary.derived), `rules from ${summary.origin}`, ""),
+            ...summary.left_out.map(({ count, what, options }) => step(countText(count), what, options)),
+            ...limit,
+            step(countText(rules.count), "on this page", ""),
+        ];
+        const head = h("tr", {}, ...["Rules", "", "Option that keeps them"].map((text) => h("th", { scope: "col" }, text)));
+        const notes = [...run.notes, summary.note, run.options === "" ? "" : `Options: ${run.options}`, `Written by ${program}`];
+        return h(
+            "details",
+            { class: "choice" },
+            h("summary", {}, "How these were chosen"),
+            h("div", { class: "wide-table" }, h("table", { class: "plain" }, h("thead", {}, head), h("tbody", {}, ...rows))),
+            ...notes.filter((note) => note !== "").map((note) => h("p", { class: "quiet" }, note)),
+        );
+    }
+}

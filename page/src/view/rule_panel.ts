@@ -1,0 +1,277 @@
+import { listAt } from "../data/lists.ts";
+import { relatedRules, type Related } from "../model/dominance.ts";
+import { boundsText, countText, measureText, percentText } from "../model/number_words.ts";
+import { readingsOf } from "../model/readings.ts";
+import { sentenceOf } from "../model/rule_words.ts";
+import { kindOf, measureOf, tablesOf } from "../model/rules.ts";
+import { itemText } from "../model/search_terms.ts";
+import { sideItems, type SideItems } from "../model/side_lookup.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { button, h, newId, refill, shortened, type Child } from "./dom.ts";
+import { LatticeWalk } from "./lattice_walk.ts";
+import { mosaicOf } from "./mosaic.ts";
+
+const mostOfAList = 5;
+const mostLetters = 400;
+
+/** Everything about one rule. */
+export class RulePanel implements Component {
+    readonly root = h("aside", { class: "panel", "aria-label": "The chosen rule", tabindex: -1, hidden: true });
+    readonly #context: Context;
+    readonly #walk: LatticeWalk;
+    readonly #step: (by: number) => void;
+
+    /** `step` moves to a neighbouring rule of the table. */
+    constructor(context: Context, step: (by: number) => void) {
+        this.#context = context;
+        this.#walk = new LatticeWalk(context);
+        this.#step = step;
+    }
+
+    update({ state }: Sight, before: Sight | undefined): void {
+        const { rule, node } = state;
+        this.root.hidden = rule === undefined;
+        if (rule === undefined) {
+            return;
+        }
+        if (rule !== before?.state.rule) {
+            const hasFocus = this.root.contains(document.activeElement);
+            refill(this.root, ...this.#content(rule));
+            this.root.scrollTop = 0;
+            if (hasFocus) {
+                this.root.focus();
+            }
+        }
+        if (rule !== before?.state.rule || node !== before.state.node) {
+            const position = node ?? this.#walk.home;
+            if (position !== undefined) {
+                this.#walk.show(position);
+            }
+        }
+    }
+
+    #content(rule: number): Child[] {
+        const { book } = this.#context;
+        const [first, second] = tablesOf(book, rule);
+        return [
+            this.#bar(rule),
+            this.#sentence(rule),
+            this.#numbers(rule),
+            section("Four counts", mosaicOf(first, second)),
+            this.#readings(rule),
+            this.#wordings(rule),
+            this.#related(rule),
+            this.#lattice(rule),
+            this.#measures(rule),
+        ];
+    }
+
+    #bar(rule: number): HTMLElement {
+        const step = (text: string, label: string, by: number) =>
+            button(text, { "aria-label": label, title: label, class: "icon" }, () => {
+                this.#step(by);
+            });
+        const close = button("×", { "aria-label": "Close this rule", title: "Close (Esc)", class: "icon" }, () => {
+            this.#context.change({ rule: undefined, node: undefined });
+        });
+        return h(
+            "div",
+            { class: "bar-of-panel" },
+            h("h2", {}, `Rule ${countText(rule + 1)}`),
+            h("span", { class: "quiet" }, this.#formWords(rule)),
+            step("↑", "Previous rule in the table", -1),
+            step("↓", "Next rule in the table", 1),
+            close,
+        );
+    }
+
+    #formWords(rule: number): string {
+        const { book } = this.#context;
+        const words = { exact: "no exception", approximative: "has exceptions", bounded: "not known exactly" };
+        const form = book.rules.forms === undefined ? undefined : book.header.forms[book.rules.forms[rule]!];
+        return [words[kindOf(book, rule)], form === undefined ? "" : `${form.label} ${form.text}`]
+            .filter((text) => text !== "")
+            .join(" · ");
+    }
+
+    #sentence(rule: number): HTMLElement {
+        const { book, words } = this.#context;
+        const { premise, howOften, conclusion, counts, others } = sentenceOf(book, words, rule);
+        return h(
+            "div",
+            { class: "sentence" },
+            h(
+                "p",
+                { class: "said" },
+                "If ",
+                h("b", {}, shortened(premise, mostLetters)),
+                `, ${howOften}: `,
+                h("b", {}, shortened(conclusion, mostLetters)),
+            ),
+            h("p", {}, counts),
+            others === "" ? undefined : h("p", { class: "quiet" }, others),
+            this.#items(rule),
+        );
+    }
+
+    /** The items of both sides; each filters. */
+    #items(rule: number): HTMLElement {
+        const { book, named } = this.#context;
+        const { premises, conclusions } = book.rules;
+        const of = (side: number) => listAt(named(), side);
+        const items = new Set([...of(premises[rule]!), ...of(conclusions[rule]!)]);
+        const most = 24;
+        const chips = [...items].slice(0, most).map((item) =>
+            button(shortened(book.items.names[item]!, 60), { class: "chip", title: "Filter by this item" }, () => {
+                this.#context.change({ terms: [itemText(book.items.numbers[item]!)], draft: "" });
+            }),
+        );
+        return h("p", { class: "items-of-rule" }, h("span", { class: "quiet" }, "All rules with "), ...chips);
+    }
+
+    #numbers(rule: number): HTMLElement {
+        const { quantities } = this.#context;
+        const tiles = ["support", "confidence", "lift", "leverage"].map((name) => {
+            const { title, say, explanation } = quantities.get(name);
+            return h(
+                "div",
+                { title: explanation },
+                h("dt", {}, title),
+                h("dd", {}, boundsText(quantities.bounds(name, rule), say)),
+            );
+        });
+        return h("dl", { class: "tiles" }, ...tiles);
+    }
+
+    #readings(rule: number): HTMLElement {
+        const rows = readingsOf(this.#context.book, rule).map((reading) => {
+            const text = `${this.#side(reading.premise)} → ${this.#side(reading.conclusion)}`;
+            const isOwn = reading.rule === rule;
+            const said =
+                reading.rule === undefined || isOwn ? h("span", {}, text) : this.#linkTo(reading.rule, text);
+            const value = h("span", { class: "value" }, boundsText(reading.confidence, percentText));
+            return h("li", { "aria-current": isOwn ? "true" : undefined }, said, value);
+        });
+        const remark = "Four readings of one association; all follow from the four counts.";
+        return section("Read the other way round", h("p", { class: "quiet" }, remark), h("ul", { class: "list" }, ...rows));
+    }
+
+    #side(side: SideItems): string {
+        return shortened(this.#context.words.textOf(side, 12), 160);
+    }
+
+    #linkTo(rule: number, text: string): HTMLElement {
+        return button(text, { class: "link" }, () => {
+            this.#context.change({ rule, node: undefined });
+        });
+    }
+
+    /** Other itemsets that the same transactions hold, from the classes of both sides. */
+    #wordings(rule: number): HTMLElement | undefined {
+        const { book, lattice } = this.#context;
+        const { premises, conclusions } = book.rules;
+        const sides = [premises[rule]!, conclusions[rule]!] as const;
+        const items = sides.map((side) => sideItems(book, side)) as [SideItems, SideItems];
+        const lists = sides.map((side, i) => {
+            const isKnown = book.sides.spreads[side] === 0;
+            const found = isKnown
+                ? lattice().wordingsOf(items[i]!, book.sides.counts[side]!, items[1 - i]!.items)
+                : [];
+            return found.map((each) => this.#side({ items: each, isNegated: items[i]!.isNegated }));
+        });
+        if (lists.every((list) => list.length === 0)) {
+            return undefined;
+        }
+        const parts = lists.flatMap((list, i) =>
+            list.length === 0
+                ? []
+                : [
+                      h("p", { class: "quiet" }, i === 0 ? "For the premise:" : "For the conclusion:"),
+                      longList(list.map((text) => h("li", {}, text))),
+                  ],
+        );
+        const remark = h("p", { class: "quiet" }, "Exactly the same transactions meet:");
+        return section("In other words", remark, ...parts);
+    }
+
+    #related(rule: number): HTMLElement {
+        const related = relatedRules(this.#context.book, rule);
+        const kinds: readonly (readonly [keyof Related, string])[] = [
+            ["stronger", "These say more, and hold at least as often:"],
+            ["wouldBeStronger", "These would say more, but hold less often:"],
+            ["weaker", "These say less, and hold no more often:"],
+            ["special", "These are about special cases, and hold more often:"],
+        ];
+        const parts = kinds.flatMap(([kind, words]) => {
+            const rules = related[kind];
+            return rules.length === 0
+                ? []
+                : [
+                      h("p", { class: "quiet" }, words),
+                      longList(
+                          rules.slice(0, 200).map((other) => this.#otherRule(other)),
+                          rules.length,
+                      ),
+                  ];
+        });
+        const none = h("p", { class: "quiet" }, "No rule on this page says more or less of the same.");
+        return section("Stronger and weaker rules", ...(parts.length === 0 ? [none] : parts));
+    }
+
+    #otherRule(rule: number): HTMLElement {
+        const { book } = this.#context;
+        const [premise, conclusion] = [book.rules.premises[rule]!, book.rules.conclusions[rule]!];
+        const text = `${this.#side(sideItems(book, premise))} → ${this.#side(sideItems(book, conclusion))}`;
+        const confidence = boundsText(measureOf(book, rule, "confidence"), percentText);
+        return h("li", {}, this.#linkTo(rule, text), h("span", { class: "value" }, confidence));
+    }
+
+    #lattice(rule: number): HTMLElement {
+        const { book, lattice } = this.#context;
+        this.#walk.home = lattice().classOfRule(rule);
+        if (this.#walk.home === undefined) {
+            const why = book.header.lattice.why;
+            const remark = "The class that this rule comes from is not on the page.";
+            return section("In the lattice", h("p", { class: "quiet" }, [remark, why].join(" ").trim()));
+        }
+        return section("In the lattice", this.#walk.root);
+    }
+
+    #measures(rule: number): HTMLElement {
+        const rows = this.#context.book.header.measures.map(({ name, formula, explanation }) =>
+            h(
+                "div",
+                {},
+                h("dt", {}, name.replaceAll("_", " "), h("code", {}, formula)),
+                h("dd", { class: "value" }, boundsText(measureOf(this.#context.book, rule, name), measureText)),
+                h("dd", { class: "quiet" }, explanation),
+            ),
+        );
+        const { symbols } = this.#context.book.header;
+        return section("All measures", h("dl", { class: "measures" }, ...rows), h("p", { class: "quiet" }, symbols));
+    }
+}
+
+function section(title: string, ...content: readonly Child[]): HTMLElement {
+    const id = newId("section");
+    return h("section", { "aria-labelledby": id }, h("h3", { id }, title), ...content);
+}
+
+/** A list of which only the first few are shown until one asks for all. */
+function longList(entries: readonly HTMLElement[], count = entries.length): HTMLElement {
+    const list = h("ul", { class: "list" }, ...entries.slice(0, mostOfAList));
+    const rest = entries.slice(mostOfAList);
+    if (rest.length > 0) {
+        const more = h("li", {});
+        const left = count - entries.length;
+        const show = button(`${countText(count - mostOfAList)} more`, { class: "link" }, () => {
+            more.replaceWith(...rest);
+            if (left > 0) {
+                list.append(h("li", { class: "quiet" }, `and ${countText(left)} more`));
+            }
+        });
+        refill(more, show);
+        list.append(more);
+    }
+    return list;
+}

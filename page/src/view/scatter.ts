@@ -1,0 +1,343 @@
+import { axisOf, positionOn, roundedOn, ticksOf, valueAt, type Axis } from "../model/axis.ts";
+import { densityOf, shadeOfLift, type ScatterValues } from "../model/density.ts";
+import { countText } from "../model/number_words.ts";
+import type { Quantity } from "../model/quantities.ts";
+import { plainSentence, sentenceOf } from "../model/rule_words.ts";
+import { rangeText } from "../model/search_terms.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { h, newId, refill, shortened } from "./dom.ts";
+import { withRange } from "./ranges.ts";
+import { drawCells, drawPoints, type Area } from "./scatter_drawing.ts";
+
+const mostPoints = 4_000;
+const margin = { left: 52, right: 14, top: 10, bottom: 24 };
+const cellSize = 3;
+
+/** A point in the plot: 0 to 1 from the left, and from the bottom. */
+interface Place {
+    readonly across: number;
+    readonly up: number;
+}
+
+/** Rules by two quantities, coloured by lift; where there are many, by how many lie together. Dragging chooses. */
+export class Scatter implements Component {
+    readonly root: HTMLElement;
+    readonly #context: Context;
+    readonly #canvas = h("canvas", { role: "img" });
+    readonly #marks = h("div", { class: "marks", "aria-hidden": "true" });
+    readonly #selection = h("div", { class: "selection", hidden: true });
+    readonly #tip = h("div", { class: "tip", hidden: true });
+    readonly #plot: HTMLElement;
+    readonly #xChoice: HTMLSelectElement;
+    readonly #yChoice: HTMLSelectElement;
+    readonly #axes = new Map<string, Axis>();
+    readonly #reach: number;
+    #sight: Sight | undefined;
+    #dragFrom: Place | undefined;
+    #isDue = false;
+
+    constructor(context: Context) {
+        this.#context = context;
+        this.#reach = reachOfLift(context);
+        this.#plot = h("div", { class: "plot" }, this.#canvas, this.#marks, this.#selection, this.#tip);
+        this.#xChoice = this.#choice("across", (xAxis) => ({ xAxis }));
+        this.#yChoice = this.#choice("up", (yAxis) => ({ yAxis }));
+        const controls = h(
+            "div",
+            { class: "controls" },
+            h("label", {}, "up ", this.#yChoice),
+            h("label", {}, "across ", this.#xChoice),
+            legend(),
+        );
+        this.root = h("section", { class: "scatter", "aria-label": "Map of the rules" }, controls, this.#plot);
+        this.#listen();
+        new ResizeObserver(() => {
+            this.#drawSoon();
+        }).observe(this.#plot);
+        matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
+            this.#drawSoon();
+        });
+    }
+
+    update(now: Sight, before: Sight | undefined): void {
+        this.#sight = now;
+        this.#xChoice.value = now.state.xAxis;
+        this.#yChoice.value = now.state.yAxis;
+        if (
+            now.rules !== before?.rules ||
+            now.state.xAxis !== before.state.xAxis ||
+            now.state.yAxis !== before.state.yAxis ||
+            now.state.rule !== before.state.rule
+        ) {
+            this.#drawSoon();
+        }
+    }
+
+    /** Draws once for all changes of a frame. */
+    #drawSoon(): void {
+        if (!this.#isDue) {
+            this.#isDue = true;
+            requestAnimationFrame(() => {
+                this.#isDue = false;
+                this.#draw();
+            });
+        }
+    }
+
+    #choice(name: string, changes: (quantity: string) => object): HTMLSelectElement {
+        const options = this.#context.quantities.all.map((each) => h("option", { value: each.name }, each.title));
+        const choice = h("select", { "aria-label": `Quantity ${name}` }, ...options);
+        choice.addEventListener("change", () => {
+            this.#context.change(changes(choice.value));
+        });
+        return choice;
+    }
+
+    #axisOf(quantity: Quantity): Axis {
+        let axis = this.#axes.get(quantity.name);
+        if (axis === undefined) {
+            axis = axisOf(this.#context.quantities.column(quantity.name), quantity.isWide);
+            this.#axes.set(quantity.name, axis);
+        }
+        return axis;
+    }
+
+    #values(): ScatterValues | undefined {
+        const state = this.#sight?.state;
+        const { quantities } = this.#context;
+        if (state === undefined || quantities.isSlow(state.xAxis) || quantities.isSlow(state.yAxis)) {
+            return undefined;
+        }
+        return {
+            x: quantities.column(state.xAxis).low,
+            y: quantities.column(state.yAxis).low,
+            colour: quantities.column("lift").low,
+            xAxis: this.#axisOf(quantities.get(state.xAxis)),
+            yAxis: this.#axisOf(quantities.get(state.yAxis)),
+        };
+    }
+
+    #area(): Area {
+        const { clientWidth, clientHeight } = this.#plot;
+        return {
+            left: margin.left,
+            top: margin.top,
+            width: Math.max(10, clientWidth - margin.left - margin.right),
+            height: Math.max(10, clientHeight - margin.top - margin.bottom),
+        };
+    }
+
+    #draw(): void {
+        const values = this.#values();
+        const sight = this.#sight;
+        const drawing = this.#canvas.getContext("2d");
+        if (values === undefined || sight === undefined || drawing === null || this.#plot.clientWidth === 0) {
+            return;
+        }
+        const area = this.#area();
+        const { clientWidth, clientHeight } = this.#plot;
+        const pixels = devicePixelRatio;
+        this.#canvas.width = clientWidth * pixels;
+        this.#canvas.height = clientHeight * pixels;
+        drawing.scale(pixels, pixels);
+        const toShade = (lift: number) => shadeOfLift(lift, this.#reach);
+        if (sight.rules.length <= mostPoints) {
+            drawPoints(drawing, area, this.#points(sight.rules, values, toShade), this.#chosenPlace(values));
+        } else {
+            const grid = [Math.ceil(area.width / cellSize), Math.ceil(area.height / cellSize)] as const;
+            drawCells(drawing, area, densityOf(sight.rules, values, grid, toShade), this.#chosenPlace(values));
+        }
+        this.#label(values, area);
+    }
+
+    #points(rules: Uint32Array, values: ScatterValues, toShade: (lift: number) => number) {
+        return Array.from(rules, (rule) => ({
+            ...this.#placeOf(rule, values),
+            shade: toShade(values.colour[rule]!),
+        })).filter(({ across, up }) => !Number.isNaN(across + up));
+    }
+
+    #placeOf(rule: number, { x, y, xAxis, yAxis }: ScatterValues): Place {
+        return { across: positionOn(xAxis, x[rule]!), up: positionOn(yAxis, y[rule]!) };
+    }
+
+    #chosenPlace(values: ScatterValues): Place | undefined {
+        const rule = this.#sight?.state.rule;
+        return rule === undefined ? undefined : this.#placeOf(rule, values);
+    }
+
+    #label({ xAxis, yAxis }: ScatterValues, area: Area): void {
+        const { state, rules } = this.#sight!;
+        const { quantities } = this.#context;
+        const x = quantities.get(state.xAxis);
+        const y = quantities.get(state.yAxis);
+        const mark = (kind: string, text: string, left: number, top: number) => {
+            const label = h("span", { class: kind }, text);
+            label.style.left = `${left}px`;
+            label.style.top = `${top}px`;
+            return label;
+        };
+        refill(
+            this.#marks,
+            ...ticksOf(xAxis, area.width / 90).map((tick) =>
+                mark("x", x.say(tick), area.left + positionOn(xAxis, tick) * area.width, area.top + area.height),
+            ),
+            ...ticksOf(yAxis, area.height / 45).map((tick) =>
+                mark("y", y.say(tick), area.left, area.top + (1 - positionOn(yAxis, tick)) * area.height),
+            ),
+        );
+        this.#canvas.setAttribute(
+            "aria-label",
+            `${countText(rules.length)} rules by ${x.title} and ${y.title}, coloured by lift`,
+        );
+    }
+
+    #listen(): void {
+        const plot = this.#plot;
+        plot.addEventListener("pointerdown", (event) => {
+            plot.setPointerCapture(event.pointerId);
+            this.#dragFrom = this.#placeAt(event);
+        });
+        plot.addEventListener("pointermove", (event) => {
+            this.#onMove(event);
+        });
+        plot.addEventListener("pointerup", (event) => {
+            this.#onUp(event);
+        });
+        plot.addEventListener("pointerleave", () => {
+            this.#tip.hidden = true;
+        });
+        plot.addEventListener("pointercancel", () => {
+            this.#dragFrom = undefined;
+            this.#selection.hidden = true;
+        });
+    }
+
+    #placeAt(event: PointerEvent): Place {
+        const box = this.#plot.getBoundingClientRect();
+        const area = this.#area();
+        const within = (part: number) => Math.min(1, Math.max(0, part));
+        return {
+            across: within((event.clientX - box.left - area.left) / area.width),
+            up: within(1 - (event.clientY - box.top - area.top) / area.height),
+        };
+    }
+
+    #onMove(event: PointerEvent): void {
+        const place = this.#placeAt(event);
+        if (this.#dragFrom === undefined) {
+            this.#showTip(place, event);
+            return;
+        }
+        const area = this.#area();
+        const from = this.#dragFrom;
+        const { style } = this.#selection;
+        this.#tip.hidden = true;
+        this.#selection.hidden = false;
+        style.left = `${area.left + Math.min(from.across, place.across) * area.width}px`;
+        style.width = `${Math.abs(from.across - place.across) * area.width}px`;
+        style.top = `${area.top + (1 - Math.max(from.up, place.up)) * area.height}px`;
+        style.height = `${Math.abs(from.up - place.up) * area.height}px`;
+    }
+
+    #onUp(event: PointerEvent): void {
+        const from = this.#dragFrom;
+        const to = this.#placeAt(event);
+        this.#dragFrom = undefined;
+        this.#selection.hidden = true;
+        if (from === undefined) {
+            return;
+        }
+        if (Math.abs(from.across - to.across) < 0.01 && Math.abs(from.up - to.up) < 0.02) {
+            const rule = this.#nearest(to);
+            if (rule !== undefined) {
+                this.#context.change({ rule, node: undefined });
+            }
+            return;
+        }
+        this.#choose(from, to);
+    }
+
+    /** Asks for the rules in a rectangle; a side of it at an end of the axis stays open. */
+    #choose(from: Place, to: Place): void {
+        const { state } = this.#sight!;
+        const { quantities } = this.#context;
+        let { terms } = state;
+        const add = (name: string, one: number, other: number) => {
+            const quantity = quantities.get(name);
+            const axis = this.#axisOf(quantity);
+            const end = (position: number, isOpen: boolean, round: (value: number) => number) => {
+                const value = roundedOn(axis, valueAt(axis, position));
+                return isOpen ? undefined : quantity.isCount ? round(value) : value;
+            };
+            const [low, high] = [Math.min(one, other), Math.max(one, other)];
+            const text = rangeText(name, end(low, low === 0, Math.ceil), end(high, high === 1, Math.floor));
+            terms = withRange(this.#context, terms, name, low === 0 && high === 1 ? undefined : text);
+        };
+        add(state.xAxis, from.across, to.across);
+        add(state.yAxis, from.up, to.up);
+        this.#context.change({ terms });
+    }
+
+    #showTip(place: Place, event: PointerEvent): void {
+        const rule = this.#nearest(place);
+        this.#tip.hidden = rule === undefined;
+        if (rule === undefined) {
+            return;
+        }
+        const { book, words } = this.#context;
+        const sentence = sentenceOf(book, words, rule);
+        refill(
+            this.#tip,
+            h("b", {}, shortened(plainSentence(sentence), 240)),
+            h("span", {}, sentence.counts),
+        );
+        const box = this.#plot.getBoundingClientRect();
+        const isLeft = event.clientX - box.left < box.width / 2;
+        this.#tip.style.left = isLeft ? `${event.clientX - box.left + 14}px` : "auto";
+        this.#tip.style.right = isLeft ? "auto" : `${box.right - event.clientX + 14}px`;
+        this.#tip.style.top = `${Math.max(0, event.clientY - box.top - 20)}px`;
+    }
+
+    /** The rule next to a place, if one is near. */
+    #nearest(place: Place): number | undefined {
+        const values = this.#values();
+        const { rules } = this.#sight!;
+        const { width, height } = this.#area();
+        let nearest: number | undefined;
+        let least = 12 ** 2;
+        if (values !== undefined && rules.length <= 50 * mostPoints) {
+            for (const rule of rules) {
+                const { across, up } = this.#placeOf(rule, values);
+                const distance = ((across - place.across) * width) ** 2 + ((up - place.up) * height) ** 2;
+                if (distance < least) {
+                    least = distance;
+                    nearest = rule;
+                }
+            }
+        }
+        return nearest;
+    }
+}
+
+/** The lift that has the strongest colour: nearly the largest, so that a few odd ones do not pale the others. */
+function reachOfLift({ quantities }: Context): number {
+    const { low } = quantities.column("lift");
+    const step = Math.max(1, Math.floor(low.length / 20_000));
+    const sample = low.filter((lift, i) => i % step === 0 && Number.isFinite(lift) && lift > 0);
+    const sizes = sample.map((lift) => Math.max(lift, 1 / lift)).sort();
+    const size = sizes[Math.floor(0.95 * (sizes.length - 1))] ?? 2;
+    return Math.max(1.1, size);
+}
+
+function legend(): HTMLElement {
+    const id = newId("legend");
+    return h(
+        "div",
+        { class: "legend", "aria-labelledby": id, role: "group" },
+        h("span", { id }, "lift"),
+        h("span", { class: "end" }, "less"),
+        h("span", { class: "ramp" }),
+        h("span", { class: "end" }, "more than chance"),
+    );
+}

@@ -1,0 +1,142 @@
+import { countText, measureText } from "../model/number_words.ts";
+import { termsOf, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { button, h, newId, refill, shortened } from "./dom.ts";
+
+const mostLetters = 40;
+const mostSuggestions = 8;
+
+/** The search: terms as chips, a field for the next one that filters while one types, and names that fit. */
+export class SearchBar implements Component {
+    readonly root: HTMLElement;
+    readonly #context: Context;
+    readonly #chips = h("ul", { class: "chips", "aria-label": "Filters" });
+    readonly #field: HTMLInputElement;
+    readonly #suggestions = h("datalist", { id: newId("names") });
+    #terms: readonly string[] = [];
+
+    constructor(context: Context) {
+        this.#context = context;
+        this.#field = h("input", {
+            type: "search",
+            placeholder: "Search: a name, -name, then:name, lift>1.2",
+            "aria-label": "Search rules",
+            "aria-keyshortcuts": "/",
+            autocomplete: "off",
+            autocapitalize: "off",
+            spellcheck: "false",
+            list: this.#suggestions.id,
+        });
+        this.#field.addEventListener("input", () => {
+            this.#suggest();
+            context.change({ draft: this.#field.value });
+        });
+        this.#field.addEventListener("keydown", (event) => {
+            this.#onKey(event);
+        });
+        this.root = h(
+            "div",
+            { class: "search", role: "search" },
+            this.#chips,
+            this.#field,
+            this.#suggestions,
+        );
+    }
+
+    update({ state }: Sight): void {
+        if (this.#field.value !== state.draft) {
+            this.#field.value = state.draft;
+        }
+        if (state.terms !== this.#terms) {
+            this.#terms = state.terms;
+            refill(this.#chips, ...state.terms.map((term, position) => this.#chip(term, position)));
+            this.#chips.hidden = state.terms.length === 0;
+        }
+    }
+
+    /** Moves the focus into the field. */
+    focus(): void {
+        this.#field.focus();
+        this.#field.select();
+    }
+
+    #chip(text: string, position: number): HTMLElement {
+        const said = this.#say(text);
+        const remove = button("×", { "aria-label": `Remove the filter ${said}`, title: "Remove" }, () => {
+            this.#context.change({ terms: this.#terms.filter((_, i) => i !== position) });
+            this.#field.focus();
+        });
+        return h("li", { class: "chip" }, h("span", { title: shortened(said, 300) }, shortened(said, mostLetters)), remove);
+    }
+
+    #say(text: string): string {
+        const term = this.#context.filter.term(text);
+        return term === undefined ? text : termText(this.#context, term);
+    }
+
+    #onKey(event: KeyboardEvent): void {
+        if (event.key === "Enter") {
+            event.preventDefault();
+            this.#takeDraft();
+        } else if (event.key === "Backspace" && this.#field.value === "" && this.#terms.length > 0) {
+            this.#context.change({ terms: this.#terms.slice(0, -1) });
+        }
+    }
+
+    #takeDraft(): void {
+        const typed = termsOf(this.#field.value).filter((term) => this.#context.filter.term(term) !== undefined);
+        const terms = [...new Set([...this.#terms, ...typed])];
+        this.#context.change({ terms, draft: "" });
+    }
+
+    /** Offers names that contain what is being typed. */
+    #suggest(): void {
+        const typed = termsOf(this.#field.value).at(-1)?.toLowerCase() ?? "";
+        const { names } = this.#context.book.items;
+        const fitting = [];
+        for (const name of typed === "" ? [] : names) {
+            if (!/[\s"]/u.test(name) && name.length < mostLetters && name.toLowerCase().includes(typed)) {
+                fitting.push(h("option", { value: name }));
+            }
+            if (fitting.length === mostSuggestions) {
+                break;
+            }
+        }
+        refill(this.#suggestions, ...fitting);
+    }
+}
+
+/** A term as a chip says it: "in the premise: whole milk", "lift 1.2 to 3". */
+export function termText(context: Context, term: Term): string {
+    if (term.kind === "items") {
+        const names = term.patterns.map((pattern) => patternText(context, pattern)).join(" or ");
+        const place = term.place === "any" ? "" : `${term.place}: `;
+        return `${term.isExcluded ? "not " : ""}${place}${names}`;
+    }
+    const { title } = context.quantities.get(term.quantity);
+    const { from, to } = term;
+    if (from !== undefined && to !== undefined) {
+        return from.value === to.value ? `${title} = ${limitText(from)}` : `${title} ${limitText(from)} to ${limitText(to)}`;
+    }
+    const sign = from === undefined ? "<" : ">";
+    const limit = from ?? to;
+    return limit === undefined ? title : `${title} ${limit.isIncluded ? sign.replace("<", "≤").replace(">", "≥") : sign} ${limitText(limit)}`;
+}
+
+function limitText({ value, isPercent }: Limit): string {
+    if (isPercent) {
+        return `${String(Number((100 * value).toPrecision(10)))} %`;
+    }
+    return Number.isInteger(value) ? countText(value) : measureText(value);
+}
+
+function patternText({ book }: Context, pattern: Pattern): string {
+    switch (pattern.kind) {
+        case "part":
+            return pattern.text;
+        case "whole":
+            return pattern.pieces.join("*");
+        case "number":
+            return book.items.names[book.items.numbers.indexOf(pattern.number)] ?? `#${pattern.number}`;
+    }
+}

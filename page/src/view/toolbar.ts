@@ -1,0 +1,60 @@
+import { countText } from "../model/number_words.ts";
+import type { Component, Context, Sight } from "./component.ts";
+import { button, h } from "./dom.ts";
+
+/** How many rules are shown, the choice of columns, and what can be done with what is shown. */
+export class Toolbar implements Component {
+    readonly root: HTMLElement;
+    readonly #context: Context;
+    readonly #count = h("p", { class: "count", role: "status" });
+    readonly #clear: HTMLButtonElement;
+    readonly #boxes = new Map<string, HTMLInputElement>();
+
+    constructor(context: Context, exportRules: () => void) {
+        this.#context = context;
+        this.#clear = button("Clear filters", { class: "link" }, () => {
+            context.change({ terms: [], draft: "", formsOff: [], kindsOff: [] });
+        });
+        const save = button("Save as CSV", { title: "Save the rules that are shown as a table" }, exportRules);
+        this.root = h("div", { class: "toolbar" }, this.#count, this.#clear, this.#columns(), save);
+    }
+
+    update({ state, rules, busy }: Sight): void {
+        const all = this.#context.book.rules.count;
+        const shown = countText(rules.length);
+        const count = rules.length === all ? `All ${shown} rules` : `${shown} of ${countText(all)} rules`;
+        this.#count.textContent = busy === "" ? (all === 1 ? "1 rule" : count) : busy;
+        const isFiltered =
+            state.terms.length + state.draft.length + state.formsOff.length + state.kindsOff.length > 0;
+        this.#clear.hidden = !isFiltered;
+        this.#boxes.forEach((box, name) => (box.checked = state.columns.includes(name)));
+    }
+
+    #columns(): HTMLElement {
+        const { all } = this.#context.quantities;
+        const boxes = all.map(({ name, title, explanation }) => {
+            const box = h("input", { type: "checkbox" });
+            box.addEventListener("change", () => {
+                this.#context.change({ columns: this.#ticked() });
+            });
+            this.#boxes.set(name, box);
+            return h("label", { title: explanation }, box, h("span", {}, title));
+        });
+        const menu = h(
+            "details",
+            { class: "menu" },
+            h("summary", {}, "Columns"),
+            h("fieldset", {}, h("legend", {}, "Numbers in the table"), ...boxes),
+        );
+        menu.addEventListener("focusout", (event) => {
+            if (event.relatedTarget instanceof Node && !menu.contains(event.relatedTarget)) {
+                menu.open = false;
+            }
+        });
+        return menu;
+    }
+
+    #ticked(): string[] {
+        return [...this.#boxes].filter(([, box]) => box.checked).map(([name]) => name);
+    }
+}
