@@ -32,9 +32,15 @@ async function bundle() {
     const script = output.find((file) => file.type === "chunk");
     const style = output.find((file) => file.type === "asset" && file.fileName.endsWith(".css"));
     if (output.length !== 2 || script?.type !== "chunk" || style?.type !== "asset") {
-        throw new Error(`one script and one style sheet expected: ${output.map((file) => file.fileName).join()}`);
+        throw new Error(
+            `one script and one style sheet expected: ${output.map((file) => file.fileName).join()}`,
+        );
     }
-    return { script: script.code.trim(), style: String(style.source).trim(), sources: Object.keys(script.modules) };
+    return {
+        script: script.code.trim(),
+        style: String(style.source).trim(),
+        sources: Object.keys(script.modules),
+    };
 }
 
 /**
@@ -68,7 +74,10 @@ function hashOf(text) {
  * @param {unknown} value
  */
 function literal(value) {
-    return JSON.stringify(value).replace(/</g, "\\u003c").replace(/\u2028/g, "\\u2028").replace(/\u2029/g, "\\u2029");
+    return JSON.stringify(value)
+        .replace(/</g, "\\u003c")
+        .replace(/\u2028/g, "\\u2028")
+        .replace(/\u2029/g, "\\u2029");
 }
 
 /**

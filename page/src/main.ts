@@ -5,7 +5,7 @@ import "./styles/charts.css";
 import "./styles/panel.css";
 import "./styles/print.css";
 import { bytesOfBase64 } from "./data/base64.ts";
-import { bookOf } from "./data/book.ts";
+import { bookOf, type Book } from "./data/book.ts";
 import { canInflate, inflated } from "./data/inflate.ts";
 import { App } from "./view/app.ts";
 import type { Licence } from "./view/help_dialog.ts";
@@ -23,14 +23,23 @@ async function start(): Promise<void> {
         );
         return;
     }
-    const data = document.getElementById("korv-data");
-    try {
-        const book = bookOf(await inflated(bytesOfBase64(data?.textContent ?? "")));
-        data?.remove();
+    const book = await readBook().catch((error: unknown) => {
+        showProblem(
+            "The rules in this file cannot be read.",
+            `It may be damaged, or cut short. (${String(error)})`,
+        );
+    });
+    if (book !== undefined) {
         new App(book, licencesOfLibraries);
-    } catch (error) {
-        showProblem("The rules in this file cannot be read.", `It may be damaged, or cut short. (${String(error)})`);
     }
+}
+
+/** Reads the data of this page, which are no longer needed as text then. */
+async function readBook(): Promise<Book> {
+    const data = document.getElementById("korv-data");
+    const book = bookOf(await inflated(bytesOfBase64(data?.textContent ?? "")));
+    data?.remove();
+    return book;
 }
 
 void start();

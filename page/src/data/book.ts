@@ -145,7 +145,10 @@ function rulesOf(data: Unpacked, sides: Sides): Rules {
             data.numbers("exceptions", count),
             data.has("slopes") ? new Int8Array(data.array("slopes")) : new Int8Array(count),
             sides,
-            { rules: new Uint32Array(data.array("odd_rules")), counts: new Uint32Array(data.array("odd_counts")) },
+            {
+                rules: new Uint32Array(data.array("odd_rules")),
+                counts: new Uint32Array(data.array("odd_counts")),
+            },
         ),
     };
 }

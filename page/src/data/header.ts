@@ -17,7 +17,8 @@ export interface Header {
     };
     readonly run: {
         readonly options: string;
-        readonly notes: readonly string[];
+        /** Lines on the input. */
+        readonly notes?: readonly string[];
         readonly settings: readonly Setting[];
     };
     readonly summary: {
@@ -30,7 +31,6 @@ export interface Header {
     readonly measures: readonly MeasureText[];
     readonly symbols: string;
     readonly forms: readonly FormText[];
-    readonly groups: readonly string[];
     readonly items: {
         readonly count: number;
         readonly left_out: number;
@@ -53,7 +53,8 @@ export interface Header {
         readonly shown: number;
         readonly left_out: number;
         readonly why: string;
-        readonly alpha: number;
+        /** In which share of all files chance alone would give any pair at all. */
+        readonly alpha?: number;
     };
     readonly arrays: readonly ArrayHeader[];
 }

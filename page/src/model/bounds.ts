@@ -21,7 +21,9 @@ export function isKnown(tables: Tables, rule: number): boolean {
     const { first, second } = tables;
     return (
         first === second ||
-        (first.x[rule] === second.x[rule] && first.y[rule] === second.y[rule] && first.a[rule] === second.a[rule])
+        (first.x[rule] === second.x[rule] &&
+            first.y[rule] === second.y[rule] &&
+            first.a[rule] === second.a[rule])
     );
 }
 
@@ -46,11 +48,7 @@ export function boundsOf(measure: MeasureOfCounts, turn: Turn, first: Table, sec
 }
 
 function numberOfSteps(first: Table, second: Table): number {
-    return Math.max(
-        Math.abs(first.x - second.x),
-        Math.abs(first.y - second.y),
-        Math.abs(first.a - second.a),
-    );
+    return Math.max(Math.abs(first.x - second.x), Math.abs(first.y - second.y), Math.abs(first.a - second.a));
 }
 
 function valueAt(measure: MeasureOfCounts, first: Table, second: Table, step: number): number {

@@ -42,7 +42,9 @@ export class CsvWriter {
         const form = rules.forms === undefined ? "" : (header.forms[rules.forms[rule]!]?.label ?? "");
         return line([
             ...[String(rule + 1), form, kindOf(this.#book, rule)],
-            ...[rules.premises[rule]!, rules.conclusions[rule]!].map((side) => textCell(this.#words.text(side))),
+            ...[rules.premises[rule]!, rules.conclusions[rule]!].map((side) =>
+                textCell(this.#words.text(side)),
+            ),
             ...ranges(["support", ...usual, ...counts]),
             ...[transactions, itemsOfRule(this.#book, rule), rules.wordings[rule]!].map(String),
             ...ranges(this.#further),

@@ -28,7 +28,10 @@ export function relatedRules(book: Book, rule: number): Related {
     const premiseOrder = orderOfSides(book, premise);
     const conclusionOrder = orderOfSides(book, conclusion);
     const own = measureOf(book, rule, "confidence");
-    const related = { stronger: [], wouldBeStronger: [], weaker: [], special: [] } as Record<keyof Related, number[]>;
+    const related = { stronger: [], wouldBeStronger: [], weaker: [], special: [] } as Record<
+        keyof Related,
+        number[]
+    >;
     for (let other = 0; other < count; ++other) {
         // A plain side with more items is met by more transactions, a negated one by fewer.
         const ofPremise = premiseOrder[premises[other]!]!;

@@ -49,7 +49,8 @@ export function chosenExclusions(
         }
         const matches = matchingItems(book.items, term.patterns);
         return [
-            ({ first, second }: Exclusion) => (matches[first] === 1 || matches[second] === 1) !== term.isExcluded,
+            ({ first, second }: Exclusion) =>
+                (matches[first] === 1 || matches[second] === 1) !== term.isExcluded,
         ];
     });
     return all.filter((exclusion) => tests.every((test) => test(exclusion)));

@@ -87,7 +87,8 @@ export class RuleFilter {
         const inPremise = place === "then" ? 0 : 1;
         const inConclusion = place === "if" ? 0 : 1;
         for (let rule = 0; rule < count; ++rule) {
-            const isNamed = (sides[premises[rule]!]! & inPremise) | (sides[conclusions[rule]!]! & inConclusion);
+            const isNamed =
+                (sides[premises[rule]!]! & inPremise) | (sides[conclusions[rule]!]! & inConclusion);
             passes[rule] = isNamed === wanted ? 1 : 0;
         }
         return passes;
@@ -116,7 +117,8 @@ export class RuleFilter {
         const most = this.#value(quantity, to);
         const passes = new Uint8Array(low.length);
         for (let rule = 0; rule < passes.length; ++rule) {
-            const isAbove = least === undefined || (from?.isIncluded ? low[rule]! >= least : low[rule]! > least);
+            const isAbove =
+                least === undefined || (from?.isIncluded ? low[rule]! >= least : low[rule]! > least);
             const isBelow = most === undefined || (to?.isIncluded ? high[rule]! <= most : high[rule]! < most);
             passes[rule] = isAbove && isBelow ? 1 : 0;
         }

@@ -61,9 +61,16 @@ function logProbability(x: number, y: number, a: number, n: number): number {
         term(((n - x) * y) / n, -deviation) +
         term(((n - x) * (n - y)) / n, deviation);
     const margins =
-        beyondStirling(x) + beyondStirling(n - x) + beyondStirling(y) + beyondStirling(n - y) - beyondStirling(n);
+        beyondStirling(x) +
+        beyondStirling(n - x) +
+        beyondStirling(y) +
+        beyondStirling(n - y) -
+        beyondStirling(n);
     const cells =
-        beyondStirling(a) + beyondStirling(onlyPremise) + beyondStirling(onlyConclusion) + beyondStirling(neither);
+        beyondStirling(a) +
+        beyondStirling(onlyPremise) +
+        beyondStirling(onlyConclusion) +
+        beyondStirling(neither);
     return margins - cells - divergences;
 }
 
@@ -77,7 +84,8 @@ function tailSum(firstTaken: number, secondTaken: number, firstGiven: number, se
     let probability = 1;
     for (let step = 0; probability > sum * negligible; ++step) {
         probability *=
-            ((firstTaken - step) * (secondTaken - step)) / ((firstGiven + step + 1) * (secondGiven + step + 1));
+            ((firstTaken - step) * (secondTaken - step)) /
+            ((firstGiven + step + 1) * (secondGiven + step + 1));
         sum += probability;
     }
     return sum;

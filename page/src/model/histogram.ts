@@ -12,7 +12,9 @@ export function binsOf(axis: Axis, values: Float64Array): Uint8Array {
     const bins = new Uint8Array(values.length);
     for (let i = 0; i < values.length; ++i) {
         const position = positionOn(axis, values[i]!);
-        bins[i] = Number.isNaN(position) ? none : Math.min(numberOfBins - 1, Math.floor(position * numberOfBins));
+        bins[i] = Number.isNaN(position)
+            ? none
+            : Math.min(numberOfBins - 1, Math.floor(position * numberOfBins));
     }
     return bins;
 }

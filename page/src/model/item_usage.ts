@@ -12,7 +12,11 @@ export function usageOf(book: Book, named: Lists, rules: Uint32Array): ItemUsage
     const { premises, conclusions } = book.rules;
     return {
         premises: countedByItem(named, timesOfSides(premises, rules, book.sides.count), book.items.count),
-        conclusions: countedByItem(named, timesOfSides(conclusions, rules, book.sides.count), book.items.count),
+        conclusions: countedByItem(
+            named,
+            timesOfSides(conclusions, rules, book.sides.count),
+            book.items.count,
+        ),
     };
 }
 

@@ -48,7 +48,9 @@ export class Lattice {
             for (const conclusion of this.#bothWays(sideItems(this.#book, conclusions[rule]!))) {
                 const count = countOfUnion(first, premise.isNegated, conclusion.isNegated);
                 const isKnown = count === countOfUnion(second, premise.isNegated, conclusion.isNegated);
-                const found = isKnown ? this.classAround([...premise.items, ...conclusion.items], count) : undefined;
+                const found = isKnown
+                    ? this.classAround([...premise.items, ...conclusion.items], count)
+                    : undefined;
                 if (found !== undefined) {
                     return found;
                 }

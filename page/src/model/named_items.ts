@@ -18,7 +18,9 @@ export function namedItems(book: Book): Lists {
     const values: number[] = [];
     for (let side = 0; side < numberOfLists(sides.items); ++side) {
         if (turns.hasTurnedGroup(side)) {
-            values.push(...words.namedItems({ items: listAt(sides.items, side), isNegated: isNegated(sides, side) }));
+            values.push(
+                ...words.namedItems({ items: listAt(sides.items, side), isNegated: isNegated(sides, side) }),
+            );
         } else {
             for (let i = sides.items.starts[side]!; i < sides.items.starts[side + 1]!; ++i) {
                 values.push(sides.items.values[i]!);

@@ -1,7 +1,7 @@
 import type { Book } from "../data/book.ts";
 import { boundsOf, tableAt, type Bounds } from "./bounds.ts";
 import { measures, type MeasureOfCounts } from "./measures.ts";
-import { countText, measureText } from "./number_words.ts";
+import { countText, distinctText, measureText } from "./number_words.ts";
 import { itemsOfRule, turnOf } from "./rules.ts";
 
 /** A number that every rule has: a count or a measure. */
@@ -26,6 +26,9 @@ export interface ValueColumn {
 }
 
 const wide = new Set(["lift", "conviction", "odds_ratio", "relative_risk", "chi2"]);
+
+/** Not shares or the like, between -1 and 1, and so said with as many decimals each. */
+const unlimited = new Set([...wide, "p"]);
 
 /** What one rule costs more than some nanoseconds for. */
 const expensive = new Set(["p"]);
@@ -123,7 +126,10 @@ function fill(book: Book, name: string, column: ValueColumn, begin: number, end:
 
 function boundsFunction(book: Book, name: string): (rule: number) => Bounds {
     const { first, second } = book.rules.tables;
-    const between = (one: number, other: number) => ({ low: Math.min(one, other), high: Math.max(one, other) });
+    const between = (one: number, other: number) => ({
+        low: Math.min(one, other),
+        high: Math.max(one, other),
+    });
     const known = (value: number) => ({ low: value, high: value });
     switch (name) {
         case "support":
@@ -174,9 +180,16 @@ function catalogueOf(book: Book): Quantity[] {
             explanation,
             isCount: false,
             isWide: wide.has(name),
-            say: measureText,
+            say: wayToSay(name),
         }));
     return [...counts, ...ofRules, ...testedQuantities(book)];
+}
+
+function wayToSay(name: string): (value: number) => string {
+    const places = name === "leverage" ? 4 : 3;
+    return unlimited.has(name)
+        ? measureText
+        : (value) => (Number.isNaN(value) ? measureText(value) : distinctText(value, places));
 }
 
 function testedQuantities(book: Book): Quantity[] {
@@ -186,5 +199,7 @@ function testedQuantities(book: Book): Quantity[] {
     const explanation = "p, corrected for the number of rules that were looked at: 3 is once in 1,000 times";
     const formula = "-log10 of the corrected p";
     const title = "p adjusted";
-    return [{ name: "p_adjusted", title, formula, explanation, isCount: false, isWide: false, say: measureText }];
+    return [
+        { name: "p_adjusted", title, formula, explanation, isCount: false, isWide: false, say: measureText },
+    ];
 }

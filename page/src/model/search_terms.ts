@@ -95,7 +95,9 @@ function limitOf(value: string, percent: string, isIncluded: boolean): Limit;
 function limitOf(value: string | undefined, percent: string, isIncluded: boolean): Limit | undefined;
 function limitOf(value: string | undefined, percent: string, isIncluded: boolean): Limit | undefined {
     const isPercent = percent !== "";
-    return value === undefined ? undefined : { value: Number(value) / (isPercent ? 100 : 1), isPercent, isIncluded };
+    return value === undefined
+        ? undefined
+        : { value: Number(value) / (isPercent ? 100 : 1), isPercent, isIncluded };
 }
 
 /** The name, or the only one that begins like this with at least three letters. */

@@ -32,7 +32,8 @@ export function complement(book: Book, side: SideItems): SideItems {
     const turned = { items: side.items, isNegated: !side.isNegated };
     const rest = byRest(book, turned);
     const column = book.header.columns[book.items.columnOf[side.items[0] ?? -1] ?? -1];
-    const isByRest = rest !== undefined && column !== undefined && saysByRest(column, side.items.length, turned.isNegated);
+    const isByRest =
+        rest !== undefined && column !== undefined && saysByRest(column, side.items.length, turned.isNegated);
     return isByRest ? rest : turned;
 }
 

@@ -64,10 +64,15 @@ async function sortedInPieces(count: number, compare: Compare, pause: Pause): Pr
     let to: Uint32Array = new Uint32Array(count);
     for (let length = runLength; length < count; length *= 2) {
         for (let begin = 0; begin < count; begin += 2 * length) {
-            await merge(from, to, [begin, Math.min(begin + length, count), Math.min(begin + 2 * length, count)], {
-                compare,
-                pause,
-            });
+            await merge(
+                from,
+                to,
+                [begin, Math.min(begin + length, count), Math.min(begin + 2 * length, count)],
+                {
+                    compare,
+                    pause,
+                },
+            );
         }
         [from, to] = [to, from];
     }

@@ -42,7 +42,9 @@ export class SideWords {
         const others = Math.max(0, items.length - most);
         const groups = this.#groups(items.slice(0, items.length - others), side.isNegated, others === 0);
         const text = groups.map((group) => this.#said(group)).join(side.isNegated ? " and " : " or ");
-        return others === 0 ? text : `${text}${side.isNegated ? " and not " : " or "}${countText(others)} more`;
+        return others === 0
+            ? text
+            : `${text}${side.isNegated ? " and not " : " or "}${countText(others)} more`;
     }
 
     /** The items that the words of a side name. */

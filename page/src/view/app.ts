@@ -230,7 +230,9 @@ export class App {
         }
         const ofSides = this.#sideValues.get(sorting.by);
         const values =
-            ofSides === undefined ? this.#context.quantities.column(sorting.by) : { low: ofSides, high: ofSides };
+            ofSides === undefined
+                ? this.#context.quantities.column(sorting.by)
+                : { low: ofSides, high: ofSides };
         return orderBy(values, sorting.isAscending);
     }
 

@@ -45,7 +45,11 @@ export function refill(element: Element, ...children: readonly Child[]): void {
     element.replaceChildren(...children.filter((child) => child !== undefined));
 }
 
-function filled<Made extends Element>(element: Made, attributes: Attributes, children: readonly Child[]): Made {
+function filled<Made extends Element>(
+    element: Made,
+    attributes: Attributes,
+    children: readonly Child[],
+): Made {
     setAttributes(element, attributes);
     refill(element, ...children);
     return element;

@@ -29,10 +29,17 @@ export class ExclusionsView implements Component {
     constructor(context: Context) {
         this.#context = context;
         const { exclusions } = context.book.header;
-        const intro = h("p", {}, "Two items that are seldom in the same transaction often replace, or rule out, each other.");
+        const intro = h(
+            "p",
+            {},
+            "Two items that are seldom in the same transaction often replace, or rule out, each other.",
+        );
         if (!exclusions.known || exclusions.shown === 0) {
             const none = exclusions.known ? "No two items meet so seldom that it is no chance." : "";
-            refill(this.root, h("div", { class: "wide" }, intro, h("p", { class: "quiet" }, none, " ", exclusions.why)));
+            refill(
+                this.root,
+                h("div", { class: "wide" }, intro, h("p", { class: "quiet" }, none, " ", exclusions.why)),
+            );
             return;
         }
         refill(this.root, h("div", { class: "wide" }, intro, this.#remark, this.#table(), this.#more));
@@ -97,7 +104,7 @@ export class ExclusionsView implements Component {
     }
 
     #remarkText(count: number): string {
-        const { left_out: leftOut, alpha } = this.#context.book.header.exclusions;
+        const { left_out: leftOut, alpha = 0.05 } = this.#context.book.header.exclusions;
         const pairs = count === 1 ? "1 pair" : `${countText(count)} pairs`;
         const chance = `In at most ${percentText(alpha)} of all files, chance alone would give any pair at all.`;
         const further = leftOut === 0 ? "" : ` ${countText(leftOut)} weaker pairs are not on this page.`;
@@ -120,7 +127,12 @@ export class ExclusionsView implements Component {
             "tr",
             {},
             h("td", { class: "name" }, name(first), h("span", { class: "quiet" }, verb), name(second)),
-            h("td", { class: "seen" }, h("span", {}, `${countText(together)} of ${measureText(expected)}`), bar),
+            h(
+                "td",
+                { class: "seen" },
+                h("span", {}, `${countText(together)} of ${measureText(expected)}`),
+                bar,
+            ),
             number(measureText(lift)),
             number(measureText(expected)),
             number(percentText(covered)),

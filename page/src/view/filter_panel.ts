@@ -18,7 +18,11 @@ export class FilterPanel implements Component {
         const content = h("div", { class: "filters-content" }, this.#histograms, this.#switches.root);
         const isWide = matchMedia("(min-width: 701px)").matches;
         const summary = h("summary", {}, "Filters");
-        this.root = h("aside", { class: "filters", "aria-label": "Filters" }, h("details", { open: isWide }, summary, content));
+        this.root = h(
+            "aside",
+            { class: "filters", "aria-label": "Filters" },
+            h("details", { open: isWide }, summary, content),
+        );
     }
 
     update(now: Sight, before: Sight | undefined): void {
@@ -26,7 +30,8 @@ export class FilterPanel implements Component {
         if (state.columns !== before?.state.columns || busy !== before.busy) {
             this.#choose(state.columns);
         }
-        const isSame = passes === before?.passes && state.columns === before.state.columns && busy === before.busy;
+        const isSame =
+            passes === before?.passes && state.columns === before.state.columns && busy === before.busy;
         if (!isSame || state.terms !== before.state.terms) {
             for (const panel of this.#shown) {
                 panel.update(passes, state.terms);

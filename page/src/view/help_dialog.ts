@@ -38,10 +38,18 @@ export function helpDialog(program: string, licences: readonly Licence[]): HTMLD
     dialog.append(
         h("div", { class: "bar-of-panel" }, h("h2", { id: "help-title" }, "Help"), close),
         h("h3", {}, "Reading a rule"),
-        h("p", {}, "“If A or B, then in 90 % of cases: C”: of the transactions that hold A or B, 90 % hold C. Lift says how many times as often that is as in general; 1 is chance. Nothing here says why it is so."),
+        h(
+            "p",
+            {},
+            "“If A or B, then in 90 % of cases: C”: of the transactions that hold A or B, 90 % hold C. Lift says how many times as often that is as in general; 1 is chance. Nothing here says why it is so.",
+        ),
         h("h3", {}, "Search"),
         pairs(searches),
-        h("p", {}, "All filters must hold. Dragging over a histogram or over the map chooses a range; a click on a histogram gives it up."),
+        h(
+            "p",
+            {},
+            "All filters must hold. Dragging over a histogram or over the map chooses a range; a click on a histogram gives it up.",
+        ),
         h("h3", {}, "Keys"),
         pairs(keys),
         h("p", {}, "The address of this page keeps what you see: copy it to come back to it."),

@@ -1,4 +1,4 @@
-import { axisOf, roundedOn, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
+import { axisOf, roundedOn, tickText, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
 import type { Passes } from "../model/filter.ts";
 import { binsOf, countsOfBins, numberOfBins } from "../model/histogram.ts";
 import type { Quantity } from "../model/quantities.ts";
@@ -36,9 +36,18 @@ export class HistogramPanel {
         this.#plot = this.#makePlot();
         const title = h("h3", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
-        this.root = h("section", { class: "histogram", "aria-labelledby": title.id }, title, fields, this.#plot, this.#scale());
+        this.root = h(
+            "section",
+            { class: "histogram", "aria-labelledby": title.id },
+            title,
+            fields,
+            this.#plot,
+            this.#scale(),
+        );
         for (const field of [this.#from, this.#to]) {
-            setAttributes(field, { "aria-label": `${quantity.title} ${field === this.#from ? "from" : "to"}` });
+            setAttributes(field, {
+                "aria-label": `${quantity.title} ${field === this.#from ? "from" : "to"}`,
+            });
             field.addEventListener("change", () => {
                 this.#choose(numberIn(this.#from), numberIn(this.#to));
             });
@@ -143,7 +152,7 @@ export class HistogramPanel {
     #scale(): HTMLElement {
         const axis = this.#axis;
         const labels = ticksOf(axis, 4).map((tick) => {
-            const label = h("span", {}, this.#quantity.say(tick));
+            const label = h("span", {}, tickText(tick));
             label.style.left = `${100 * positionOn(axis, tick)}%`;
             return label;
         });

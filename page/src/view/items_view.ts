@@ -56,7 +56,8 @@ export class ItemsView implements Component {
         if (now.state.view !== "items") {
             return;
         }
-        const isNew = before?.state.view !== "items" || now.rules !== before.rules || this.#usage === undefined;
+        const isNew =
+            before?.state.view !== "items" || now.rules !== before.rules || this.#usage === undefined;
         if (isNew) {
             this.#usage = usageOf(this.#context.book, this.#context.named(), now.rules);
         }

@@ -55,7 +55,11 @@ export class LatticeWalk {
                     `(${percentText(count / book.transactions)}).`,
             ),
             shortest.length < items.length
-                ? h("span", {}, `The same transactions hold: ${shortened(words.textOf({ items: shortest, isNegated: false }, 8), 160)}`)
+                ? h(
+                      "span",
+                      {},
+                      `The same transactions hold: ${shortened(words.textOf({ items: shortest, isNegated: false }, 8), 160)}`,
+                  )
                 : undefined,
             home === undefined || position === home
                 ? undefined

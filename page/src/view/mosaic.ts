@@ -20,7 +20,12 @@ export function mosaicOf(first: Table, second: Table): HTMLElement {
     const middle = edge.low * width;
     const picture = svg(
         "svg",
-        { class: "mosaic", viewBox: `0 0 ${width} ${height}`, preserveAspectRatio: "none", "aria-hidden": "true" },
+        {
+            class: "mosaic",
+            viewBox: `0 0 ${width} ${height}`,
+            preserveAspectRatio: "none",
+            "aria-hidden": "true",
+        },
         hatching(),
         ...column(0, middle - gap / 2, left, "met"),
         ...column(edge.high * width + gap / 2, width, right, "unmet"),
@@ -52,8 +57,20 @@ function column(from: number, to: number, { low, high }: Band, name: string): SV
     const size = Math.max(0, to - from);
     const rest = height * (1 - high);
     return [
-        svg("rect", { class: `${name} without`, x: from, y: 0, width: size, height: Math.max(0, rest - gap / 2) }),
-        svg("rect", { class: `${name} with`, x: from, y: height * (1 - low), width: size, height: height * low }),
+        svg("rect", {
+            class: `${name} without`,
+            x: from,
+            y: 0,
+            width: size,
+            height: Math.max(0, rest - gap / 2),
+        }),
+        svg("rect", {
+            class: `${name} with`,
+            x: from,
+            y: height * (1 - low),
+            width: size,
+            height: height * low,
+        }),
         band(from, rest, size, height * (high - low)),
     ];
 }
@@ -77,7 +94,11 @@ function line(part: number): SVGElement {
 
 function hatching(): SVGElement {
     const stripes = svg("path", { class: "stripes", d: "M0 4L4 0M-1 1L1 -1M3 5L5 3" });
-    const pattern = svg("pattern", { id: "hatching", width: 4, height: 4, patternUnits: "userSpaceOnUse" }, stripes);
+    const pattern = svg(
+        "pattern",
+        { id: "hatching", width: 4, height: 4, patternUnits: "userSpaceOnUse" },
+        stripes,
+    );
     return svg("defs", {}, pattern);
 }
 
@@ -95,8 +116,20 @@ function countTable(first: Table, second: Table): HTMLElement {
         h(
             "tbody",
             {},
-            h("tr", {}, head("conclusion fails", "row"), cell("onlyPremise", "met without"), cell("neither", "unmet without")),
-            h("tr", {}, head("conclusion holds", "row"), cell("both", "met with"), cell("onlyConclusion", "unmet with")),
+            h(
+                "tr",
+                {},
+                head("conclusion fails", "row"),
+                cell("onlyPremise", "met without"),
+                cell("neither", "unmet without"),
+            ),
+            h(
+                "tr",
+                {},
+                head("conclusion holds", "row"),
+                cell("both", "met with"),
+                cell("onlyConclusion", "unmet with"),
+            ),
         ),
     );
 }

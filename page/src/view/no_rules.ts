@@ -28,13 +28,20 @@ export class NoRules implements Component {
         const { summary } = this.#context.book.header;
         const last = summary.left_out.at(-1);
         const advice =
-            last === undefined ? "" : `The last ${countText(last.count)} were ${last.what}; ${last.options} keeps them.`;
-        return [h("h2", {}, "This page has no rule"), h("p", {}, summary.note === "" ? advice : summary.note)];
+            last === undefined
+                ? ""
+                : `The last ${countText(last.count)} were ${last.what}; ${last.options} keeps them.`;
+        return [
+            h("h2", {}, "This page has no rule"),
+            h("p", {}, summary.note === "" ? advice : summary.note),
+        ];
     }
 
     #ofFilters(state: ViewState): HTMLElement[] {
         const ways = this.#ways(state).map(({ words, changes }) => {
-            const count = this.#context.filter.passes({ ...state, ...changes, terms: changes.terms }).reduce(sum, 0);
+            const count = this.#context.filter
+                .passes({ ...state, ...changes, terms: changes.terms })
+                .reduce(sum, 0);
             return { words, changes: { ...changes, draft: "" }, count };
         });
         ways.sort((one, other) => other.count - one.count);
@@ -65,8 +72,16 @@ export class NoRules implements Component {
             return { words: `“${words}”`, changes: { terms: terms.filter((_, i) => i !== position) } };
         });
         const switched = [
-            { isOff: state.kindsOff.length > 0, words: "a choice of certainty", changes: { terms, kindsOff: [] } },
-            { isOff: state.formsOff.length > 0, words: "a choice of forms", changes: { terms, formsOff: [] } },
+            {
+                isOff: state.kindsOff.length > 0,
+                words: "a choice of certainty",
+                changes: { terms, kindsOff: [] },
+            },
+            {
+                isOff: state.formsOff.length > 0,
+                words: "a choice of forms",
+                changes: { terms, formsOff: [] },
+            },
         ];
         return [...ways, ...switched.filter(({ isOff }) => isOff)];
     }

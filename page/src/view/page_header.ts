@@ -3,7 +3,11 @@ import { views, type View } from "../model/view_state.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, setAttributes, shortened } from "./dom.ts";
 
-const viewNames: Readonly<Record<View, string>> = { rules: "Rules", items: "Items", exclusions: "Exclusions" };
+const viewNames: Readonly<Record<View, string>> = {
+    rules: "Rules",
+    items: "Items",
+    exclusions: "Exclusions",
+};
 
 /** What the page is about, how its rules were chosen, and the way to its other views. */
 export class PageHeader implements Component {
@@ -31,7 +35,12 @@ export class PageHeader implements Component {
                 h("p", {}, ...this.#about()),
                 this.#choice(),
             ),
-            h("nav", { "aria-label": "Views" }, ...tabs, button("?", { class: "help", "aria-label": "Help", title: "Help (?)" }, help)),
+            h(
+                "nav",
+                { "aria-label": "Views" },
+                ...tabs,
+                button("?", { class: "help", "aria-label": "Help", title: "Help (?)" }, help),
+            ),
         );
     }
 
@@ -48,34 +57,65 @@ export class PageHeader implements Component {
         const rules = h("strong", {}, count === 1 ? "1 rule" : `${countText(count)} rules`);
         const of = left > count ? ` of ${countText(left)}` : "";
         const order = `${ascending ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
-        const settings = header.run.settings.map(({ name, value }) => `${name} ${value}`).join(", ");
+        const thresholds = header.run.settings
+            .filter(({ option }) => option === "--min-support" || option === "--min-confidence")
+            .map(({ name, value }) => `${name} ${value}`);
         const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}`;
-        return [rules, `${about}${settings === "" ? "" : `; ${settings}`}.`];
+        return [rules, `${[about, ...thresholds].join("; ")}.`];
     }
 
     /** Where the other rules went. */
     #choice(): HTMLElement {
         const { summary, run, rules, program } = this.#context.book.header;
         const step = (count: string, what: string, option: string) =>
-            h("tr", {}, h("td", { class: "number" }, count), h("td", {}, what), h("td", {}, option === "" ? "" : h("code", {}, option)));
+            h(
+                "tr",
+                {},
+                h("td", { class: "number" }, count),
+                h("td", {}, what),
+                h("td", {}, option === "" ? "" : h("code", {}, option)),
+            );
         const limit =
             rules.left_out_by_limit === 0
                 ? []
-                : [step(countText(rules.left_out_by_limit), "beyond what fits this page", rules.limit_option)];
+                : [
+                      step(
+                          countText(rules.left_out_by_limit),
+                          "beyond what fits this page",
+                          rules.limit_option,
+                      ),
+                  ];
         const rows = [
             step(countText(summary.derived), `rules from ${summary.origin}`, ""),
             ...summary.left_out.map(({ count, what, options }) => step(countText(count), what, options)),
             ...limit,
             step(countText(rules.count), "on this page", ""),
         ];
-        const head = h("tr", {}, ...["Rules", "", "Option that keeps them"].map((text) => h("th", { scope: "col" }, text)));
-        const notes = [...run.notes, summary.note, run.options === "" ? "" : `Options: ${run.options}`, `Written by ${program}`];
+        const settings = run.settings.map(({ name, value, option }) =>
+            h("tr", {}, h("td", {}, name), h("td", {}, value), h("td", {}, h("code", {}, option))),
+        );
+        const options = run.options === "" ? "" : `Options: ${run.options}`;
+        const notes = [...(run.notes ?? []), summary.note, options, `Written by ${program}.`];
         return h(
             "details",
             { class: "choice" },
             h("summary", {}, "How these were chosen"),
-            h("div", { class: "wide-table" }, h("table", { class: "plain" }, h("thead", {}, head), h("tbody", {}, ...rows))),
+            h(
+                "div",
+                { class: "wide-table" },
+                tableOf(["Rules", "", "This undoes it"], rows),
+                tableOf(["Setting", "", "Option"], settings),
+            ),
             ...notes.filter((note) => note !== "").map((note) => h("p", { class: "quiet" }, note)),
         );
     }
+}
+
+function tableOf(heads: readonly string[], rows: readonly HTMLElement[]): HTMLElement {
+    const head = h(
+        "tr",
+        {},
+        ...heads.map((text) => (text === "" ? h("td") : h("th", { scope: "col" }, text))),
+    );
+    return h("table", { class: "plain" }, h("thead", {}, head), h("tbody", {}, ...rows));
 }

@@ -23,18 +23,20 @@ export class PrintTable {
             return term === undefined ? text : termText(this.#context, term);
         });
         const columns = state.columns.map((name) => quantities.get(name));
-        const head = ["#", "If", "then", ...columns.map(({ title }) => title)];
+        const head = [
+            ...["#", "If", "then"].map((text) => h("th", { scope: "col" }, text)),
+            ...columns.map(({ title }) => h("th", { scope: "col", class: "number" }, title)),
+        ];
         const rows = Array.from(rules.subarray(0, mostRules), (rule) => this.#row(rule, state.columns));
         const left = rules.length - rows.length;
         refill(
             this.root,
-            h("p", {}, `${countText(rules.length)} rules${filters.length === 0 ? "" : `: ${shortened(filters.join("; "), mostLetters)}`}`),
             h(
-                "table",
-                { class: "plain" },
-                h("thead", {}, h("tr", {}, ...head.map((text) => h("th", { scope: "col" }, text)))),
-                h("tbody", {}, ...rows),
+                "p",
+                {},
+                `${countText(rules.length)} rules${filters.length === 0 ? "" : `: ${shortened(filters.join("; "), mostLetters)}`}`,
             ),
+            h("table", { class: "plain" }, h("thead", {}, h("tr", {}, ...head)), h("tbody", {}, ...rows)),
             left > 0 ? h("p", {}, `and ${countText(left)} more`) : undefined,
         );
     }
@@ -54,7 +56,11 @@ export class PrintTable {
             side(book.rules.premises[rule]!),
             side(book.rules.conclusions[rule]!),
             ...columns.map((name) =>
-                h("td", { class: "number" }, boundsText(quantities.bounds(name, rule), quantities.get(name).say)),
+                h(
+                    "td",
+                    { class: "number" },
+                    boundsText(quantities.bounds(name, rule), quantities.get(name).say),
+                ),
             ),
         );
     }

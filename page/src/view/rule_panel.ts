@@ -16,7 +16,12 @@ const mostLetters = 400;
 
 /** Everything about one rule. */
 export class RulePanel implements Component {
-    readonly root = h("aside", { class: "panel", "aria-label": "The chosen rule", tabindex: -1, hidden: true });
+    readonly root = h("aside", {
+        class: "panel",
+        "aria-label": "The chosen rule",
+        tabindex: -1,
+        hidden: true,
+    });
     readonly #context: Context;
     readonly #walk: LatticeWalk;
     readonly #step: (by: number) => void;
@@ -71,14 +76,17 @@ export class RulePanel implements Component {
             button(text, { "aria-label": label, title: label, class: "icon" }, () => {
                 this.#step(by);
             });
-        const close = button("×", { "aria-label": "Close this rule", title: "Close (Esc)", class: "icon" }, () => {
-            this.#context.change({ rule: undefined, node: undefined });
-        });
+        const close = button(
+            "×",
+            { "aria-label": "Close this rule", title: "Close (Esc)", class: "icon" },
+            () => {
+                this.#context.change({ rule: undefined, node: undefined });
+            },
+        );
         return h(
             "div",
             { class: "bar-of-panel" },
             h("h2", {}, `Rule ${countText(rule + 1)}`),
-            h("span", { class: "quiet" }, this.#formWords(rule)),
             step("↑", "Previous rule in the table", -1),
             step("↓", "Next rule in the table", 1),
             close,
@@ -87,9 +95,13 @@ export class RulePanel implements Component {
 
     #formWords(rule: number): string {
         const { book } = this.#context;
-        const words = { exact: "no exception", approximative: "has exceptions", bounded: "not known exactly" };
+        const words = {
+            exact: "No exception",
+            approximative: "With exceptions",
+            bounded: "Not known exactly",
+        };
         const form = book.rules.forms === undefined ? undefined : book.header.forms[book.rules.forms[rule]!];
-        return [words[kindOf(book, rule)], form === undefined ? "" : `${form.label} ${form.text}`]
+        return [words[kindOf(book, rule)], form === undefined ? "" : `form ${form.label}, ${form.text}`]
             .filter((text) => text !== "")
             .join(" · ");
     }
@@ -105,11 +117,15 @@ export class RulePanel implements Component {
                 { class: "said" },
                 "If ",
                 h("b", {}, shortened(premise, mostLetters)),
-                `, ${howOften}: `,
+                unbroken(`, ${howOften}: `),
                 h("b", {}, shortened(conclusion, mostLetters)),
             ),
-            h("p", {}, counts),
-            others === "" ? undefined : h("p", { class: "quiet" }, others),
+            h("p", {}, unbroken(counts)),
+            h(
+                "p",
+                { class: "quiet" },
+                [this.#formWords(rule), others].filter((text) => text !== "").join(" · "),
+            ),
             this.#items(rule),
         );
     }
@@ -122,9 +138,13 @@ export class RulePanel implements Component {
         const items = new Set([...of(premises[rule]!), ...of(conclusions[rule]!)]);
         const most = 24;
         const chips = [...items].slice(0, most).map((item) =>
-            button(shortened(book.items.names[item]!, 60), { class: "chip", title: "Filter by this item" }, () => {
-                this.#context.change({ terms: [itemText(book.items.numbers[item]!)], draft: "" });
-            }),
+            button(
+                shortened(book.items.names[item]!, 60),
+                { class: "chip", title: "Filter by this item" },
+                () => {
+                    this.#context.change({ terms: [itemText(book.items.numbers[item]!)], draft: "" });
+                },
+            ),
         );
         return h("p", { class: "items-of-rule" }, h("span", { class: "quiet" }, "All rules with "), ...chips);
     }
@@ -152,8 +172,12 @@ export class RulePanel implements Component {
             const value = h("span", { class: "value" }, boundsText(reading.confidence, percentText));
             return h("li", { "aria-current": isOwn ? "true" : undefined }, said, value);
         });
-        const remark = "Four readings of one association; all follow from the four counts.";
-        return section("Read the other way round", h("p", { class: "quiet" }, remark), h("ul", { class: "list" }, ...rows));
+        const remark = "They tell of one association, and all follow from the four counts.";
+        return section(
+            "Four ways to read it",
+            h("p", { class: "quiet" }, remark),
+            h("ul", { class: "list" }, ...rows),
+        );
     }
 
     #side(side: SideItems): string {
@@ -243,12 +267,20 @@ export class RulePanel implements Component {
                 "div",
                 {},
                 h("dt", {}, name.replaceAll("_", " "), h("code", {}, formula)),
-                h("dd", { class: "value" }, boundsText(measureOf(this.#context.book, rule, name), measureText)),
+                h(
+                    "dd",
+                    { class: "value" },
+                    boundsText(measureOf(this.#context.book, rule, name), measureText),
+                ),
                 h("dd", { class: "quiet" }, explanation),
             ),
         );
         const { symbols } = this.#context.book.header;
-        return section("All measures", h("dl", { class: "measures" }, ...rows), h("p", { class: "quiet" }, symbols));
+        return section(
+            "All measures",
+            h("dl", { class: "measures" }, ...rows),
+            h("p", { class: "quiet" }, symbols),
+        );
     }
 }
 
@@ -274,4 +306,9 @@ function longList(entries: readonly HTMLElement[], count = entries.length): HTML
         list.append(more);
     }
     return list;
+}
+
+/** A text of which no line ends between a number and its percent sign. */
+function unbroken(text: string): string {
+    return text.replaceAll(" %", "\u00a0%");
 }

@@ -33,7 +33,13 @@ export class RuleTable implements Component {
         refill(this.#nothing, nothing);
         this.#grid = h(
             "div",
-            { class: "grid", role: "grid", tabindex: 0, "aria-label": "Rules", "aria-keyshortcuts": "ArrowUp ArrowDown Enter" },
+            {
+                class: "grid",
+                role: "grid",
+                tabindex: 0,
+                "aria-label": "Rules",
+                "aria-keyshortcuts": "ArrowUp ArrowDown Enter",
+            },
             h("div", { class: "heads", role: "rowgroup" }, this.#head),
             this.#spacer,
         );
@@ -141,9 +147,9 @@ export class RuleTable implements Component {
             );
         });
         refill(this.#head, ...cells);
-        const template = `3.5rem minmax(13rem, 1.2fr) minmax(11rem, 1fr) repeat(${columns.length}, 6.75rem)`;
+        const template = `3.5rem minmax(10rem, 1.2fr) minmax(9rem, 1fr) repeat(${columns.length}, 5.9rem)`;
         this.root.style.setProperty("--columns", template);
-        this.root.style.setProperty("--least-width", `${27.5 + 6.75 * columns.length}rem`);
+        this.root.style.setProperty("--least-width", `${22.5 + 5.9 * columns.length}rem`);
         setAttributes(this.#grid, { "aria-colcount": heads.length });
         refill(this.#body);
         this.#rows = [];
@@ -200,7 +206,7 @@ export class RuleTable implements Component {
     }
 
     get #rowHeight(): number {
-        return this.#narrow.matches ? 84 : 36;
+        return this.#narrow.matches ? 92 : 42;
     }
 
     #write(row: HTMLElement, rule: number, { columns }: ViewState): void {
@@ -237,7 +243,7 @@ export class RuleTable implements Component {
     #axisOf(quantity: Quantity): Axis | undefined {
         let axis = this.#axes.get(quantity.name);
         if (axis === undefined && !this.#context.quantities.isSlow(quantity.name)) {
-            axis = axisOf(this.#context.quantities.column(quantity.name), quantity.isWide);
+            axis = fromZero(axisOf(this.#context.quantities.column(quantity.name), quantity.isWide));
             this.#axes.set(quantity.name, axis);
         }
         return axis;
@@ -319,6 +325,13 @@ function emptyRow(slot: number, numbers: number): HTMLElement {
         cell("id", 0),
         cell("side premise", 1),
         cell("side conclusion", 2),
-        ...Array.from({ length: numbers }, (_, i) => cell("number", 3 + i, h("span"), h("i", { class: "bar" }))),
+        ...Array.from({ length: numbers }, (_, i) =>
+            cell("number", 3 + i, h("span"), h("i", { class: "bar" })),
+        ),
     );
+}
+
+/** Bars begin at 0, so that one that is twice as long stands for twice as much. */
+function fromZero(axis: Axis): Axis {
+    return axis.isLogarithmic ? axis : { ...axis, from: Math.min(0, axis.from) };
 }

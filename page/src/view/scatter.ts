@@ -1,4 +1,4 @@
-import { axisOf, positionOn, roundedOn, ticksOf, valueAt, type Axis } from "../model/axis.ts";
+import { axisOf, positionOn, roundedOn, tickText, ticksOf, valueAt, type Axis } from "../model/axis.ts";
 import { densityOf, shadeOfLift, type ScatterValues } from "../model/density.ts";
 import { countText } from "../model/number_words.ts";
 import type { Quantity } from "../model/quantities.ts";
@@ -49,7 +49,12 @@ export class Scatter implements Component {
             h("label", {}, "across ", this.#xChoice),
             legend(),
         );
-        this.root = h("section", { class: "scatter", "aria-label": "Map of the rules" }, controls, this.#plot);
+        this.root = h(
+            "section",
+            { class: "scatter", "aria-label": "Map of the rules" },
+            controls,
+            this.#plot,
+        );
         this.#listen();
         new ResizeObserver(() => {
             this.#drawSoon();
@@ -85,7 +90,9 @@ export class Scatter implements Component {
     }
 
     #choice(name: string, changes: (quantity: string) => object): HTMLSelectElement {
-        const options = this.#context.quantities.all.map((each) => h("option", { value: each.name }, each.title));
+        const options = this.#context.quantities.all.map((each) =>
+            h("option", { value: each.name }, each.title),
+        );
         const choice = h("select", { "aria-label": `Quantity ${name}` }, ...options);
         choice.addEventListener("change", () => {
             this.#context.change(changes(choice.value));
@@ -145,7 +152,12 @@ export class Scatter implements Component {
             drawPoints(drawing, area, this.#points(sight.rules, values, toShade), this.#chosenPlace(values));
         } else {
             const grid = [Math.ceil(area.width / cellSize), Math.ceil(area.height / cellSize)] as const;
-            drawCells(drawing, area, densityOf(sight.rules, values, grid, toShade), this.#chosenPlace(values));
+            drawCells(
+                drawing,
+                area,
+                densityOf(sight.rules, values, grid, toShade),
+                this.#chosenPlace(values),
+            );
         }
         this.#label(values, area);
     }
@@ -180,10 +192,15 @@ export class Scatter implements Component {
         refill(
             this.#marks,
             ...ticksOf(xAxis, area.width / 90).map((tick) =>
-                mark("x", x.say(tick), area.left + positionOn(xAxis, tick) * area.width, area.top + area.height),
+                mark(
+                    "x",
+                    tickText(tick),
+                    area.left + positionOn(xAxis, tick) * area.width,
+                    area.top + area.height,
+                ),
             ),
             ...ticksOf(yAxis, area.height / 45).map((tick) =>
-                mark("y", y.say(tick), area.left, area.top + (1 - positionOn(yAxis, tick)) * area.height),
+                mark("y", tickText(tick), area.left, area.top + (1 - positionOn(yAxis, tick)) * area.height),
             ),
         );
         this.#canvas.setAttribute(

@@ -45,7 +45,13 @@ export function drawPoints(
         const [red, green, blue] = mixed(palette, shade);
         drawing.fillStyle = `rgb(${red} ${green} ${blue} / 0.75)`;
         drawing.beginPath();
-        drawing.arc(area.left + across * area.width, area.top + (1 - up) * area.height, radius, 0, 2 * Math.PI);
+        drawing.arc(
+            area.left + across * area.width,
+            area.top + (1 - up) * area.height,
+            radius,
+            0,
+            2 * Math.PI,
+        );
         drawing.fill();
     }
     drawChosen(drawing, area, chosen, palette);
@@ -103,7 +109,13 @@ function drawChosen(
     drawing.strokeStyle = ink;
     drawing.lineWidth = 2;
     drawing.beginPath();
-    drawing.arc(area.left + chosen.across * area.width, area.top + (1 - chosen.up) * area.height, 8, 0, 2 * Math.PI);
+    drawing.arc(
+        area.left + chosen.across * area.width,
+        area.top + (1 - chosen.up) * area.height,
+        8,
+        0,
+        2 * Math.PI,
+    );
     drawing.stroke();
 }
 

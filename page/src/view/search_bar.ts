@@ -66,7 +66,12 @@ export class SearchBar implements Component {
             this.#context.change({ terms: this.#terms.filter((_, i) => i !== position) });
             this.#field.focus();
         });
-        return h("li", { class: "chip" }, h("span", { title: shortened(said, 300) }, shortened(said, mostLetters)), remove);
+        return h(
+            "li",
+            { class: "chip" },
+            h("span", { title: shortened(said, 300) }, shortened(said, mostLetters)),
+            remove,
+        );
     }
 
     #say(text: string): string {
@@ -84,7 +89,9 @@ export class SearchBar implements Component {
     }
 
     #takeDraft(): void {
-        const typed = termsOf(this.#field.value).filter((term) => this.#context.filter.term(term) !== undefined);
+        const typed = termsOf(this.#field.value).filter(
+            (term) => this.#context.filter.term(term) !== undefined,
+        );
         const terms = [...new Set([...this.#terms, ...typed])];
         this.#context.change({ terms, draft: "" });
     }
@@ -116,11 +123,15 @@ export function termText(context: Context, term: Term): string {
     const { title } = context.quantities.get(term.quantity);
     const { from, to } = term;
     if (from !== undefined && to !== undefined) {
-        return from.value === to.value ? `${title} = ${limitText(from)}` : `${title} ${limitText(from)} to ${limitText(to)}`;
+        return from.value === to.value
+            ? `${title} = ${limitText(from)}`
+            : `${title} ${limitText(from)} to ${limitText(to)}`;
     }
     const sign = from === undefined ? "<" : ">";
     const limit = from ?? to;
-    return limit === undefined ? title : `${title} ${limit.isIncluded ? sign.replace("<", "≤").replace(">", "≥") : sign} ${limitText(limit)}`;
+    return limit === undefined
+        ? title
+        : `${title} ${limit.isIncluded ? sign.replace("<", "≤").replace(">", "≥") : sign} ${limitText(limit)}`;
 }
 
 function limitText({ value, isPercent }: Limit): string {

@@ -9,12 +9,13 @@ const kindWords = {
     bounded: "not known exactly",
 } as const;
 
-const groupWords: Readonly<Record<string, string>> = {
-    "or-or": "if one of …, then one of …",
-    "none-none": "if none of …, then none of …",
-    "or-none": "if one of …, then none of …",
-    "none-or": "if none of …, then one of …",
-};
+/** Of the four groups of forms, in their order. */
+const groupWords = [
+    "if one of …, then one of …",
+    "if none of …, then none of …",
+    "if one of …, then none of …",
+    "if none of …, then one of …",
+];
 
 /** One of several things that can be left out of the rules. */
 interface Switch {
@@ -56,24 +57,19 @@ export class Switches implements Component {
             return undefined;
         }
         const counts = countedPositions(rules.forms, header.forms.length);
-        const groups = header.groups.map((group, i) => {
+        const groups = groupWords.map((words, i) => {
             const forms = header.forms
                 .map((form, position) => ({ ...form, count: counts[position]! }))
                 .filter((form) => form.group === i + 1 && form.count > 0)
                 .map(({ label, text, count }) => ({ name: label, words: text, count }));
-            return forms.length === 0 ? undefined : this.#group(groupWords[group] ?? group, forms);
+            return forms.length === 0 ? undefined : this.#group(words, forms);
         });
         const present = groups.filter((group) => group !== undefined);
         return h("details", {}, h("summary", {}, "Forms of rules"), ...present);
     }
 
     #group(title: string, switches: readonly Switch[]): HTMLElement {
-        return h(
-            "fieldset",
-            {},
-            h("legend", {}, title),
-            ...switches.map((each) => this.#switch(each)),
-        );
+        return h("fieldset", {}, h("legend", {}, title), ...switches.map((each) => this.#switch(each)));
     }
 
     #switch({ name, words, count }: Switch): HTMLElement {
@@ -95,7 +91,10 @@ export class Switches implements Component {
     #tell(): void {
         const off = [...this.#boxes].filter(([, box]) => !box.checked).map(([name]) => name);
         const kindsOff = kinds.filter((kind) => off.includes(kind));
-        this.#context.change({ kindsOff, formsOff: off.filter((name) => !kinds.some((kind) => kind === name)) });
+        this.#context.change({
+            kindsOff,
+            formsOff: off.filter((name) => !kinds.some((kind) => kind === name)),
+        });
     }
 }
 

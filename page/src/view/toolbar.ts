@@ -15,7 +15,11 @@ export class Toolbar implements Component {
         this.#clear = button("Clear filters", { class: "link" }, () => {
             context.change({ terms: [], draft: "", formsOff: [], kindsOff: [] });
         });
-        const save = button("Save as CSV", { title: "Save the rules that are shown as a table" }, exportRules);
+        const save = button(
+            "Save as CSV",
+            { title: "Save the rules that are shown as a table" },
+            exportRules,
+        );
         this.root = h("div", { class: "toolbar" }, this.#count, this.#clear, this.#columns(), save);
     }
 

@@ -20,7 +20,10 @@ const writers = {
 } as const;
 
 /** The unpacked data of a page, byte by byte as the format says, without any code of the page. */
-export function blobOf(header: Omit<Header, "arrays">, arrays: readonly StoredArray[]): Uint8Array<ArrayBuffer> {
+export function blobOf(
+    header: Omit<Header, "arrays">,
+    arrays: readonly StoredArray[],
+): Uint8Array<ArrayBuffer> {
     const headers: ArrayHeader[] = [];
     const pieces: Uint8Array[] = [];
     let offset = 0;

@@ -56,7 +56,7 @@ export const measureTexts: readonly MeasureText[] = measureNames.split(" ").map(
     turns: name === "chi2" ? "chance" : name === "imbalance" ? "equal_sides" : "",
 }));
 
-const forms = ["or-or", "none-none", "or-none", "none-or"].flatMap((_, group) =>
+const forms = [0, 1, 2, 3].flatMap((group) =>
     ["11", "12", "21", "22", "31", "32"].map((end) => ({
         label: `R${group + 1}${end}`,
         text: `form ${group + 1}${end}`,
@@ -91,7 +91,8 @@ function numberedSides(rules: readonly MadeRule[]): NumberedSides {
     }
     const all = [...byKey.values()].sort(
         (one, other) =>
-            Number(one.isNegated ?? false) - Number(other.isNegated ?? false) || lexicographic(one.items, other.items),
+            Number(one.isNegated ?? false) - Number(other.isNegated ?? false) ||
+            lexicographic(one.items, other.items),
     );
     const numbers = new Map(all.map((side, number) => [keyOf(side), number]));
     return {
@@ -144,7 +145,6 @@ export function madeHeader(
         measures: measureTexts,
         symbols: "x the premise, y the conclusion, a both",
         forms,
-        groups: ["or-or", "none-none", "or-none", "none-or"],
         items: { count: book.names.length, left_out: 0, names: book.names },
         columns: book.columns ?? [],
         sides: { count: sides.all.length, plain: sides.plain },
@@ -157,7 +157,11 @@ export function madeHeader(
 function itemArrays({ names, counts, transactions }: MadeBook): StoredArray[] {
     return [
         { name: "item_numbers", values: names.map((_, item) => item + 1), isDelta: true },
-        { name: "item_counts", values: counts ?? names.map(() => Math.ceil(transactions / 2)), isInPlanes: true },
+        {
+            name: "item_counts",
+            values: counts ?? names.map(() => Math.ceil(transactions / 2)),
+            isInPlanes: true,
+        },
     ];
 }
 
@@ -166,21 +170,40 @@ function sideArrays(sides: readonly MadeSide[]): StoredArray[] {
         { name: "side_sizes", values: sides.map((side) => side.items.length) },
         { name: "side_items", values: sides.flatMap((side) => side.items) },
         { name: "side_counts", values: sides.map((side) => side.count), isInPlanes: true },
-        ...optional("side_spreads", sides.map((side) => side.spread ?? 0), 0),
+        ...optional(
+            "side_spreads",
+            sides.map((side) => side.spread ?? 0),
+            0,
+        ),
     ];
 }
 
 function ruleArrays(rules: readonly MadeRule[], numberOf: (side: MadeSide) => number): StoredArray[] {
-    const odd = rules.flatMap((rule, position) => (rule.counts === undefined ? [] : [{ position, counts: rule.counts }]));
+    const odd = rules.flatMap((rule, position) =>
+        rule.counts === undefined ? [] : [{ position, counts: rule.counts }],
+    );
     const slopes = rules.map((rule) => rule.slope ?? 0);
     return [
         { name: "premises", values: rules.map((rule) => numberOf(rule.premise)), isInPlanes: true },
         { name: "conclusions", values: rules.map((rule) => numberOf(rule.conclusion)) },
         { name: "exceptions", values: rules.map((rule) => rule.exceptions), isInPlanes: true },
-        { name: "forms", values: rules.map(({ form }) => forms.findIndex(({ label }) => label === (form ?? "R111"))) },
-        ...(slopes.some((slope) => slope !== 0) ? [{ name: "slopes", values: slopes, type: "i8" as const }] : []),
-        ...optional("wordings", rules.map((rule) => rule.wordings ?? 1), 1),
-        ...optional("readings", rules.map((rule) => rule.readings ?? 1), 1),
+        {
+            name: "forms",
+            values: rules.map(({ form }) => forms.findIndex(({ label }) => label === (form ?? "R111"))),
+        },
+        ...(slopes.some((slope) => slope !== 0)
+            ? [{ name: "slopes", values: slopes, type: "i8" as const }]
+            : []),
+        ...optional(
+            "wordings",
+            rules.map((rule) => rule.wordings ?? 1),
+            1,
+        ),
+        ...optional(
+            "readings",
+            rules.map((rule) => rule.readings ?? 1),
+            1,
+        ),
         { name: "odd_rules", values: odd.map(({ position }) => position) },
         { name: "odd_counts", values: odd.flatMap(({ counts }) => counts) },
     ];
@@ -197,8 +220,16 @@ function classArrays(classes: readonly MadeClass[]): StoredArray[] {
         { name: "class_essential_sizes", values: classes.map((each) => each.essentials.length) },
         { name: "essential_sizes", values: essentials.map((each) => each.length) },
         { name: "essential_items", values: essentials.flat() },
-        ...optional("class_more_lowers", classes.map((each) => each.moreLowers ?? 0), 0),
-        ...optional("class_more_uppers", classes.map((each) => each.moreUppers ?? 0), 0),
+        ...optional(
+            "class_more_lowers",
+            classes.map((each) => each.moreLowers ?? 0),
+            0,
+        ),
+        ...optional(
+            "class_more_uppers",
+            classes.map((each) => each.moreUppers ?? 0),
+            0,
+        ),
     ];
 }
 
