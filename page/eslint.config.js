@@ -1,9 +1,15 @@
 import js from "@eslint/js";
+import { defineConfig } from "eslint/config";
 import tseslint from "typescript-eslint";
 
 /** Layers of src, from the left to the right: each imports from itself and from those before it only. */
 const layers = ["data", "model", "view"];
 
+/**
+ * What a layer may import and use.
+ * @param {string} layer
+ * @returns {import("eslint/config").Config}
+ */
 const importsOf = (layer) => ({
     files: [`src/${layer}/**/*.ts`],
     rules: {
@@ -21,13 +27,13 @@ const importsOf = (layer) => ({
     },
 });
 
-export default tseslint.config(
+export default defineConfig(
     { ignores: ["dist", "node_modules"] },
     js.configs.recommended,
     tseslint.configs.strictTypeChecked,
     {
         languageOptions: {
-            parserOptions: { projectService: { allowDefaultProject: ["eslint.config.js"] } },
+            parserOptions: { projectService: true },
         },
         rules: {
             // Indices of typed arrays are within their bounds, and a check in a loop over a million rules costs.
@@ -40,5 +46,9 @@ export default tseslint.config(
         },
     },
     ...layers.map(importsOf),
+    {
+        files: ["scripts/**"],
+        languageOptions: { globals: { process: "readonly", console: "readonly", Buffer: "readonly" } },
+    },
     { files: ["tests/**", "bench/**"], rules: { "max-lines-per-function": "off" } },
 );

@@ -44,6 +44,18 @@ async function bundle() {
 }
 
 /**
+ * What a file of JSON says.
+ * @template Value
+ * @param {string} file
+ * @returns {Promise<Value>}
+ */
+async function jsonOf(file) {
+    /** @type {unknown} */
+    const value = JSON.parse(await readFile(file, "utf8"));
+    return /** @type {Value} */ (value);
+}
+
+/**
  * The licences of the packages that files come from.
  * @param {string[]} sources
  * @returns {Promise<Licence[]>}
@@ -54,7 +66,7 @@ async function licencesOf(sources) {
     return Promise.all(
         packages.map(async (folder) => {
             /** @type {{ name: string, version: string }} */
-            const { name, version } = JSON.parse(await readFile(path.join(folder, "package.json"), "utf8"));
+            const { name, version } = await jsonOf(path.join(folder, "package.json"));
             const text = await readFile(path.join(folder, "LICENSE"), "utf8");
             return { name, version, text: text.trim() };
         }),

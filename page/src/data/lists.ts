@@ -20,7 +20,7 @@ export function numberOfLists(lists: Lists): number {
 
 /** One of the lists; a view, not a copy. */
 export function listAt(lists: Lists, index: number): Uint32Array {
-    return lists.values.subarray(lists.starts[index]!, lists.starts[index + 1]!);
+    return lists.values.subarray(lists.starts[index], lists.starts[index + 1]);
 }
 
 /** How many numbers one of the lists has. */

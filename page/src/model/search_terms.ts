@@ -70,22 +70,29 @@ const comparison = new RegExp(`^([a-z_0-9]+)(>=|<=|>|<|=)(${number})(%?)$`, "iu"
 const between = new RegExp(`^([a-z_0-9]+):(?:(${number})(%?))?\\.\\.(?:(${number})(%?))?$`, "iu");
 
 function rangeOf(text: string, quantities: readonly string[]): RangeTerm | undefined {
-    const compared = comparison.exec(text);
-    if (compared !== null) {
-        const [, name = "", operator = "", value = "", percent = ""] = compared;
-        const quantity = quantityOf(name, quantities);
-        const limit = limitOf(value, percent, operator.includes("="));
-        return quantity === undefined
-            ? undefined
-            : {
-                  kind: "range",
-                  quantity,
-                  from: operator.startsWith("<") ? undefined : limit,
-                  to: operator.startsWith(">") ? undefined : limit,
-              };
+    return comparisonOf(text, quantities) ?? rangeBetween(text, quantities);
+}
+
+/** `lift>1.2` */
+function comparisonOf(text: string, quantities: readonly string[]): RangeTerm | undefined {
+    const [, name = "", operator = "", value = "", percent = ""] = comparison.exec(text) ?? [];
+    const quantity = quantityOf(name, quantities);
+    if (quantity === undefined) {
+        return undefined;
     }
-    const [all, name = "", from, ofFrom = "", to, ofTo = ""] = between.exec(text) ?? [];
-    const quantity = all === undefined ? undefined : quantityOf(name, quantities);
+    const limit = limitOf(value, percent, operator.includes("="));
+    return {
+        kind: "range",
+        quantity,
+        from: operator.startsWith("<") ? undefined : limit,
+        to: operator.startsWith(">") ? undefined : limit,
+    };
+}
+
+/** `lift:1.2..3`, of which an end may be missing. */
+function rangeBetween(text: string, quantities: readonly string[]): RangeTerm | undefined {
+    const [, name = "", from, ofFrom = "", to, ofTo = ""] = between.exec(text) ?? [];
+    const quantity = quantityOf(name, quantities);
     return quantity === undefined
         ? undefined
         : { kind: "range", quantity, from: limitOf(from, ofFrom, true), to: limitOf(to, ofTo, true) };

@@ -62,10 +62,10 @@ export class RuleTable implements Component {
     update(now: Sight, before: Sight | undefined): void {
         const columnsChanged = now.state.columns !== before?.state.columns;
         this.#sight = now;
-        if (columnsChanged || now.state.sorting !== before?.state.sorting) {
+        if (columnsChanged || now.state.sorting !== before.state.sorting) {
             this.#fillHead(now.state);
         }
-        if (now.rules !== before?.rules || columnsChanged) {
+        if (before === undefined || now.rules !== before.rules || columnsChanged) {
             this.#active = Math.max(0, now.state.rule === undefined ? 0 : now.rules.indexOf(now.state.rule));
             this.#window.scrollTo(0);
             this.#grid.scrollTop = 0;
@@ -130,7 +130,7 @@ export class RuleTable implements Component {
         ];
         const cells = heads.map(({ by, title, label }, position) => {
             const isSorted = by === (sorting?.by ?? "");
-            const direction = sorting?.isAscending === false ? "descending" : "ascending";
+            const direction = sorting !== undefined && !sorting.isAscending ? "descending" : "ascending";
             const isNumber = position > 2;
             const onClick = () => {
                 this.#sortBy(by, isNumber);

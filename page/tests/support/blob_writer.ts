@@ -11,12 +11,42 @@ export interface StoredArray {
 }
 
 const writers = {
-    u8: { width: 1, put: (view: DataView, at: number, value: number) => view.setUint8(at, value) },
-    u16: { width: 2, put: (view: DataView, at: number, value: number) => view.setUint16(at, value, true) },
-    u32: { width: 4, put: (view: DataView, at: number, value: number) => view.setUint32(at, value, true) },
-    i8: { width: 1, put: (view: DataView, at: number, value: number) => view.setInt8(at, value) },
-    f32: { width: 4, put: (view: DataView, at: number, value: number) => view.setFloat32(at, value, true) },
-    f64: { width: 8, put: (view: DataView, at: number, value: number) => view.setFloat64(at, value, true) },
+    u8: {
+        width: 1,
+        put: (view: DataView, at: number, value: number) => {
+            view.setUint8(at, value);
+        },
+    },
+    u16: {
+        width: 2,
+        put: (view: DataView, at: number, value: number) => {
+            view.setUint16(at, value, true);
+        },
+    },
+    u32: {
+        width: 4,
+        put: (view: DataView, at: number, value: number) => {
+            view.setUint32(at, value, true);
+        },
+    },
+    i8: {
+        width: 1,
+        put: (view: DataView, at: number, value: number) => {
+            view.setInt8(at, value);
+        },
+    },
+    f32: {
+        width: 4,
+        put: (view: DataView, at: number, value: number) => {
+            view.setFloat32(at, value, true);
+        },
+    },
+    f64: {
+        width: 8,
+        put: (view: DataView, at: number, value: number) => {
+            view.setFloat64(at, value, true);
+        },
+    },
 } as const;
 
 /** The unpacked data of a page, byte by byte as the format says, without any code of the page. */
