@@ -1,0 +1,126 @@
+import { expect, test } from "vitest";
+import { bookOf } from "../../src/data/book.ts";
+import { passing, RuleFilter, type Filter } from "../../src/model/filter.ts";
+import { givenOrder } from "../../src/model/order.ts";
+import { Quantities } from "../../src/model/quantities.ts";
+import { madeBlob } from "../support/made_book.ts";
+import { titanicBook } from "../support/titanic.ts";
+
+const titanic = titanicBook();
+const filter = new RuleFilter(titanic, new Quantities(titanic));
+
+function rules(changes: Partial<Filter>): number[] {
+    const passes = filter.passes({ terms: [], formsOff: [], kindsOff: [], ...changes });
+    return [...passing(givenOrder(passes.length), passes)];
+}
+
+test("without terms all rules pass", () => {
+    expect(rules({})).toEqual([0, 1, 2, 3, 4, 5]);
+});
+
+test("an item is looked for on both sides, or on one", () => {
+    expect(rules({ terms: ["survived=yes"] })).toEqual([1, 2, 5]);
+    expect(rules({ terms: ["if:crew"] })).toEqual([0]);
+    expect(rules({ terms: ["then:crew"] })).toEqual([4]);
+});
+
+test("what is denied is named, too", () => {
+    expect(rules({ terms: ["crew"] })).toEqual([0, 4]);
+});
+
+test("minus leaves out, on both sides or on one", () => {
+    expect(rules({ terms: ["-survived=yes"] })).toEqual([0, 3, 4]);
+    expect(rules({ terms: ["-if:child"] })).toEqual([0, 2, 5]);
+});
+
+test("all terms must hold", () => {
+    expect(rules({ terms: ["child", "-third", "lift>1.7"] })).toEqual([1, 3]);
+});
+
+test("a column is asked for by its name", () => {
+    expect(rules({ terms: ["then:class=*"] })).toEqual([1, 3, 4, 5]);
+});
+
+test("percentages beside counts are of all transactions", () => {
+    // 5 % of 2,201 are 110.05.
+    expect(rules({ terms: ["support<5%"] })).toEqual([3, 4]);
+    expect(rules({ terms: ["confidence>=95%"] })).toEqual([1, 4, 5]);
+});
+
+test("what is equal passes where the comparison says so", () => {
+    expect(rules({ terms: ["support>514"] })).toEqual([0]);
+    expect(rules({ terms: ["support>=514"] })).toEqual([0, 1]);
+    expect(rules({ terms: ["support=109"] })).toEqual([4]);
+});
+
+test("forms and kinds can be switched off", () => {
+    expect(rules({ formsOff: ["R111", "R131"] })).toEqual([1, 3, 4]);
+    expect(rules({ kindsOff: ["approximative"] })).toEqual([4]);
+    expect(rules({ kindsOff: ["exact"], terms: ["child"] })).toEqual([1, 3]);
+});
+
+test("a term that asks for nothing yet leaves all rules", () => {
+    expect(rules({ terms: ["then:"] })).toHaveLength(6);
+});
+
+test("an item is found by the words of a side that names the rest of a column", () => {
+    const book = bookOf(
+        madeBlob({
+            transactions: 9,
+            names: ["sex=male", "sex=female", "a"],
+            columns: [{ name: "sex", items: [0, 1], exclusive: true, exhaustive: true }],
+            rules: [
+                {
+                    // "sex=male and not a"
+                    premise: { items: [1, 2], isNegated: true, count: 3 },
+                    conclusion: { items: [2], count: 4 },
+                    exceptions: 1,
+                },
+            ],
+        }).buffer,
+    );
+    const of = new RuleFilter(book, new Quantities(book));
+    const passes = (term: string) => of.passes({ terms: [term], formsOff: [], kindsOff: [] })[0];
+    expect([passes("sex=male"), passes("sex=female"), passes("if:a")]).toEqual([1, 0, 1]);
+});
+
+test("of a rule that is not known exactly the certain end counts", () => {
+    const book = bookOf(
+        madeBlob({
+            transactions: 10,
+            names: ["a", "b"],
+            rules: [
+                {
+                    premise: { items: [0], count: 8 },
+                    conclusion: { items: [1], count: 5, spread: 2 },
+                    exceptions: 4,
+                    slope: 1,
+                },
+            ],
+        }).buffer,
+    );
+    const of = new RuleFilter(book, new Quantities(book));
+    // Its confidence is between 0.5 and 0.75.
+    const passes = (term: string) => of.passes({ terms: [term], formsOff: [], kindsOff: [] })[0];
+    expect(passes("confidence>=0.5")).toBe(1);
+    expect(passes("confidence>0.6")).toBe(0);
+    expect(passes("confidence<0.7")).toBe(0);
+    expect(passes("confidence<=0.75")).toBe(1);
+    expect(of.kinds[0]).toBe(2);
+});
+
+test("a value that is not defined is in no range", () => {
+    const book = bookOf(
+        madeBlob({
+            transactions: 10,
+            names: ["a", "b"],
+            rules: [
+                { premise: { items: [0], count: 0 }, conclusion: { items: [1], count: 5 }, exceptions: 0 },
+            ],
+        }).buffer,
+    );
+    const of = new RuleFilter(book, new Quantities(book));
+    for (const term of ["lift>0", "lift<5", "lift>=0"]) {
+        expect(of.passes({ terms: [term], formsOff: [], kindsOff: [] })[0], term).toBe(0);
+    }
+});
