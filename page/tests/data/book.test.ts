@@ -7,11 +7,26 @@ import { titanicBook } from "../support/titanic.ts";
 const small: MadeBook = {
     transactions: 10,
     names: ["a=1", null, "b"],
-    rules: [{ premise: { items: [0], count: 4 }, conclusion: { items: [1, 2], isNegated: true, count: 5 }, exceptions: 1 }],
+    rules: [
+        {
+            premise: { items: [0], count: 4 },
+            conclusion: { items: [1, 2], isNegated: true, count: 5 },
+            exceptions: 1,
+        },
+    ],
     classes: [
         { count: 4, ownItems: [0], lowers: [], essentials: [] },
         { count: 5, ownItems: [2], lowers: [], essentials: [] },
-        { count: 9, ownItems: [1], lowers: [0, 1], essentials: [[0, 1], [1, 2]], moreUppers: 3 },
+        {
+            count: 9,
+            ownItems: [1],
+            lowers: [0, 1],
+            essentials: [
+                [0, 1],
+                [1, 2],
+            ],
+            moreUppers: 3,
+        },
     ],
 };
 

@@ -14,7 +14,8 @@ function extremes(name: string, first: Table, second: Table): { low: number; hig
     );
     const values = [];
     for (let step = 0; step <= steps; ++step) {
-        const at = (from: number, to: number) => from + Math.sign(to - from) * Math.min(step, Math.abs(to - from));
+        const at = (from: number, to: number) =>
+            from + Math.sign(to - from) * Math.min(step, Math.abs(to - from));
         values.push(
             measures[name]!(at(first.x, second.x), at(first.y, second.y), at(first.a, second.a), first.n),
         );
@@ -59,6 +60,11 @@ test("the bounds of a known table are its value", () => {
 });
 
 test("an infinite value at an end is the upper bound", () => {
-    const bounds = boundsOf(measures["conviction"]!, "", { x: 4, y: 5, a: 3, n: 10 }, { x: 4, y: 5, a: 4, n: 10 });
+    const bounds = boundsOf(
+        measures["conviction"]!,
+        "",
+        { x: 4, y: 5, a: 3, n: 10 },
+        { x: 4, y: 5, a: 4, n: 10 },
+    );
     expect(bounds).toEqual({ low: 2, high: Infinity });
 });

@@ -17,7 +17,9 @@ test("the order is that of a plain sort", () => {
     const random = randomNumbers(3);
     const values = Array.from({ length: 5_000 }, () => (random(400) - 200) / (1 + random(7)));
     const plainly = (sign: number) =>
-        values.map((_, rule) => rule).sort((one, other) => sign * (values[one]! - values[other]!) || one - other);
+        values
+            .map((_, rule) => rule)
+            .sort((one, other) => sign * (values[one]! - values[other]!) || one - other);
     expect(ordered(values, true)).toEqual(plainly(1));
     expect(ordered(values, false)).toEqual(plainly(-1));
 });

@@ -59,7 +59,9 @@ function saidOf(rule: Partial<MadeRule> & { x: number; y: number }): readonly st
 test("what holds in no case, never, or just as often is said so", () => {
     expect(saidOf({ x: 0, y: 5 })[0]).toBe("of which there is no case");
     expect(saidOf({ x: 4, y: 5, exceptions: 4 })[0]).toBe("then never");
-    expect(saidOf({ x: 4, y: 5, exceptions: 2 })[1]).toBe("2 of 4, against 5 of all 10 (50 %): just as often as in general");
+    expect(saidOf({ x: 4, y: 5, exceptions: 2 })[1]).toBe(
+        "2 of 4, against 5 of all 10 (50 %): just as often as in general",
+    );
     expect(saidOf({ x: 1, y: 5 })[1]).toContain("in the only case, against 5 of all 10");
 });
 

@@ -12,7 +12,12 @@ function itemTerm(text: string): ItemTerm {
 }
 
 test("terms are parted by blanks, but not within quotes", () => {
-    expect(termsOf('milk -bread  then:"whole milk" "a \\" b"')).toEqual(["milk", "-bread", 'then:"whole milk"', '"a \\" b"']);
+    expect(termsOf('milk -bread  then:"whole milk" "a \\" b"')).toEqual([
+        "milk",
+        "-bread",
+        'then:"whole milk"',
+        '"a \\" b"',
+    ]);
     expect(termsOf('milk "not yet clo')).toEqual(["milk", '"not yet clo']);
     expect(termsOf("  ")).toEqual([]);
 });
@@ -57,14 +62,25 @@ test("comparisons are read with their limits", () => {
         from: { value: 1.2, isPercent: false, isIncluded: false },
         to: undefined,
     });
-    expect(termOf("support>=5%", quantities)).toMatchObject({ from: { value: 0.05, isPercent: true, isIncluded: true } });
-    expect(termOf("p<=-1e-3", quantities)).toMatchObject({ from: undefined, to: { value: -0.001, isIncluded: true } });
+    expect(termOf("support>=5%", quantities)).toMatchObject({
+        from: { value: 0.05, isPercent: true, isIncluded: true },
+    });
+    expect(termOf("p<=-1e-3", quantities)).toMatchObject({
+        from: undefined,
+        to: { value: -0.001, isIncluded: true },
+    });
     expect(termOf("items=2", quantities)).toMatchObject({ from: { value: 2 }, to: { value: 2 } });
 });
 
 test("a range may be open at an end", () => {
-    expect(termOf(rangeText("lift", 1.5, undefined), quantities)).toMatchObject({ from: { value: 1.5 }, to: undefined });
-    expect(termOf("lift:1..2", quantities)).toMatchObject({ from: { value: 1 }, to: { value: 2, isIncluded: true } });
+    expect(termOf(rangeText("lift", 1.5, undefined), quantities)).toMatchObject({
+        from: { value: 1.5 },
+        to: undefined,
+    });
+    expect(termOf("lift:1..2", quantities)).toMatchObject({
+        from: { value: 1 },
+        to: { value: 2, isIncluded: true },
+    });
 });
 
 test("a beginning that fits one quantity stands for it", () => {

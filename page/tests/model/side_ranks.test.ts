@@ -17,8 +17,17 @@ test("sides are ranked by names, numbers in them as numbers, then by sign", asyn
     const book = bookOf(madeBlob({ transactions: 9, names: ["item 10", "item 9", "apple"], rules }).buffer);
     const words = new SideWords(book);
     const ranks = await sideRanks(book, noPause);
-    const texts = [...ranks.keys()].sort((one, other) => ranks[one]! - ranks[other]!).map((each) => words.text(each));
-    expect(texts).toEqual(["apple", "item 9", "item 9 or apple", "item 10", "not item 10", "item 10 or apple"]);
+    const texts = [...ranks.keys()]
+        .sort((one, other) => ranks[one]! - ranks[other]!)
+        .map((each) => words.text(each));
+    expect(texts).toEqual([
+        "apple",
+        "item 9",
+        "item 9 or apple",
+        "item 10",
+        "not item 10",
+        "item 10 or apple",
+    ]);
 });
 
 test("many sides get each rank once, in pieces", async () => {

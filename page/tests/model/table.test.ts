@@ -2,7 +2,12 @@ import { expect, test } from "vitest";
 import { cellsOf, excess, ratio } from "../../src/model/table.ts";
 
 test("the cells of a table add up to all transactions", () => {
-    expect(cellsOf({ x: 5, y: 6, a: 4, n: 10 })).toEqual({ both: 4, onlyPremise: 1, onlyConclusion: 2, neither: 3 });
+    expect(cellsOf({ x: 5, y: 6, a: 4, n: 10 })).toEqual({
+        both: 4,
+        onlyPremise: 1,
+        onlyConclusion: 2,
+        neither: 3,
+    });
 });
 
 test("the excess is exact where products are beyond doubles", () => {

@@ -42,9 +42,21 @@ export const titanic: MadeBook = {
         { name: "survived", items: [8, 9], exclusive: true, exhaustive: true },
     ],
     rules: [
-        { premise: sides.crewOrDead, conclusion: sides.male, exceptions: 1702 - 1556, form: "R131", readings: 2 },
+        {
+            premise: sides.crewOrDead,
+            conclusion: sides.male,
+            exceptions: 1702 - 1556,
+            form: "R131",
+            readings: 2,
+        },
         { premise: sides.femaleOrChild, conclusion: sides.thirdOrSurvived, exceptions: 20, form: "R122" },
-        { premise: sides.female, conclusion: sides.survived, exceptions: 470 - 344, form: "R111", wordings: 2 },
+        {
+            premise: sides.female,
+            conclusion: sides.survived,
+            exceptions: 470 - 344,
+            form: "R111",
+            wordings: 2,
+        },
         { premise: sides.child, conclusion: sides.third, exceptions: 109 - 79, form: "R112" },
         { premise: sides.child, conclusion: sides.notCrew, exceptions: 0, form: "R311" },
         { premise: sides.female, conclusion: sides.thirdOrSurvived, exceptions: 470 - 450, form: "R111" },
