@@ -142,22 +142,6 @@ bool ends_with_top(const RuleRequest& request) {
     return !request.is_confirmed;
 }
 
-/// The lines of all steps that left rules out, but for --top where it is the last, which is said with what is
-/// shown.
-std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request) {
-    std::vector<SummaryLine> lines;
-    for (std::size_t i = 0; i < number_of_steps; ++i) {
-        const auto step = static_cast<Step>(i);
-        if (accounting[step] > 0 && (step != Step::top || !ends_with_top(request))) {
-            const StepWords words = words_of(step, accounting, request);
-            const bool is_first = step == Step::chance;  // which shows what the others mean
-            lines.push_back({accounting[step], words.what,
-                             is_first ? keeps(words.options, accounting[step]) : words.options});
-        }
-    }
-    return lines;
-}
-
 SummaryLine last_line(const Accounting& accounting, const RuleRequest& request) {
     return {accounting.left(),
             "shown, by " + std::string(name_of(request.sort)) +
@@ -219,9 +203,9 @@ std::string origin_text(const Accounting& accounting) {
 
 std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request) {
     std::vector<SummaryLine> lines;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(Step::top); ++i) {
+    for (std::size_t i = 0; i < number_of_steps; ++i) {
         const auto step = static_cast<Step>(i);
-        if (accounting[step] > 0) {
+        if (accounting[step] > 0 && (step != Step::top || !ends_with_top(request))) {
             const StepWords words = words_of(step, accounting, request);
             const bool is_first = step == Step::chance;  // which shows what the others mean
             lines.push_back({accounting[step], words.what,

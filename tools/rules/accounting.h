@@ -59,8 +59,8 @@ struct Accounting {
 /// Where the rules come from: "119 classes, 2,201 transactions".
 std::string origin_text(const Accounting& accounting);
 
-/// A line for each step that left rules out, in their order, with the option that undoes it; but for the last
-/// step, which is told by beyond_text.
+/// A line for each step that left rules out, in their order, with the option that undoes it; but for --top
+/// where it is the last one, which beyond_text tells.
 std::vector<SummaryLine> step_lines(const Accounting& accounting, const RuleRequest& request);
 
 /// Which option tells the rules beyond those that are told, or what else does: "--top 0 shows all 420". Empty
