@@ -103,6 +103,9 @@ async function page() {
     if (/<\/script|<!--/i.test(script) || /<\/style/i.test(style)) {
         throw new Error("the program would end its own element");
     }
+    if (/%KORV_(?:TITLE|DATA)%/.test(script + style)) {
+        throw new Error("the program has a mark of the page");
+    }
     const policy = [
         "default-src 'none'",
         `script-src ${hashOf(script)}`,
@@ -111,6 +114,7 @@ async function page() {
         "form-action 'none'",
     ].join("; ");
     const template = await readFile(path.join(root, "index.html"), "utf8");
+    checkMarks(template);
     return template
         .replace("%POLICY%", () => policy)
         .replace("%STYLE%", () => style)
@@ -118,20 +122,26 @@ async function page() {
 }
 
 /**
- * Throws unless the page has each mark once.
- * @param {string} text
+ * Throws unless the template has each mark once, alone in its element: the policy allows these bytes and no others.
+ * @param {string} template
  */
-function checkMarks(text) {
-    for (const mark of ["%KORV_TITLE%", "%KORV_DATA%"]) {
-        if (text.split(mark).length !== 2) {
-            throw new Error(`${mark} is not there exactly once`);
+function checkMarks(template) {
+    const places = [
+        'content="%POLICY%"',
+        "<title>%KORV_TITLE%</title>",
+        "<style>%STYLE%</style>",
+        '<script type="text/plain" id="korv-data">%KORV_DATA%</script>',
+        '<script type="module">%SCRIPT%</script>',
+    ];
+    for (const place of places) {
+        if (template.split(place).length !== 2) {
+            throw new Error(`index.html: found no single ${place}`);
         }
     }
 }
 
 const output = path.resolve(root, process.argv[2] ?? "dist/page.html");
 const text = await page();
-checkMarks(text);
 await mkdir(path.dirname(output), { recursive: true });
 await writeFile(output, text);
 console.log(`${path.relative(process.cwd(), output)}: ${Buffer.byteLength(text).toLocaleString("en")} bytes`);

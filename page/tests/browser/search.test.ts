@@ -1,0 +1,117 @@
+import type { Page } from "playwright-core";
+import { expect, test } from "vitest";
+import { shownCount, shownRules, TestBrowser } from "../support/browser.ts";
+import { madeBlob } from "../support/made_book.ts";
+import { titanic } from "../support/titanic.ts";
+
+const browser = new TestBrowser();
+const blob = madeBlob(titanic);
+
+const field = (page: Page) => page.getByRole("searchbox", { name: "Search rules" });
+
+test("rules are filtered while one types", async () => {
+    const page = await browser.open(blob);
+    await field(page).pressSequentially("crew");
+    expect(await shownRules(page)).toEqual([
+        "class=crew or survived=no => sex=male",
+        "age=child => class not crew",
+    ]);
+    expect(await shownCount(page)).toBe("2 of 6 rules");
+});
+
+test("Enter makes chips of what is typed, and all of them must hold", async () => {
+    const page = await browser.open(blob);
+    await field(page).fill("then:survived=yes -child lift>1.2");
+    await field(page).press("Enter");
+    expect(await page.locator(".chips .chip > span").allInnerTexts()).toEqual([
+        "then: survived=yes",
+        "not child",
+        "lift > 1.20",
+    ]);
+    expect(await field(page).inputValue()).toBe("");
+    expect(await shownRules(page)).toEqual([
+        "sex=female => survived=yes",
+        "sex=female => class=3rd or survived=yes",
+    ]);
+});
+
+test("a chip is taken away by its button, and the last one by Backspace", async () => {
+    const page = await browser.open(blob, { fragment: "q=child&q=crew" });
+    expect(await shownCount(page)).toBe("1 of 6 rules");
+    await page.getByRole("button", { name: "Remove the filter crew" }).click();
+    expect(await shownCount(page)).toBe("3 of 6 rules");
+    await field(page).press("Backspace");
+    expect(await shownCount(page)).toBe("All 6 rules");
+});
+
+test("where no rule fits, the filters are offered for loosening, the most helpful first", async () => {
+    const page = await browser.open(blob, { fragment: "q=child&q=lift>2.2&q=crew" });
+    await page.getByRole("heading", { name: "No rule fits all filters" }).waitFor();
+    expect(await page.locator(".no-rules li").allInnerTexts()).toEqual(
+        ["Without “child”\n0 rules", "Without “lift > 2.20”\n1 rule", "Without “crew”\n1 rule"].sort(
+            (one, other) => Number(one.includes("0 rules")) - Number(other.includes("0 rules")),
+        ),
+    );
+    await page.getByRole("button", { name: "Without “lift > 2.20”" }).click();
+    expect(await shownRules(page)).toEqual(["age=child => class not crew"]);
+});
+
+test("a range is chosen by dragging over a histogram, shown as a chip, and given up by a click", async () => {
+    const page = await browser.open(blob);
+    const plot = page.locator(".histogram", { hasText: "confidence" }).locator("svg");
+    const box = (await plot.boundingBox())!;
+    const y = box.y + box.height / 2;
+    await page.mouse.move(box.x + box.width * 0.5, y);
+    await page.mouse.down();
+    await page.mouse.move(box.x + box.width * 0.8, y, { steps: 4 });
+    await page.mouse.move(box.x + box.width + 20, y);
+    await page.mouse.up();
+    // Confidences lie between 0.72 and 1; the axis is from 0.72 to 1, its middle at 0.86.
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("confidence ≥ 0.860");
+    expect(await shownCount(page)).toBe("4 of 6 rules");
+    await plot.click({ position: { x: 10, y: 10 } });
+    expect(await shownCount(page)).toBe("All 6 rules");
+});
+
+test("a range can be typed beside its histogram", async () => {
+    const page = await browser.open(blob);
+    await page.getByRole("textbox", { name: "support to" }).fill("350");
+    await page.getByRole("textbox", { name: "support to" }).press("Tab");
+    expect(await shownCount(page)).toBe("3 of 6 rules");
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("support ≤ 350");
+});
+
+test("kinds and forms can be switched off", async () => {
+    const page = await browser.open(blob);
+    await page.getByRole("checkbox", { name: "with exceptions" }).uncheck();
+    expect(await shownRules(page)).toEqual(["age=child => class not crew"]);
+    await page.getByText("Clear filters").click();
+    await page.getByText("Forms of rules").click();
+    await page.getByRole("checkbox", { name: /R111/u }).uncheck();
+    expect(await shownCount(page)).toBe("4 of 6 rules");
+});
+
+test("dragging over the map chooses rules by both of its quantities", async () => {
+    const page = await browser.open(blob, { fragment: "x=lift&y=confidence" });
+    const box = (await page.locator(".plot").boundingBox())!;
+    // The upper right of the map: a lift above some 1.6, a confidence above some 0.8.
+    await page.mouse.move(box.x + 52 + (box.width - 66) * 0.45, box.y + 10 + (box.height - 34) * 0.6);
+    await page.mouse.down();
+    await page.mouse.move(box.x + box.width - 2, box.y + 2, { steps: 5 });
+    await page.mouse.up();
+    const chips = await page.locator(".chips .chip > span").allInnerTexts();
+    expect(chips.map((chip) => chip.replace(/[\d.]+$/u, "…"))).toEqual(["lift ≥ …", "confidence ≥ …"]);
+    expect(await shownRules(page)).toEqual([
+        "sex=female or age=child => class=3rd or survived=yes",
+        "age=child => class not crew",
+        "sex=female => class=3rd or survived=yes",
+    ]);
+});
+
+test("a click on a point of the map looks at its rule", async () => {
+    const page = await browser.open(madeBlob({ ...titanic, rules: titanic.rules.slice(4, 5) }));
+    const box = (await page.locator(".plot").boundingBox())!;
+    // The only point is in the middle of both axes.
+    await page.mouse.click(box.x + 52 + (box.width - 66) / 2, box.y + 10 + (box.height - 34) / 2);
+    expect(await page.locator(".said").innerText()).toContain("class not crew");
+});

@@ -1,0 +1,117 @@
+import { expect, test } from "vitest";
+import { shownRules, TestBrowser } from "../support/browser.ts";
+import { largeBlob } from "../support/large_book.ts";
+import { madeBlob } from "../support/made_book.ts";
+import { titanic } from "../support/titanic.ts";
+
+const browser = new TestBrowser();
+const blob = madeBlob(titanic);
+
+test("numbers are sorted from the largest, and once more from the smallest", async () => {
+    const page = await browser.open(blob);
+    const column = page.getByRole("columnheader", { name: "lift" });
+    await column.getByRole("button").click();
+    expect((await shownRules(page)).slice(0, 2)).toEqual([
+        "sex=female => survived=yes",
+        "age=child => class=3rd",
+    ]);
+    expect(await column.getAttribute("aria-sort")).toBe("descending");
+    await column.getByRole("button").click();
+    expect((await shownRules(page))[0]).toBe("class=crew or survived=no => sex=male");
+    expect(await column.getAttribute("aria-sort")).toBe("ascending");
+});
+
+test("sides are sorted by their names", async () => {
+    const page = await browser.open(blob);
+    await page.getByRole("columnheader", { name: "If" }).getByRole("button").click();
+    await page.waitForFunction(() => document.querySelector("[aria-sort=ascending]")?.textContent === "If");
+    await expect
+        .poll(() => shownRules(page))
+        .toEqual([
+            "age=child => class=3rd",
+            "age=child => class not crew",
+            "class=crew or survived=no => sex=male",
+            "sex=female => survived=yes",
+            "sex=female => class=3rd or survived=yes",
+            "sex=female or age=child => class=3rd or survived=yes",
+        ]);
+});
+
+test("the order of the program comes back", async () => {
+    const page = await browser.open(blob, { fragment: "sort=lift" });
+    await page.getByRole("columnheader", { name: "#" }).getByRole("button").click();
+    expect((await shownRules(page))[0]).toBe("class=crew or survived=no => sex=male");
+});
+
+test("columns can be chosen", async () => {
+    const page = await browser.open(blob);
+    await page.getByText("Columns").click();
+    await page.getByRole("checkbox", { name: "conviction" }).check();
+    await page.getByRole("checkbox", { name: "leverage" }).uncheck();
+    const heads = await page.getByRole("columnheader").allInnerTexts();
+    expect(heads.map((head) => head.replace(/ .$/u, ""))).toEqual([
+        "#",
+        "If",
+        "then",
+        "support",
+        "confidence",
+        "lift",
+        "conviction",
+    ]);
+    expect(
+        await page.locator(".row", { hasText: "class not crew" }).locator(".number").last().innerText(),
+    ).toBe("∞");
+});
+
+test("what is not known exactly is a range with a band", async () => {
+    const rule = {
+        premise: { items: [0], count: 8 },
+        conclusion: { items: [1], count: 5, spread: 2 },
+        exceptions: 4,
+        slope: 1,
+    };
+    const page = await browser.open(madeBlob({ transactions: 10, names: ["a", "b"], rules: [rule] }));
+    const cell = page.locator(".row .number").nth(1);
+    expect(await cell.innerText()).toBe("0.500–0.750");
+    const band = await cell
+        .locator(".bar")
+        .evaluate((bar) => ["--low", "--high"].map((name) => bar.style.getPropertyValue(name)));
+    expect(band[0]).not.toBe(band[1]);
+});
+
+test("a million rules scroll to the last one and back", async () => {
+    const page = await browser.open(largeBlob(1_000_000));
+    const grid = page.getByRole("grid");
+    expect(await grid.getAttribute("aria-rowcount")).toBe("1000001");
+    expect(await page.locator(".row").count()).toBeLessThan(60);
+    await grid.evaluate((element) => {
+        element.scrollTop = element.scrollHeight;
+    });
+    await page.locator('.row[aria-rowindex="1000001"]:visible').waitFor();
+    const box = (await grid.boundingBox())!;
+    const last = (await page.locator('.row[aria-rowindex="1000001"]').boundingBox())!;
+    expect(last.y + last.height).toBeLessThanOrEqual(box.y + box.height + 1);
+    expect(await page.locator('.row[aria-rowindex="1000001"] .id').innerText()).toBe("1,000,000");
+    await grid.evaluate((element) => {
+        element.scrollTop = 0;
+    });
+    await page.locator('.row[aria-rowindex="2"]:visible').waitFor();
+});
+
+test("one can scroll over neighbouring rows of a million", async () => {
+    const page = await browser.open(largeBlob(1_000_000));
+    const grid = page.getByRole("grid");
+    const first = () =>
+        page
+            .locator(".row:visible")
+            .evaluateAll((rows) => Math.min(...rows.map((row) => Number(row.getAttribute("aria-rowindex")))));
+    await grid.evaluate((element) => {
+        element.scrollTop = 5_000_000;
+    });
+    await expect.poll(first).toBeGreaterThan(1_000);
+    const before = await first();
+    await grid.evaluate((element) => {
+        element.scrollTop += 420; // ten rows
+    });
+    await expect.poll(first).toBe(before + 10);
+});

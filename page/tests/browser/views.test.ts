@@ -1,0 +1,78 @@
+import { expect, test } from "vitest";
+import { shownRules, TestBrowser } from "../support/browser.ts";
+import { madeBlob } from "../support/made_book.ts";
+import { titanic } from "../support/titanic.ts";
+
+const browser = new TestBrowser();
+const blob = madeBlob(titanic);
+
+test("items are told with how often they stand on either side", async () => {
+    const page = await browser.open(blob);
+    await page.getByRole("button", { name: "Items" }).click();
+    const rows = await page.locator(".items-view tbody tr").allInnerTexts();
+    expect(rows.slice(0, 2)).toEqual(["sex=female\t470\t3\t–", "age=child\t109\t3\t–"]);
+    expect(rows).toHaveLength(7);
+});
+
+test("a number of the items view leads to its rules", async () => {
+    const page = await browser.open(blob, { fragment: "view=items" });
+    const row = page.locator(".items-view tbody tr", { hasText: "class=3rd" });
+    await row.getByRole("button", { name: "3", exact: true }).click();
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("then: class=3rd");
+    expect(await shownRules(page)).toHaveLength(3);
+});
+
+test("an item is told with its partners", async () => {
+    const page = await browser.open(blob, { fragment: "view=items" });
+    await page.locator(".items-view").getByRole("button", { name: "sex=female" }).click();
+    const partners = page.getByRole("complementary", { name: "The chosen item" });
+    expect(await partners.innerText()).toContain("In 470 of 2,201 transactions (21 %).");
+    expect(await partners.locator("li").allInnerTexts()).toEqual([
+        "survived=yes\n3",
+        "class=3rd\n2",
+        "age=child\n1",
+    ]);
+    await partners.getByRole("button", { name: "class=3rd" }).click();
+    expect(await shownRules(page)).toHaveLength(2);
+});
+
+test("items follow the filters", async () => {
+    const page = await browser.open(blob, { fragment: "view=items&q=crew" });
+    const names = await page.locator(".items-view .name").allInnerTexts();
+    expect(names.toSorted()).toEqual(["age=child", "class=crew", "sex=male", "survived=no"]);
+});
+
+test("exclusions are told with what is seen and what is expected", async () => {
+    const page = await browser.open(blob);
+    await page.getByRole("button", { name: "Exclusions" }).click();
+    expect(await page.locator(".exclusions-view tbody tr").allInnerTexts()).toEqual([
+        "sex=male avoids survived=yes\t367 of 559\t0.656\t559\t94 %\t95.5",
+        "class=crew excludes sex=female\t23 of 189\t0.122\t189\t61 %\t84.2",
+    ]);
+    await page.getByRole("columnheader", { name: "Seen / expected" }).getByRole("button").click();
+    expect(await page.locator(".exclusions-view tbody tr").first().innerText()).toContain(
+        "class=crew excludes",
+    );
+});
+
+test("exclusions follow the search, and lead to rules", async () => {
+    const page = await browser.open(blob, { fragment: "view=exclusions" });
+    await page.getByRole("searchbox").fill("crew");
+    expect(await page.locator(".exclusions-view tbody tr").count()).toBe(1);
+    await page.locator(".exclusions-view").getByRole("button", { name: "class=crew" }).click();
+    expect(await shownRules(page)).toHaveLength(2);
+});
+
+test("without transactions the page says what brings exclusions", async () => {
+    const exclusions = {
+        known: false,
+        shown: 0,
+        left_out: 0,
+        why: "--database FILE counts them.",
+        alpha: 0.05,
+    };
+    const page = await browser.open(madeBlob({ ...titanic, exclusions: [], header: { exclusions } }), {
+        fragment: "view=exclusions",
+    });
+    expect(await page.locator(".exclusions-view").innerText()).toContain("--database FILE counts them.");
+});
