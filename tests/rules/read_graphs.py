@@ -108,7 +108,7 @@ class Graphs(unittest.TestCase):
         done = subprocess.run(["gvpr", program], input=text, check=True, capture_output=True, text=True)
         found = [(int(re.search(r"support ([\d,]+),", line)[1].replace(",", "")), float(line.split(" ")[0]))
                  for line in done.stdout.splitlines()]
-        self.assertEqual(len(found), 46)
+        self.assertEqual(len(found), 42)
         largest = max(support for support, _ in found)
         for support, width in found:
             self.assertAlmostEqual(width, 1 + 5 * support / largest, delta=0.051)
