@@ -16,9 +16,8 @@ struct PlacedClass {
     std::uint32_t line;
 };
 
-Error class_error(const std::string& name, const PlacedClass& place, const std::string& found,
-                  const std::string& expected) {
-    return input_error(name, {place.line, 1}, found, expected);
+Error class_error(const std::string& name, const PlacedClass& place, const Disagreement& words) {
+    return input_error(name, {place.line, 1}, words.found, words.expected);
 }
 
 /// The first line whose class `is_wanted` asks for; the end of the classes and 0 where there is none.
@@ -42,20 +41,8 @@ void require_supports_up_to(Count transactions, const ClassMap& classes,
     const PlacedClass first = first_class(
         classes, lines, [transactions](NodeRef node) { return node->second.support > transactions; });
     if (first.node != classes.end()) {
-        throw class_error(name, first, "the support " + std::to_string(first.node->second.support),
-                          std::to_string(transactions) + " at most, the number of transactions");
+        throw class_error(name, first, support_above(first.node->second.support, transactions));
     }
-}
-
-/// The key of a class that lies within an itemset; nullptr when there is none.
-const Itemset* key_within(NodeRef of_class, const Itemset& itemset) {
-    const std::vector<Itemset>& essentials = of_class->second.essentials;
-    if (essentials.empty()) {
-        return is_contained(of_class->first, itemset) ? &of_class->first : nullptr;
-    }
-    const auto within = std::ranges::find_if(
-        essentials, [&itemset](const Itemset& essential) { return is_contained(essential, itemset); });
-    return within == essentials.end() ? nullptr : &*within;
 }
 
 /// The first line of another class of no smaller support that has a key within a class.
@@ -78,15 +65,38 @@ PlacedClass first_of(const std::vector<NodeRef>& some, const ClassMap& classes,
 }
 
 [[noreturn]] void fail(const PlacedClass& contradicted, const PlacedClass& other, const std::string& name) {
-    std::string key;
-    append_items(*key_within(other.node, contradicted.node->first), key);
-    throw class_error(name, contradicted, "the support " + std::to_string(contradicted.node->second.support),
-                      "more than " + std::to_string(other.node->second.support) + ", the support of line " +
-                          std::to_string(other.line) + ", whose itemset " + shown(key) +
-                          " lies within the closed itemset");
+    const Disagreement words =
+        support_not_larger(contradicted.node->second.support, other.node->second.support, other.line,
+                           *key_within(other.node, contradicted.node->first));
+    throw class_error(name, contradicted, words);
 }
 
 }  // namespace
+
+Disagreement support_above(Count support, Count transactions) {
+    return {"the support " + std::to_string(support),
+            std::to_string(transactions) + " at most, the number of transactions"};
+}
+
+Disagreement support_not_larger(Count support, Count other_support, std::size_t other_line,
+                                const Itemset& key) {
+    std::string items;
+    append_items(key, items);
+    return {"the support " + std::to_string(support), "more than " + std::to_string(other_support) +
+                                                          ", the support of line " +
+                                                          std::to_string(other_line) + ", whose itemset " +
+                                                          shown(items) + " lies within the closed itemset"};
+}
+
+const Itemset* key_within(NodeRef of_class, const Itemset& itemset) {
+    const std::vector<Itemset>& essentials = of_class->second.essentials;
+    if (essentials.empty()) {
+        return is_contained(of_class->first, itemset) ? &of_class->first : nullptr;
+    }
+    const auto within = std::ranges::find_if(
+        essentials, [&itemset](const Itemset& essential) { return is_contained(essential, itemset); });
+    return within == essentials.end() ? nullptr : &*within;
+}
 
 void require_agreement(const ClassMap& classes, const std::vector<std::uint32_t>& lines,
                        const std::string& name, Count transactions, DifferenceSupports& supports) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,6 +10,23 @@
 #include "engine/difference_supports.h"
 
 namespace korv::tools {
+
+/// What is found in a class, and what is expected instead, in words.
+struct Disagreement {
+    std::string found;
+    std::string expected;
+};
+
+/// The words for a support above the number of transactions.
+Disagreement support_above(Count support, Count transactions);
+
+/// The words for a support that is not larger than that of another class, which has a key within this one.
+Disagreement support_not_larger(Count support, Count other_support, std::size_t other_line,
+                                const Itemset& key);
+
+/// The key of a class that lies within an itemset: the first essential itemset that does, or the closed
+/// itemset of a class that stores none; nullptr when there is none.
+const Itemset* key_within(NodeRef of_class, const Itemset& itemset);
 
 /// Throws Error, which names the lines, where classes contradict each other, as those of a database never do:
 /// where a support is above `transactions`, and where within a closed itemset lies a key of another class

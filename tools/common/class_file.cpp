@@ -7,8 +7,6 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "common/error.h"
-#include "io/class_loading.h"
 
 namespace korv::tools {
 
@@ -41,54 +39,19 @@ std::string_view name_of(char byte) {
     }
 }
 
-/// The class of a record as korv stores it.
-std::pair<Itemset, data> class_of(const ClassRecordReader& record) {
-    std::pair<Itemset, data> result = {record.closed_itemset(), {record.support(), {}}};
-    const ItemsetTable& essentials = record.essentials();
-    if (essentials[0].size() == result.first.size()) {
-        return result;
-    }
-    result.second.essentials.reserve(essentials.size());
-    for (std::size_t i = 0; i < essentials.size(); ++i) {
-        result.second.essentials.emplace_back(essentials[i].begin(), essentials[i].end());
-    }
-    return result;
-}
-
-/// The numbers of the lines, from 0, by their closed itemsets; of equal ones the first line comes first.
-std::vector<std::uint32_t> lines_in_order(const Records& records) {
-    constexpr unsigned item_bits = 16;
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> keys;
-    keys.reserve(records.size());
-    for (std::size_t line = 0; line < records.size(); ++line) {
-        keys.emplace_back(beginning(records[line].first, item_bits), static_cast<std::uint32_t>(line));
-    }
-    std::ranges::sort(keys, [&records](const auto& a, const auto& b) {
-        if (a.first != b.first) {
-            return a.first < b.first;
-        }
-        const auto order = records[a.second].first <=> records[b.second].first;
-        return std::is_eq(order) ? a.second < b.second : std::is_lt(order);
-    });
-    std::vector<std::uint32_t> lines(keys.size());
-    std::ranges::transform(keys, lines.begin(), &std::pair<std::uint64_t, std::uint32_t>::second);
-    return lines;
-}
-
 /// Throws Error for the first line whose closed itemset an earlier line has.
-void require_each_once(const Records& records, const std::vector<std::uint32_t>& in_order,
+void require_each_once(const Records& records, const std::vector<std::uint32_t>& positions,
                        const std::string& name) {
     std::optional<std::pair<std::uint32_t, std::uint32_t>> first;  // the later line, and the earlier one
-    for (std::size_t i = 1; i < in_order.size(); ++i) {
-        const std::pair lines(in_order[i], in_order[i - 1]);
+    for (std::size_t i = 1; i < positions.size(); ++i) {
+        const std::pair lines(positions[i], positions[i - 1]);
         if (records[lines.first].first == records[lines.second].first) {
             first = std::min(first.value_or(lines), lines);
         }
     }
     if (first) {
-        throw input_error(name, {std::size_t{first->first} + 1, 1},
-                          "the closed itemset of line " + std::to_string(first->second + 1) + " again",
-                          "each closed itemset once");
+        throw input_error(name, {std::size_t{first->first} + 1, 1}, found_again(first->second + 1),
+                          expected_once);
     }
 }
 
@@ -107,6 +70,50 @@ bool begins_as_record(std::string_view line) {
 
 }  // namespace
 
+ClassLineFault::ClassLineFault(FindingKind kind, std::string_view file, Place place, std::string_view found,
+                               std::string_view expected)
+    : Error(input_error(file, place, found, expected)),
+      kind_(kind),
+      place_(place),
+      found_(found),
+      expected_(expected) {}
+
+std::pair<Itemset, data> stored_class(const ClassRecordReader& record) {
+    std::pair<Itemset, data> result = {record.closed_itemset(), {record.support(), {}}};
+    const ItemsetTable& essentials = record.essentials();
+    if (essentials[0].size() == result.first.size()) {
+        return result;
+    }
+    result.second.essentials.reserve(essentials.size());
+    for (std::size_t i = 0; i < essentials.size(); ++i) {
+        result.second.essentials.emplace_back(essentials[i].begin(), essentials[i].end());
+    }
+    return result;
+}
+
+std::vector<std::uint32_t> in_order(const Records& records) {
+    constexpr unsigned item_bits = 16;
+    std::vector<std::pair<std::uint64_t, std::uint32_t>> keys;
+    keys.reserve(records.size());
+    for (std::size_t line = 0; line < records.size(); ++line) {
+        keys.emplace_back(beginning(records[line].first, item_bits), static_cast<std::uint32_t>(line));
+    }
+    std::ranges::sort(keys, [&records](const auto& a, const auto& b) {
+        if (a.first != b.first) {
+            return a.first < b.first;
+        }
+        const auto order = records[a.second].first <=> records[b.second].first;
+        return std::is_eq(order) ? a.second < b.second : std::is_lt(order);
+    });
+    std::vector<std::uint32_t> lines(keys.size());
+    std::ranges::transform(keys, lines.begin(), &std::pair<std::uint64_t, std::uint32_t>::second);
+    return lines;
+}
+
+std::string found_again(std::size_t earlier_line) {
+    return "the closed itemset of line " + std::to_string(earlier_line) + " again";
+}
+
 bool ClassRecordReader::next() {
     position_ = next_line_;
     line_begin_ = next_line_;
@@ -115,6 +122,9 @@ bool ClassRecordReader::next() {
     }
     next_line_ = std::min(text_.find('\n', position_), text_.size() - 1) + 1;
     ++line_;
+    unordered_.reset();
+    leading_zeros_.reset();
+    is_in_essentials_ = false;
     read_record();
     return true;
 }
@@ -122,37 +132,54 @@ bool ClassRecordReader::next() {
 void ClassRecordReader::read_record() {
     read_itemset('\t', "a blank and another item, or a tab");
     closed_itemset_ = items_;
-    const std::size_t support_begin = position_;
-    support_ = read_number("a support");
-    if (support_ == 0) {
-        fail(support_begin, "a support of 0", "1 at least");
+    support_begin_ = position_;
+    if (!is_digit(here())) {
+        fail_here(here() == '\n' ? FindingKind::no_essentials : FindingKind::no_support, "a support");
     }
-    take('\t', "a digit, or a tab");
-    read_essentials();
-    if (position_ == text_.size()) {
-        fail_here("an end of the line behind the last comma");
+    support_ = read_number("a support");
+    if (here() != '\t') {
+        fail_here(here() == '\n' ? FindingKind::no_essentials : FindingKind::no_second_tab,
+                  "a digit, or a tab");
     }
     ++position_;
+    is_in_essentials_ = true;
+    read_essentials();
+    if (position_ == text_.size()) {
+        fail_here(FindingKind::no_final_line_end, "an end of the line behind the last comma");
+    }
+    require_support();
+    ++position_;
+}
+
+/// Throws when the support is 0: behind all other faults of the line, since korv reads that as it is.
+void ClassRecordReader::require_support() const {
+    if (support_ == 0) {
+        fail(FindingKind::zero_support, support_begin_, "a support of 0", "1 at least");
+    }
 }
 
 /// Reads the essential itemsets up to the end of the line.
 void ClassRecordReader::read_essentials() {
     const std::size_t begin = position_;
-    bool in_order = true;
+    bool is_in_order = true;
     bool has_closed_itemset = false;
     essentials_.clear();
     do {
-        take(' ', essentials_.size() == 0 ? "a blank and an essential itemset"
-                                          : "a blank and another essential itemset, or the end of the line");
-        const std::size_t itemset_begin = position_;
+        if (here() != ' ') {
+            fail_here(kind_before_essential(),
+                      essentials_.size() == 0
+                          ? "a blank and an essential itemset"
+                          : "a blank and another essential itemset, or the end of the line");
+        }
+        const std::size_t itemset_begin = ++position_;
         read_itemset(',', "a blank and another item, or a comma");
         require_within_closed_itemset(itemset_begin);
         const std::size_t before = essentials_.size();
-        in_order = in_order && (before == 0 || precedes(essentials_[before - 1], items_));
+        is_in_order = is_in_order && (before == 0 || precedes(essentials_[before - 1], items_));
         has_closed_itemset = has_closed_itemset || items_.size() == closed_itemset_.size();
         essentials_.push_back(items_);
     } while (here() != '\n' && position_ < text_.size());
-    if (!in_order) {
+    if (!is_in_order) {
         require_different(begin);
     }
     if (has_closed_itemset && essentials_.size() > 1) {
@@ -160,8 +187,8 @@ void ClassRecordReader::read_essentials() {
         while (essentials_[number].size() != closed_itemset_.size()) {
             ++number;
         }
-        fail(begin_of_essential(begin, number), "the closed itemset as one of several essential itemsets",
-             "smaller ones, or it alone");
+        fail(FindingKind::needless_essential, begin_of_essential(begin, number),
+             "the closed itemset as one of several essential itemsets", "smaller ones, or it alone");
     }
 }
 
@@ -170,10 +197,13 @@ void ClassRecordReader::read_itemset(char end, std::string_view expected_behind_
     const std::size_t begin = position_;
     bool is_ascending = true;
     items_.clear();
-    items_.push_back(read_number("an item number"));
+    items_.push_back(read_item(begin));
     while (here() == ' ') {
-        ++position_;
-        const Item item = read_number("an item number");
+        const std::size_t item_begin = ++position_;
+        const Item item = read_item(begin);
+        if (item < items_.back() && !unordered_) {
+            unordered_ = item_begin;
+        }
         is_ascending = is_ascending && items_.back() < item;
         items_.push_back(item);
     }
@@ -181,7 +211,69 @@ void ClassRecordReader::read_itemset(char end, std::string_view expected_behind_
         std::ranges::sort(items_);
         require_each_item_once(begin);
     }
-    take(end, expected_behind_item);
+    if (here() != end) {
+        fail_here(kind_behind_item(), expected_behind_item);
+    }
+    ++position_;
+}
+
+Item ClassRecordReader::read_item(std::size_t itemset_begin) {
+    constexpr std::string_view noun = "an item number";
+    if (!is_digit(here())) {
+        fail_here(kind_at_item(itemset_begin), noun);
+    }
+    return read_number(noun);
+}
+
+/// Which fault it is that here, where an item is expected, is none.
+FindingKind ClassRecordReader::kind_at_item(std::size_t itemset_begin) const {
+    const bool is_first = position_ == itemset_begin;
+    const char end = is_in_essentials_ ? ',' : '\t';
+    if (here() == ' ' || (here() == end && !is_first)) {
+        return FindingKind::extra_blank;
+    }
+    if (!is_in_essentials_) {
+        if (here() == '\n') {
+            return is_first ? FindingKind::empty_line : FindingKind::no_tab;
+        }
+        if (here() == end) {
+            return FindingKind::no_items;
+        }
+        return is_first && is_comment() ? FindingKind::comment : FindingKind::stray_byte;
+    }
+    if (here() == '\n') {
+        return is_first ? FindingKind::blank_at_end : FindingKind::no_comma;
+    }
+    return here() == end ? FindingKind::empty_essential : FindingKind::stray_byte;
+}
+
+/// Which fault it is that here, behind an item, stands neither a blank nor the end of the itemset.
+FindingKind ClassRecordReader::kind_behind_item() const {
+    if (here() != '\n') {
+        return FindingKind::stray_byte;
+    }
+    return is_in_essentials_ ? FindingKind::no_comma : FindingKind::no_tab;
+}
+
+/// Which fault it is that here, before an essential itemset, stands no blank.
+FindingKind ClassRecordReader::kind_before_essential() const {
+    const bool is_first = essentials_.size() == 0;
+    if (is_digit(here())) {
+        return FindingKind::digit_lost;
+    }
+    if (here() == ',' && !is_first) {
+        return FindingKind::doubled_comma;
+    }
+    if (here() == '\t' && is_first) {
+        return FindingKind::extra_tab;
+    }
+    return here() == '\n' ? FindingKind::no_essentials : FindingKind::stray_byte;
+}
+
+/// Whether the line has neither a digit nor a tab, so that korv finds nothing in it.
+bool ClassRecordReader::is_comment() const {
+    const std::string_view line = text_.substr(line_begin_, next_line_ - line_begin_);
+    return line.find_first_of("0123456789\t") == std::string_view::npos;
 }
 
 Count ClassRecordReader::read_number(std::string_view noun) {
@@ -191,8 +283,8 @@ Count ClassRecordReader::read_number(std::string_view noun) {
         value = value * 10 + static_cast<std::uint64_t>(here() - '0');
     }
     const std::size_t digits = position_ - begin;
-    if (digits == 0) {
-        fail_here(noun);
+    if (digits > 1 && text_[begin] == '0' && !leading_zeros_) {
+        leading_zeros_ = begin;
     }
     if (digits <= most_digits && value <= std::numeric_limits<Count>::max()) {
         return static_cast<Count>(value);
@@ -201,16 +293,9 @@ Count ClassRecordReader::read_number(std::string_view noun) {
     const std::string_view text = text_.substr(begin, digits);
     const auto number = parse_number<Count>(text);
     if (!number) {
-        fail(begin, shown(text), std::string(noun) + " below 4294967296");
+        fail(FindingKind::number_too_large, begin, shown(text), std::string(noun) + " below 4294967296");
     }
     return *number;
-}
-
-void ClassRecordReader::take(char byte, std::string_view expected) {
-    if (here() != byte) {
-        fail_here(expected);
-    }
-    ++position_;
 }
 
 /// Throws Error when the itemset that was just read, which begins at a position, has an item twice.
@@ -223,7 +308,8 @@ void ClassRecordReader::require_each_item_once(std::size_t begin) {
         const std::size_t item_begin = position_;
         const Item item = read_number("an item number");
         if (std::ranges::find(before, item) != before.end()) {
-            fail(item_begin, "the item " + std::to_string(item) + " again", "each item of an itemset once");
+            fail(FindingKind::repeated_item, item_begin, "the item " + std::to_string(item) + " again",
+                 "each item of an itemset once");
         }
         before.push_back(item);
     }
@@ -236,7 +322,9 @@ void ClassRecordReader::require_within_closed_itemset(std::size_t begin) const {
     for (const Item item : items_) {
         next = std::lower_bound(next, closed_itemset_.end(), item);
         if (next == closed_itemset_.end() || *next != item) {
-            fail(begin, "an essential itemset with the item " + std::to_string(item),
+            fail(items_.size() == closed_itemset_.size() ? FindingKind::dropped_essential
+                                                         : FindingKind::foreign_item,
+                 begin, "an essential itemset with the item " + std::to_string(item),
                  "items of the closed itemset alone");
         }
         ++next;
@@ -258,7 +346,8 @@ void ClassRecordReader::require_different(std::size_t begin) const {
         }
     }
     if (first < order.size()) {
-        fail(begin_of_essential(begin, first), "an essential itemset again", "each of them once");
+        fail(FindingKind::repeated_essential, begin_of_essential(begin, first), "an essential itemset again",
+             "each of them once");
     }
 }
 
@@ -271,11 +360,14 @@ std::size_t ClassRecordReader::begin_of_essential(std::size_t begin, std::size_t
     return position + 1;
 }
 
-void ClassRecordReader::fail_here(std::string_view expected) const {
+/// Fails at the byte here. CR and the end of the file are faults of their own, whatever is expected.
+void ClassRecordReader::fail_here(FindingKind kind, std::string_view expected) const {
     if (here() == '\r') {
-        fail(position_, "CR", "lines that end with LF alone (tr -d '\\r' takes CR out)");
+        fail(FindingKind::carriage_return, position_, "CR",
+             "lines that end with LF alone (tr -d '\\r' takes CR out)");
     }
-    fail(position_, shown_at(position_), expected);
+    const bool is_at_end = position_ == text_.size() && kind != FindingKind::no_final_line_end;
+    fail(is_at_end ? FindingKind::cut_off : kind, position_, shown_at(position_), expected);
 }
 
 /// What stands at a position, for messages.
@@ -291,8 +383,9 @@ std::string ClassRecordReader::shown_at(std::size_t position) const {
     return shown(rest.substr(0, rest.find_first_of(" \t,\r\n")));
 }
 
-void ClassRecordReader::fail(std::size_t position, std::string_view found, std::string_view expected) const {
-    throw input_error(input_.name, {line_, position - line_begin_ + 1}, found, expected);
+void ClassRecordReader::fail(FindingKind kind, std::size_t position, std::string_view found,
+                             std::string_view expected) const {
+    throw ClassLineFault(kind, input_.name, {line_, position - line_begin_ + 1}, found, expected);
 }
 
 ClassFile read_class_file(TextInput input) {
@@ -302,20 +395,19 @@ ClassFile read_class_file(TextInput input) {
     std::optional<Error> fault;
     try {
         for (ClassRecordReader reader(input); reader.next();) {
-            records.push_back(class_of(reader));
+            records.push_back(stored_class(reader));
         }
     } catch (const Error& error) {
         fault = error;
     }
     std::string().swap(input.text);  // an assignment would keep the memory
-    file.lines = lines_in_order(records);
+    file.lines = in_order(records);
     require_each_once(records, file.lines, input.name);
     if (fault) {
         throw Error(*fault);
     }
     if (records.empty()) {
-        throw input_error(input.name, {1, 1}, "an empty file",
-                          "classes: items, a tab, a support, a tab, essential itemsets");
+        throw input_error(input.name, {1, 1}, found_no_class, expected_classes);
     }
     // A map is filled fastest in its order, and read fastest afterwards.
     for (std::uint32_t& line : file.lines) {
