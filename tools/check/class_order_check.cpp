@@ -1,0 +1,263 @@
+#include "check/class_order_check.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "base/itemset_table.h"
+#include "base/number_text.h"
+#include "common/class_agreement.h"
+#include "index/item_index.h"
+#include "index/item_numbering.h"
+
+namespace korv::tools {
+
+namespace {
+
+/// A class with its line.
+struct ColumnClass {
+    NodeRef node;
+    std::uint32_t line;
+
+    const Itemset& closed_itemset() const { return node->first; }
+    Count support() const { return node->second.support; }
+    const std::vector<Itemset>& essentials() const { return node->second.essentials; }
+};
+
+/// The classes by support, then by size, then in their order.
+std::vector<ColumnClass> by_support(const CheckedClasses& checked) {
+    std::vector<ColumnClass> placed;
+    placed.reserve(checked.classes.size());
+    auto line = checked.lines.begin();
+    for (NodeRef node = checked.classes.begin(); node != checked.classes.end(); ++node, ++line) {
+        placed.push_back({node, *line});
+    }
+    std::ranges::stable_sort(placed, [](const ColumnClass& a, const ColumnClass& b) {
+        return std::pair(a.support(), a.closed_itemset().size()) <
+               std::pair(b.support(), b.closed_itemset().size());
+    });
+    return placed;
+}
+
+ItemNumbering numbering_of(const std::vector<ColumnClass>& placed) {
+    std::vector<const Itemset*> family;
+    family.reserve(placed.size());
+    for (const ColumnClass& each : placed) {
+        family.push_back(&each.closed_itemset());
+    }
+    return ItemNumbering(family);
+}
+
+ItemsetTable in_numbers(const std::vector<ColumnClass>& placed, const ItemNumbering& numbering) {
+    std::size_t items = 0;
+    for (const ColumnClass& each : placed) {
+        items += each.closed_itemset().size();
+    }
+    ItemsetTable table;
+    table.reserve(placed.size(), items);
+    Itemset numbers;
+    for (const ColumnClass& each : placed) {
+        numbering.translate(each.closed_itemset(), numbers);
+        table.push_back(numbers);
+    }
+    return table;
+}
+
+std::size_t count(const ColumnSet& columns) {
+    std::size_t count = 0;
+    for (const ColumnWord& word : columns) {
+        count += static_cast<std::size_t>(std::popcount(word.bits));
+    }
+    return count;
+}
+
+/// Calls `visit` with the columns, ascending, until it returns false.
+template <typename Visit>
+void for_each_column(const ColumnSet& columns, Visit visit) {
+    for (ColumnWord word : columns) {
+        for (; word.bits != 0; word.bits &= word.bits - 1) {
+            if (!visit(lowest_column(word))) {
+                return;
+            }
+        }
+    }
+}
+
+std::string shown_items(const Itemset& itemset) {
+    std::string text;
+    append_items(itemset, text);
+    return shown(text);
+}
+
+class OrderCheck {
+public:
+    OrderCheck(const CheckedClasses& checked, Findings& findings)
+        : findings_(findings),
+          classes_(by_support(checked)),
+          numbering_(numbering_of(classes_)),
+          closed_itemsets_(in_numbers(classes_, numbering_)),
+          index_(closed_itemsets_, numbering_.size()) {}
+
+    void check_up_to(Count transactions) {
+        for (const ColumnClass& each : classes_) {
+            if (each.support() > transactions) {
+                const Disagreement words = support_above(each.support(), transactions);
+                add(FindingKind::support_above_size, each.line, words.found, words.expected, 0);
+            }
+        }
+    }
+
+    void check() {
+        for (Column column = 0; column < classes_.size(); ++column) {
+            check_around_class(column);
+            for (const Itemset& essential : classes_[column].essentials()) {
+                check_around(essential, column);
+            }
+            check_nesting(classes_[column]);
+        }
+        for (const auto& [column, contradiction] : contradictions_) {
+            add_contradiction(classes_[column], contradiction);
+        }
+    }
+
+private:
+    /// What says that the support of a class is too small.
+    struct Contradiction {
+        FindingKind kind;
+        Column other;        ///< the class of at least its support
+        const Itemset* key;  ///< of that class, within this one
+    };
+
+    /// Looks at the classes around a closed itemset.
+    void check_around_class(Column column) {
+        index_.find_supersets(closed_itemsets_[column], 0, around_class_);
+        around_count_ = count(around_class_);
+        const ColumnClass& of_class = classes_[column];
+        for_each_column(around_class_, [&](Column around) {
+            if (around != column && classes_[around].support() <= of_class.support()) {
+                contradict(around, {FindingKind::support_not_larger, column,
+                                    key_within(of_class.node, classes_[around].closed_itemset())});
+            }
+            return classes_[around].support() <= of_class.support();
+        });
+    }
+
+    /// Looks at the classes around an essential itemset of a class whose surroundings are `around_class_`.
+    void check_around(const Itemset& essential, Column column) {
+        numbering_.translate(essential, numbers_);
+        index_.find_supersets(numbers_, 0, around_key_);
+        if (count(around_key_) == around_count_) {
+            return;
+        }
+        bool is_told = false;
+        for_each_column(around_key_, [&](Column around) {
+            is_told = look_at_stranger(essential, column, around, is_told) || is_told;
+            return true;
+        });
+    }
+
+    /// Looks at a class around an essential itemset of another one. Returns whether it told of it.
+    bool look_at_stranger(const Itemset& essential, Column column, Column around, bool is_told) {
+        const ColumnClass& of_class = classes_[column];
+        const ColumnClass& other = classes_[around];
+        if (is_contained(of_class.closed_itemset(), other.closed_itemset())) {
+            return false;
+        }
+        const FindingKind kind = kind_of_stranger(essential, of_class, other);
+        if (other.support() <= of_class.support()) {
+            contradict(around, {kind, column, &essential});
+            return true;
+        }
+        if (is_told || kind == FindingKind::shared_essential) {
+            return false;  // the other class has a larger support, and so is told when its turn comes
+        }
+        add(kind, of_class.line, "the essential itemset " + shown_items(essential),
+            "classes around it that contain this one; line " + std::to_string(other.line) + " does not",
+            other.line);
+        return true;
+    }
+
+    static FindingKind kind_of_stranger(const Itemset& essential, const ColumnClass& of_class,
+                                        const ColumnClass& other) {
+        const bool is_shared = std::ranges::find(other.essentials(), essential) != other.essentials().end() ||
+                               other.closed_itemset() == essential;
+        if (is_shared) {
+            return FindingKind::shared_essential;
+        }
+        return is_contained(other.closed_itemset(), of_class.closed_itemset())
+                   ? FindingKind::essential_in_smaller_class
+                   : FindingKind::essential_elsewhere;
+    }
+
+    /// Notes that the support of a class is too small. Of several reasons the one that stands first counts.
+    void contradict(Column column, const Contradiction& contradiction) {
+        const auto [known, is_new] = contradictions_.try_emplace(column, contradiction);
+        if (!is_new && classes_[contradiction.other].line < classes_[known->second.other].line) {
+            known->second = contradiction;
+        }
+    }
+
+    void add_contradiction(const ColumnClass& of_class, const Contradiction& contradiction) {
+        const ColumnClass& other = classes_[contradiction.other];
+        const Disagreement words =
+            support_not_larger(of_class.support(), other.support(), other.line, *contradiction.key);
+        add(contradiction.kind, of_class.line, words.found, words.expected, other.line);
+    }
+
+    void check_nesting(const ColumnClass& of_class) {
+        const std::vector<Itemset>& essentials = of_class.essentials();
+        for (const Itemset& larger : essentials) {
+            const auto within = std::ranges::find_if(essentials, [&larger](const Itemset& smaller) {
+                return smaller.size() < larger.size() && is_contained(smaller, larger);
+            });
+            if (within != essentials.end()) {
+                add(FindingKind::nested_essential, of_class.line,
+                    "the essential itemset " + shown_items(larger) + " around " + shown_items(*within),
+                    "essential itemsets of which none contains another", 0);
+            }
+        }
+    }
+
+    void add(FindingKind kind, std::uint32_t line, std::string found, std::string expected,
+             std::size_t other_line) {
+        findings_.add({.kind = kind,
+                       .severity = Severity::warning,
+                       .place = {line, 1},
+                       .found = std::move(found),
+                       .expected = std::move(expected),
+                       .other_line = other_line});
+    }
+
+    Findings& findings_;
+    const std::vector<ColumnClass> classes_;  ///< by column
+    const ItemNumbering numbering_;
+    const ItemsetTable closed_itemsets_;  ///< in numbers, by column
+    const ItemIndex index_;
+    std::unordered_map<Column, Contradiction> contradictions_;
+    // Working space.
+    Itemset numbers_;
+    ColumnSet around_class_;
+    std::size_t around_count_ = 0;
+    ColumnSet around_key_;
+};
+
+}  // namespace
+
+void check_order_of_classes(const CheckedClasses& checked, std::optional<Count> transactions,
+                            Findings& findings) {
+    if (checked.classes.empty()) {
+        return;
+    }
+    OrderCheck check(checked, findings);
+    if (transactions) {
+        check.check_up_to(*transactions);
+    }
+    check.check();
+}
+
+}  // namespace korv::tools
