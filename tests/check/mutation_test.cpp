@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <random>
 #include <sstream>
 #include <string>
@@ -12,6 +13,7 @@
 #include "check/checked_classes.h"
 #include "check/checked_lines.h"
 #include "check/class_order_check.h"
+#include "check/database_check.h"
 #include "check/support_bounds_check.h"
 #include "common/class_file.h"
 #include "finding_words.h"
@@ -213,6 +215,73 @@ TEST(Mutation, OfSeveralPlacesIsToldAsKorvReadsIt) {
         const CheckedLines lines = check_lines({"a.classes", text}, findings);
         EXPECT_EQ(printed(predicted(lines)), printed(read_by_korv(text))) << text;
     }
+}
+
+/// Whether all that classes say is true of transactions: each by looking at each transaction.
+bool is_true(const ClassMap& classes, const Transactions& transactions) {
+    const auto set_of = [](const Itemset& itemset) {
+        Set set = 0;
+        for (const Item item : itemset) {
+            set |= item >= 10 && item < 42 ? Set{1} << (item - 10) : Set{0};
+        }
+        return set;
+    };
+    const auto support = [&](Set set) {
+        return std::ranges::count_if(transactions, [&](Set each) { return (each & set) != 0; });
+    };
+    Set of_file = 0;
+    for (const auto& [closed_itemset, of_class] : classes) {
+        of_file |= set_of(closed_itemset);
+    }
+    const auto is_class = [&](const auto& each) {
+        const Set closed = set_of(each.first);
+        const auto counted = support(closed);
+        bool is_right = counted == each.second.support;
+        for (Set item = 1; item != 0 && item <= of_file; item <<= 1U) {
+            const bool is_item = (of_file & item) != 0;
+            is_right = is_right && (!is_item || (closed & item) != 0 || support(closed | item) > counted);
+            is_right = is_right && ((closed & item) == 0 || support(item) > 0);
+        }
+        std::vector<Itemset> keys = each.second.essentials;
+        if (keys.empty()) {
+            keys.push_back(each.first);
+        }
+        for (const Itemset& key : keys) {
+            const Set set = set_of(key);
+            is_right = is_right && support(set) == counted;
+            for (Set item = 1; item != 0 && item <= set; item <<= 1U) {
+                is_right = is_right && ((set & item) == 0 || support(set & ~item) < counted);
+            }
+        }
+        return is_right && static_cast<std::size_t>(std::popcount(closed)) == each.first.size();
+    };
+    return std::ranges::all_of(classes, is_class);
+}
+
+TEST(Mutation, IsFoundInTheTransactionsUnlessAllThatIsLeftIsTrue) {
+    std::mt19937 random(6);
+    int untrue = 0;
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+        const Transactions transactions =
+            random_transactions(2 + random() % 6, 12, 1 + test::random_below(3, random), random);
+        const Database database = database_of(transactions);
+        const std::string text = mined_text(database, {});
+        if (text.empty()) {
+            continue;
+        }
+        const Damage damage = random() % 3 == 0 ? damaged_lines(text, random) : damaged_bytes(text, random);
+        CheckedClasses checked;
+        Findings findings = all_findings(damage.text, checked);
+        if (findings.count(Severity::error) > 0) {
+            continue;
+        }
+        check_against_database(checked, database, "a.dat", {}, findings);
+        const bool expected = !is_true(checked.classes, transactions);
+        EXPECT_EQ(findings.count(Severity::error) > 0, expected) << damage.text;
+        EXPECT_TRUE(!expected || names_line(findings, damage.first_line, damage.last_line)) << damage.text;
+        untrue += expected ? 1 : 0;
+    }
+    EXPECT_GT(untrue, 500);
 }
 
 TEST(MinedFiles, HaveNoFinding) {

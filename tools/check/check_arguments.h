@@ -3,19 +3,37 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/itemset.h"
+#include "check/database_check.h"
+#include "mine/reading.h"
 
 namespace korv::tools {
 
 /// How findings are written.
 enum class FindingFormat { text, json };
 
+/// What becomes of notes.
+enum class NoteChoice {
+    none,     ///< they are not looked for
+    counted,  ///< by code
+    shown,
+};
+
 /// What the command line asks for.
 struct CheckArguments {
     std::string path;                   ///< of the class file; "-" for standard input
     std::optional<Count> transactions;  ///< N
-    std::size_t most = 20;              ///< findings that are shown; 0 for all
+    std::string database;               ///< path of the transactions; empty for none
+    std::string names;                  ///< path of a names file; empty for the default
+    ReadingOptions reading;             ///< of `database`
+    ClassSample sample;
+    std::vector<std::string> rules;  ///< paths of rule files
+    std::string mended;              ///< path of the mended file; empty for none
+    NoteChoice notes = NoteChoice::counted;
+    std::size_t most_items = 100;  ///< of a class that is not large
+    std::size_t most = 20;         ///< findings that are shown; 0 for all
     FindingFormat format = FindingFormat::text;
     bool quiet = false;  ///< nothing but the exit status
 };

@@ -16,59 +16,77 @@ bool is_alike(const data& a, const data& b) {
     return a.support == b.support && a.essentials == b.essentials;
 }
 
+/// The records of a closed itemset.
+struct SameClass {
+    std::vector<std::uint32_t> of_lines;  ///< one of each line: what it means, or else what korv stores
+    std::vector<std::uint32_t> stored;
+
+    void add(std::uint32_t position, const CheckedLines& lines) {
+        if (lines.places[position].is_stored) {
+            stored.push_back(position);
+        }
+        const bool is_line_there =
+            !of_lines.empty() && lines.places[of_lines.back()].line == lines.places[position].line;
+        if (!is_line_there) {
+            of_lines.push_back(position);
+        } else if (lines.places[position].is_meant) {
+            of_lines.back() = position;
+        }
+    }
+
+    void clear() {
+        of_lines.clear();
+        stored.clear();
+    }
+};
+
 /// Adds that a class is there again. `again`, `before`: positions of records.
-void add_again(const CheckedLines& lines, std::uint32_t again, std::uint32_t before, std::uint32_t last,
+void add_again(const CheckedLines& lines, std::uint32_t again, std::uint32_t before, const SameClass& all,
                Findings& findings) {
-    const bool is_same = is_alike(lines.records[again].second, lines.records[before].second);
-    const FindingKind kind = is_same ? FindingKind::class_again : FindingKind::class_differs;
+    const bool is_alike_there = is_alike(lines.records[again].second, lines.records[before].second);
+    const FindingKind kind = is_alike_there ? FindingKind::class_again : FindingKind::class_differs;
     const std::size_t other_line = lines.places[before].line;
-    const std::string kept = std::to_string(lines.places[last].line);
+    std::string effect;  // nothing, where korv takes the lines into another class
+    if (all.stored.size() > 1) {
+        effect = is_alike_there ? "korv keeps one of them"
+                                : "korv keeps the support and the essential itemsets of line " +
+                                      std::to_string(lines.places[all.stored.back()].line);
+    }
     findings.add({.kind = kind,
                   .severity = description(kind).severity,
                   .place = {lines.places[again].line, 1},
                   .found = found_again(other_line),
                   .expected = std::string(expected_once),
-                  .effect = is_same ? "korv keeps one of them, since they are alike"
-                                    : "korv keeps the support and the essential itemsets of line " + kept,
+                  .effect = std::move(effect),
                   .other_line = other_line});
 }
 
-/// Adds what is wrong with some stored records of the same closed itemset, and returns the last one, which
-/// korv keeps.
-std::uint32_t check_group(const CheckedLines& lines, const std::vector<std::uint32_t>& group,
-                          Findings& findings) {
-    for (std::size_t i = 1; i < group.size(); ++i) {
-        add_again(lines, group[i], group[i - 1], group.back(), findings);
-    }
-    return group.back();
-}
-
-/// Goes over the stored records.
-StoredTotals check_stored(const CheckedLines& lines, const std::vector<std::uint32_t>& positions,
-                          Findings& findings) {
+/// Goes over the records of each closed itemset.
+StoredTotals check_same_classes(const CheckedLines& lines, const std::vector<std::uint32_t>& positions,
+                                Findings& findings) {
     StoredTotals totals;
     std::unordered_set<Item> items;
-    std::vector<std::uint32_t> group;
-    const auto end_group = [&] {
-        if (group.empty()) {
-            return;
+    SameClass same;
+    const auto end_class = [&] {
+        for (std::size_t i = 1; i < same.of_lines.size(); ++i) {
+            add_again(lines, same.of_lines[i], same.of_lines[i - 1], same, findings);
         }
-        const auto& [closed_itemset, of_class] = lines.records[check_group(lines, group, findings)];
-        ++totals.classes;
-        totals.essentials += of_class.essentials.size();
-        items.insert(closed_itemset.begin(), closed_itemset.end());
-        group.clear();
+        if (!same.stored.empty()) {
+            const auto& [closed_itemset, of_class] = lines.records[same.stored.back()];
+            ++totals.classes;
+            totals.essentials += of_class.essentials.size();
+            items.insert(closed_itemset.begin(), closed_itemset.end());
+        }
+        same.clear();
     };
     for (const std::uint32_t position : positions) {
-        if (!lines.places[position].is_stored) {
-            continue;
+        if (!same.of_lines.empty() &&
+            lines.records[same.of_lines.back()].first != lines.records[position].first) {
+            end_class();
         }
-        if (!group.empty() && lines.records[group.back()].first != lines.records[position].first) {
-            end_group();
-        }
-        group.push_back(position);
+        same.add(position, lines);
     }
-    end_group();
+    end_class();
     totals.items = items.size();
     return totals;
 }
@@ -99,7 +117,7 @@ CheckedClasses check_class_file(TextInput input, Findings& findings) {
     CheckedLines lines = check_lines(input, findings);
     std::string().swap(input.text);  // an assignment would keep the memory
     const std::vector<std::uint32_t> positions = in_order(lines.records);
-    checked.stored = check_stored(lines, positions, findings);
+    checked.stored = check_same_classes(lines, positions, findings);
     if (checked.stored.classes == 0) {
         findings.add({.kind = FindingKind::no_classes,
                       .severity = Severity::error,

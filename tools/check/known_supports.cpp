@@ -15,9 +15,12 @@ KnownSupports::KnownSupports(const CheckedClasses& checked) {
     slots_.assign(std::bit_ceil(itemsets * 2 + 1), empty_slot);
     auto line = checked.lines.begin();
     for (const auto& [closed_itemset, of_class] : checked.classes) {
-        add(closed_itemset, of_class.support, *line);
+        add({&closed_itemset, of_class.support, *line++, true});
+    }
+    line = checked.lines.begin();
+    for (const auto& [closed_itemset, of_class] : checked.classes) {
         for (const Itemset& essential : of_class.essentials) {
-            add(essential, of_class.support, *line);
+            add({&essential, of_class.support, *line, false});
         }
         ++line;
     }
@@ -33,11 +36,11 @@ std::size_t KnownSupports::slot_of(const Itemset& itemset) const {
     return slot;
 }
 
-void KnownSupports::add(const Itemset& itemset, Count support, std::uint32_t line) {
-    std::uint32_t& slot = slots_[slot_of(itemset)];
+void KnownSupports::add(const Known& known) {
+    std::uint32_t& slot = slots_[slot_of(*known.itemset)];
     if (slot == empty_slot) {
         slot = static_cast<std::uint32_t>(known_.size());
-        known_.push_back({&itemset, support, line});
+        known_.push_back(known);
     }
 }
 

@@ -16,23 +16,25 @@ public:
         const Itemset* itemset;
         Count support;
         std::uint32_t line;
+        bool is_closed;
     };
 
     /// `checked` must outlive it unchanged.
     explicit KnownSupports(const CheckedClasses& checked);
 
-    /// What is known of an itemset; nullptr when nothing is. Where several classes tell of it, any of them.
+    /// What is known of an itemset; nullptr when nothing is. Where several classes tell of it, the one
+    /// whose closed itemset it is, or else any of them.
     /// O(items).
     const Known* find(const Itemset& itemset) const;
 
-    /// All of them, class by class: the closed itemset, then its essential itemsets.
+    /// All of them: the closed itemsets, in the order of the classes, then the essential itemsets.
     const std::vector<Known>& all() const { return known_; }
 
 private:
     static constexpr std::uint32_t empty_slot = ~std::uint32_t{0};
 
     std::size_t slot_of(const Itemset& itemset) const;
-    void add(const Itemset& itemset, Count support, std::uint32_t line);
+    void add(const Known& known);
 
     std::vector<Known> known_;
     std::vector<std::uint32_t> slots_;  ///< open addressing: positions in `known_`

@@ -2,18 +2,27 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "check/check_arguments.h"
 #include "check/check_status.h"
 #include "check/checked_classes.h"
+#include "check/class_mending.h"
+#include "check/class_notes.h"
 #include "check/class_order_check.h"
+#include "check/database_check.h"
 #include "check/finding_report.h"
+#include "check/rule_check.h"
 #include "check/support_bounds_check.h"
 #include "common/atomic_output.h"
+#include "common/distinct_files.h"
 #include "common/error.h"
 #include "common/standard_streams.h"
 #include "common/text_input.h"
+#include "rules/rule_input.h"
 
 namespace {
 
@@ -24,22 +33,107 @@ void say(const std::string& message) {
     std::cerr << "korv-check: " << message << '\n';
 }
 
+/// A reader who has had enough has read the first findings; the status tells of all.
 void write(const std::string& text) {
-    AtomicOutput output("-");
-    output.write(text);
+    try {
+        AtomicOutput output("-");
+        output.write(text);
+        output.commit();
+    } catch (const BrokenPipe&) {
+        // Nothing is left to be told.
+    }
+}
+
+std::vector<std::string> names_of(const std::string& class_file, const std::vector<std::string>& rules) {
+    std::vector<std::string> names = {class_file};
+    for (const std::string& path : rules) {
+        names.push_back(path == "-" ? "standard input" : path);
+    }
+    return names;
+}
+
+/// Throws Error when the mended file would replace an input, the class file above all.
+void require_distinct_files(const CheckArguments& arguments) {
+    std::vector<NamedFile> inputs = {{arguments.path, "the class file"}};
+    if (!arguments.database.empty()) {
+        inputs.push_back({arguments.database, "the database (--database)"});
+    }
+    for (const std::string& path : arguments.rules) {
+        inputs.push_back({path, "a rule file (--rules)"});
+    }
+    std::vector<NamedFile> outputs;
+    if (!arguments.mended.empty()) {
+        outputs.push_back({arguments.mended, "the mended file (--fix)"});
+    }
+    require_distinct(inputs, outputs);
+}
+
+/// The transactions with the items numbered as in the class file.
+Database read_transactions(const CheckArguments& arguments) {
+    InputRequest request;
+    request.paths = {arguments.path};
+    request.database = arguments.database;
+    request.names = arguments.names;
+    request.reading = arguments.reading;
+    return std::move(*context_of_class_file(request).database);
+}
+
+void check_against(const Database& database, const CheckedClasses& checked, const CheckArguments& arguments,
+                   Findings& findings) {
+    check_against_database(checked, database, arguments.database, arguments.sample, findings);
+    std::size_t file = 1;
+    for (const std::string& path : arguments.rules) {
+        check_rules(path, database, file++, findings);
+    }
+}
+
+/// Writes the mended file, where that needs no guess, and says so. Returns what is to be said.
+std::string mend(const CheckedClasses& checked, const Findings& findings, AtomicOutput& output) {
+    write_mended(checked, output);
     output.commit();
+    return mending_report(findings, checked, output);
 }
 
 CheckStatus run(const CheckArguments& arguments) {
+    require_distinct_files(arguments);
+    std::optional<AtomicOutput> mended;
+    if (!arguments.mended.empty()) {
+        mended.emplace(arguments.mended);
+    }
+    std::optional<Database> database;
+    if (!arguments.database.empty()) {
+        database = read_transactions(arguments);
+    }
     TextInput input = read_text(arguments.path);
-    Findings findings({input.name}, arguments.most, false);
+    Findings findings(names_of(input.name, arguments.rules), arguments.most,
+                      arguments.notes == NoteChoice::shown);
     const CheckedClasses checked = check_class_file(std::move(input), findings);
-    check_order_of_classes(checked, arguments.transactions, findings);
-    check_support_bounds(KnownSupports(checked), findings);
+    check_order_of_classes(checked, database ? database->transactions : arguments.transactions, findings);
+    {
+        const KnownSupports known(checked);
+        check_support_bounds(known, findings);
+        if (arguments.notes != NoteChoice::none) {
+            note_what_is_missing(checked, known, arguments.most_items, findings);
+        }
+    }
+    if (database) {
+        check_against(*database, checked, arguments, findings);
+    }
     if (!arguments.quiet) {
         write(finding_report(findings, checked.stored, arguments.format));
     }
-    return status_of(findings);
+    if (!mended) {
+        return status_of(findings);
+    }
+    if (const std::string left = what_is_not_mended(findings); !left.empty()) {
+        say(mended->name() + ": not written, since to mend " + left + " would be a guess");
+        return status_of(findings);
+    }
+    const std::string report = mend(checked, findings, *mended);
+    if (!arguments.quiet) {
+        std::cerr << report;
+    }
+    return status_of_mended(findings);
 }
 
 }  // namespace
@@ -53,8 +147,6 @@ int main(int argc, char** argv) {
         const CheckArguments arguments = parse_check_arguments(argc, argv);
         status =
             within_memory([&] { return run(arguments); }, [&] { return "while checking " + arguments.path; });
-    } catch (const BrokenPipe&) {
-        // The reader has had enough; nobody knows what the rest would have been.
     } catch (const std::exception& error) {
         say(error.what());
     }

@@ -439,6 +439,18 @@ bool are_rule_files(const TextStream& first, const InputRequest& request) {
     return request.is_rule_file || (is_open && looks_like_rule_file(first.beginning()));
 }
 
+RuleInput context_of_class_file(const InputRequest& request) {
+    return within_memory(
+        [&] {
+            require_standard_input_once(request);
+            RuleInput input;
+            read_item_names(request, names_beside(request.paths.front()), input);
+            read_its_database(request, input, [](const std::string&) {});
+            return input;
+        },
+        [&] { return "while reading " + names_of_paths({request.database}); });
+}
+
 RuleInput context_of_rule_files(const InputRequest& request) {
     return within_memory(
         [&] {

@@ -85,6 +85,10 @@ TextStream open_input(const InputRequest& request);
 /// Whether the inputs are rule files: as the request says, or else as the first one begins.
 bool are_rule_files(const TextStream& first, const InputRequest& request);
 
+/// The transactions of a class file, request.database, and the names of its items, as read_input has them; no
+/// classes, which are not read. Throws Error for what is wrong with names and database.
+RuleInput context_of_class_file(const InputRequest& request);
+
 /// What is known of the rules in rule files: names, N and the database, all where the request has them; no
 /// classes. Where no names file is asked for, it is the one beside the first rule file that is called like
 /// it, or else like the label in its name, with the extension .names. Where nothing says N it is 0.
