@@ -49,7 +49,9 @@ class Bash(unittest.TestCase):
     def test_offers_options_that_begin_as_the_word_does(self) -> None:
         for program in PROGRAMS:
             with self.subTest(program=program):
-                self.assertEqual(completed(program, "x.csv", "--min-s"), ["--min-support"])
+                begin, name = ("--data", ["--database", "--database-size"]) if program == "korv-check" \
+                    else ("--min-s", ["--min-support"])
+                self.assertEqual(completed(program, "x.csv", begin), name)
 
     def test_offers_the_choices_of_an_option(self) -> None:
         for program in PROGRAMS:
@@ -61,19 +63,21 @@ class Bash(unittest.TestCase):
     def test_offers_a_choice_behind_an_equals_sign(self) -> None:
         for program in PROGRAMS:
             with self.subTest(program=program):
-                self.assertEqual(completed(program, "--closure-items", "="), ["all", "frequent"])
-                self.assertEqual(completed(program, "--closure-items", "=", "f"), ["frequent"])
+                self.assertEqual(completed(program, "--completions", "="), ["bash", "zsh"])
+                self.assertEqual(completed(program, "--completions", "=", "b"), ["bash"])
 
     def test_offers_files_where_there_may_be_one(self) -> None:
         for program in PROGRAMS:
-            for words in (["pers"], ["-o", "pers"], ["--names", "pers"], ["--quiet", "pers"]):
+            output = "--fix" if program == "korv-check" else "-o"
+            for words in (["pers"], [output, "pers"], ["--names", "pers"], ["--quiet", "pers"]):
                 with self.subTest(program=program, words=words):
                     self.assertEqual(completed(program, *words), ["persons.csv"])
 
     def test_offers_nothing_for_the_value_of_another_option(self) -> None:
         for program in PROGRAMS:
             with self.subTest(program=program):
-                self.assertEqual(completed(program, "-s", "p"), [])
+                number = "-n" if program == "korv-check" else "-s"
+                self.assertEqual(completed(program, number, "p"), [])
 
     def test_offers_measures_with_commas_between_them(self) -> None:
         if "korv-rules" not in PROGRAMS:

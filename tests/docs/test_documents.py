@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The documents against the programs: commands are run, excerpts are found in what was written, numbers are counted.
 
-usage: test_documents.py [--update] KORV KORV_MINE KORV_RULES
+usage: test_documents.py [--update] KORV KORV_MINE KORV_RULES KORV_CHECK
 
 Each document has a table that says of each of its blocks, in order, what it is. A block that the table does not have
 fails the test, and so does one that the table has and the document has not.
@@ -128,6 +128,15 @@ TABLE: dict[str, list[Entry]] = {
         ForShow("korv LABEL CLASSFILE MINSUPP MINCONF N", "a synopsis"),
         ClassFile("1 4<TAB>5<TAB> 1,", "1 4", 5, "1"),
     ],
+    "docs/checking.md": [
+        Run("korv-check examples/titanic/titanic.classes -n 2201"),
+        Whole("and 60 more", "run-1.stdout"),
+        Run("sed 's/$/\\r/' examples/titanic/titanic.classes | korv-check - --no-notes", status=2),
+        Whole("standard input:1:", "run-2.stdout"),
+        Run("korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
+        Whole("96 classes", "run-3.stdout"),
+        Run("sed 's/$/\\r/' examples/titanic/titanic.classes | korv-check - --fix mended.classes"),
+    ],
     "docs/class-file.md": [
         ForShow("file       = { record } ;", "a grammar; test_class_file.py runs the examples of this document"),
         Run("grep -nvP", status=1),
@@ -234,6 +243,11 @@ TABLE: dict[str, list[Entry]] = {
         Records("1 v 2 v 4-->8 v 10", "build/intra_exact_titanic_100_0.6.txt"),
     ],
     "examples/persons/README.md": [],
+    "man/korv-check.1": [
+        Run("korv-check titanic.classes -n 2201"),
+        Run("korv-check titanic.classes --database"),
+        Run("korv-check titanic.classes --fix"),
+    ],
     "man/korv-mine.1": [
         Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension -s 10%"),
         Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension --estimate"),
@@ -295,7 +309,7 @@ def write_class_file(directory: Path) -> None:
 
 
 def write_sample(directory: Path) -> None:
-    for name in ("titanic.csv", "titanic.classes", "titanic.names"):
+    for name in ("titanic.csv", "titanic.dat", "titanic.classes", "titanic.names"):
         shutil.copy(sample(name), directory)
 
 
@@ -317,6 +331,7 @@ GIVEN: dict[str, Callable[[Path], None]] = {
     "docs/class-file.md": write_class_file,
     "docs/mining.md": write_exports,
     "docs/output-files.md": run_worked_example,
+    "man/korv-check.1": write_sample,
     "man/korv-mine.1": write_transactions,
     "man/korv-rules.1": write_sample,
     "man/korv.1": write_mushrooms,
@@ -894,7 +909,7 @@ def eval_quotient(text: str) -> float:
 
 
 if __name__ == "__main__":
-    for program in ("korv-rules", "korv-mine", "korv"):
+    for program in ("korv-check", "korv-rules", "korv-mine", "korv"):
         PROGRAMS[program] = Path(sys.argv.pop()).resolve()
     if sys.argv[1:] == ["--update"]:
         update_all()

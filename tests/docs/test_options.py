@@ -48,6 +48,7 @@ class Described(NamedTuple):
 
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
+    Described("korv-check", "docs/checking.md", 27, ("uniq -c", "tr -d", "--closure-items all")),
     Described("korv-rules", "docs/exploring.md", 57, ("uniq -c", "fold -w", "-log10")),
 ]
 
@@ -163,6 +164,52 @@ class OfKorvRules(unittest.TestCase):
     def setUp(self) -> None:
         if "korv-rules" not in PROGRAMS:
             self.skipTest("korv-rules is not given")
+
+
+class OfKorvCheck(unittest.TestCase):
+    """Tests of this program; they are left out where it is not given."""
+
+    def setUp(self) -> None:
+        if "korv-check" not in PROGRAMS:
+            self.skipTest("korv-check is not given")
+
+
+class CheckOptions(OfKorvCheck):
+    def test_have_the_choices_and_defaults_that_are_known(self) -> None:
+        options = {option.names[0]: option for option in of_help("korv-check")}
+        self.assertEqual({name: option.choices for name, option in options.items() if option.choices},
+                         {"--completions": ("bash", "zsh"), "--format": ("fimi", "basket", "table")})
+        self.assertEqual({name: option.default for name, option in options.items()
+                          if option.default and name not in ("--format", "--missing", "--separator")},
+                         {"--large": "100", "--max": "20", "--seed": "1",
+                          "--names": "the name of the class file with the extension .names"})
+        self.assertEqual({name for name, option in options.items() if not option.takes_argument},
+                         {"--codes", "--help", "--json", "--no-notes", "--notes", "--only-true", "--quiet", "--version",
+                          "--weighted"})
+
+
+class CheckExitStatus(OfKorvCheck):
+    sample = "examples/titanic/titanic.classes"
+
+    def test_is_as_the_man_page_and_the_document_say(self) -> None:
+        cases = [
+            (0, "--help"), (0, "--version"), (0, "--codes"), (0, self.sample), (0, f"{self.sample} -n 2201 --notes"),
+            (0, f"{self.sample} --database examples/titanic/titanic.dat --sample 5 --seed 2"),
+            (1, f"{self.sample} -n 2200"), (2, "examples/titanic/titanic.dat"), (2, "/dev/null"),
+            (2, f"{self.sample} --database examples/persons/persons.csv"),
+            (3, ""), (3, "missing"), (3, "examples"), (3, f"{self.sample} --some"), (3, f"{self.sample} -n 0"),
+            (3, f"{self.sample} --rules missing"), (3, f"{self.sample} --fix {self.sample}"),
+            (3, f"{self.sample} --database missing"), (3, f"{self.sample} --notes --no-notes"),
+            (3, f"{self.sample} --fix missing/classes"),
+        ]
+        for status, arguments in cases:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(run("korv-check", *shlex.split(arguments)).returncode, status)
+        statuses = {str(status) for status, _ in cases}
+        self.assertEqual(set(re.findall(r"^\.B (\d)$", section_of_man_page("man/korv-check.1", "EXIT STATUS"),
+                                        re.MULTILINE)), statuses)
+        rows = table_rows(section(text_of("docs/checking.md"), "Exit status"))[2:]
+        self.assertEqual({row[0] for row in rows}, statuses)
 
 
 class MineOptions(OfKorvMine):

@@ -90,14 +90,15 @@ public:
         if (partial_ == 0) {
             return;
         }
-        findings_.add(
-            {.kind = FindingKind::partial_closures,
-             .severity = Severity::note,
-             .place = {line, 1},
-             .found = "closures over the " + with_commas(items_of_file_.size()) + " items of the file alone",
-             .expected = "further ones of the " + with_commas(database_.items.size()) + " in " + name_ +
-                         " in " + with_commas(partial_) + (partial_ == 1 ? " class" : " classes") +
-                         ", if they are to be closures over all items"});
+        findings_.add({.kind = FindingKind::partial_closures,
+                       .severity = Severity::note,
+                       .place = {line, 1},
+                       .found = "closures over the " + with_commas(items_of_file_.size()) +
+                                (items_of_file_.size() == 1 ? " item" : " items") + " of the file alone",
+                       .expected = "further ones of the " + with_commas(database_.items.size()) + " in " +
+                                   name_ + " in " + with_commas(partial_) +
+                                   (partial_ == 1 ? " class" : " classes") +
+                                   ", if they are to be closures over all items"});
     }
 
 private:

@@ -207,12 +207,12 @@ void ClassRecordReader::read_itemset(char end, std::string_view expected_behind_
         is_ascending = is_ascending && items_.back() < item;
         items_.push_back(item);
     }
+    if (here() != end) {
+        fail_here(kind_behind_item(), expected_behind_item);
+    }
     if (!is_ascending) {
         std::ranges::sort(items_);
         require_each_item_once(begin);
-    }
-    if (here() != end) {
-        fail_here(kind_behind_item(), expected_behind_item);
     }
     ++position_;
 }
@@ -249,10 +249,11 @@ FindingKind ClassRecordReader::kind_at_item(std::size_t itemset_begin) const {
 
 /// Which fault it is that here, behind an item, stands neither a blank nor the end of the itemset.
 FindingKind ClassRecordReader::kind_behind_item() const {
-    if (here() != '\n') {
-        return FindingKind::stray_byte;
+    if (is_in_essentials_) {
+        return here() == '\n' ? FindingKind::no_comma : FindingKind::stray_byte;
     }
-    return is_in_essentials_ ? FindingKind::no_comma : FindingKind::no_tab;
+    const bool has_tab = text_.substr(position_, next_line_ - position_).find('\t') != std::string_view::npos;
+    return has_tab ? FindingKind::stray_byte : FindingKind::no_tab;
 }
 
 /// Which fault it is that here, before an essential itemset, stands no blank.

@@ -1,0 +1,105 @@
+#!/usr/bin/env python3
+"""The codes of korv-check: the program, its document and the tables of class files have the same ones, and each example
+is told as the document says.
+
+usage: test_checking.py KORV_CHECK
+"""
+
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+from typing import NamedTuple
+
+from documents import section, table_rows, text_of
+from test_class_file import DEVIATIONS, data_of
+
+KORV_CHECK: list[Path] = []  # set from the command line
+DOCUMENT = "docs/checking.md"
+DEVIATION_TABLES = ("Numbers and separators", "The item part", "The support", "The essential itemsets",
+                    "Line ends and the end of the file")
+
+# Codes of rule files, which the process tests of korv-check have examples of.
+WITHOUT_EXAMPLE = {"wrong-rule-support", "wrong-rule-confidence", "no-upper-bound"}
+# The example of the table is the closed itemset itself, as it should be but for its order.
+OTHER_CODES = {"Essential itemset as large as the closed itemset": ["unordered-items"]}
+# Its example is a byte-order mark at the beginning, which is left out.
+NOT_TOLD = "Bytes of 128 and above, NUL"
+
+
+class Code(NamedTuple):
+    """What the document says of a code."""
+
+    name: str
+    severity: str
+    is_mended: bool
+    meaning: str
+    points: dict[str, str]  # example, what is said and cure
+
+
+def codes_of_document() -> list[Code]:
+    codes = []
+    for part in re.split(r"^### ", text_of(DOCUMENT), flags=re.MULTILINE)[1:]:
+        name, _, text = part.partition("\n")
+        head, *points = re.split(r"^- ", text, flags=re.MULTILINE)
+        severity, mended, meaning = re.fullmatch(r"(\w+)(, mended)?\. (.*)", " ".join(head.split())).groups()
+        by_label = dict(" ".join(point.split()).split(": ", 1) for point in points)
+        codes.append(Code(name, severity.lower(), mended is not None, meaning, by_label))
+    return codes
+
+
+def check(data: bytes, *arguments: str, database: bytes = b"") -> subprocess.CompletedProcess[str]:
+    with tempfile.TemporaryDirectory() as directory:
+        Path(directory, "a.classes").write_bytes(data)
+        Path(directory, "a.dat").write_bytes(database)
+        return subprocess.run([*KORV_CHECK, "a.classes", "--max", "0", *arguments], cwd=directory, check=False,
+                              capture_output=True, text=True)
+
+
+def codes_found(data: bytes) -> list[str]:
+    return re.findall(r"\[([a-z-]+)\]$", check(data, "--no-notes").stdout, re.MULTILINE)
+
+
+class Codes(unittest.TestCase):
+    def test_are_those_of_the_program(self) -> None:
+        done = subprocess.run([*KORV_CHECK, "--codes"], check=True, capture_output=True, text=True)
+        rows = [line.split("\t") for line in done.stdout.splitlines()]
+        self.assertEqual([[each.name, each.severity, "mended" if each.is_mended else "-", each.meaning]
+                          for each in codes_of_document()], rows)
+
+    def test_are_told_as_the_document_says(self) -> None:
+        for each in codes_of_document():
+            with self.subTest(code=each.name):
+                self.assertIn("Cure", each.points)
+                if each.name in WITHOUT_EXAMPLE:
+                    self.assertNotIn("Example", each.points)
+                    continue
+                example, *others = re.findall(r"`([^`]*)`|an empty file", each.points["Example"])
+                arguments = others[0].split() if others and others[0].startswith("-") else []
+                database = data_of(others[-1]) if "`a.dat` holds" in each.points["Example"] else b""
+                if database and "--database" not in arguments:
+                    arguments += ["--database", "a.dat"]
+                said = "a.classes:" + each.points["Said"].strip("`")
+                self.assertIn(said, check(data_of(example), *arguments, database=database).stdout.splitlines())
+
+    def test_of_the_tables_of_class_files_are_those_that_are_found(self) -> None:
+        text = text_of("docs/class-file.md")
+        rows = [row for heading in DEVIATION_TABLES for row in table_rows(section(text, heading))[2:]]
+        self.assertEqual([row[0] for row in rows], list(DEVIATIONS))
+        for deviation, example, _, cell in rows:
+            with self.subTest(deviation=deviation):
+                expected = DEVIATIONS[deviation]
+                shown = expected.example or example.strip("`").replace("…", expected.rest)
+                codes = re.findall(r"\[([a-z-]+)\]\(checking.md#\1\)", cell)
+                self.assertGreater(len(codes), 0)
+                if deviation == NOT_TOLD:
+                    self.assertEqual(codes_found(data_of(shown)), [])
+                else:
+                    self.assertIn(OTHER_CODES.get(deviation, codes)[0], codes_found(data_of(shown)))
+
+
+if __name__ == "__main__":
+    KORV_CHECK.append(Path(sys.argv.pop()).resolve())
+    unittest.main()
