@@ -15,5 +15,6 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "korv derives generalized association rules, whose sides are disjunctions of
 items or absences of them, from the closed itemsets of a transaction database.
 korv-mine makes these from transactions. korv-rules goes from transactions to
-the rules that matter, in words, ranked.")
+the rules that matter, in words, ranked. korv-check tells whether a class
+file is what it should be.")
 include(CPack)

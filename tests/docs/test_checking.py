@@ -43,10 +43,9 @@ def codes_of_document() -> list[Code]:
     codes = []
     for part in re.split(r"^### ", text_of(DOCUMENT), flags=re.MULTILINE)[1:]:
         name, _, text = part.partition("\n")
-        head, *points = re.split(r"^- ", text, flags=re.MULTILINE)
-        severity, mended, meaning = re.fullmatch(r"(\w+)(, mended)?\. (.*)", " ".join(head.split())).groups()
-        by_label = dict(" ".join(point.split()).split(": ", 1) for point in points)
-        codes.append(Code(name, severity.lower(), mended is not None, meaning, by_label))
+        severity, mended, meaning = re.match(r"\n(\w+)(, mended)?\. (.*)\n", text).groups()
+        points = dict(row for row in table_rows(text) if row[0].isalpha())
+        codes.append(Code(name, severity.lower(), mended is not None, meaning, points))
     return codes
 
 

@@ -111,6 +111,7 @@ TABLE: dict[str, list[Entry]] = {
         ForShow("class file -->", "a drawing"),
         ForShow("text_input -->", "a drawing"),
         ForShow("rule_input --> Pairs", "a drawing"),
+        ForShow("text_input --> checked_lines", "a drawing"),
     ],
     "README.md": [
         ForShow("./scripts/demo", BUILDS),

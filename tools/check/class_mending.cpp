@@ -47,7 +47,7 @@ CheckStatus status_of_mended(const Findings& findings) {
     return status;
 }
 
-void write_mended(const CheckedClasses& checked, AtomicOutput& output) {
+std::string mended_text(const CheckedClasses& checked) {
     std::vector<NodeRef> by_line;
     std::uint32_t last_line = 0;
     for (const std::uint32_t line : checked.lines) {
@@ -58,26 +58,25 @@ void write_mended(const CheckedClasses& checked, AtomicOutput& output) {
     for (NodeRef node = checked.classes.begin(); node != checked.classes.end(); ++node, ++line) {
         by_line[*line] = node;
     }
-    std::string record;
+    std::string text;
     for (const NodeRef node : by_line) {
         if (node == checked.classes.end()) {
             continue;
         }
         const auto& [closed_itemset, of_class] = *node;
-        record.clear();
         append_class_record(
             closed_itemset, of_class.support,
-            of_class.essentials.empty() ? std::vector<Itemset>{closed_itemset} : of_class.essentials, record);
-        output.write(record);
+            of_class.essentials.empty() ? std::vector<Itemset>{closed_itemset} : of_class.essentials, text);
     }
+    return text;
 }
 
 std::string mending_report(const Findings& findings, const CheckedClasses& checked,
-                           const AtomicOutput& output) {
+                           const std::string& output) {
     const std::string mended =
         counted(findings, [](const FindingDescription& each) { return each.is_mended; });
     const std::size_t classes = checked.classes.size();
-    return output.name() + ": " + with_commas(classes) + (classes == 1 ? " class; " : " classes; ") +
+    return output + ": " + with_commas(classes) + (classes == 1 ? " class; " : " classes; ") +
            (mended.empty() ? "there was nothing to mend" : "mended: " + mended) + "\n";
 }
 

@@ -5,7 +5,6 @@
 #include "check/check_status.h"
 #include "check/checked_classes.h"
 #include "check/findings.h"
-#include "common/atomic_output.h"
 
 namespace korv::tools {
 
@@ -16,11 +15,11 @@ std::string what_is_not_mended(const Findings& findings);
 /// What the findings of a mended file amount to: those that --fix mends no longer count.
 CheckStatus status_of_mended(const Findings& findings);
 
-/// Writes the classes in the order of their lines, as the grammar says, with ascending items.
-void write_mended(const CheckedClasses& checked, AtomicOutput& output);
+/// The classes in the order of their lines, as the grammar says, with ascending items.
+std::string mended_text(const CheckedClasses& checked);
 
-/// What was done: "OUT: 96 classes; mended: carriage-return 96", a line.
+/// What was done, a line; `output`: the name of the file. "OUT: 96 classes; mended: carriage-return 96".
 std::string mending_report(const Findings& findings, const CheckedClasses& checked,
-                           const AtomicOutput& output);
+                           const std::string& output);
 
 }  // namespace korv::tools

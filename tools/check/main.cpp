@@ -89,9 +89,9 @@ void check_against(const Database& database, const CheckedClasses& checked, cons
 
 /// Writes the mended file, where that needs no guess, and says so. Returns what is to be said.
 std::string mend(const CheckedClasses& checked, const Findings& findings, AtomicOutput& output) {
-    write_mended(checked, output);
+    output.write(mended_text(checked));
     output.commit();
-    return mending_report(findings, checked, output);
+    return mending_report(findings, checked, output.name());
 }
 
 CheckStatus run(const CheckArguments& arguments) {
