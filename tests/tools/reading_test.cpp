@@ -238,6 +238,14 @@ TEST_F(Reading, NamesTheOptionWhereTheFormatIsDoubtful) {
         "a: found \",\" and \";\", each of which may be the separator; expected --separator to say which");
 }
 
+TEST_F(Reading, RefusesAClassFileUnlessItIsSaidToBeTransactions) {
+    EXPECT_EQ(complaint({"1 2\t5\t 1,\n3\t4\t 3,\n"}),
+              "a: found a class file, as far as its first lines tell; expected transactions, or --format to "
+              "say how "
+              "these are written (korv reads class files, and korv-check checks them)");
+    EXPECT_EQ(complaint({"1 2\t5\t 1,\n"}, as(Format::fimi)), "a:1:8: found \"1,\"; expected an item number");
+}
+
 TEST_F(Reading, HintsAtTheFormatWhereFimiHasNames) {
     EXPECT_EQ(
         complaint({"kind,age\nx,1\ny,2\n"}, as(Format::fimi)),

@@ -5,6 +5,7 @@
 #include <utility>
 #include <variant>
 
+#include "common/class_file.h"
 #include "common/error.h"
 #include "common/text_input.h"
 #include "mine/basket.h"
@@ -86,6 +87,16 @@ void require_options_for(const FormatGuess& guess, const TextInput& input, const
                                               : "--format to say whether it is " + formats));
 }
 
+/// Throws Error for what is no list of transactions, but of their classes.
+void refuse_class_file(const TextInput& input) {
+    if (looks_like_class_file(input.text)) {
+        throw Error(input.name +
+                    ": found a class file, as far as its first lines tell; expected transactions, or "
+                    "--format to say how "
+                    "these are written (korv reads class files, and korv-check checks them)");
+    }
+}
+
 /// Throws Error for a table of one column whose header shows that another separator is meant.
 void require_cells(const TextInput& input, char separator) {
     if (const auto other = other_separator_of_header(input, separator)) {
@@ -122,6 +133,7 @@ ReadingReport choose(const TextInput& input, const ReadingOptions& options) {
         require_options_for(*options.format, options);
         chosen.format = *options.format;
     } else {
+        refuse_class_file(input);
         const FormatGuess guess = guess_format(input, {chosen.separator, options.weighted});
         if (!guess.format) {
             refuse_doubtful(input, guess, options.weighted);

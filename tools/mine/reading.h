@@ -38,8 +38,8 @@ struct ReadingReport {
 /// numbers of their own are numbered across all files. Fills `report`.
 ///
 /// Throws Error where a file cannot be read or does not have the format, where the format or the separator
-/// cannot be told, where options do not go with the format, where there is no item at all, and where standard
-/// input is named twice.
+/// cannot be told, where the first text seems to be a class file, where options do not go with the format,
+/// where there is no item at all, and where standard input is named twice.
 Database read_database(const std::vector<std::string>& paths, const ReadingOptions& options,
                        ReadingReport& report);
 
