@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "common/class_agreement.h"
 #include "finding_words.h"
 #include "support/bits.h"
 
@@ -18,7 +20,7 @@ Lines found_in(const std::string& text, std::optional<Count> transactions = std:
     Findings findings({"a.classes"}, 0, true);
     const CheckedClasses checked = check_class_file({"a.classes", text}, findings);
     EXPECT_EQ(findings.count(Severity::error), 0U);
-    check_order_of_classes(checked, transactions, findings);
+    check_order_of_classes(checked, KnownSupports(checked), transactions, findings);
     Lines lines;
     for (const Finding& each : findings.in_order()) {
         lines.push_back(place_and_code(each) + ": found " + each.found + "; expected " + each.expected);
@@ -105,34 +107,67 @@ bool is_contradictory(const ClassMap& classes) {
     return false;
 }
 
-TEST(ClassOrderCheck, FindsSomethingExactlyWhereTwoClassesContradictEachOther) {
-    std::mt19937 random(5);
+/// The lines of classes within which a key of another class lies whose support is not smaller.
+std::set<std::size_t> contradicted_lines(const CheckedClasses& checked) {
+    std::set<std::size_t> lines;
+    auto line = checked.lines.begin();
+    for (const auto& [closed, of_class] : checked.classes) {
+        for (NodeRef other = checked.classes.begin(); other != checked.classes.end(); ++other) {
+            if (other->first != closed && other->second.support >= of_class.support &&
+                key_within(other, closed) != nullptr) {
+                lines.insert(*line);
+            }
+        }
+        ++line;
+    }
+    return lines;
+}
+
+/// Random classes of which some contradict each other. `one_in`: of so many parts one is essential.
+CheckedClasses random_classes(std::uint32_t one_in, std::mt19937& random) {
+    CheckedClasses checked;
+    std::uint32_t line = 0;
+    for (const test::Bits bits : test::random_family(5, 6, random)) {
+        data& of_class = checked.classes[test::itemset_of(bits)];
+        of_class.support =
+            static_cast<Count>(2 * test::itemset_of(bits).size()) + test::random_below(3, random);
+        for (test::Bits part = (bits - 1) & bits; part != 0; part = (part - 1) & bits) {
+            if (random() % one_in == 0) {
+                of_class.essentials.push_back(test::itemset_of(part));
+            }
+        }
+        checked.lines.push_back(++line);
+    }
+    return checked;
+}
+
+class RandomClasses : public testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(RandomClasses, HaveAFindingExactlyWhereTwoContradictEachOther) {
+    std::mt19937 random(GetParam());
     int contradictory = 0;
     for (int i = 0; i < 5000; ++i) {
-        CheckedClasses checked;
-        std::uint32_t line = 0;
-        for (const test::Bits bits : test::random_family(5, 4, random)) {
-            data& of_class = checked.classes[test::itemset_of(bits)];
-            of_class.support =
-                static_cast<Count>(2 * test::itemset_of(bits).size()) + test::random_below(3, random);
-            for (test::Bits part = (bits - 1) & bits; part != 0; part = (part - 1) & bits) {
-                if (random() % 6 == 0) {
-                    of_class.essentials.push_back(test::itemset_of(part));
-                }
-            }
-            checked.lines.push_back(++line);
-        }
+        const CheckedClasses checked = random_classes(GetParam(), random);
         Findings findings({"a.classes"}, 0, true);
 
-        check_order_of_classes(checked, std::nullopt, findings);
+        check_order_of_classes(checked, KnownSupports(checked), std::nullopt, findings);
 
         const bool expected = is_contradictory(checked.classes);
         ASSERT_EQ(findings.count(Severity::warning) > 0, expected);
+        std::set<std::size_t> lines;
+        for (const Finding& each : findings.in_order()) {
+            if (each.found.starts_with("the support")) {
+                lines.insert(each.place.line);
+            }
+        }
+        ASSERT_EQ(lines, contradicted_lines(checked));
         contradictory += expected ? 1 : 0;
     }
     EXPECT_GT(contradictory, 500);
-    EXPECT_LT(contradictory, 4500);
+    EXPECT_LT(contradictory, 5000);
 }
+
+INSTANTIATE_TEST_SUITE_P(OfFewAndManyEssentialItemsets, RandomClasses, testing::Values(2, 6, 20, 100));
 
 }  // namespace
 }  // namespace korv::tools

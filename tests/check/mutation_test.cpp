@@ -144,7 +144,7 @@ bool is_valid(const std::string& text) {
 Findings all_findings(const std::string& text, CheckedClasses& checked) {
     Findings findings({"a.classes"}, 0, true);
     checked = check_class_file({"a.classes", text}, findings);
-    check_order_of_classes(checked, std::nullopt, findings);
+    check_order_of_classes(checked, KnownSupports(checked), std::nullopt, findings);
     check_support_bounds(KnownSupports(checked), findings);
     return findings;
 }

@@ -36,7 +36,7 @@ std::string complaint_of_rules(const std::string& text) {
 bool is_told(const std::string& complaint, const std::string& text) {
     Findings findings({"a.classes"}, 0, true);
     const CheckedClasses checked = check_class_file({"a.classes", text}, findings);
-    check_order_of_classes(checked, transactions, findings);
+    check_order_of_classes(checked, KnownSupports(checked), transactions, findings);
     const std::vector<Finding> all = findings.in_order();
     return std::ranges::any_of(all, [&complaint](const Finding& each) {
         return complaint == input_error("a.classes", each.place, each.found, each.expected).what();

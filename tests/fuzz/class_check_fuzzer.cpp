@@ -57,8 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require_prediction(text);
     Findings findings({"a.classes"}, 20, true);
     const CheckedClasses checked = check_class_file({"a.classes", text}, findings);
-    check_order_of_classes(checked, 100, findings);
     const KnownSupports known(checked);
+    check_order_of_classes(checked, known, 100, findings);
     check_support_bounds(known, findings);
     note_what_is_missing(checked, known, 10, findings);
     require(!finding_report(findings, checked.stored, FindingFormat::text).empty());

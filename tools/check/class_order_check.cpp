@@ -96,8 +96,9 @@ std::string shown_items(const Itemset& itemset) {
 
 class OrderCheck {
 public:
-    OrderCheck(const CheckedClasses& checked, Findings& findings)
+    OrderCheck(const CheckedClasses& checked, const KnownSupports& known, Findings& findings)
         : findings_(findings),
+          known_(known),
           classes_(by_support(checked)),
           numbering_(numbering_of(classes_)),
           closed_itemsets_(in_numbers(classes_, numbering_)),
@@ -113,12 +114,12 @@ public:
     }
 
     void check() {
-        for (Column column = 0; column < classes_.size(); ++column) {
-            check_around_class(column);
-            for (const Itemset& essential : classes_[column].essentials()) {
-                check_around(essential, column);
-            }
-            check_nesting(classes_[column]);
+        is_suspect_.assign(known_.all().size(), false);
+        for (const Key& key : keys_by_size()) {
+            check_key(key);
+        }
+        for (const ColumnClass& each : classes_) {
+            check_nesting(each);
         }
         for (const auto& [column, contradiction] : contradictions_) {
             add_contradiction(classes_[column], contradiction);
@@ -133,8 +134,101 @@ private:
         const Itemset* key;  ///< of that class, within this one
     };
 
-    /// Looks at the classes around a closed itemset.
+    /// An essential itemset, or the closed itemset of a class that stores none.
+    struct Key {
+        const Itemset* itemset;
+        Column column;  ///< of its class
+    };
+
+    /// All keys, so that the parts of an itemset come before it.
+    std::vector<Key> keys_by_size() const {
+        std::vector<Key> keys;
+        keys.reserve(known_.all().size());
+        for (Column column = 0; column < classes_.size(); ++column) {
+            for (const Itemset& essential : classes_[column].essentials()) {
+                keys.push_back({&essential, column});
+            }
+            if (classes_[column].essentials().empty()) {
+                keys.push_back({&classes_[column].closed_itemset(), column});
+            }
+        }
+        std::ranges::stable_sort(keys, {}, [](const Key& each) { return each.itemset->size(); });
+        return keys;
+    }
+
+    /// Looks closely at the classes around a key only where there is a reason: a class around it of no larger
+    /// support, one that lacks an item of its class, or a part of it of which the same was found. (What
+    /// contains the key contains its parts, and so their classes, unless that was found of the parts.)
+    void check_key(const Key& key) {
+        const KnownSupports::Known* const known = known_.find(*key.itemset);
+        const bool is_suspect = has_suspect_part(key) || !is_first_around(key) || lacks_items(key);
+        if (!is_suspect) {
+            return;
+        }
+        is_suspect_[known_.position(*known)] = true;
+        check_around_class(key.column);
+        if (!classes_[key.column].essentials().empty()) {
+            check_around(*key.itemset, key.column);
+        }
+    }
+
+    /// Collects in `rest_` the items of the class that are in the class of no part of the key. Returns
+    /// whether something was found of a part.
+    bool has_suspect_part(const Key& key) {
+        rest_ = difference(classes_[key.column].closed_itemset(), *key.itemset);
+        if (key.itemset->size() == 1) {
+            return false;
+        }
+        const std::uint64_t hash = KnownSupports::hash_of_items(*key.itemset);
+        for (std::size_t i = 0; i < key.itemset->size(); ++i) {
+            const KnownSupports::Known* const part = known_.find_part(*key.itemset, hash, i);
+            if (part == nullptr) {
+                continue;
+            }
+            if (is_suspect_[known_.position(*part)]) {
+                return true;
+            }
+            if (!rest_.empty()) {
+                rest_ = difference(rest_, part->node->first);
+            }
+        }
+        return false;
+    }
+
+    /// Whether the class of a key is the only one around it that has no larger support.
+    bool is_first_around(const Key& key) {
+        numbering_.translate(*key.itemset, numbers_);
+        const auto all = static_cast<Column>(classes_.size());
+        if (index_.first_superset(numbers_, 0, all) != key.column) {
+            return false;
+        }
+        Column end = key.column + 1;  // of the classes of the same support
+        while (end < all && classes_[end].support() == classes_[key.column].support()) {
+            ++end;
+        }
+        return index_.first_superset(numbers_, key.column + 1, end) == end;
+    }
+
+    /// Whether a class around the key lacks one of the items in `rest_`.
+    bool lacks_items(const Key& key) {
+        if (rest_.empty()) {
+            return false;
+        }
+        index_.find_supersets(numbers_, 0, around_key_);
+        const std::size_t around = count(around_key_);
+        rest_.insert(rest_.end(), key.itemset->begin(), key.itemset->end());
+        std::ranges::sort(rest_);
+        numbering_.translate(rest_, numbers_);
+        index_.find_supersets(numbers_, 0, around_key_);
+        return count(around_key_) != around;
+    }
+
+    /// Looks at the classes around a closed itemset, once.
     void check_around_class(Column column) {
+        if (looked_around_ == column) {
+            return;
+        }
+        looked_around_ = column;
         index_.find_supersets(closed_itemsets_[column], 0, around_class_);
         around_count_ = count(around_class_);
         const ColumnClass& of_class = classes_[column];
@@ -234,13 +328,17 @@ private:
     }
 
     Findings& findings_;
+    const KnownSupports& known_;
     const std::vector<ColumnClass> classes_;  ///< by column
     const ItemNumbering numbering_;
     const ItemsetTable closed_itemsets_;  ///< in numbers, by column
     const ItemIndex index_;
     std::unordered_map<Column, Contradiction> contradictions_;
+    std::vector<bool> is_suspect_;  ///< by position in `known_`
+    std::optional<Column> looked_around_;
     // Working space.
     Itemset numbers_;
+    Itemset rest_;
     ColumnSet around_class_;
     std::size_t around_count_ = 0;
     ColumnSet around_key_;
@@ -248,12 +346,12 @@ private:
 
 }  // namespace
 
-void check_order_of_classes(const CheckedClasses& checked, std::optional<Count> transactions,
-                            Findings& findings) {
+void check_order_of_classes(const CheckedClasses& checked, const KnownSupports& known,
+                            std::optional<Count> transactions, Findings& findings) {
     if (checked.classes.empty()) {
         return;
     }
-    OrderCheck check(checked, findings);
+    OrderCheck check(checked, known, findings);
     if (transactions) {
         check.check_up_to(*transactions);
     }

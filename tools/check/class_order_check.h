@@ -4,6 +4,7 @@
 
 #include "check/checked_classes.h"
 #include "check/findings.h"
+#include "check/known_supports.h"
 
 namespace korv::tools {
 
@@ -15,10 +16,12 @@ namespace korv::tools {
 /// (A closed itemset around an itemset contains the closure of the itemset, and has a larger support unless
 /// it is that closure.)
 ///
-/// Asks an index of the classes for those around each closed itemset and around each essential itemset:
-/// O(classes / 64) words of bitmaps for each item of them at worst; as a rule less than korv needs for the
-/// lattice.
-void check_order_of_classes(const CheckedClasses& checked, std::optional<Count> transactions,
-                            Findings& findings);
+/// For each closed itemset and essential itemset, asks an index of the classes for the first one around it,
+/// which is its own if the classes are by support; and for those around it only where its class has items
+/// that follow from no part of it. As a rule, this takes less time than korv needs for the lattice.
+///
+/// `known`: those of `checked`.
+void check_order_of_classes(const CheckedClasses& checked, const KnownSupports& known,
+                            std::optional<Count> transactions, Findings& findings);
 
 }  // namespace korv::tools

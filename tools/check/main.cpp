@@ -108,9 +108,10 @@ CheckStatus run(const CheckArguments& arguments) {
     Findings findings(names_of(input.name, arguments.rules), arguments.most,
                       arguments.notes == NoteChoice::shown);
     const CheckedClasses checked = check_class_file(std::move(input), findings);
-    check_order_of_classes(checked, database ? database->transactions : arguments.transactions, findings);
     {
         const KnownSupports known(checked);
+        check_order_of_classes(checked, known, database ? database->transactions : arguments.transactions,
+                               findings);
         check_support_bounds(known, findings);
         if (arguments.notes != NoteChoice::none) {
             note_what_is_missing(checked, known, arguments.most_items, findings);

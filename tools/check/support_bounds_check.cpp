@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -49,15 +50,32 @@ public:
 private:
     /// Looks up the items, and the parts that lack one item.
     void find_parts(const Itemset& itemset) {
+        hash_ = KnownSupports::hash_of_items(itemset);
         items_.clear();
         parts_.clear();
         for (std::size_t i = 0; i < itemset.size(); ++i) {
-            part_.assign(1, itemset[i]);
-            items_.push_back(known_.find(part_));
-            part_ = itemset;
-            part_.erase(part_.begin() + static_cast<std::ptrdiff_t>(i));
-            parts_.push_back(known_.find(part_));
+            items_.push_back(known_of_item(itemset[i]));
+            parts_.push_back(known_.find_part(itemset, hash_, i));
         }
+    }
+
+    /// What is known of a single item. Looked up once for each.
+    const Known* known_of_item(Item item) {
+        const auto [found, is_new] = by_item_.try_emplace(item, nullptr);
+        if (is_new) {
+            found->second = known_.find({item});
+        }
+        return found->second;
+    }
+
+    /// What is known of two items. Looked up once for each pair.
+    const Known* known_of_pair(Item one, Item other) {
+        const std::uint64_t both = std::uint64_t{one} << 32 | other;
+        const auto [found, is_new] = by_pair_.try_emplace(both, nullptr);
+        if (is_new) {
+            found->second = known_.find({one, other});
+        }
+        return found->second;
     }
 
     std::optional<Violation> above_sum(const Known& of) const {
@@ -67,8 +85,8 @@ private:
             if (item == nullptr || part == nullptr) {
                 continue;
             }
-            const std::uint64_t sum = std::uint64_t{item->support} + part->support;
-            if (of.support > sum) {
+            const std::uint64_t sum = std::uint64_t{item->support()} + part->support();
+            if (of.support() > sum) {
                 return Violation{FindingKind::union_above_sum,
                                  "at most " + std::to_string(sum) + ", the sum of the supports of lines " +
                                      line_number(*part) + " and " + line_number(*item),
@@ -84,14 +102,11 @@ private:
                 if (parts_[j] == nullptr) {
                     continue;
                 }
-                part_ = *of.itemset;
-                part_.erase(part_.begin() + static_cast<std::ptrdiff_t>(j));
-                part_.erase(part_.begin() + static_cast<std::ptrdiff_t>(i));
-                const Known* const both = known_.find(part_);
-                const std::int64_t most =
-                    both == nullptr ? std::int64_t{of.support}
-                                    : std::int64_t{parts_[i]->support} + parts_[j]->support - both->support;
-                if (of.support > most) {
+                const Known* const both = known_.find_part(*of.itemset, hash_, i, j);
+                const std::int64_t most = both == nullptr ? std::int64_t{of.support()}
+                                                          : std::int64_t{parts_[i]->support()} +
+                                                                parts_[j]->support() - both->support();
+                if (of.support() > most) {
                     return Violation{FindingKind::outside_pair_bounds,
                                      "at most " + std::to_string(most) + ", by the supports of lines " +
                                          line_number(*parts_[i]) + ", " + line_number(*parts_[j]) + " and " +
@@ -109,17 +124,16 @@ private:
             if (items_[i] == nullptr) {
                 return std::nullopt;
             }
-            least += items_[i]->support;
+            least += items_[i]->support();
             for (std::size_t j = 0; j < i; ++j) {
-                part_ = {(*of.itemset)[j], (*of.itemset)[i]};
-                const Known* const pair = known_.find(part_);
+                const Known* const pair = known_of_pair((*of.itemset)[j], (*of.itemset)[i]);
                 if (pair == nullptr) {
                     return std::nullopt;
                 }
-                least -= std::int64_t{items_[i]->support} + items_[j]->support - pair->support;
+                least -= std::int64_t{items_[i]->support()} + items_[j]->support() - pair->support();
             }
         }
-        if (of.support >= least) {
+        if (of.support() >= least) {
             return std::nullopt;
         }
         return Violation{FindingKind::outside_pair_bounds,
@@ -132,7 +146,9 @@ private:
     const KnownSupports& known_;
     std::vector<const Known*> items_;  ///< what is known of the items
     std::vector<const Known*> parts_;  ///< and of the itemset without each of them
-    Itemset part_;                     ///< working space
+    std::uint64_t hash_ = 0;           ///< of the itemset
+    std::unordered_map<Item, const Known*> by_item_;
+    std::unordered_map<std::uint64_t, const Known*> by_pair_;
 };
 
 }  // namespace
@@ -152,7 +168,7 @@ void check_support_bounds(const KnownSupports& known, Findings& findings) {
         findings.add({.kind = violation->kind,
                       .severity = Severity::warning,
                       .place = {each.line, 1},
-                      .found = "the support " + std::to_string(each.support) + " of " + shown(items),
+                      .found = "the support " + std::to_string(each.support()) + " of " + shown(items),
                       .expected = std::move(violation->expected),
                       .other_line = violation->other_line});
     }
