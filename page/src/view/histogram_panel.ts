@@ -34,7 +34,7 @@ export class HistogramPanel {
         this.#bins = binsOf(this.#axis, column.low);
         this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
         this.#plot = this.#makePlot();
-        const title = h("h3", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
+        const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
         this.root = h(
             "section",

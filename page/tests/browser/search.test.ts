@@ -7,7 +7,7 @@ import { titanic } from "../support/titanic.ts";
 const browser = new TestBrowser();
 const blob = madeBlob(titanic);
 
-const field = (page: Page) => page.getByRole("searchbox", { name: "Search rules" });
+const field = (page: Page) => page.getByRole("combobox", { name: "Search rules" });
 
 test("rules are filtered while one types", async () => {
     const page = await browser.open(blob);

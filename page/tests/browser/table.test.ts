@@ -23,7 +23,7 @@ test("numbers are sorted from the largest, and once more from the smallest", asy
 
 test("sides are sorted by their names", async () => {
     const page = await browser.open(blob);
-    await page.getByRole("columnheader", { name: "If" }).getByRole("button").click();
+    await page.getByRole("columnheader", { name: "If", exact: true }).getByRole("button").click();
     await page.waitForFunction(() => document.querySelector("[aria-sort=ascending]")?.textContent === "If");
     await expect
         .poll(() => shownRules(page))

@@ -20,6 +20,8 @@ export interface Opening {
     readonly options?: BrowserContextOptions;
     /** Runs in the page before its own program. */
     readonly before?: () => void;
+    /** A message that is expected on the console; any other fails the test. */
+    readonly allows?: RegExp;
     /** Whether to wait until rules are shown. */
     readonly waits?: boolean;
 }
@@ -79,7 +81,7 @@ export class TestBrowser {
             await context.addInitScript(opening.before);
         }
         const page = await context.newPage();
-        this.#watch(page, pathToFileURL(file).href);
+        this.#watch(page, pathToFileURL(file).href, opening.allows);
         await page.goto(addressOf(file, opening.fragment));
         if (opening.waits !== false) {
             await page.waitForSelector(".toolbar", { state: "attached" });
@@ -87,10 +89,14 @@ export class TestBrowser {
         return page;
     }
 
-    #watch(page: Page, address: string): void {
+    #watch(page: Page, address: string, allows: RegExp | undefined): void {
         const messages: string[] = [];
         const requests: string[] = [];
-        page.on("console", (message) => messages.push(message.text()));
+        page.on("console", (message) => {
+            if (allows?.test(message.text()) !== true) {
+                messages.push(message.text());
+            }
+        });
         page.on("pageerror", (error) => messages.push(error.stack ?? error.message));
         page.on("request", (request) => {
             if (request.url().replace(/#.*$/su, "") !== address) {

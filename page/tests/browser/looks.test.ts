@@ -1,0 +1,105 @@
+import AxeBuilder from "axe-core";
+import type { Page } from "playwright-core";
+import { expect, test } from "vitest";
+import { TestBrowser } from "../support/browser.ts";
+import { madeBlob } from "../support/made_book.ts";
+import { titanic } from "../support/titanic.ts";
+
+const browser = new TestBrowser();
+const blob = madeBlob({
+    ...titanic,
+    classes: [
+        { count: 470, ownItems: [5], lowers: [], essentials: [] },
+        { count: 837, ownItems: [9], lowers: [0], essentials: [] },
+    ],
+});
+
+/** What axe-core finds wrong, in words. */
+async function violations(page: Page): Promise<string[]> {
+    await page.evaluate(AxeBuilder.source);
+    return page.evaluate(async () => {
+        const { axe } = globalThis as unknown as { axe: typeof import("axe-core") };
+        const result = await axe.run({
+            runOnly: ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "best-practice"],
+        });
+        return result.violations.map(
+            ({ id, nodes }) =>
+                `${id}: ${nodes.map((node) => `${node.html} ${node.failureSummary ?? ""}`).join(" | ")}`,
+        );
+    });
+}
+
+const narrow = { viewport: { width: 360, height: 740 } };
+
+test.each([
+    ["rules", "", {}],
+    ["rules in the dark", "", { colorScheme: "dark" }],
+    ["a rule", "rule=3&q=female", {}],
+    ["a rule in the dark", "rule=3&q=female", { colorScheme: "dark" }],
+    ["no rule that fits", "q=nothing", {}],
+    ["items", "view=items&item=6", {}],
+    ["exclusions", "view=exclusions", {}],
+    ["exclusions in the dark", "view=exclusions", { colorScheme: "dark" }],
+    ["a narrow page", "", narrow],
+    ["a rule on a narrow page", "rule=3", narrow],
+] as const)("axe-core finds nothing wrong with %s", async (_, fragment, options) => {
+    const page = await browser.open(blob, { fragment, options });
+    expect(await violations(page)).toEqual([]);
+});
+
+test("axe-core finds nothing wrong with the help and the choice of columns", async () => {
+    const page = await browser.open(blob);
+    await page.getByText("How these were chosen").click();
+    await page.getByText("Columns").click();
+    expect(await violations(page)).toEqual([]);
+    await page.keyboard.press("Escape");
+    await page.getByRole("button", { name: "Help" }).click();
+    expect(await violations(page)).toEqual([]);
+});
+
+test.each(["", "rule=3&q=female&q=lift>1.5", "view=items&item=6", "view=exclusions", "q=nothing"])(
+    "nothing is wider than a page of 360 pixels: #%s",
+    async (fragment) => {
+        const page = await browser.open(blob, { fragment, options: narrow });
+        expect(await page.evaluate(() => document.documentElement.scrollWidth)).toBeLessThanOrEqual(360);
+    },
+);
+
+test("on a narrow page filters open, and rules can be looked at", async () => {
+    const page = await browser.open(blob, { options: narrow });
+    await page.locator(".filters summary").first().click();
+    await page.getByRole("checkbox", { name: "with exceptions" }).uncheck();
+    await page.locator(".row:visible").first().click();
+    expect(await page.locator(".said").innerText()).toContain("class not crew");
+    await page.getByRole("button", { name: "Close this rule" }).click();
+    expect(await page.locator(".row:visible .number").first().innerText()).toContain("109");
+});
+
+test("the page is dark where the system is", async () => {
+    const page = await browser.open(blob, { options: { colorScheme: "dark" } });
+    const lightness = (name: "backgroundColor" | "color") =>
+        page.evaluate((property) => {
+            const parts = getComputedStyle(document.documentElement)[property].match(/\d+/gu) ?? [];
+            return (
+                parts
+                    .slice(0, 3)
+                    .map(Number)
+                    .reduce((one, other) => one + other) / 3
+            );
+        }, name);
+    expect(await lightness("backgroundColor")).toBeLessThan(50);
+    expect(await lightness("color")).toBeGreaterThan(200);
+});
+
+test("paper has all shown rules as a plain table, and no controls", async () => {
+    const page = await browser.open(blob, { fragment: "q=female" });
+    await page.emulateMedia({ media: "print" });
+    await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+    expect(await page.locator(".print-only tbody tr").count()).toBe(3);
+    expect(await page.locator(".print-only").innerText()).toContain("3 rules: female");
+    for (const hidden of [".search", ".toolbar", ".filters", ".rule-table"]) {
+        expect(await page.locator(hidden).isVisible(), hidden).toBe(false);
+    }
+    await page.evaluate(() => dispatchEvent(new Event("afterprint")));
+    expect(await page.locator(".print-only tbody tr").count()).toBe(0);
+});
