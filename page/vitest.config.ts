@@ -5,6 +5,7 @@ export default defineConfig({
     test: {
         projects: [
             { test: { name: "unit", include: ["tests/{data,model,view}/**/*.test.ts"] } },
+            { test: { name: "program", include: ["tests/program/**/*.test.ts"], testTimeout: 120_000 } },
             {
                 test: {
                     name: "browser",

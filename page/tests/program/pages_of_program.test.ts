@@ -1,0 +1,136 @@
+import { execFileSync } from "node:child_process";
+import { readFileSync } from "node:fs";
+import { fileURLToPath } from "node:url";
+import { inflateRawSync } from "node:zlib";
+import { describe, expect, test } from "vitest";
+import { bookOf, type Book } from "../../src/data/book.ts";
+import { CsvWriter } from "../../src/model/csv.ts";
+import { Lattice } from "../../src/model/lattice.ts";
+import { measures } from "../../src/model/measures.ts";
+import { Quantities } from "../../src/model/quantities.ts";
+import { plainSentence, sentenceOf } from "../../src/model/rule_words.ts";
+import { SideWords } from "../../src/model/side_words.ts";
+
+const program = process.env["KORV_RULES"] ?? "";
+const titanic = sample("titanic.csv");
+const classes = sample("titanic.classes");
+const all = ["--readings", "all", "--prune", "none", "--min-lift", "0"];
+
+/** What is asked of the program: input and options. */
+const runs: Readonly<Record<string, readonly string[]>> = {
+    "the sample as it is": [titanic],
+    "all readings of the sample, in full": [
+        titanic,
+        "--readings",
+        "all",
+        "--prune",
+        "none",
+        "--min-lift",
+        "0",
+    ],
+    "the sample with its items as they are": [titanic, "--wording", "full", "-c", "0.3", "--sort", "lift"],
+    "classes that leave supports open": [classes, "-n", "2201", "-s", "1", "-c", "0.1", ...all],
+    "classes that leave supports open, in full": [
+        classes,
+        "-n",
+        "2201",
+        "-s",
+        "1",
+        "--wording",
+        "full",
+        ...all,
+    ],
+};
+
+function sample(file: string): string {
+    return fileURLToPath(new URL(`../../../examples/titanic/${file}`, import.meta.url));
+}
+
+function output(...options: readonly string[]): string {
+    return execFileSync(program, options, {
+        encoding: "utf8",
+        maxBuffer: 1e9,
+        stdio: ["ignore", "pipe", "ignore"],
+    });
+}
+
+function bookOfRun(options: readonly string[]): Book {
+    const page = output(...options, "--to", "html", "--measures", "all");
+    const [, data = ""] = /id="korv-data">([^<]*)</u.exec(page) ?? [];
+    return bookOf(new Uint8Array(inflateRawSync(Buffer.from(data, "base64"))).buffer);
+}
+
+/** A number of the program's output: null is not defined, "inf" infinite. */
+function numberOf(value: unknown): number {
+    return value === null ? NaN : value === "inf" ? Infinity : Number(value);
+}
+
+function isClose(one: number, other: number, share: number): boolean {
+    return (
+        Object.is(one, other) ||
+        Math.abs(one - other) <= share * Math.max(Math.abs(one), Math.abs(other), 1e-9)
+    );
+}
+
+describe.skipIf(program === "").each(Object.entries(runs))("%s", (_, options) => {
+    test("has the same numbers as jsonl", () => {
+        const book = bookOfRun(options);
+        const quantities = new Quantities(book);
+        const lines = output(...options, "--to", "jsonl", "--top", "0", "--measures", "all")
+            .trimEnd()
+            .split("\n");
+        expect(lines.length).toBe(book.rules.count);
+        const names = ["premise_count", "conclusion_count", "items", "wordings", ...Object.keys(measures)];
+        lines.forEach((line, rule) => {
+            const told = JSON.parse(line) as Record<string, unknown>;
+            for (const name of names) {
+                const { low, high } = quantities.bounds(name, rule);
+                const share = name === "p" ? 1e-9 : 1e-13;
+                const most = told[`${name}_max`] ?? told[name] ?? null;
+                expect(isClose(low, numberOf(told[name]), share), `${line}: ${name} ${low}`).toBe(true);
+                expect(isClose(high, numberOf(most), share), `${line}: ${name}_max ${high}`).toBe(true);
+            }
+        });
+    });
+
+    test("has the same sides, forms and kinds as csv", () => {
+        const book = bookOfRun(options);
+        const writer = new CsvWriter(book, new SideWords(book), new Quantities(book), []);
+        const lines = output(...options, "--to", "csv", "--top", "0")
+            .trimEnd()
+            .split("\n");
+        const texts = (line: string) => /^(?:(?:"(?:[^"]|"")*"|[^",]*),){5}/u.exec(line)?.[0];
+        expect(texts(writer.header())).toBe(texts(lines[0]!));
+        lines.slice(1).forEach((line, rule) => {
+            expect(texts(writer.row(rule))).toBe(texts(line));
+        });
+    });
+
+    test("says its rules as words do", () => {
+        const book = bookOfRun(options);
+        const words = new SideWords(book);
+        const said = output(...options, "--to", "words", "--top", "0").replace(/\n\s+/gu, " ");
+        for (let rule = 0; rule < book.rules.count; ++rule) {
+            const sentence = sentenceOf(book, words, rule);
+            const others = sentence.others === "" ? "" : ` ${sentence.others}`;
+            expect(said).toContain(`${rule + 1}. ${plainSentence(sentence)} ${sentence.counts}${others}`);
+        }
+    });
+});
+
+describe.skipIf(program === "")("the lattice of the sample", () => {
+    test("has the class of every rule whose counts are known", () => {
+        const book = bookOfRun([titanic, "--readings", "all", "--prune", "none"]);
+        const lattice = new Lattice(book);
+        for (let rule = 0; rule < book.rules.count; ++rule) {
+            expect(lattice.classOfRule(rule), String(rule + 1)).toBeDefined();
+        }
+    });
+
+    test("the page of the sample is below 200 KB", () => {
+        const template = readFileSync(new URL("../../dist/page.html", import.meta.url));
+        const page = output(titanic, "--to", "html");
+        const [, data = ""] = /id="korv-data">([^<]*)</u.exec(page) ?? [];
+        expect(template.length + data.length).toBeLessThan(200_000);
+    });
+});
