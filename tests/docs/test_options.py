@@ -49,7 +49,7 @@ class Described(NamedTuple):
 DESCRIBED = [
     Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
     Described("korv-check", "docs/checking.md", 27, ("uniq -c", "tr -d", "--closure-items all")),
-    Described("korv-rules", "docs/exploring.md", 57, ("uniq -c", "fold -w", "-log10")),
+    Described("korv-rules", "docs/exploring.md", 58, ("uniq -c", "fold -w", "-log10")),
 ]
 
 
@@ -321,13 +321,13 @@ class RulesOptions(OfKorvRules):
                           "--format": ("classes", "rules", "fimi", "basket", "table"),
                           "--graph": ("lattice", "rules"), "--prune": ("none", "same", "full", "productive"),
                           "--readings": ("one", "all"),
-                          "--to": ("words", "table", "csv", "tsv", "jsonl", "sqlite", "dot"),
+                          "--to": ("words", "table", "csv", "tsv", "jsonl", "sqlite", "dot", "html"),
                           "--wording": ("shortest", "full")})
         self.assertEqual({name for name, option in options.items() if option.default},
                          {"--alpha", "--bins", "--closure-items", "--color", "--format", "--graph", "--max-classes",
                           "--max-items", "--max-size", "--min-confidence", "--min-joint", "--min-lift", "--min-own",
-                          "--min-support", "--missing", "--names", "--output", "--prune", "--readings", "--separator",
-                          "--sort", "--threads", "--to", "--top", "--wording"})
+                          "--min-support", "--missing", "--names", "--output", "--page-limit", "--prune", "--readings",
+                          "--separator", "--sort", "--threads", "--to", "--top", "--wording"})
         self.assertEqual({name for name, option in options.items() if not option.takes_argument},
                          {"--count", "--exclusions", "--help", "--help-measures", "--only-true", "--quiet", "--test",
                           "--verify", "--version", "--weighted"})

@@ -48,6 +48,28 @@ TEST_F(AccountingText, AccountsForEveryRule) {
               "     20 shown, by leverage                        --top 0 shows all 30,974\n");
 }
 
+TEST_F(AccountingText, SaysWhatShowsTheRulesBeyondAPage) {
+    request.page_limit = 20;
+    accounting[Step::top] = 171'301;
+    EXPECT_EQ(text(),
+              "171,321 rules from 13,492 classes, 9,835 transactions\n"
+              "     20 shown, by leverage     --page-limit 171321 shows all 171,321\n");
+    accounting.derived = 2'000'000;
+    accounting[Step::top] = 1'999'980;
+    EXPECT_EQ(beyond_text(accounting, request),
+              "--page-limit 1000000 shows more, another format has all 2,000,000");
+    request.page_limit = 1'000'000;
+    accounting[Step::top] = 1'000'000;
+    EXPECT_EQ(beyond_text(accounting, request), "another format has all 2,000,000");
+}
+
+TEST_F(AccountingText, SaysWhatShowsTheRulesBeyondTheTopOfAPage) {
+    request.page_limit = 20;
+    request.top = 7;
+    accounting[Step::top] = 171'314;
+    EXPECT_EQ(beyond_text(accounting, request), "--top 0 shows all 171,321");
+}
+
 TEST_F(AccountingText, SaysNothingOfWhatLeftNothingOut) {
     EXPECT_EQ(text(),
               "171,321 rules from 13,492 classes, 9,835 transactions\n"

@@ -277,7 +277,7 @@ TEST_F(KorvRules, WritesTheFormatOfTheExtensionOrTheOneItIsTold) {
     expect_refused(
         arguments + std::vector<std::string>{"-o", "a.xml"}, 2,
         "-o: found \"a.xml\"; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
-        ".sqlite3, .dot or .gv, or --to FORMAT");
+        ".sqlite3, .dot, .gv, .html or .htm, or --to FORMAT");
 }
 
 TEST_F(KorvRules, RefusesToReplaceItsInputs) {

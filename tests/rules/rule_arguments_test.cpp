@@ -101,6 +101,8 @@ TEST(FormatOfPath, IsThatOfItsExtension) {
     EXPECT_EQ(format_of_path("a.sqlite3"), RuleFormat::sqlite);
     EXPECT_EQ(format_of_path("a.dot"), RuleFormat::dot);
     EXPECT_EQ(format_of_path("a.gv"), RuleFormat::dot);
+    EXPECT_EQ(format_of_path("a.html"), RuleFormat::html);
+    EXPECT_EQ(format_of_path("a.htm"), RuleFormat::html);
 }
 
 TEST(FormatOfPath, IsSaidToBeMissing) {
@@ -108,7 +110,7 @@ TEST(FormatOfPath, IsSaidToBeMissing) {
         EXPECT_EQ(complaint_of([&] { format_of_path(path); }),
                   "-o: found \"" + path +
                       "\"; expected a name that ends with .txt, .csv, .tsv, .jsonl, .db, .sqlite, "
-                      ".sqlite3, .dot or .gv, or --to FORMAT");
+                      ".sqlite3, .dot, .gv, .html or .htm, or --to FORMAT");
     }
 }
 
@@ -218,6 +220,32 @@ TEST(RuleArguments, DrawsTheLatticeUnlessToldOtherwise) {
                   parsed({"a.dat", "--graph", "rules"});
               }),
               "--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
+}
+
+TEST(RuleArguments, LimitTheRulesOfAPage) {
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.html"}).rules.page_limit, 200'000U);
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.htm", "--page-limit", "1000000"}).rules.page_limit, 1'000'000U);
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.html", "--page-limit", "5"}).rules.most_told(), 5U);
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.html", "--page-limit", "5", "--top", "3"}).rules.most_told(), 3U);
+    EXPECT_EQ(parsed({"a.dat", "-o", "b.csv"}).rules.page_limit, 0U);
+    for (const char* const wrong : {"0", "1000001", "x", ""}) {
+        EXPECT_EXIT(parsed({"a.dat", "-o", "b.html", "--page-limit", wrong}), testing::ExitedWithCode(2),
+                    "expected a whole number from 1 to 1000000");
+    }
+    EXPECT_EQ(
+        complaint_of([] {
+            parsed({"a.dat", "-o", "b.csv", "--page-limit", "5"});
+        }),
+        "--page-limit: found another format; expected --to html, or -o with the extension .html or .htm");
+}
+
+TEST(RuleArguments, RefusesAPageOfExclusionsAlone) {
+    EXPECT_EQ(
+        complaint_of([] {
+            parsed({"a.dat", "-o", "b.html", "--exclusions"});
+        }),
+        "--exclusions: found the format of a database, a graph or a page, which shows them beside rules; "
+        "expected words, table, csv, tsv or jsonl");
 }
 
 TEST(RuleArguments, HasTheOptionsThatDecideWithoutDirectories) {

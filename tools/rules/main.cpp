@@ -186,10 +186,52 @@ std::optional<ExclusionResult> exclusions_of_page(const RuleInput& input, RuleRe
                            watch.exclusion_progress());
 }
 
-/// Writes the rules, or the report on them, and counts them again before that where it is asked for.
-void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
-           const RuleArguments& arguments, const RuleRequest& request, SearchWatch& watch,
-           RuleOutput& output) {
+/// A text with another one in each place of a part of it.
+std::string replaced(std::string text, const std::string& part, const std::string& by) {
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size())) {
+        text.replace(at, part.size(), by);
+    }
+    return text;
+}
+
+/// The notes on the input, which name the files of a run, without their directories.
+std::vector<std::string> notes_without_directories(const RuleInput& input, const InputRequest& request) {
+    std::vector<std::string> paths = request.paths;
+    paths.insert(paths.end(), {request.database, request.holdout, input.names_path});
+    std::vector<std::string> notes = input.notes;
+    for (const std::string& path : paths) {
+        const std::string name = std::filesystem::path(path).filename().string();
+        if (name.empty() || name == path) {
+            continue;
+        }
+        for (std::string& note : notes) {
+            note = replaced(std::move(note), path, name);
+        }
+    }
+    return notes;
+}
+
+/// Writes a page. Returns what the summary adds to that.
+std::string write_page(const SearchResult& found, const RuleBook& book, const RuleInput& input,
+                       const RuleArguments& arguments, const RuleRequest& request, SearchWatch& watch,
+                       RuleOutput& output) {
+    const auto exclusions = exclusions_of_page(input, request, watch);
+    const std::size_t classes = output.write_page(
+        found, book,
+        {input, names_without_directories(arguments.input.paths), arguments.decisive_options,
+         notes_without_directories(input, arguments.input), request, exclusions});
+    return classes == found.lattice.size()
+               ? ""
+               : "The page has room for " + with_commas(classes) + " of " +
+                     counted(found.lattice.size(), "class", "es") +
+                     ", those of the first rules with their neighbours; -o rules.db has all.\n";
+}
+
+/// Writes the rules, or the report on them, and counts them again before that where it is asked for. Returns
+/// what the summary adds to that.
+std::string write(const SearchResult& found, const KorvOutput& korv, const RuleInput& input,
+                  const RuleArguments& arguments, const RuleRequest& request, SearchWatch& watch,
+                  RuleOutput& output) {
     const RuleBook book = {found.itemsets,
                            input.names,
                            input.transactions,
@@ -209,15 +251,13 @@ void write(const SearchResult& found, const KorvOutput& korv, const RuleInput& i
             found, book,
             {input, names_without_directories(arguments.input.paths), arguments.decisive_options});
     } else if (arguments.format == RuleFormat::html) {
-        const auto exclusions = exclusions_of_page(input, request, watch);
-        output.write_page(found, book,
-                          {input, names_without_directories(arguments.input.paths),
-                           arguments.decisive_options, request, exclusions});
+        return write_page(found, book, input, arguments, request, watch, output);
     } else if (arguments.format == RuleFormat::dot) {
         warn_of_tangle(output.write_graph(found, book, arguments.graph), input, arguments.graph);
     } else {
         output.write_rules(found.rules, book);
     }
+    return "";
 }
 
 /// Derives and writes rules.
@@ -232,9 +272,9 @@ Status tell_rules(const RuleInput& input, const RuleArguments& arguments, RuleOu
         return search_rules(input, arguments.rules, filter, watch.progress(),
                             {arguments.is_count ? &korv : nullptr, needs_lattice(arguments)});
     });
-    or_end_with(Status::failed,
-                [&] { write(found, korv, input, arguments, arguments.rules, watch, output); });
-    sum_up(input, accounting_text(found.accounting, arguments.rules), arguments);
+    const std::string addition = or_end_with(
+        Status::failed, [&] { return write(found, korv, input, arguments, arguments.rules, watch, output); });
+    sum_up(input, accounting_text(found.accounting, arguments.rules) + addition, arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
 }
 
@@ -253,8 +293,9 @@ Status tell_rule_files(TextStream first, const RuleArguments& arguments, RuleOut
         return search_rule_files(std::move(first), arguments.input.paths, input, request,
                                  watch.progress().begin);
     });
-    or_end_with(Status::failed, [&] { write(found, {}, input, arguments, request, watch, output); });
-    sum_up(input, accounting_text(found.accounting, request), arguments);
+    const std::string addition = or_end_with(
+        Status::failed, [&] { return write(found, {}, input, arguments, request, watch, output); });
+    sum_up(input, accounting_text(found.accounting, request) + addition, arguments);
     return found.rules.empty() ? Status::no_rule : Status::done;
 }
 

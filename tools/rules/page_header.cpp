@@ -219,6 +219,8 @@ private:
     void add_run() {
         add_object("run", [this] {
             add("options", page_.origin.options);
+            add_list("notes", page_.origin.notes,
+                     [this](const std::string& each) { add_string(valid_utf8(each), json_); });
             add_objects("settings", settings(request_, accounting_, page_.book.transactions),
                         [this](const Setting& each) {
                             add("name", each.name);
@@ -268,6 +270,7 @@ private:
             add("premise_negated", premise(each.form).mode == Mode::negation);
             add("conclusion_negated", conclusion(each.form).mode == Mode::negation);
         });
+        add_list("groups", form_groups, [this](std::string_view each) { add_string(each, json_); });
     }
 
     void add_items() {

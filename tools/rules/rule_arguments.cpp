@@ -59,8 +59,6 @@ constexpr std::array extensions = {
     Word<RuleFormat>{".htm", RuleFormat::html}};
 constexpr std::array graphs = {Word<GraphKind>{"lattice", GraphKind::lattice},
                                Word<GraphKind>{"rules", GraphKind::rules}};
-/// The groups of forms in words, from the first.
-constexpr std::array groups = {"or-or", "none-none", "or-none", "none-or"};
 
 /// What a word stands for in a table; nothing for any other text.
 template <typename Table>
@@ -409,7 +407,7 @@ std::vector<OptionWords> words_of_lists() {
     return {{"--sort", sorts},
             {"--measures", measures, true},
             {"--kinds", kinds, true},
-            {"--forms", {groups.begin(), groups.end()}, true}};
+            {"--forms", {form_groups.begin(), form_groups.end()}, true}};
 }
 
 /// The words of a list with commas between them; throws Error for an empty one.
@@ -469,7 +467,7 @@ RuleRequest rule_request(const CLI::App& app, const Words& words, RuleRequest re
 }
 
 /// Throws Error where the rules cannot be written in the format to where they are to go.
-void check_format(const CLI::App& app, const RuleArguments& arguments) {
+void check_format(const CLI::App& app, const RuleArguments& arguments, bool is_terminal) {
     if (app.count("--graph") > 0 && arguments.format != RuleFormat::dot) {
         throw Error("--graph: found another format; expected --to dot, or -o with the extension .dot or .gv");
     }
@@ -489,6 +487,9 @@ void check_format(const CLI::App& app, const RuleArguments& arguments) {
     }
     if (arguments.format == RuleFormat::html) {
         require_rules_page();
+        if (is_terminal) {
+            throw Error("--to html: found a terminal; expected -o FILE, which a browser opens");
+        }
     }
     if (arguments.format != RuleFormat::sqlite) {
         return;
@@ -557,7 +558,7 @@ void complete_output(const CLI::App& app, const Words& words, RuleArguments& arg
         arguments.format = is_terminal ? RuleFormat::table : RuleFormat::words;
     }
     arguments.graph = *value_of_word(graphs, words.graph);
-    check_format(app, arguments);
+    check_format(app, arguments, is_terminal);
     arguments.rules.top = app.count("--top") > 0 ? *parse_number<std::uint32_t>(words.top)
                           : is_terminal          ? top_on_terminal
                                                  : 0;
@@ -614,7 +615,7 @@ std::vector<Form> parse_forms(const std::string& text) {
         bool is_known = false;
         for (const FormDescription& each : rule_catalogue) {
             const std::size_t number = group(each.form);
-            if (word == each.label || word == std::to_string(number) || word == groups[number - 1]) {
+            if (word == each.label || word == std::to_string(number) || word == form_groups[number - 1]) {
                 is_wanted[static_cast<std::size_t>(each.form)] = true;
                 is_known = true;
             }

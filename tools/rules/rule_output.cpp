@@ -22,9 +22,12 @@ void RuleOutput::write_database(const SearchResult& found, const RuleBook& book,
     output_.commit();
 }
 
-void RuleOutput::write_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin) {
-    write_rules_page(found, book, origin, [this](std::string_view text) { output_.write(text); });
+std::size_t RuleOutput::write_page(const SearchResult& found, const RuleBook& book,
+                                   const PageOrigin& origin) {
+    const std::size_t classes =
+        write_rules_page(found, book, origin, [this](std::string_view text) { output_.write(text); });
     output_.commit();
+    return classes;
 }
 
 std::size_t RuleOutput::write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph) {

@@ -33,8 +33,8 @@ public:
     /// Writes rules and their lattice as a database. See write_rules_database, which throws Error, too.
     void write_database(const SearchResult& found, const RuleBook& book, const RulesOrigin& origin);
 
-    /// Writes rules and their lattice as a page.
-    void write_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin);
+    /// Writes rules and their lattice as a page. Returns how many classes there was room for.
+    std::size_t write_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin);
 
     /// Draws the lattice, or the rules. Returns the number of nodes.
     std::size_t write_graph(const SearchResult& found, const RuleBook& book, GraphKind graph);

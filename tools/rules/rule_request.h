@@ -43,6 +43,9 @@ inline constexpr std::array<std::pair<std::string_view, Prune>, 4> prunes = {{
     {"productive", Prune::productive},
 }};
 
+/// The groups of forms in words, from the first.
+inline constexpr std::array<std::string_view, 4> form_groups = {"or-or", "none-none", "or-none", "none-or"};
+
 /// Where a pattern of items is looked for.
 enum class PatternPlace { either, premise, conclusion };
 

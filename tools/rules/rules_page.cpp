@@ -109,6 +109,7 @@ public:
     }
 
     const PageArrays& arrays() const { return arrays_; }
+    std::size_t classes() const { return classes_.size(); }
 
 private:
     /// Takes as many classes as there is room for beside everything else.
@@ -216,8 +217,8 @@ void write_data(const std::string& header, const PageArrays& arrays, const TextS
 
 void require_rules_page() {}
 
-void write_rules_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin,
-                      const TextSink& sink) {
+std::size_t write_rules_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin,
+                             const TextSink& sink) {
     PageParts parts(found, book, origin);
     const std::string header = parts.assemble();
     const PageProgram& program = page_program();
@@ -226,6 +227,7 @@ void write_rules_page(const SearchResult& found, const RuleBook& book, const Pag
     sink(program.before_data);
     write_data(header, parts.arrays(), sink);
     sink(program.after_data);
+    return parts.classes();
 }
 
 }  // namespace korv::tools

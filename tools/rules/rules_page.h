@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "rules/exclusion_search.h"
 #include "rules/rule_input.h"
@@ -20,6 +21,8 @@ struct PageOrigin {
     const RuleInput& input;
     std::string names_of_inputs;  ///< without their directories
     std::string options;          ///< as they were typed
+    /// What is said of the input, a line each, with the names of files instead of their paths.
+    std::vector<std::string> notes;
     const RuleRequest& request;
     const std::optional<ExclusionResult>& exclusions;  ///< pairs only; nothing where they were not counted
 };
@@ -28,12 +31,12 @@ struct PageOrigin {
 void require_rules_page();
 
 /// Writes rules, and of the classes that they are derived from (SearchResult::lattice) those that there is
-/// room for, as one HTML file that needs nothing else. The same rules give the same bytes by the same version
-/// of zlib.
+/// room for, as one HTML file that needs nothing else. Returns how many classes these are. The same rules
+/// give the same bytes by the same version of zlib.
 ///
 /// docs/page.md describes the data in it. Takes memory for the data as it is before it is compressed: some 20
 /// bytes a rule, and one for each item of a side or class.
-void write_rules_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin,
-                      const TextSink& sink);
+std::size_t write_rules_page(const SearchResult& found, const RuleBook& book, const PageOrigin& origin,
+                             const TextSink& sink);
 
 }  // namespace korv::tools

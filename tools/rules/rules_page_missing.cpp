@@ -10,9 +10,10 @@ void require_rules_page() {
         "--to html: korv-rules was built without zlib (zlib1g-dev); expected another format, such as csv");
 }
 
-void write_rules_page(const SearchResult& /*found*/, const RuleBook& /*book*/, const PageOrigin& /*origin*/,
-                      const TextSink& /*sink*/) {
+std::size_t write_rules_page(const SearchResult& /*found*/, const RuleBook& /*book*/,
+                             const PageOrigin& /*origin*/, const TextSink& /*sink*/) {
     require_rules_page();
+    return 0;
 }
 
 }  // namespace korv::tools
