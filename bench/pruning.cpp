@@ -34,6 +34,12 @@ void prune(benchmark::State& state, const MadeRules& made, PruneRules prune_them
     state.counters["left"] = static_cast<double>(left);
 }
 
+Pruned prune_in_one_thread(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+                           Prune what, const Rests& rests) {
+    Workers alone(1);
+    return prune_rules(rules, itemsets, transactions, what, alone, rests);
+}
+
 void register_rules(const std::string& name, MadeRules (*make)(std::size_t), std::size_t count,
                     PruneRules prune_them) {
     constexpr std::array<std::pair<const char*, Prune>, 3> prunes = {
@@ -54,13 +60,13 @@ void register_rules(const std::string& name, MadeRules (*make)(std::size_t), std
 int main(int argc, char** argv) {
     using namespace korv::tools;
     benchmark::Initialize(&argc, argv);
-    register_rules("short", short_rules, 1'000'000, prune_rules);
-    register_rules("long", long_rules, 171'000, prune_rules);
-    register_rules("long", long_rules, 1'000'000, prune_rules);
+    register_rules("short", short_rules, 1'000'000, prune_in_one_thread);
+    register_rules("long", long_rules, 171'000, prune_in_one_thread);
+    register_rules("long", long_rules, 1'000'000, prune_in_one_thread);
     register_rules("plain_short", short_rules, 20'000, korv::test::prune_rules_plainly);
-    register_rules("short", short_rules, 20'000, prune_rules);
+    register_rules("short", short_rules, 20'000, prune_in_one_thread);
     register_rules("plain_long", long_rules, 20'000, korv::test::prune_rules_plainly);
-    register_rules("long", long_rules, 20'000, prune_rules);
+    register_rules("long", long_rules, 20'000, prune_in_one_thread);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

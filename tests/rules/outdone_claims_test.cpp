@@ -11,9 +11,9 @@ namespace korv::tools {
 
 namespace {
 
-std::vector<char> outdone(test::ClaimSet& set, Outdoing outdoing) {
+std::vector<char> outdone(test::ClaimSet& set, Outdoing outdoing, std::size_t threads) {
     std::vector<char> is_outdone(set.claims.size());
-    OutdoneClaims(set.itemsets, std::vector<char>(set.itemsets.size(), 1))
+    OutdoneClaims(set.itemsets, std::vector<char>(set.itemsets.size(), 1), threads)
         .mark(set.claims, outdoing, is_outdone);
     return is_outdone;
 }
@@ -27,9 +27,11 @@ TEST(OutdoneClaims, AreThoseByDefinitionAmongShortAndLongOnes) {
             test::ClaimSet set = test::random_claims(shape, random);
             for (const Outdoing& outdoing : test::every_outdoing) {
                 const std::vector<char> expected = test::outdone_by_definition(set, outdoing);
-                // The order of claims is lost, their rules are not.
-                test::ClaimSet copy = set;
-                ASSERT_EQ(outdone(copy, outdoing), expected) << "seed " << seed;
+                for (const std::size_t threads : {1U, 3U}) {
+                    // The order of claims is lost, their rules are not.
+                    test::ClaimSet copy = set;
+                    ASSERT_EQ(outdone(copy, outdoing, threads), expected) << "seed " << seed;
+                }
             }
         }
     }

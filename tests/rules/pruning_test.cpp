@@ -83,6 +83,15 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
          << outcome.pruned[2];
 }
 
+/// prune_rules on so many threads.
+auto prune_on(std::size_t threads) {
+    return [threads](std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+                     Prune prune, const Rests& rests) {
+        Workers workers(threads);
+        return prune_rules(rules, itemsets, transactions, prune, workers, rests);
+    };
+}
+
 template <typename PruneRules>
 Outcome outcome_of(PruneRules prune_them, RuleSet set, Prune prune, const Rests& rests = {}) {
     const Pruned pruned = prune_them(set.rules, set.itemsets, set.transactions, prune, rests);
@@ -116,7 +125,7 @@ Outcome outcome(const std::vector<TypedRule>& typed, Prune prune, const Itemset&
         set.rules.push_back({premise, conclusion, rule.low, rule.high, Form::R111});
     }
     const Rests rests = rests_of_sides(set, {column});
-    return outcome_of(prune_rules, set, prune, rests);
+    return outcome_of(prune_on(1), set, prune, rests);
 }
 
 using Left = std::vector<std::string>;
@@ -472,7 +481,7 @@ TEST(PruneRules, OfTwoRulesWithoutExceptionKeepsTheOneThatImpliesTheOther) {
             const bool is_one_redundant = are_of_a_kind && (is_subset(of_a, of_b) || is_subset(of_b, of_a));
             std::vector<FoundRule> rules = {all[a], all[b]};
 
-            prune_rules(rules, itemsets, 100, Prune::full);
+            prune_on(1)(rules, itemsets, 100, Prune::full);
 
             ASSERT_EQ(rules.size(), is_one_redundant ? 1U : 2U)
                 << text(all[a], itemsets) << ", " << text(all[b], itemsets);
@@ -490,9 +499,12 @@ constexpr std::array every_prune = {Prune::same, Prune::full, Prune::productive}
 void expect_as_plain(RuleSet set, unsigned seed) {
     const Rests rests = seed % 2 == 0 ? Rests() : rests_of_sides(set, {{1, 2}, {3, 4, 5}});
     for (const Prune prune : every_prune) {
-        ASSERT_EQ(outcome_of(prune_rules, set, prune, rests),
-                  outcome_of(test::prune_rules_plainly, set, prune, rests))
-            << "seed " << seed << ", --prune " << static_cast<int>(prune);
+        const Outcome plain = outcome_of(test::prune_rules_plainly, set, prune, rests);
+        for (const std::size_t threads : {1U, 3U}) {
+            ASSERT_EQ(outcome_of(prune_on(threads), set, prune, rests), plain)
+                << "seed " << seed << ", --prune " << static_cast<int>(prune) << ", " << threads
+                << " threads";
+        }
     }
 }
 
@@ -534,7 +546,7 @@ TEST_P(PruneRandomRules, SoThatWhatIsLeftOutFollowsFromOneThatIsKept) {
         std::mt19937 random(seed);
         const RuleSet set = rules_of_database(GetParam().shape, random);
         std::vector<FoundRule> kept = set.rules;
-        prune_rules(kept, set.itemsets, set.transactions, Prune::full);
+        prune_on(1)(kept, set.itemsets, set.transactions, Prune::full);
         left_out += set.rules.size() - kept.size();
         for (const FoundRule& rule : set.rules) {
             ASSERT_TRUE(std::ranges::any_of(
@@ -554,9 +566,9 @@ TEST_P(PruneRandomRules, WhateverTheirOrder) {
     for (unsigned seed = 0; seed < GetParam().sets / 10; ++seed) {
         std::mt19937 random(seed);
         RuleSet set = rules_of_database(GetParam().shape, random);
-        Outcome before = outcome_of(prune_rules, set, Prune::productive);
+        Outcome before = outcome_of(prune_on(1), set, Prune::productive);
         std::ranges::shuffle(set.rules, random);
-        Outcome after = outcome_of(prune_rules, set, Prune::productive);
+        Outcome after = outcome_of(prune_on(1), set, Prune::productive);
         std::ranges::sort(before.left);
         std::ranges::sort(after.left);
         ASSERT_EQ(before, after) << "seed " << seed;

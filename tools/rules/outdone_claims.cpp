@@ -1,23 +1,25 @@
 #include "rules/outdone_claims.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include "rules/long_claims.h"
+#include "rules/short_claims.h"
 
 namespace korv::tools {
 
-OutdoneClaims::OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char>& is_wanted)
+OutdoneClaims::OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char>& is_wanted,
+                             std::size_t threads)
     : itemsets_(itemsets),
+      pairs_of_a_pass_(ShortClaims::default_pairs_of_a_pass / threads),
       parts_(itemsets, is_wanted),
-      signatures_(itemsets, is_wanted),
-      short_claims_(parts_, itemsets.size()) {}
+      signatures_(itemsets, is_wanted) {}
 
-void OutdoneClaims::mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone) {
+void OutdoneClaims::mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone) const {
     const auto first_long = std::stable_partition(
         claims.begin(), claims.end(), [&](const Claim& claim) { return is_short(claim, outdoing); });
     const auto shorts = static_cast<std::size_t>(first_long - claims.begin());
-    short_claims_.mark_outdone(claims.first(shorts), outdoing, is_outdone);
+    ShortClaims(parts_, itemsets_.size(), pairs_of_a_pass_)
+        .mark_outdone(claims.first(shorts), outdoing, is_outdone);
     if (shorts == claims.size()) {
         return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -7,7 +8,6 @@
 #include "rules/itemset_parts.h"
 #include "rules/itemset_pool.h"
 #include "rules/itemset_signatures.h"
-#include "rules/short_claims.h"
 
 namespace korv::tools {
 
@@ -17,15 +17,17 @@ namespace korv::tools {
 /// has to be equal does not count.
 class OutdoneClaims {
 public:
-    /// `is_wanted`: for each itemset of the pool, whether claims have it. Refers to the pool.
-    OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char>& is_wanted);
+    /// `is_wanted`: for each itemset of the pool, whether claims have it. `threads`: how many of them mark
+    /// claims at a time; they share the memory that one would take. Refers to the pool.
+    OutdoneClaims(const ItemsetPool& itemsets, const std::vector<char>& is_wanted, std::size_t threads = 1);
     OutdoneClaims(const OutdoneClaims&) = delete;
     OutdoneClaims& operator=(const OutdoneClaims&) = delete;
     ~OutdoneClaims() = default;
 
     /// Sets `is_outdone` of the rule of each claim that is outdone by another one. No two claims have the
     /// same itemsets, unless the first must lie within. The order of `claims` is lost.
-    void mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone);
+    /// Several threads can mark claims of different rules.
+    void mark(std::span<Claim> claims, Outdoing outdoing, std::vector<char>& is_outdone) const;
 
 private:
     static constexpr std::size_t most_pairs_of_parts = 256;
@@ -37,9 +39,9 @@ private:
     bool is_short(const Claim& claim, Outdoing outdoing) const;
 
     const ItemsetPool& itemsets_;
+    const std::size_t pairs_of_a_pass_;  ///< of ShortClaims
     ItemsetParts parts_;
     ItemsetSignatures signatures_;
-    ShortClaims short_claims_;
 };
 
 }  // namespace korv::tools

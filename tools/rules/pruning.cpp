@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <numeric>
 #include <optional>
-#include <span>
 #include <tuple>
 #include <utility>
 
@@ -182,37 +182,40 @@ std::vector<char> itemsets_of_sides(const std::vector<FoundRule>& rules, const I
     return is_side;
 }
 
-/// What pruning works on. Its steps come in their order; each returns how many rules it leaves out.
+/// Prunes rules. What threads do at a time leaves out different rules, or notes by itself what it leaves out.
 class Pruning {
 public:
-    /// Refers to all three.
-    Pruning(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets, const Rests& rests)
+    /// Refers to all of them.
+    Pruning(const std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
+            Workers& workers, const Rests& rests)
         : rules_(rules),
           itemsets_(itemsets),
           rests_(rests),
-          outdone_claims_(itemsets, itemsets_of_sides(rules, itemsets, rests)),
+          transactions_(transactions),
+          workers_(workers),
           is_left_out_(rules.size()) {}
 
-    /// Leaves out rules of which the contrapositive is better to read.
-    std::size_t leave_out_contrapositives();
-
-    /// Leaves out what a rule of the same conclusion dominates or, unless `has_same_conclusion`, what any
-    /// rule dominates or implies.
-    std::size_t leave_out_weaker(bool has_same_conclusion);
-
-    /// Leaves out what is hardly better than a rule of fewer items, whichever of its sides is the premise.
-    std::size_t leave_out_unproductive(Count transactions);
+    /// Call this once.
+    Pruned prune(Prune what);
 
     bool is_left_out(std::size_t rule) const { return is_left_out_[rule] != 0; }
 
 private:
-    void leave_out_implied();
-    void leave_out_implied_alternatives();
-    void leave_out_outdone(std::span<const Comparison> comparisons, const std::vector<Ends<Rank>>& strengths);
-    std::vector<Claim> claims_either_way(bool have_opposite_signs,
-                                         const std::vector<Ends<Rank>>& strengths) const;
-    std::vector<Claim> claims_by_rests(bool have_opposite_signs,
-                                       const std::vector<Ends<Rank>>& strengths) const;
+    using Tasks = std::vector<std::function<void()>>;
+
+    /// How many of the tasks that mark outdone claims, if any, take much memory.
+    static constexpr std::size_t large_tasks = 3;
+
+    std::size_t leave_out_contrapositives();
+    std::size_t leave_out_weaker(bool has_same_conclusion);
+    std::size_t leave_out_unproductive();
+    void mark_implied_implications(std::vector<char>& is_implied) const;
+    void mark_implied_exclusions(std::vector<char>& is_implied) const;
+    void mark_implied_alternatives(std::vector<char>& is_implied) const;
+    void leave_out_dominated(const Comparison& comparison);
+    std::vector<Claim> claims_either_way(bool have_opposite_signs) const;
+    std::vector<Claim> claims_by_rests(bool have_opposite_signs) const;
+    std::vector<Ends<Rank>> leverages() const;
     bool is_preferred(std::uint32_t a, std::uint32_t b) const;
     std::size_t count_left_out() const {
         return static_cast<std::size_t>(std::ranges::count(is_left_out_, char{1}));
@@ -221,11 +224,37 @@ private:
     const std::vector<FoundRule>& rules_;
     const ItemsetPool& itemsets_;
     const Rests& rests_;
-    OutdoneClaims outdone_claims_;
-    std::vector<char> is_left_out_;      ///< by rule
-    std::vector<Statement> statements_;  ///< of rules without exception that are no turned-round ones
+    const Count transactions_;
+    Workers& workers_;
+    std::optional<OutdoneClaims> outdone_claims_;
+    std::vector<Ends<Rank>> confidences_;  ///< by rule
+    std::vector<Ends<Rank>> leverages_;    ///< by rule; empty where they are not compared
+    std::vector<char> is_left_out_;        ///< by rule
+    std::vector<Statement> statements_;    ///< of rules without exception that are no turned-round ones
 };
 
+Pruned Pruning::prune(Prune what) {
+    Pruned pruned;
+    Tasks preparation = {
+        [&] {
+            outdone_claims_.emplace(itemsets_, itemsets_of_sides(rules_, itemsets_, rests_),
+                                    std::min(workers_.threads(), large_tasks));
+        },
+        [&] { confidences_ = ranks_of_ends(rules_, confidence); },
+        [&] { pruned.turned_round = leave_out_contrapositives(); },
+    };
+    if (what == Prune::productive) {
+        preparation.emplace_back([&] { leverages_ = leverages(); });
+    }
+    workers_.run(preparation);
+    pruned.weaker = leave_out_weaker(what == Prune::same);
+    if (what == Prune::productive) {
+        pruned.unproductive = leave_out_unproductive();
+    }
+    return pruned;
+}
+
+/// Leaves out rules of which the contrapositive is better to read. Returns how many.
 std::size_t Pruning::leave_out_contrapositives() {
     std::vector<Statement> all;
     for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
@@ -254,45 +283,59 @@ bool Pruning::is_preferred(std::uint32_t a, std::uint32_t b) const {
                                                       : is_shorter(one, other, itemsets_);
 }
 
+/// Leaves out what a rule of the same conclusion dominates or, unless `has_same_conclusion`, what any rule
+/// dominates or implies. Returns how many.
 std::size_t Pruning::leave_out_weaker(bool has_same_conclusion) {
     const std::size_t before = count_left_out();
-    std::vector<Ends<Rank>> confidences = ranks_of_ends(rules_, confidence);
+    Tasks tasks;
+    std::vector<char> is_implied;
     if (!has_same_conclusion) {
-        leave_out_implied();
+        is_implied.resize(rules_.size());
+        tasks = {[&] { mark_implied_implications(is_implied); }, [&] { mark_implied_exclusions(is_implied); },
+                 [&] { mark_implied_alternatives(is_implied); }};
         if (std::ranges::none_of(rules_, may_contradict_itself)) {
-            // What dominates a rule without exception has none either, and implies it: that is done.
+            // What dominates a rule without exception has none either, and implies it: that is looked for.
             for (const Statement& one : statements_) {
-                confidences[one.rule].high = unreachable;
+                confidences_[one.rule].high = unreachable;
             }
         }
     }
-    leave_out_outdone(has_same_conclusion ? std::span<const Comparison>(domination_of_same_conclusion)
-                                          : std::span<const Comparison>(domination),
-                      confidences);
+    for (const Comparison& comparison : has_same_conclusion ? domination_of_same_conclusion : domination) {
+        tasks.emplace_back([this, comparison] { leave_out_dominated(comparison); });
+    }
+    workers_.run(tasks);
+    for (std::size_t rule = 0; rule < is_implied.size(); ++rule) {
+        is_left_out_[rule] = static_cast<char>(is_left_out_[rule] | is_implied[rule]);
+    }
     return count_left_out() - before;
 }
 
-/// Leaves out rules without exception that others without exception imply.
-void Pruning::leave_out_implied() {
-    std::vector<Claim> implications;
-    std::vector<Claim> exclusions;
+// Rules without exception that others without exception imply are marked by what they say.
+
+void Pruning::mark_implied_implications(std::vector<char>& is_implied) const {
+    std::vector<Claim> claims;
     for (const auto& [form, first, second, rule] : statements_) {
         if (form == Signs::none) {
-            implications.push_back({first, second, 1, 1, rule});
-        } else if (form == Signs::conclusion) {
-            // It implies others either way round.
-            exclusions.push_back({first, second, 1, 1, rule});
-            exclusions.push_back({second, first, 1, unreachable, rule});
+            claims.push_back({first, second, 1, 1, rule});
         }
     }
-    outdone_claims_.mark(implications, {Stand::contains, Stand::within}, is_left_out_);
-    outdone_claims_.mark(exclusions, {Stand::contains, Stand::contains}, is_left_out_);
-    leave_out_implied_alternatives();
+    outdone_claims_->mark(claims, {Stand::contains, Stand::within}, is_implied);
 }
 
-/// Likewise those of a negated premise and a plain conclusion: they say that everybody meets the union of the
-/// two.
-void Pruning::leave_out_implied_alternatives() {
+void Pruning::mark_implied_exclusions(std::vector<char>& is_implied) const {
+    std::vector<Claim> claims;
+    for (const auto& [form, first, second, rule] : statements_) {
+        if (form == Signs::conclusion) {
+            // It implies others either way round.
+            claims.push_back({first, second, 1, 1, rule});
+            claims.push_back({second, first, 1, unreachable, rule});
+        }
+    }
+    outdone_claims_->mark(claims, {Stand::contains, Stand::contains}, is_implied);
+}
+
+/// Those of a negated premise and a plain conclusion say that everybody meets the union of the two.
+void Pruning::mark_implied_alternatives(std::vector<char>& is_implied) const {
     ItemsetPool unions;
     std::vector<std::uint32_t> best;  // rule of each union
     Itemset joined;
@@ -308,7 +351,7 @@ void Pruning::leave_out_implied_alternatives() {
             continue;
         }
         const bool is_better = is_preferred(rule, best[id]);
-        is_left_out_[is_better ? best[id] : rule] = 1;
+        is_implied[is_better ? best[id] : rule] = 1;
         best[id] = is_better ? rule : best[id];
     }
     std::vector<Claim> claims;
@@ -316,50 +359,56 @@ void Pruning::leave_out_implied_alternatives() {
         claims.push_back({id, 0, 1, 1, best[id]});
     }
     OutdoneClaims(unions, std::vector<char>(unions.size(), 1))
-        .mark(claims, {Stand::within, Stand::equals}, is_left_out_);
+        .mark(claims, {Stand::within, Stand::equals}, is_implied);
 }
 
-/// Leaves out rules that others of the same signs outdo. Rules that are left out already still outdo others.
-void Pruning::leave_out_outdone(std::span<const Comparison> comparisons,
-                                const std::vector<Ends<Rank>>& strengths) {
-    for (const auto& [of_signs, is_conclusion_first, outdoing] : comparisons) {
-        std::vector<Claim> claims;
-        for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
-            if (signs(rules_[rule]) != of_signs || strengths[rule].low == 0) {
-                continue;
-            }
-            ItemsetId first = rules_[rule].premise.itemset();
-            ItemsetId second = rules_[rule].conclusion.itemset();
-            if (is_conclusion_first) {
-                std::swap(first, second);
-            }
-            const Rank high = is_left_out(rule) ? unreachable : strengths[rule].high;
-            claims.push_back({first, second, strengths[rule].low, high, rule});
+/// Leaves out rules that others of the same signs dominate. Rules that are left out already still dominate
+/// others.
+void Pruning::leave_out_dominated(const Comparison& comparison) {
+    std::vector<Claim> claims;
+    for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
+        if (signs(rules_[rule]) != comparison.signs || confidences_[rule].low == 0) {
+            continue;
         }
-        outdone_claims_.mark(claims, outdoing, is_left_out_);
+        ItemsetId first = rules_[rule].premise.itemset();
+        ItemsetId second = rules_[rule].conclusion.itemset();
+        if (comparison.is_conclusion_first) {
+            std::swap(first, second);
+        }
+        const Rank high = is_left_out(rule) ? unreachable : confidences_[rule].high;
+        claims.push_back({first, second, confidences_[rule].low, high, rule});
     }
+    outdone_claims_->mark(claims, comparison.outdoing, is_left_out_);
 }
 
-/// Leaves out rules that gain less than one transaction beyond what chance gives over another one.
-std::size_t Pruning::leave_out_unproductive(Count transactions) {
-    const std::size_t before = count_left_out();
-    const std::vector<Ends<Rank>> leverages = ranks_of_ends(rules_, [=](const FoundRule& rule) {
-        auto [low, high] = ends(leverage(rule.at_low, transactions), leverage(rule.at_high, transactions));
-        // As a multiple of N squared, one transaction is N.
-        return std::optional(Ends<std::int64_t>{low, high - transactions + 1});
+/// The ends of the leverage, by rule. The upper one lacks a transaction, that a rule has to gain over another
+/// one: is that much beyond what chance gives. As a multiple of N squared, one transaction is N.
+std::vector<Ends<Rank>> Pruning::leverages() const {
+    return ranks_of_ends(rules_, [this](const FoundRule& rule) {
+        const auto [low, high] =
+            ends(leverage(rule.at_low, transactions_), leverage(rule.at_high, transactions_));
+        return std::optional(Ends<std::int64_t>{low, high - transactions_ + 1});
     });
+}
+
+/// Leaves out what is hardly better than a rule of fewer items, whichever of its sides is the premise.
+/// Returns how many.
+std::size_t Pruning::leave_out_unproductive() {
+    constexpr std::size_t kinds = 2;  // of equal and of opposite signs
+    const std::size_t before = count_left_out();
     // All claims are made before any is outdone, so that rules which are left out still outdo others.
-    constexpr Outdoing both_within = {Stand::within, Stand::within};
-    std::vector<std::pair<std::vector<Claim>, Outdoing>> compared = {
-        {claims_either_way(false, leverages), both_within},
-        {claims_either_way(true, leverages), both_within}};
-    if (!rests_.empty()) {
-        compared.emplace_back(claims_by_rests(false, leverages), both_within);
-        compared.emplace_back(claims_by_rests(true, leverages), Outdoing{Stand::within, Stand::equals});
-    }
-    for (auto& [claims, outdoing] : compared) {
-        outdone_claims_.mark(claims, outdoing, is_left_out_);
-    }
+    std::array<std::vector<Claim>, kinds> either_way;
+    std::array<std::vector<Claim>, kinds> by_rests;
+    workers_.run(kinds, [&](std::size_t kind) {
+        either_way[kind] = claims_either_way(kind != 0);
+        by_rests[kind] = claims_by_rests(kind != 0);
+    });
+    workers_.run(kinds, [&](std::size_t kind) {
+        outdone_claims_->mark(either_way[kind], {Stand::within, Stand::within}, is_left_out_);
+        // Of two plain sides, both have alternatives to leave out, of a plain and a negated one the first.
+        outdone_claims_->mark(by_rests[kind], {Stand::within, kind == 0 ? Stand::within : Stand::equals},
+                              is_left_out_);
+    });
     return count_left_out() - before;
 }
 
@@ -367,8 +416,7 @@ std::size_t Pruning::leave_out_unproductive(Count transactions) {
 /// both sides negated, a rule has the same leverage; with one of them negated, it has the opposite one. So
 /// such rules compare whichever of their sides is the premise, and whichever is negated: each has its claim
 /// and, to outdo others alone, the same one turned round.
-std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs,
-                                              const std::vector<Ends<Rank>>& strengths) const {
+std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs) const {
     std::vector<Claim> claims;
     claims.reserve(2 * rules_.size());
     for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
@@ -377,8 +425,8 @@ std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs,
         }
         const ItemsetId premise = rules_[rule].premise.itemset();
         const ItemsetId conclusion = rules_[rule].conclusion.itemset();
-        claims.push_back({premise, conclusion, strengths[rule].low, strengths[rule].high, rule});
-        claims.push_back({conclusion, premise, strengths[rule].low, unreachable, rule});
+        claims.push_back({premise, conclusion, leverages_[rule].low, leverages_[rule].high, rule});
+        claims.push_back({conclusion, premise, leverages_[rule].low, unreachable, rule});
     }
     return claims;
 }
@@ -386,14 +434,16 @@ std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs,
 /// Claims of rules that have alternatives to leave out: of two plain sides, or of a plain side, which comes
 /// first, and a negated one. To outdo them alone, there are claims by the rests that stand for sides, which
 /// turn the sign of each.
-std::vector<Claim> Pruning::claims_by_rests(bool have_opposite_signs,
-                                            const std::vector<Ends<Rank>>& strengths) const {
+std::vector<Claim> Pruning::claims_by_rests(bool have_opposite_signs) const {
     std::vector<Claim> claims;
+    if (rests_.empty()) {
+        return claims;
+    }
     for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
         if (is_left_out(rule)) {
             continue;
         }
-        const auto [low, high] = strengths[rule];
+        const auto [low, high] = leverages_[rule];
         const ItemsetId premise = rules_[rule].premise.itemset();
         const ItemsetId conclusion = rules_[rule].conclusion.itemset();
         const ItemsetId rest_of_premise = rest_of(premise, rests_);
@@ -445,17 +495,12 @@ Rests rests_of_sides(const std::vector<FoundRule>& rules, ItemsetPool& itemsets,
 }
 
 Pruned prune_rules(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-                   Prune prune, const Rests& rests) {
-    Pruned pruned;
+                   Prune prune, Workers& workers, const Rests& rests) {
     if (prune == Prune::none) {
-        return pruned;
+        return {};
     }
-    Pruning pruning(rules, itemsets, rests);
-    pruned.turned_round = pruning.leave_out_contrapositives();
-    pruned.weaker = pruning.leave_out_weaker(prune == Prune::same);
-    if (prune == Prune::productive) {
-        pruned.unproductive = pruning.leave_out_unproductive(transactions);
-    }
+    Pruning pruning(rules, itemsets, transactions, workers, rests);
+    const Pruned pruned = pruning.prune(prune);
     std::size_t number = 0;
     std::erase_if(rules, [&](const FoundRule&) { return pruning.is_left_out(number++); });
     return pruned;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/itemset.h"
+#include "common/workers.h"
 #include "rules/column_facts.h"
 #include "rules/found_rule.h"
 #include "rules/itemset_pool.h"
@@ -28,8 +29,8 @@ Rests rests_of_sides(const std::vector<FoundRule>& rules, ItemsetPool& itemsets,
 
 /// Takes out of `rules` what `prune` leaves out. The others keep their order. `itemsets`: those of the sides;
 /// no two rules have the same sides, nor do sides have more items than their rests. The result does not
-/// depend on the order of the rules.
+/// depend on the order of the rules, nor on the threads of `workers`, which share the work.
 Pruned prune_rules(std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-                   Prune prune, const Rests& rests = {});
+                   Prune prune, Workers& workers, const Rests& rests = {});
 
 }  // namespace korv::tools

@@ -198,7 +198,8 @@ void compare(SearchResult& result, const RuleRequest& request, Count transaction
     }
     if (request.prune != Prune::none) {
         keep_first_of_same_sides(result);
-        prune(result, request, transactions);
+        Workers workers(request.threads);
+        prune(result, request, transactions, workers);
     }
 }
 

@@ -201,14 +201,14 @@ void derive(const RuleInput& input, const RuleRequest& request, const RuleFilter
 
 }  // namespace
 
-void prune(SearchResult& result, const RuleRequest& request, Count transactions) {
+void prune(SearchResult& result, const RuleRequest& request, Count transactions, Workers& workers) {
     std::vector<FoundRule>& rules = result.rules;
     Accounting& accounting = result.accounting;
     accounting.prune = request.prune ? *request.prune : default_prune(rules, result.itemsets);
     const Rests rests = accounting.prune == Prune::productive
                             ? rests_of_sides(rules, result.itemsets, result.columns)
                             : Rests();
-    const Pruned pruned = prune_rules(rules, result.itemsets, transactions, accounting.prune, rests);
+    const Pruned pruned = prune_rules(rules, result.itemsets, transactions, accounting.prune, workers, rests);
     accounting[Step::turned_round] += pruned.turned_round;
     accounting[Step::weaker] += pruned.weaker;
     accounting[Step::unproductive] += pruned.unproductive;
@@ -240,7 +240,7 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
             input, request, filter, result,
             [&result](const FoundRule& rule) { result.rules.push_back(rule); }, progress, extras, workers);
         progress.begin(Phase::pruning);
-        prune(result, request, input.transactions);
+        prune(result, request, input.transactions, workers);
         std::ranges::for_each(std::exchange(result.rules, {}), select);
     }
     progress.begin(Phase::sorting);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+#include "common/workers.h"
 #include "engine/lattice_entries.h"
 #include "rules/accounting.h"
 #include "rules/column_facts.h"
@@ -70,6 +71,6 @@ SearchResult search_rules(const RuleInput& input, const RuleRequest& request, co
 
 /// Takes out of the rules of a result what the request leaves out as weaker, or what goes without saying of
 /// so many rules.
-void prune(SearchResult& result, const RuleRequest& request, Count transactions);
+void prune(SearchResult& result, const RuleRequest& request, Count transactions, Workers& workers);
 
 }  // namespace korv::tools
