@@ -27,11 +27,10 @@ TEST(OutdoneClaims, AreThoseByDefinitionAmongShortAndLongOnes) {
             test::ClaimSet set = test::random_claims(shape, random);
             for (const Outdoing& outdoing : test::every_outdoing) {
                 const std::vector<char> expected = test::outdone_by_definition(set, outdoing);
-                for (const std::size_t threads : {1U, 3U}) {
-                    // The order of claims is lost, their rules are not.
-                    test::ClaimSet copy = set;
-                    ASSERT_EQ(outdone(copy, outdoing, threads), expected) << "seed " << seed;
-                }
+                // The order of claims is lost, their rules are not.
+                test::ClaimSet copy = set;
+                const std::size_t threads = 1 + seed % 3;
+                ASSERT_EQ(outdone(copy, outdoing, threads), expected) << "seed " << seed;
             }
         }
     }
