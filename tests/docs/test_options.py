@@ -359,7 +359,7 @@ class RulesOptions(OfKorvRules):
 
     def test_formats_and_extensions_of_the_table_are_those_of_the_program(self) -> None:
         rows = [[cell.strip("`") for cell in row[:2]]
-                for row in table_rows(section(text_of("docs/exploring.md"), "What comes out"))[2:9]]
+                for row in table_rows(section(text_of("docs/exploring.md"), "What comes out"))[2:10]]
         self.assertEqual(tuple(row[0] for row in rows), of_korv_rules()["--to"].choices)
         sample = "examples/titanic/titanic.csv"
         for word, extensions in rows:

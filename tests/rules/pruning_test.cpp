@@ -86,7 +86,7 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
 /// prune_rules on so many threads.
 auto prune_on(std::size_t threads) {
     return [threads](std::vector<FoundRule>& rules, const ItemsetPool& itemsets, Count transactions,
-                     Prune prune, const Rests& rests) {
+                     Prune prune, const Rests& rests = {}) {
         Workers workers(threads);
         return prune_rules(rules, itemsets, transactions, prune, workers, rests);
     };
