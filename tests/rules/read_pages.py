@@ -126,7 +126,7 @@ class Pages(unittest.TestCase):
                                          "support:3\n\nconfiance:0.75\n---------------------------\n",
                                          encoding="ascii")
         (self.path / "a.dat").write_text("1 2\n1 2\n1 2\n1\n2\n\n\n\n", encoding="ascii")
-        page = Page(self.text_of("a.txt", "--database", "a.dat", "-s", "1"))
+        page = Page(self.text_of("a.txt", "--database", "a.dat"))
         self.assertEqual([(rule.first, rule.form) for rule in page.rules], [((4, 4, 3), None)])
         self.assertEqual(page.header["lattice"]["classes"], 0)
         self.assertIn("rule files", page.header["lattice"]["why"])

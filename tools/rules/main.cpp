@@ -180,6 +180,9 @@ std::optional<ExclusionResult> exclusions_of_page(const RuleInput& input, RuleRe
         return std::nullopt;
     }
     request.top = most_exclusions_of_page;
+    if (request.min_support.value == 0) {  // as goes without saying of rule files
+        request.min_support = RuleRequest().min_support;
+    }
     const ColumnFacts columns(input.names, *input.database);
     const ExclusionRequest pairs = {.max_items = 2};
     return find_exclusions(*input.database, input.names, columns, ItemChoice(), request, pairs,
