@@ -130,7 +130,8 @@ StepWords words_of(Step step, const Accounting& accounting, const RuleRequest& r
             return {"beyond the best " + with_commas(request.per_conclusion) + " of a conclusion",
                     "--per-conclusion 0"};
         case Step::top:
-            return {"beyond the best " + with_commas(request.most_told()), "--top 0"};
+            return {"beyond the best " + with_commas(request.most_told()),
+                    request.is_limited_by_page() ? beyond_text(accounting, request) : "--top 0"};
         case Step::not_confirmed:
             break;
     }
@@ -220,7 +221,7 @@ std::string beyond_text(const Accounting& accounting, const RuleRequest& request
     if (beyond == 0) {
         return "";
     }
-    const std::uint64_t all = accounting.left() + beyond;
+    const std::uint64_t all = accounting.left() + accounting[Step::not_confirmed] + beyond;
     if (!request.is_limited_by_page()) {
         return "--top 0 shows all " + with_commas(all);
     }

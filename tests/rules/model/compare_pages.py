@@ -44,7 +44,8 @@ class PageCase:
         sort = case.request.sort
         if self.limit < 100 and sort in rules_model.MEASURES_WITH_ROUGH_TIES:
             sort = "leverage"
-        self.case = replace(case, request=replace(case.request, sort=sort))
+        # A page has no counts in other transactions, and its limit decides on how many rules these confirm.
+        self.case = replace(case, request=replace(case.request, sort=sort), holdout=None)
 
     def arguments(self) -> List[str]:
         return self.case.arguments()[:-1] + ["html", "-o", "page.html", "--page-limit", str(self.limit)]
