@@ -31,6 +31,7 @@ async function start(): Promise<void> {
     });
     if (book !== undefined) {
         new App(book, licencesOfLibraries);
+        performance.mark("shown");
     }
 }
 

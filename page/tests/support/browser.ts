@@ -26,7 +26,8 @@ export interface Opening {
     readonly waits?: boolean;
 }
 
-const launchOptions = {
+/** How a browser is started: without anything that asks the network. */
+export const launchOptions = {
     executablePath: "/usr/bin/chromium",
     args: [
         "--no-sandbox",

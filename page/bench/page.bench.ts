@@ -1,0 +1,140 @@
+import { mkdtempSync, rmSync, statSync } from "node:fs";
+import { tmpdir } from "node:os";
+import path from "node:path";
+import { pathToFileURL } from "node:url";
+import { chromium, type Browser, type Page } from "playwright-core";
+import { afterAll, beforeAll, test } from "vitest";
+import { launchOptions } from "../tests/support/browser.ts";
+import { largeBlob } from "../tests/support/large_book.ts";
+import { writePage } from "../tests/support/page_file.ts";
+
+/** What is measured of a page, in milliseconds; each is the middle one of some runs. */
+interface Times {
+    /** From the address to rules on the screen. */
+    ready: number;
+    /** From a letter in the search to the rules that fit. */
+    filter: number;
+    /** From a click on the head of a column, the first time and again, to the rules in order. */
+    sort: number;
+    again: number;
+    /** The same for a side, which is ordered piece by piece, and the longest time without an answer meanwhile. */
+    side: number;
+    stuck: number;
+    /** From a far jump of the scroller to rows in its place: the longest of many. */
+    scroll: number;
+}
+
+const sizes = (process.env["BENCH_RULES"] ?? "10000,200000,1000000").split(",").map(Number);
+const rounds = Number(process.env["BENCH_ROUNDS"] ?? "3");
+const folder = mkdtempSync(path.join(tmpdir(), "page-bench-"));
+const results: { rules: number; megabytes: number; times: Times }[] = [];
+let browser: Browser;
+
+beforeAll(async () => {
+    browser = await chromium.launch(launchOptions);
+});
+
+afterAll(async () => {
+    await browser.close();
+    rmSync(folder, { recursive: true });
+    console.log(tableOf());
+});
+
+test.each(sizes)("a page of %i rules", async (rules) => {
+    const file = path.join(folder, `page-${rules}.html`);
+    writePage(file, largeBlob(rules));
+    const all: Times[] = [];
+    for (let round = 0; round < rounds; ++round) {
+        const page = await browser.newPage({ viewport: { width: 1280, height: 800 } });
+        all.push(await timesOf(page, pathToFileURL(file).href));
+        await page.close();
+    }
+    const middle = (name: keyof Times) =>
+        all.map((times) => times[name]).sort((one, other) => one - other)[rounds >> 1]!;
+    const names = Object.keys(all[0]!) as (keyof Times)[];
+    const times = Object.fromEntries(names.map((name) => [name, middle(name)])) as unknown as Times;
+    results.push({ rules, megabytes: statSync(file).size / 1e6, times });
+});
+
+async function timesOf(page: Page, address: string): Promise<Times> {
+    await page.goto(address);
+    await page.waitForFunction(() => performance.getEntriesByName("shown").length > 0);
+    const ready = await page.evaluate(() => performance.getEntriesByName("shown")[0]!.startTime);
+    await page.waitForTimeout(300);
+    const filter = Math.max(...(await typed(page, ["i", "it", "item 12", "item 123", ""])));
+    const sort = await clicked(page, "lift");
+    const again = await clicked(page, "lift");
+    const { time: side, stuck } = await sortedBySide(page);
+    return { ready, filter, sort, again, side, stuck, scroll: await scrolled(page) };
+}
+
+/** For each text, how long it takes from typing it to the next frame that shows what fits. */
+async function typed(page: Page, texts: readonly string[]): Promise<number[]> {
+    return page.evaluate(async (all) => {
+        const field = document.querySelector<HTMLInputElement>("input[type=search]")!;
+        const times = [];
+        for (const text of all) {
+            const begin = performance.now();
+            field.value = text;
+            field.dispatchEvent(new Event("input", { bubbles: true }));
+            await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+            times.push(performance.now() - begin);
+        }
+        return times;
+    }, texts);
+}
+
+async function clicked(page: Page, column: string): Promise<number> {
+    return page.evaluate(async (title) => {
+        const heads = [...document.querySelectorAll<HTMLElement>("[role=columnheader] button")];
+        const begin = performance.now();
+        heads.find((head) => head.textContent === title)!.click();
+        await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+        return performance.now() - begin;
+    }, column);
+}
+
+async function sortedBySide(page: Page): Promise<{ time: number; stuck: number }> {
+    return page.evaluate(async () => {
+        const heads = [...document.querySelectorAll<HTMLElement>("[role=columnheader] button")];
+        const begin = performance.now();
+        heads.find((head) => head.textContent === "If")!.click();
+        let stuck = 0;
+        let last = performance.now();
+        const count = document.querySelector(".toolbar .count")!;
+        do {
+            await new Promise((resolve) => setTimeout(resolve));
+            stuck = Math.max(stuck, performance.now() - last);
+            last = performance.now();
+        } while (count.textContent.startsWith("Preparing"));
+        return { time: performance.now() - begin, stuck };
+    });
+}
+
+/** The longest time from a jump to a frame in which the rows of its place are there. */
+async function scrolled(page: Page): Promise<number> {
+    return page.evaluate(async () => {
+        const grid = document.querySelector<HTMLElement>("[role=grid]")!;
+        let longest = 0;
+        for (let i = 0; i < 40; ++i) {
+            const begin = performance.now();
+            grid.scrollTop = (((i * 7) % 40) / 40) * grid.scrollHeight;
+            await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+            const rows = document.querySelectorAll(".row:not([hidden])").length;
+            longest = Math.max(longest, rows > 3 ? performance.now() - begin : Infinity);
+        }
+        return longest;
+    });
+}
+
+function tableOf(): string {
+    const heads = ["rules", "MB", "ready", "filter", "sort", "again", "by side", "stuck", "scroll"];
+    const rows = results.map(({ rules, megabytes, times }) => [
+        rules.toLocaleString("en"),
+        megabytes.toFixed(2),
+        ...[times.ready, times.filter, times.sort, times.again, times.side, times.stuck, times.scroll].map(
+            (time) => `${Math.round(time)} ms`,
+        ),
+    ]);
+    return [heads, heads.map(() => "--:"), ...rows].map((row) => `| ${row.join(" | ")} |`).join("\n");
+}
