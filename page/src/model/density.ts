@@ -1,6 +1,6 @@
-import { positionOn, type Axis } from "./axis.ts";
+import type { Passes } from "./filter.ts";
 
-/** Rules by cells of a grid: how many there are, and the mean of what colours them. Row 0 is the lowest. */
+/** Rules by cells of a grid: how many there are, and the mean of their shades. Row 0 is the lowest. */
 export interface Density {
     readonly columns: number;
     readonly rows: number;
@@ -8,35 +8,29 @@ export interface Density {
     readonly means: Float64Array;
 }
 
-/** What stands where in a scatter plot. */
+/** Where each rule stands in a plot: from the left and from below, from 0 to 1, and its shade. */
 export interface ScatterValues {
-    readonly x: Float64Array;
-    readonly y: Float64Array;
-    readonly colour: Float64Array;
-    readonly xAxis: Axis;
-    readonly yAxis: Axis;
+    readonly across: Float32Array;
+    readonly up: Float32Array;
+    readonly shades: Float32Array;
 }
 
-/** Counts rules cell by cell; those that have no place are left out. `toShade` makes a mean of colours meaningful. */
+/** Counts the rules that pass, cell by cell; those that have no place are left out. O(rules). */
 export function densityOf(
-    rules: Uint32Array,
-    { x, y, colour, xAxis, yAxis }: ScatterValues,
+    passes: Passes,
+    { across, up, shades }: ScatterValues,
     [columns, rows]: readonly [number, number],
-    toShade: (value: number) => number,
 ): Density {
     const counts = new Uint32Array(columns * rows);
     const means = new Float64Array(columns * rows);
-    for (const rule of rules) {
-        const across = positionOn(xAxis, x[rule]!);
-        const up = positionOn(yAxis, y[rule]!);
-        const shade = toShade(colour[rule]!);
-        if (Number.isNaN(across) || Number.isNaN(up)) {
-            continue;
+    for (let rule = 0; rule < passes.length; ++rule) {
+        const column = Math.min(columns - 1, across[rule]! * columns);
+        const row = Math.min(rows - 1, up[rule]! * rows);
+        if (passes[rule] === 1 && column >= 0 && row >= 0) {
+            const cell = Math.trunc(row) * columns + Math.trunc(column);
+            counts[cell]! += 1;
+            means[cell]! += shades[rule]!;
         }
-        const column = Math.min(columns - 1, Math.floor(across * columns));
-        const cell = Math.min(rows - 1, Math.floor(up * rows)) * columns + column;
-        counts[cell]! += 1;
-        means[cell]! += Number.isNaN(shade) ? 0 : shade;
     }
     for (let cell = 0; cell < counts.length; ++cell) {
         means[cell]! /= counts[cell]! || 1;
@@ -45,10 +39,31 @@ export function densityOf(
 }
 
 /**
- * Where a value lies between -1 (far below chance) and 1 (far above it), in relation to `reach`: a lift of 1 is 0,
- * `reach` and what is beyond is 1, and its inverse -1.
+ * How far lifts are from chance: 0 for 1, 1 for `reach` and what is beyond, -1 for its inverse and what is below; 0
+ * where the lift is not defined.
  */
-export function shadeOfLift(lift: number, reach: number): number {
-    const shade = Math.log(lift) / Math.log(reach);
-    return Math.min(1, Math.max(-1, shade));
+export function shadesOf(lifts: Float64Array, reach: number): Float32Array {
+    const shades = new Float32Array(lifts.length);
+    const whole = Math.log(reach);
+    for (let rule = 0; rule < lifts.length; ++rule) {
+        const shade = Math.log(lifts[rule]!) / whole;
+        shades[rule] = Number.isNaN(shade) ? 0 : Math.min(1, Math.max(-1, shade));
+    }
+    return shades;
+}
+
+/** The lift that has the strongest shade: nearly the largest, so that a few odd ones do not pale the others. */
+export function reachOfLifts(lifts: Float64Array): number {
+    const mostLooked = 20_000;
+    const least = 1.1;
+    const step = Math.max(1, Math.floor(lifts.length / mostLooked));
+    const sizes: number[] = [];
+    for (let rule = 0; rule < lifts.length; rule += step) {
+        const size = Math.max(lifts[rule]!, 1 / lifts[rule]!);
+        if (Number.isFinite(size)) {
+            sizes.push(size);
+        }
+    }
+    sizes.sort((one, other) => one - other);
+    return Math.max(least, sizes[Math.floor(0.95 * (sizes.length - 1))] ?? 2);
 }

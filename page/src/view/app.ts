@@ -5,6 +5,7 @@ import { Lattice } from "../model/lattice.ts";
 import { namedItems } from "../model/named_items.ts";
 import { givenOrder, orderBy } from "../model/order.ts";
 import { Quantities } from "../model/quantities.ts";
+import { Scales } from "../model/scales.ts";
 import { termsOf } from "../model/search_terms.ts";
 import { sideRanks } from "../model/side_ranks.ts";
 import { SideWords } from "../model/side_words.ts";
@@ -37,7 +38,9 @@ export class App {
     readonly #sideValues = new Map<string, Float64Array>();
     #state: ViewState;
     #order: Uint32Array;
-    #orderOf = "";
+    #orderOf = JSON.stringify("");
+    /** The last few, so that the way back is short. */
+    readonly #orders = new Map<string, Uint32Array>();
     #passes: Passes;
     #passesOf = "";
     #rules: Uint32Array;
@@ -75,6 +78,7 @@ export class App {
         return {
             book,
             quantities,
+            scales: new Scales(quantities),
             words: new SideWords(book),
             filter: new RuleFilter(book, quantities),
             lattice: () => (lattice ??= new Lattice(book)),
@@ -214,7 +218,8 @@ export class App {
         }
         if (!isOrdered) {
             this.#orderOf = orderText;
-            this.#order = this.#sorted();
+            this.#order = this.#orders.get(orderText) ?? this.#sorted();
+            keepFew(this.#orders, orderText, this.#order);
         }
         if (filterText !== this.#passesOf) {
             this.#passesOf = filterText;
@@ -269,4 +274,13 @@ export class App {
         this.#sideValues.set("premise", ofRules(premises));
         this.#sideValues.set("conclusion", ofRules(conclusions));
     }
+}
+
+function keepFew(orders: Map<string, Uint32Array>, key: string, order: Uint32Array): void {
+    const most = 6;
+    const [oldest] = orders.keys();
+    if (orders.size >= most && !orders.has(key) && oldest !== undefined) {
+        orders.delete(oldest);
+    }
+    orders.set(key, order);
 }

@@ -3,6 +3,7 @@ import type { Lists } from "../data/lists.ts";
 import type { Passes, RuleFilter } from "../model/filter.ts";
 import type { Lattice } from "../model/lattice.ts";
 import type { Quantities } from "../model/quantities.ts";
+import type { Scales } from "../model/scales.ts";
 import type { SideWords } from "../model/side_words.ts";
 import type { ViewState } from "../model/view_state.ts";
 
@@ -10,6 +11,7 @@ import type { ViewState } from "../model/view_state.ts";
 export interface Context {
     readonly book: Book;
     readonly quantities: Quantities;
+    readonly scales: Scales;
     readonly words: SideWords;
     readonly filter: RuleFilter;
     /** Made when it is first asked for. */

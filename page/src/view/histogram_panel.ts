@@ -1,4 +1,4 @@
-import { axisOf, roundedOn, tickText, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
+import { roundedOn, tickText, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
 import type { Passes } from "../model/filter.ts";
 import { binsOf, countsOfBins, numberOfBins } from "../model/histogram.ts";
 import type { Quantity } from "../model/quantities.ts";
@@ -29,9 +29,8 @@ export class HistogramPanel {
     constructor(context: Context, quantity: Quantity) {
         this.#context = context;
         this.#quantity = quantity;
-        const column = context.quantities.column(quantity.name);
-        this.#axis = axisOf(column, quantity.isWide);
-        this.#bins = binsOf(this.#axis, column.low);
+        this.#axis = context.scales.axis(quantity.name);
+        this.#bins = binsOf(context.scales.positions(quantity.name));
         this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
         this.#plot = this.#makePlot();
         const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);

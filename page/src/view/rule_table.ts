@@ -1,5 +1,5 @@
 import type { Axis } from "../model/axis.ts";
-import { axisOf, positionOn } from "../model/axis.ts";
+import { positionOn } from "../model/axis.ts";
 import { boundsText, countText } from "../model/number_words.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { plainSentence, sentenceOf } from "../model/rule_words.ts";
@@ -243,7 +243,7 @@ export class RuleTable implements Component {
     #axisOf(quantity: Quantity): Axis | undefined {
         let axis = this.#axes.get(quantity.name);
         if (axis === undefined && !this.#context.quantities.isSlow(quantity.name)) {
-            axis = fromZero(axisOf(this.#context.quantities.column(quantity.name), quantity.isWide));
+            axis = fromZero(this.#context.scales.axis(quantity.name));
             this.#axes.set(quantity.name, axis);
         }
         return axis;

@@ -1,7 +1,6 @@
-import { axisOf, positionOn, roundedOn, tickText, ticksOf, valueAt, type Axis } from "../model/axis.ts";
-import { densityOf, shadeOfLift, type ScatterValues } from "../model/density.ts";
+import { positionOn, roundedOn, tickText, ticksOf, valueAt } from "../model/axis.ts";
+import { densityOf, reachOfLifts, shadesOf, type ScatterValues } from "../model/density.ts";
 import { countText } from "../model/number_words.ts";
-import type { Quantity } from "../model/quantities.ts";
 import { plainSentence, sentenceOf } from "../model/rule_words.ts";
 import { rangeText } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
@@ -30,15 +29,15 @@ export class Scatter implements Component {
     readonly #plot: HTMLElement;
     readonly #xChoice: HTMLSelectElement;
     readonly #yChoice: HTMLSelectElement;
-    readonly #axes = new Map<string, Axis>();
-    readonly #reach: number;
+    readonly #shades: Float32Array;
     #sight: Sight | undefined;
     #dragFrom: Place | undefined;
     #isDue = false;
 
     constructor(context: Context) {
         this.#context = context;
-        this.#reach = reachOfLift(context);
+        const lifts = context.quantities.column("lift").low;
+        this.#shades = shadesOf(lifts, reachOfLifts(lifts));
         this.#plot = h("div", { class: "plot" }, this.#canvas, this.#marks, this.#selection, this.#tip);
         this.#xChoice = this.#choice("across", (xAxis) => ({ xAxis }));
         this.#yChoice = this.#choice("up", (yAxis) => ({ yAxis }));
@@ -69,7 +68,8 @@ export class Scatter implements Component {
         this.#xChoice.value = now.state.xAxis;
         this.#yChoice.value = now.state.yAxis;
         if (
-            now.rules !== before?.rules ||
+            now.passes !== before?.passes ||
+            now.busy !== before.busy ||
             now.state.xAxis !== before.state.xAxis ||
             now.state.yAxis !== before.state.yAxis ||
             now.state.rule !== before.state.rule
@@ -100,27 +100,16 @@ export class Scatter implements Component {
         return choice;
     }
 
-    #axisOf(quantity: Quantity): Axis {
-        let axis = this.#axes.get(quantity.name);
-        if (axis === undefined) {
-            axis = axisOf(this.#context.quantities.column(quantity.name), quantity.isWide);
-            this.#axes.set(quantity.name, axis);
-        }
-        return axis;
-    }
-
     #values(): ScatterValues | undefined {
         const state = this.#sight?.state;
-        const { quantities } = this.#context;
+        const { quantities, scales } = this.#context;
         if (state === undefined || quantities.isSlow(state.xAxis) || quantities.isSlow(state.yAxis)) {
             return undefined;
         }
         return {
-            x: quantities.column(state.xAxis).low,
-            y: quantities.column(state.yAxis).low,
-            colour: quantities.column("lift").low,
-            xAxis: this.#axisOf(quantities.get(state.xAxis)),
-            yAxis: this.#axisOf(quantities.get(state.yAxis)),
+            across: scales.positions(state.xAxis),
+            up: scales.positions(state.yAxis),
+            shades: this.#shades,
         };
     }
 
@@ -147,40 +136,20 @@ export class Scatter implements Component {
         this.#canvas.width = clientWidth * pixels;
         this.#canvas.height = clientHeight * pixels;
         drawing.scale(pixels, pixels);
-        const toShade = (lift: number) => shadeOfLift(lift, this.#reach);
+        const chosen = sight.state.rule === undefined ? undefined : placeOf(sight.state.rule, values);
         if (sight.rules.length <= mostPoints) {
-            drawPoints(drawing, area, this.#points(sight.rules, values, toShade), this.#chosenPlace(values));
+            drawPoints(drawing, area, pointsOf(sight.rules, values), chosen);
         } else {
             const grid = [Math.ceil(area.width / cellSize), Math.ceil(area.height / cellSize)] as const;
-            drawCells(
-                drawing,
-                area,
-                densityOf(sight.rules, values, grid, toShade),
-                this.#chosenPlace(values),
-            );
+            drawCells(drawing, area, densityOf(sight.passes, values, grid), chosen);
         }
-        this.#label(values, area);
+        this.#label(sight, area);
     }
 
-    #points(rules: Uint32Array, values: ScatterValues, toShade: (lift: number) => number) {
-        return Array.from(rules, (rule) => ({
-            ...this.#placeOf(rule, values),
-            shade: toShade(values.colour[rule]!),
-        })).filter(({ across, up }) => !Number.isNaN(across + up));
-    }
-
-    #placeOf(rule: number, { x, y, xAxis, yAxis }: ScatterValues): Place {
-        return { across: positionOn(xAxis, x[rule]!), up: positionOn(yAxis, y[rule]!) };
-    }
-
-    #chosenPlace(values: ScatterValues): Place | undefined {
-        const rule = this.#sight?.state.rule;
-        return rule === undefined ? undefined : this.#placeOf(rule, values);
-    }
-
-    #label({ xAxis, yAxis }: ScatterValues, area: Area): void {
-        const { state, rules } = this.#sight!;
-        const { quantities } = this.#context;
+    #label({ state, rules }: Sight, area: Area): void {
+        const { quantities, scales } = this.#context;
+        const xAxis = scales.axis(state.xAxis);
+        const yAxis = scales.axis(state.yAxis);
         const x = quantities.get(state.xAxis);
         const y = quantities.get(state.yAxis);
         const mark = (kind: string, text: string, left: number, top: number) => {
@@ -282,7 +251,7 @@ export class Scatter implements Component {
         let { terms } = state;
         const add = (name: string, one: number, other: number) => {
             const quantity = quantities.get(name);
-            const axis = this.#axisOf(quantity);
+            const axis = this.#context.scales.axis(name);
             const end = (position: number, isOpen: boolean, round: (value: number) => number) => {
                 const value = roundedOn(axis, valueAt(axis, position));
                 return isOpen ? undefined : quantity.isCount ? round(value) : value;
@@ -325,7 +294,7 @@ export class Scatter implements Component {
         let least = 12 ** 2;
         if (values !== undefined && rules.length <= 50 * mostPoints) {
             for (const rule of rules) {
-                const { across, up } = this.#placeOf(rule, values);
+                const { across, up } = placeOf(rule, values);
                 const distance = ((across - place.across) * width) ** 2 + ((up - place.up) * height) ** 2;
                 if (distance < least) {
                     least = distance;
@@ -337,14 +306,14 @@ export class Scatter implements Component {
     }
 }
 
-/** The lift that has the strongest colour: nearly the largest, so that a few odd ones do not pale the others. */
-function reachOfLift({ quantities }: Context): number {
-    const { low } = quantities.column("lift");
-    const step = Math.max(1, Math.floor(low.length / 20_000));
-    const sample = low.filter((lift, i) => i % step === 0 && Number.isFinite(lift) && lift > 0);
-    const sizes = sample.map((lift) => Math.max(lift, 1 / lift)).sort();
-    const size = sizes[Math.floor(0.95 * (sizes.length - 1))] ?? 2;
-    return Math.max(1.1, size);
+function placeOf(rule: number, { across, up }: ScatterValues): Place {
+    return { across: across[rule]!, up: up[rule]! };
+}
+
+function pointsOf(rules: Uint32Array, values: ScatterValues) {
+    return Array.from(rules, (rule) => ({ ...placeOf(rule, values), shade: values.shades[rule]! })).filter(
+        ({ across, up }) => !Number.isNaN(across + up),
+    );
 }
 
 function legend(): HTMLElement {

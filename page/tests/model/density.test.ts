@@ -1,22 +1,25 @@
 import { expect, test } from "vitest";
-import { densityOf, shadeOfLift } from "../../src/model/density.ts";
+import { densityOf, reachOfLifts, shadesOf } from "../../src/model/density.ts";
 
-const unit = { from: 0, to: 1, isLogarithmic: false, hasInfinite: false };
-
-test("rules are counted by cells from below, with the mean of their shades", () => {
+test("rules that pass are counted by cells from below, with the mean of their shades", () => {
     const values = {
-        x: Float64Array.of(0.1, 0.2, 0.9, NaN),
-        y: Float64Array.of(0.1, 0.2, 0.9, 0.5),
-        colour: Float64Array.of(1, 0, -1, 1),
-        xAxis: unit,
-        yAxis: unit,
+        across: Float32Array.of(0.1, 0.2, 1, NaN, 0.9),
+        up: Float32Array.of(0.1, 0.2, 1, 0.5, 0.9),
+        shades: Float32Array.of(1, 0, -1, 1, 0.5),
     };
-    const { counts, means } = densityOf(Uint32Array.of(0, 1, 2, 3), values, [2, 2], (value) => value);
+    const { counts, means } = densityOf(Uint8Array.of(1, 1, 1, 1, 0), values, [2, 2]);
     expect([...counts]).toEqual([2, 0, 0, 1]);
     expect([...means]).toEqual([0.5, 0, 0, -1]);
 });
 
 test("lifts have shades on both sides of chance", () => {
-    expect([1, 4, 0.25, 2, 100].map((lift) => shadeOfLift(lift, 4))).toEqual([0, 1, -1, 0.5, 1]);
-    expect(shadeOfLift(0, 4)).toBe(-1);
+    expect([...shadesOf(Float64Array.of(1, 4, 0.25, 2, 100, 0, NaN), 4)]).toEqual([0, 1, -1, 0.5, 1, -1, 0]);
+});
+
+test("the strongest shade is that of nearly the largest lift, above or below chance", () => {
+    const lifts = Float64Array.from({ length: 101 }, (_, i) => 1 + i / 10);
+    expect(reachOfLifts(lifts)).toBe(10.5);
+    expect(reachOfLifts(Float64Array.of(0.1, 0.2, 0.1))).toBe(10);
+    expect(reachOfLifts(Float64Array.of(1, 1, NaN, Infinity))).toBe(1.1);
+    expect(reachOfLifts(new Float64Array(0))).toBe(2);
 });

@@ -1,0 +1,16 @@
+import { expect, test } from "vitest";
+import { positionOn } from "../../src/model/axis.ts";
+import { Quantities } from "../../src/model/quantities.ts";
+import { Scales } from "../../src/model/scales.ts";
+import { titanicBook } from "../support/titanic.ts";
+
+test("rules stand on the axis of a quantity where their values lie", () => {
+    const quantities = new Quantities(titanicBook());
+    const scales = new Scales(quantities);
+    const { low } = quantities.column("lift");
+    const positions = scales.positions("lift");
+    expect([...positions]).toEqual(
+        [...low].map((lift) => Math.fround(positionOn(scales.axis("lift"), lift))),
+    );
+    expect(scales.positions("lift")).toBe(positions);
+});
