@@ -66,6 +66,21 @@ export function positionOn(axis: Axis, value: number): number {
     return Math.min(1, Math.max(0, part)) * (axis.hasInfinite ? finitePart : 1);
 }
 
+/** Where all values of a column lie, as `positionOn` says of one. */
+export function positionsOn(axis: Axis, values: Float64Array): Float32Array {
+    const { from, to, isLogarithmic, hasInfinite } = axis;
+    const positions = new Float32Array(values.length);
+    const begin = isLogarithmic ? Math.log(from) : from;
+    const scale = (hasInfinite ? finitePart : 1) / ((isLogarithmic ? Math.log(to) : to) - begin);
+    const last = hasInfinite ? finitePart : 1;
+    for (let i = 0; i < values.length; ++i) {
+        const value = values[i]!;
+        const position = ((isLogarithmic ? Math.log(value) : value) - begin) * scale;
+        positions[i] = value === Infinity ? 1 : Math.min(last, Math.max(0, position));
+    }
+    return positions;
+}
+
 /** The value at a position: the opposite of `positionOn`. */
 export function valueAt(axis: Axis, position: number): number {
     const part = position / (axis.hasInfinite ? finitePart : 1);

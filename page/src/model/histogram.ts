@@ -1,26 +1,17 @@
 import type { Passes } from "./filter.ts";
 
-/** Stands for the bin of a rule that has no place on the axis. */
-const none = 255;
-
 /** How many bins a histogram has. */
 export const numberOfBins = 48;
 
-/** The bin of each rule, by its position on an axis. */
-export function binsOf(positions: Float32Array): Uint8Array {
-    const bins = new Uint8Array(positions.length);
+/** How many of the rules that pass fall into each bin, by their positions on an axis; those without one into none. */
+export function countsOfBins(positions: Float32Array, passes: Passes): Uint32Array {
+    const counts = new Uint32Array(numberOfBins + 1); // one more for the very end of the axis
     for (let rule = 0; rule < positions.length; ++rule) {
-        const bin = positions[rule]! * numberOfBins;
-        bins[rule] = bin >= 0 ? Math.min(numberOfBins - 1, bin) : none;
+        const position = positions[rule]!;
+        if (position >= 0) {
+            counts[(position * numberOfBins) | 0]! += passes[rule]!;
+        }
     }
-    return bins;
-}
-
-/** How many of the rules that pass fall into each bin. */
-export function countsOfBins(bins: Uint8Array, passes: Passes): Uint32Array {
-    const counts = new Uint32Array(none + 1);
-    for (let rule = 0; rule < bins.length; ++rule) {
-        counts[bins[rule]!]! += passes[rule]!;
-    }
-    return counts.slice(0, numberOfBins);
+    counts[numberOfBins - 1]! += counts[numberOfBins]!;
+    return counts.subarray(0, numberOfBins);
 }

@@ -108,6 +108,12 @@ function newColumn(book: Book): ValueColumn {
 
 function fill(book: Book, name: string, column: ValueColumn, begin: number, end: number): void {
     const { first, second } = book.rules.tables;
+    const counts = countsOf(book, name);
+    if (counts !== undefined) {
+        column.low.set(counts.subarray(begin, end), begin);
+        column.high.set(counts.subarray(begin, end), begin);
+        return;
+    }
     const measure = name === "support" ? undefined : measures[name];
     if (measure !== undefined && first === second) {
         const n = book.transactions;
@@ -122,6 +128,16 @@ function fill(book: Book, name: string, column: ValueColumn, begin: number, end:
         column.low[rule] = low;
         column.high[rule] = high;
     }
+}
+
+/** What the book has of each rule as it is; nothing for what must be computed, or is not known exactly. */
+function countsOf({ rules }: Book, name: string): Uint32Array | undefined {
+    const { first, second } = rules.tables;
+    const ofTables = { support: first.a, premise_count: first.x, conclusion_count: first.y };
+    const ofRules = { wordings: rules.wordings, readings: rules.readings };
+    const all: Readonly<Record<string, Uint32Array>> =
+        first === second ? { ...ofTables, ...ofRules } : ofRules;
+    return Object.hasOwn(all, name) ? all[name] : undefined;
 }
 
 function boundsFunction(book: Book, name: string): (rule: number) => Bounds {

@@ -1,4 +1,4 @@
-import { axisOf, positionOn, type Axis } from "./axis.ts";
+import { axisOf, positionsOn, type Axis } from "./axis.ts";
 import type { Quantities } from "./quantities.ts";
 
 /** The axis of each quantity, and where each rule stands on it; made when first asked for. */
@@ -21,13 +21,7 @@ export class Scales {
     /** Where each rule stands on the axis, by the lower end of what is known; NaN for nowhere. */
     positions(name: string): Float32Array {
         return kept(this.#positions, name, () => {
-            const axis = this.axis(name);
-            const { low } = this.#quantities.column(name);
-            const positions = new Float32Array(low.length);
-            for (let rule = 0; rule < low.length; ++rule) {
-                positions[rule] = positionOn(axis, low[rule]!);
-            }
-            return positions;
+            return positionsOn(this.axis(name), this.#quantities.column(name).low);
         });
     }
 }

@@ -1,6 +1,6 @@
 import { roundedOn, tickText, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
 import type { Passes } from "../model/filter.ts";
-import { binsOf, countsOfBins, numberOfBins } from "../model/histogram.ts";
+import { countsOfBins, numberOfBins } from "../model/histogram.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { rangeText } from "../model/search_terms.ts";
 import type { Context } from "./component.ts";
@@ -15,7 +15,7 @@ export class HistogramPanel {
     readonly #context: Context;
     readonly #quantity: Quantity;
     readonly #axis: Axis;
-    readonly #bins: Uint8Array;
+    readonly #positions: Float32Array;
     readonly #all: Uint32Array;
     readonly #allBars = svg("path", { class: "all" });
     readonly #shownBars = svg("path", { class: "shown" });
@@ -30,8 +30,8 @@ export class HistogramPanel {
         this.#context = context;
         this.#quantity = quantity;
         this.#axis = context.scales.axis(quantity.name);
-        this.#bins = binsOf(context.scales.positions(quantity.name));
-        this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
+        this.#positions = context.scales.positions(quantity.name);
+        this.#all = countsOfBins(this.#positions, new Uint8Array(this.#positions.length).fill(1));
         this.#plot = this.#makePlot();
         const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
@@ -56,7 +56,7 @@ export class HistogramPanel {
 
     /** Shows the rules that pass, and the range that the terms ask for. */
     update(passes: Passes, terms: readonly string[]): void {
-        this.#shownBars.setAttribute("d", this.#bars(countsOfBins(this.#bins, passes)));
+        this.#shownBars.setAttribute("d", this.#bars(countsOfBins(this.#positions, passes)));
         this.#terms = terms;
         this.#showRange();
     }

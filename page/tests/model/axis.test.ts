@@ -2,6 +2,7 @@ import { expect, test } from "vitest";
 import {
     axisOf,
     positionOn,
+    positionsOn,
     roundedOn,
     ticksOf,
     tickText,
@@ -61,6 +62,20 @@ test("a position leads back to its value", () => {
             expect(valueAt(of, positionOn(of, value))).toBeCloseTo(value, 9);
         }
     }
+});
+
+test.each([
+    ["linear", [-1, 0.5, 3, NaN], false],
+    ["logarithmic", [0, 1, 7, 1_000, NaN], true],
+    ["with infinite values", [0, 2, Infinity], false],
+    ["logarithmic with infinite values", [1, 30, Infinity], true],
+] as const)("all positions on an axis are those of each value: %s", (_, values, isWide) => {
+    const of = axis(values, isWide);
+    const positions = positionsOn(of, Float64Array.from(values));
+    values.forEach((value, i) => {
+        const position = positionOn(of, value);
+        expect(Math.abs(positions[i]! - position) < 1e-6 || Object.is(positions[i], position)).toBe(true);
+    });
 });
 
 test("one value has room on both sides, and none has an axis, too", () => {
