@@ -81,8 +81,9 @@ private:
         if (both.empty()) {
             return;
         }
-        const KnownSupports::Known* const known = known_.find(both);
-        if ((known != nullptr && known->is_closed) || !told_.insert(both).second) {
+        const KnownSupports::Position known = known_.find(both);
+        if ((known != KnownSupports::unknown && known_.is_closed(known)) ||
+            !told_.insert(hash_of(both)).second) {
             return;
         }
         std::uint32_t line = line_.at(&one);
@@ -99,7 +100,7 @@ private:
     const KnownSupports& known_;
     Findings& findings_;
     std::unordered_map<const Itemset*, std::uint32_t> line_;
-    std::unordered_set<Itemset, ItemsetHash> told_;
+    std::unordered_set<std::uint64_t> told_;  ///< hashes of them: there may be millions
     std::size_t looked_at_ = 0;
 };
 

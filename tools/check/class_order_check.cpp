@@ -23,6 +23,7 @@ namespace {
 struct ColumnClass {
     NodeRef node;
     std::uint32_t line;
+    KnownSupports::Position closed;  ///< its position among all classes
 
     const Itemset& closed_itemset() const { return node->first; }
     Count support() const { return node->second.support; }
@@ -33,9 +34,9 @@ struct ColumnClass {
 std::vector<ColumnClass> by_support(const CheckedClasses& checked) {
     std::vector<ColumnClass> placed;
     placed.reserve(checked.classes.size());
-    auto line = checked.lines.begin();
-    for (NodeRef node = checked.classes.begin(); node != checked.classes.end(); ++node, ++line) {
-        placed.push_back({node, *line});
+    KnownSupports::Position closed = 0;
+    for (NodeRef node = checked.classes.begin(); node != checked.classes.end(); ++node, ++closed) {
+        placed.push_back({node, checked.lines[closed], closed});
     }
     std::ranges::stable_sort(placed, [](const ColumnClass& a, const ColumnClass& b) {
         return std::pair(a.support(), a.closed_itemset().size()) <
@@ -114,8 +115,16 @@ public:
     }
 
     void check() {
-        is_suspect_.assign(known_.all().size(), false);
-        for (const Key& key : keys_by_size()) {
+        column_of_.resize(classes_.size());
+        for (Column column = 0; column < classes_.size(); ++column) {
+            column_of_[classes_[column].closed] = column;
+        }
+        is_suspect_.assign(known_.size(), false);
+        for (const KnownSupports::Known& each : known_.shared()) {
+            is_suspect_[known_.find(*each.itemset)] = true;
+            look_closely(*each.itemset, column_of_[each.closed]);
+        }
+        for (const Position key : keys_by_size()) {
             check_key(key);
         }
         for (const ColumnClass& each : classes_) {
@@ -127,6 +136,8 @@ public:
     }
 
 private:
+    using Position = KnownSupports::Position;
+
     /// What says that the support of a class is too small.
     struct Contradiction {
         FindingKind kind;
@@ -134,89 +145,79 @@ private:
         const Itemset* key;  ///< of that class, within this one
     };
 
-    /// An essential itemset, or the closed itemset of a class that stores none.
-    struct Key {
-        const Itemset* itemset;
-        Column column;  ///< of its class
-    };
-
     /// All keys, so that the parts of an itemset come before it.
-    std::vector<Key> keys_by_size() const {
-        std::vector<Key> keys;
-        keys.reserve(known_.all().size());
-        for (Column column = 0; column < classes_.size(); ++column) {
-            for (const Itemset& essential : classes_[column].essentials()) {
-                keys.push_back({&essential, column});
-            }
-            if (classes_[column].essentials().empty()) {
-                keys.push_back({&classes_[column].closed_itemset(), column});
+    std::vector<Position> keys_by_size() const {
+        std::vector<Position> keys;
+        keys.reserve(known_.size());
+        for (Position position = 0; position < known_.size(); ++position) {
+            if (known_.is_key(position)) {
+                keys.push_back(position);
             }
         }
-        std::ranges::stable_sort(keys, {}, [](const Key& each) { return each.itemset->size(); });
+        std::ranges::stable_sort(keys, {}, [this](Position each) { return known_[each].itemset->size(); });
         return keys;
     }
 
     /// Looks closely at the classes around a key only where there is a reason: a class around it of no larger
     /// support, one that lacks an item of its class, or a part of it of which the same was found. (What
     /// contains the key contains its parts, and so their classes, unless that was found of the parts.)
-    void check_key(const Key& key) {
-        const KnownSupports::Known* const known = known_.find(*key.itemset);
-        const bool is_suspect = has_suspect_part(key) || !is_first_around(key) || lacks_items(key);
-        if (!is_suspect) {
-            return;
+    void check_key(Position key) {
+        const Itemset& itemset = *known_[key].itemset;
+        const Column column = column_of_[known_[key].closed];
+        if (is_suspect_[key] || has_suspect_part(key) || !is_first_around(itemset, column) ||
+            lacks_items(itemset)) {
+            is_suspect_[key] = true;
+            look_closely(itemset, column);
         }
-        is_suspect_[known_.position(*known)] = true;
-        check_around_class(key.column);
-        if (!classes_[key.column].essentials().empty()) {
-            check_around(*key.itemset, key.column);
+    }
+
+    void look_closely(const Itemset& key, Column column) {
+        check_around_class(column);
+        if (!classes_[column].essentials().empty()) {
+            check_around(key, column);
         }
     }
 
     /// Collects in `rest_` the items of the class that are in the class of no part of the key. Returns
     /// whether something was found of a part.
-    bool has_suspect_part(const Key& key) {
-        rest_ = difference(classes_[key.column].closed_itemset(), *key.itemset);
-        if (key.itemset->size() == 1) {
-            return false;
-        }
-        const std::uint64_t hash = KnownSupports::hash_of_items(*key.itemset);
-        for (std::size_t i = 0; i < key.itemset->size(); ++i) {
-            const KnownSupports::Known* const part = known_.find_part(*key.itemset, hash, i);
-            if (part == nullptr) {
+    bool has_suspect_part(Position key) {
+        rest_ = difference(known_[key].node->first, *known_[key].itemset);
+        for (const Position part : known_.parts(key)) {
+            if (part == KnownSupports::unknown) {
                 continue;
             }
-            if (is_suspect_[known_.position(*part)]) {
+            if (is_suspect_[part]) {
                 return true;
             }
             if (!rest_.empty()) {
-                rest_ = difference(rest_, part->node->first);
+                rest_ = difference(rest_, known_[part].node->first);
             }
         }
         return false;
     }
 
     /// Whether the class of a key is the only one around it that has no larger support.
-    bool is_first_around(const Key& key) {
-        numbering_.translate(*key.itemset, numbers_);
+    bool is_first_around(const Itemset& key, Column column) {
+        numbering_.translate(key, numbers_);
         const auto all = static_cast<Column>(classes_.size());
-        if (index_.first_superset(numbers_, 0, all) != key.column) {
+        if (index_.first_superset(numbers_, 0, all) != column) {
             return false;
         }
-        Column end = key.column + 1;  // of the classes of the same support
-        while (end < all && classes_[end].support() == classes_[key.column].support()) {
+        Column end = column + 1;  // of the classes of the same support
+        while (end < all && classes_[end].support() == classes_[column].support()) {
             ++end;
         }
-        return index_.first_superset(numbers_, key.column + 1, end) == end;
+        return index_.first_superset(numbers_, column + 1, end) == end;
     }
 
     /// Whether a class around the key lacks one of the items in `rest_`.
-    bool lacks_items(const Key& key) {
+    bool lacks_items(const Itemset& key) {
         if (rest_.empty()) {
             return false;
         }
         index_.find_supersets(numbers_, 0, around_key_);
         const std::size_t around = count(around_key_);
-        rest_.insert(rest_.end(), key.itemset->begin(), key.itemset->end());
+        rest_.insert(rest_.end(), key.begin(), key.end());
         std::ranges::sort(rest_);
         numbering_.translate(rest_, numbers_);
         index_.find_supersets(numbers_, 0, around_key_);
@@ -334,7 +335,8 @@ private:
     const ItemsetTable closed_itemsets_;  ///< in numbers, by column
     const ItemIndex index_;
     std::unordered_map<Column, Contradiction> contradictions_;
-    std::vector<bool> is_suspect_;  ///< by position in `known_`
+    std::vector<Column> column_of_;  ///< by position of the closed itemset in `known_`
+    std::vector<bool> is_suspect_;   ///< by position in `known_`
     std::optional<Column> looked_around_;
     // Working space.
     Itemset numbers_;

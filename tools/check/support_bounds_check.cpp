@@ -1,12 +1,11 @@
 #include "check/support_bounds_check.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "base/number_text.h"
 #include "common/error.h"
@@ -15,9 +14,9 @@ namespace korv::tools {
 
 namespace {
 
-using Known = KnownSupports::Known;
+using Position = KnownSupports::Position;
 
-constexpr std::size_t most_items = 40;
+constexpr Position unknown = KnownSupports::unknown;
 
 /// What the supports of parts say of the support of an itemset.
 struct Violation {
@@ -26,42 +25,30 @@ struct Violation {
     std::size_t other_line;
 };
 
-std::string line_number(const Known& known) {
-    return std::to_string(known.line);
-}
-
 class BoundsOfParts {
 public:
     explicit BoundsOfParts(const KnownSupports& known) : known_(known) {}
 
-    /// The first bound that a support violates; nothing where it is within all that are known.
-    std::optional<Violation> violation(const Known& of) {
-        find_parts(*of.itemset);
-        std::optional<Violation> found = above_sum(of);
-        if (!found && of.itemset->size() > 2) {
-            found = above_two_parts(of);
+    /// The first bound that the support of a key violates; nothing where it is within all that are known.
+    std::optional<Violation> violation(Position key) {
+        std::optional<Violation> found = above_sum(key);
+        if (!found && known_[key].itemset->size() > 2) {
+            found = above_two_parts(key);
         }
-        if (!found && of.itemset->size() > 2) {
-            found = below_pairs(of);
+        if (!found && known_[key].itemset->size() > 2) {
+            found = below_pairs(key);
         }
         return found;
     }
 
 private:
-    /// Looks up the items, and the parts that lack one item.
-    void find_parts(const Itemset& itemset) {
-        hash_ = KnownSupports::hash_of_items(itemset);
-        items_.clear();
-        parts_.clear();
-        for (std::size_t i = 0; i < itemset.size(); ++i) {
-            items_.push_back(known_of_item(itemset[i]));
-            parts_.push_back(known_.find_part(itemset, hash_, i));
-        }
-    }
+    std::int64_t support(Position position) const { return known_[position].support(); }
+
+    std::string line_number(Position position) const { return std::to_string(known_[position].line); }
 
     /// What is known of a single item. Looked up once for each.
-    const Known* known_of_item(Item item) {
-        const auto [found, is_new] = by_item_.try_emplace(item, nullptr);
+    Position item(Item item) {
+        const auto [found, is_new] = by_item_.try_emplace(item, unknown);
         if (is_new) {
             found->second = known_.find({item});
         }
@@ -69,106 +56,107 @@ private:
     }
 
     /// What is known of two items. Looked up once for each pair.
-    const Known* known_of_pair(Item one, Item other) {
-        const std::uint64_t both = std::uint64_t{one} << 32 | other;
-        const auto [found, is_new] = by_pair_.try_emplace(both, nullptr);
+    Position pair(Item one, Item other) {
+        const auto [found, is_new] = by_pair_.try_emplace(std::uint64_t{one} << 32 | other, unknown);
         if (is_new) {
             found->second = known_.find({one, other});
         }
         return found->second;
     }
 
-    std::optional<Violation> above_sum(const Known& of) const {
-        for (std::size_t i = 0; i < items_.size(); ++i) {
-            const Known* const item = items_[i];
-            const Known* const part = parts_[i];
-            if (item == nullptr || part == nullptr) {
+    std::optional<Violation> above_sum(Position key) {
+        const std::span<const Position> parts = known_.parts(key);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            const Position alone = item((*known_[key].itemset)[i]);
+            if (alone == unknown || parts[i] == unknown) {
                 continue;
             }
-            const std::uint64_t sum = std::uint64_t{item->support()} + part->support();
-            if (of.support() > sum) {
+            const std::int64_t sum = support(alone) + support(parts[i]);
+            if (support(key) > sum) {
                 return Violation{FindingKind::union_above_sum,
                                  "at most " + std::to_string(sum) + ", the sum of the supports of lines " +
-                                     line_number(*part) + " and " + line_number(*item),
-                                 part->line};
+                                     line_number(parts[i]) + " and " + line_number(alone),
+                                 known_[parts[i]].line};
             }
         }
         return std::nullopt;
     }
 
-    std::optional<Violation> above_two_parts(const Known& of) {
-        for (std::size_t i = 0; i < parts_.size(); ++i) {
-            for (std::size_t j = i + 1; j < parts_.size() && parts_[i] != nullptr; ++j) {
-                if (parts_[j] == nullptr) {
+    std::optional<Violation> above_two_parts(Position key) const {
+        const std::span<const Position> parts = known_.parts(key);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if (parts[i] == unknown || known_.parts(parts[i]).empty()) {
+                continue;
+            }
+            for (std::size_t j = i + 1; j < parts.size(); ++j) {
+                const Position both = known_.parts(parts[i])[j - 1];  // without i, too
+                if (parts[j] == unknown || both == unknown) {
                     continue;
                 }
-                const Known* const both = known_.find_part(*of.itemset, hash_, i, j);
-                const std::int64_t most = both == nullptr ? std::int64_t{of.support()}
-                                                          : std::int64_t{parts_[i]->support()} +
-                                                                parts_[j]->support() - both->support();
-                if (of.support() > most) {
+                const std::int64_t most = support(parts[i]) + support(parts[j]) - support(both);
+                if (support(key) > most) {
                     return Violation{FindingKind::outside_pair_bounds,
                                      "at most " + std::to_string(most) + ", by the supports of lines " +
-                                         line_number(*parts_[i]) + ", " + line_number(*parts_[j]) + " and " +
-                                         line_number(*both),
-                                     parts_[i]->line};
+                                         line_number(parts[i]) + ", " + line_number(parts[j]) + " and " +
+                                         line_number(both),
+                                     known_[parts[i]].line};
                 }
             }
         }
         return std::nullopt;
     }
 
-    std::optional<Violation> below_pairs(const Known& of) {
+    std::optional<Violation> below_pairs(Position key) {
+        const Itemset& itemset = *known_[key].itemset;
         std::int64_t least = 0;
-        for (std::size_t i = 0; i < items_.size(); ++i) {
-            if (items_[i] == nullptr) {
+        for (std::size_t i = 0; i < itemset.size(); ++i) {
+            const Position one = item(itemset[i]);
+            if (one == unknown) {
                 return std::nullopt;
             }
-            least += items_[i]->support();
+            least += support(one);
             for (std::size_t j = 0; j < i; ++j) {
-                const Known* const pair = known_of_pair((*of.itemset)[j], (*of.itemset)[i]);
-                if (pair == nullptr) {
+                const Position two = pair(itemset[j], itemset[i]);
+                if (two == unknown) {
                     return std::nullopt;
                 }
-                least -= std::int64_t{items_[i]->support()} + items_[j]->support() - pair->support();
+                least -= support(one) + support(item(itemset[j])) - support(two);
             }
         }
-        if (of.support() >= least) {
+        if (support(key) >= least) {
             return std::nullopt;
         }
+        const Position first = item(itemset.front());
         return Violation{FindingKind::outside_pair_bounds,
                          "at least " + std::to_string(least) +
                              ", by the supports of its items and of their pairs, the first in line " +
-                             line_number(*items_.front()),
-                         items_.front()->line};
+                             line_number(first),
+                         known_[first].line};
     }
 
     const KnownSupports& known_;
-    std::vector<const Known*> items_;  ///< what is known of the items
-    std::vector<const Known*> parts_;  ///< and of the itemset without each of them
-    std::uint64_t hash_ = 0;           ///< of the itemset
-    std::unordered_map<Item, const Known*> by_item_;
-    std::unordered_map<std::uint64_t, const Known*> by_pair_;
+    std::unordered_map<Item, Position> by_item_;
+    std::unordered_map<std::uint64_t, Position> by_pair_;
 };
 
 }  // namespace
 
 void check_support_bounds(const KnownSupports& known, Findings& findings) {
     BoundsOfParts bounds(known);
-    for (const Known& each : known.all()) {
-        if (each.itemset->size() < 2 || each.itemset->size() > most_items) {
-            continue;
+    for (Position key = 0; key < known.size(); ++key) {
+        std::optional<Violation> violation;
+        if (!known.parts(key).empty()) {
+            violation = bounds.violation(key);
         }
-        std::optional<Violation> violation = bounds.violation(each);
         if (!violation) {
             continue;
         }
         std::string items;
-        append_items(*each.itemset, items);
+        append_items(*known[key].itemset, items);
         findings.add({.kind = violation->kind,
                       .severity = Severity::warning,
-                      .place = {each.line, 1},
-                      .found = "the support " + std::to_string(each.support()) + " of " + shown(items),
+                      .place = {known[key].line, 1},
+                      .found = "the support " + std::to_string(known[key].support()) + " of " + shown(items),
                       .expected = std::move(violation->expected),
                       .other_line = violation->other_line});
     }

@@ -12,8 +12,8 @@ namespace korv::tools {
 ///   s(e) <= s(e - x) + s(e - y) - s(e - x - y)   nor more than inclusion and exclusion of two parts leave;
 ///   s(e) >= the sum of s(x) - the sum of the joint supports of all pairs, s(x) + s(y) - s(x y).
 ///
-/// Each is looked at where the supports in it are known. Of each itemset the first one that does not hold is
-/// told. O(items^2) look-ups for each itemset of `known`; itemsets of more than 40 items are left out.
+/// Each is looked at for the keys of `known`, where the supports in it are known, too. Of each key the first
+/// one that does not hold is told. O(items^2) look-ups for each key.
 void check_support_bounds(const KnownSupports& known, Findings& findings);
 
 }  // namespace korv::tools
