@@ -115,10 +115,7 @@ public:
     }
 
     void check() {
-        column_of_.resize(classes_.size());
-        for (Column column = 0; column < classes_.size(); ++column) {
-            column_of_[classes_[column].closed] = column;
-        }
+        number_columns();
         is_suspect_.assign(known_.size(), false);
         for (const KnownSupports::Known& each : known_.shared()) {
             is_suspect_[known_.find(*each.itemset)] = true;
@@ -145,6 +142,18 @@ private:
         const Itemset* key;  ///< of that class, within this one
     };
 
+    void number_columns() {
+        const auto all = static_cast<Column>(classes_.size());
+        column_of_.resize(all);
+        ends_.resize(all);
+        for (Column column = all; column-- > 0;) {
+            column_of_[classes_[column].closed] = column;
+            const bool is_last =
+                column + 1 == all || classes_[column + 1].support() != classes_[column].support();
+            ends_[column] = is_last ? column + 1 : ends_[column + 1];
+        }
+    }
+
     /// All keys, so that the parts of an itemset come before it.
     std::vector<Position> keys_by_size() const {
         std::vector<Position> keys;
@@ -165,7 +174,7 @@ private:
         const Itemset& itemset = *known_[key].itemset;
         const Column column = column_of_[known_[key].closed];
         if (is_suspect_[key] || has_suspect_part(key) || !is_first_around(itemset, column) ||
-            lacks_items(itemset)) {
+            lacks_items(itemset, column)) {
             is_suspect_[key] = true;
             look_closely(itemset, column);
         }
@@ -178,10 +187,11 @@ private:
         }
     }
 
-    /// Collects in `rest_` the items of the class that are in the class of no part of the key. Returns
-    /// whether something was found of a part.
+    /// Collects in `rest_` the items of the class that are in the class of no part of the key, and in
+    /// `first_` the first column that can contain the key. Returns whether something was found of a part.
     bool has_suspect_part(Position key) {
         rest_ = difference(known_[key].node->first, *known_[key].itemset);
+        first_ = 0;
         for (const Position part : known_.parts(key)) {
             if (part == KnownSupports::unknown) {
                 continue;
@@ -189,6 +199,7 @@ private:
             if (is_suspect_[part]) {
                 return true;
             }
+            first_ = std::max(first_, column_of_[known_[part].closed]);
             if (!rest_.empty()) {
                 rest_ = difference(rest_, known_[part].node->first);
             }
@@ -199,28 +210,22 @@ private:
     /// Whether the class of a key is the only one around it that has no larger support.
     bool is_first_around(const Itemset& key, Column column) {
         numbering_.translate(key, numbers_);
-        const auto all = static_cast<Column>(classes_.size());
-        if (index_.first_superset(numbers_, 0, all) != column) {
-            return false;
-        }
-        Column end = column + 1;  // of the classes of the same support
-        while (end < all && classes_[end].support() == classes_[column].support()) {
-            ++end;
-        }
-        return index_.first_superset(numbers_, column + 1, end) == end;
+        return first_ <= column && index_.first_superset(numbers_, first_, column + 1) == column &&
+               index_.first_superset(numbers_, column + 1, ends_[column]) == ends_[column];
     }
 
-    /// Whether a class around the key lacks one of the items in `rest_`.
-    bool lacks_items(const Itemset& key) {
+    /// Whether a class around the key, of which that of `column` is the first, lacks one of the items in
+    /// `rest_`.
+    bool lacks_items(const Itemset& key, Column column) {
         if (rest_.empty()) {
             return false;
         }
-        index_.find_supersets(numbers_, 0, around_key_);
+        index_.find_supersets(numbers_, column, around_key_);
         const std::size_t around = count(around_key_);
         rest_.insert(rest_.end(), key.begin(), key.end());
         std::ranges::sort(rest_);
         numbering_.translate(rest_, numbers_);
-        index_.find_supersets(numbers_, 0, around_key_);
+        index_.find_supersets(numbers_, column, around_key_);
         return count(around_key_) != around;
     }
 
@@ -336,11 +341,13 @@ private:
     const ItemIndex index_;
     std::unordered_map<Column, Contradiction> contradictions_;
     std::vector<Column> column_of_;  ///< by position of the closed itemset in `known_`
+    std::vector<Column> ends_;       ///< by column: behind the last one of the same support
     std::vector<bool> is_suspect_;   ///< by position in `known_`
     std::optional<Column> looked_around_;
     // Working space.
     Itemset numbers_;
     Itemset rest_;
+    Column first_ = 0;
     ColumnSet around_class_;
     std::size_t around_count_ = 0;
     ColumnSet around_key_;
