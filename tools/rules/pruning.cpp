@@ -420,7 +420,7 @@ std::vector<Claim> Pruning::claims_either_way(bool have_opposite_signs) const {
     std::vector<Claim> claims;
     claims.reserve(2 * rules_.size());
     for (std::uint32_t rule = 0; rule < rules_.size(); ++rule) {
-        if (is_left_out(rule) || has_opposite_signs(rules_[rule]) != have_opposite_signs) {
+        if (has_opposite_signs(rules_[rule]) != have_opposite_signs || is_left_out(rule)) {
             continue;
         }
         const ItemsetId premise = rules_[rule].premise.itemset();
