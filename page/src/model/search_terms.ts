@@ -60,6 +60,11 @@ export function itemText(number: number, place: Place = "any"): string {
     return `${place === "any" ? "" : `${place}:`}#${number}`;
 }
 
+/** The text of a term that asks for any item of a column. */
+export function columnText(name: string): string {
+    return /[\s"|*#:<>=]|^-/u.test(name) ? quoted(`${name}=`) : `${name}=*`;
+}
+
 /** The text of a pattern for names that contain a text, whatever characters it has. */
 export function quoted(text: string): string {
     return `"${text.replace(/["\\]/g, "\\$&")}"`;

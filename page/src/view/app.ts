@@ -63,6 +63,7 @@ export class App {
         this.#passes = new Uint8Array(book.rules.count).fill(1);
         this.#rules = this.#order;
         this.#components = this.#makeComponents(licences);
+        document.body.classList.toggle("is-empty", book.rules.count === 0);
         this.#update();
         addEventListener("hashchange", () => {
             this.#restore();
@@ -85,7 +86,10 @@ export class App {
             named: () => (named ??= namedItems(book)),
             first: firstState(book.header.shown_measures.filter(isKnown)),
             change: (changes) => {
-                this.#change(changes);
+                this.#change(changes, "rule" in changes || "view" in changes || "node" in changes);
+            },
+            follow: (changes) => {
+                this.#change(changes, false);
             },
             say: (text) => {
                 this.#heard.textContent = text;
@@ -142,11 +146,10 @@ export class App {
         });
     }
 
-    #change(changes: Partial<ViewState>): void {
-        const walks = "rule" in changes || "view" in changes || "node" in changes;
+    #change(changes: Partial<ViewState>, isStep: boolean): void {
         this.#state = { ...this.#state, ...changes };
         this.#update();
-        this.#writeFragment(walks);
+        this.#writeFragment(isStep);
     }
 
     #restore(): void {
@@ -156,9 +159,9 @@ export class App {
         }
     }
 
-    /** Each step of a walk is one that the browser can go back by; filters are written once for many changes. */
+    /** Steps are written at once, what follows in quick succession now and then: browsers allow only so many. */
     #writeFragment(isStep: boolean): void {
-        const delay = 200;
+        const delay = 400;
         if (isStep) {
             this.#storeFragment(true);
         } else if (!this.#isFragmentDue) {

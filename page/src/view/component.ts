@@ -19,8 +19,10 @@ export interface Context {
     /** The items that the words of each side name. */
     readonly named: () => Lists;
     readonly first: ViewState;
-    /** Changes what is seen. */
+    /** Changes what is seen. Another rule, class or view is a step that the browser can go back by. */
     readonly change: (changes: Partial<ViewState>) => void;
+    /** Changes what is seen, perhaps many times a second: nothing of it is such a step. */
+    readonly follow: (changes: Partial<ViewState>) => void;
     /** Tells people who do not see the page what happened. */
     readonly say: (text: string) => void;
 }

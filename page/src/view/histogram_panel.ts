@@ -150,11 +150,13 @@ export class HistogramPanel {
 
     #scale(): HTMLElement {
         const axis = this.#axis;
-        const labels = ticksOf(axis, 4).map((tick) => {
-            const label = h("span", {}, tickText(tick));
-            label.style.left = `${100 * positionOn(axis, tick)}%`;
-            return label;
-        });
+        const labels = ticksOf(axis, 4)
+            .filter((tick) => !this.#quantity.isCount || Number.isInteger(tick))
+            .map((tick) => {
+                const label = h("span", {}, tickText(tick));
+                label.style.left = `${100 * positionOn(axis, tick)}%`;
+                return label;
+            });
         const scale = h("div", { class: "scale", "aria-hidden": "true" });
         refill(scale, ...labels, axis.hasInfinite ? h("span", { class: "infinite" }, "∞") : undefined);
         return scale;

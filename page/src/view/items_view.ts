@@ -1,7 +1,7 @@
 import { unknownCount } from "../data/book.ts";
 import { partnersOf, usageOf, type ItemUsage } from "../model/item_usage.ts";
 import { countText, percentText } from "../model/number_words.ts";
-import { itemText, type Place } from "../model/search_terms.ts";
+import { columnText, itemText, type Place } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
 
@@ -48,7 +48,11 @@ export class ItemsView implements Component {
             head("conclusions", "In conclusions"),
         );
         const table = h("table", { class: "plain" }, h("thead", {}, heads), this.#rows);
-        refill(this.root, h("div", { class: "wide" }, this.#remark, table, this.#more), this.#partners);
+        refill(
+            this.root,
+            h("div", { class: "wide" }, this.#columns(), this.#remark, table, this.#more),
+            this.#partners,
+        );
     }
 
     update(now: Sight, before: Sight | undefined): void {
@@ -65,6 +69,20 @@ export class ItemsView implements Component {
             this.#fill();
             this.#fillPartners();
         }
+    }
+
+    /** The columns of a table; each filters by all of its values. */
+    #columns(): HTMLElement | undefined {
+        const most = 60;
+        const { columns } = this.#context.book.header;
+        const chips = columns.slice(0, most).map(({ name }) =>
+            button(shortened(name, 60), { class: "chip", title: "Show the rules with this column" }, () => {
+                this.#showRules([columnText(name)]);
+            }),
+        );
+        return chips.length === 0
+            ? undefined
+            : h("p", { class: "items-of-rule" }, h("span", { class: "quiet" }, "Columns "), ...chips);
     }
 
     #fill(): void {

@@ -54,7 +54,7 @@ export class PageHeader implements Component {
     #about(): (string | HTMLElement)[] {
         const { header, transactions } = this.#context.book;
         const { count, left, sort, ascending } = header.rules;
-        const rules = h("strong", {}, count === 1 ? "1 rule" : `${countText(count)} rules`);
+        const rules = h("strong", {}, numberOfRules(count));
         const of = left > count ? ` of ${countText(left)}` : "";
         const order = `${ascending ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
         const thresholds = header.run.settings
@@ -118,4 +118,11 @@ function tableOf(heads: readonly string[], rows: readonly HTMLElement[]): HTMLEl
         ...heads.map((text) => (text === "" ? h("td") : h("th", { scope: "col" }, text))),
     );
     return h("table", { class: "plain" }, h("thead", {}, head), h("tbody", {}, ...rows));
+}
+
+function numberOfRules(count: number): string {
+    if (count === 0) {
+        return "No rule";
+    }
+    return count === 1 ? "1 rule" : `${countText(count)} rules`;
 }

@@ -153,11 +153,12 @@ export class RulePanel implements Component {
         const { quantities } = this.#context;
         const tiles = ["support", "confidence", "lift", "leverage"].map((name) => {
             const { title, say, explanation } = quantities.get(name);
+            const said = boundsText(quantities.bounds(name, rule), say);
             return h(
                 "div",
                 { title: explanation },
                 h("dt", {}, title),
-                h("dd", {}, boundsText(quantities.bounds(name, rule), say)),
+                h("dd", { class: said.includes(" to ") ? "range" : undefined }, said),
             );
         });
         return h("dl", { class: "tiles" }, ...tiles);

@@ -91,8 +91,11 @@ export class RuleTable implements Component {
     step(by: number): void {
         const rules = this.#sight?.rules;
         if (rules !== undefined && rules.length > 0) {
+            const isOpen = this.#sight?.state.rule !== undefined;
             this.#activate(this.#active + by);
-            this.#open();
+            if (!isOpen) {
+                this.#open();
+            }
         }
     }
 
@@ -147,9 +150,9 @@ export class RuleTable implements Component {
             );
         });
         refill(this.#head, ...cells);
-        const template = `3.5rem minmax(10rem, 1.2fr) minmax(9rem, 1fr) repeat(${columns.length}, 5.9rem)`;
+        const template = `3.4rem minmax(9rem, 1.15fr) minmax(8.5rem, 1fr) repeat(${columns.length}, 5.8rem)`;
         this.root.style.setProperty("--columns", template);
-        this.root.style.setProperty("--least-width", `${22.5 + 5.9 * columns.length}rem`);
+        this.root.style.setProperty("--least-width", `${20.9 + 5.8 * columns.length}rem`);
         setAttributes(this.#grid, { "aria-colcount": heads.length });
         refill(this.#body);
         this.#rows = [];
@@ -230,7 +233,9 @@ export class RuleTable implements Component {
         const { quantities } = this.#context;
         const bounds = quantities.bounds(quantity.name, rule);
         const [text, bar] = [...cell.children] as [HTMLElement, HTMLElement];
-        text.textContent = boundsText(bounds, quantity.say).replace(" to ", "–");
+        const said = boundsText(bounds, quantity.say);
+        text.textContent = said.replace(" to ", "–\u200b");
+        cell.classList.toggle("range", said.includes(" to "));
         cell.dataset["label"] = quantity.title;
         const axis = this.#axisOf(quantity);
         const at = (value: number) =>
@@ -262,8 +267,9 @@ export class RuleTable implements Component {
         const last = (this.#sight?.rules.length ?? 0) - 1;
         this.#active = Math.max(0, Math.min(last, position));
         this.#show(this.#active);
-        if (this.#sight?.state.rule !== undefined) {
-            this.#open();
+        const rule = this.#sight?.rules[this.#active];
+        if (rule !== undefined && this.#sight?.state.rule !== undefined) {
+            this.#context.follow({ rule, node: undefined });
         } else {
             this.#tell();
         }

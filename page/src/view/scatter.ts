@@ -8,7 +8,7 @@ import { h, newId, refill, shortened } from "./dom.ts";
 import { withRange } from "./ranges.ts";
 import { drawCells, drawPoints, type Area } from "./scatter_drawing.ts";
 
-const mostPoints = 4_000;
+const mostPoints = 20_000;
 const margin = { left: 52, right: 14, top: 10, bottom: 24 };
 const cellSize = 3;
 
@@ -292,7 +292,7 @@ export class Scatter implements Component {
         const { width, height } = this.#area();
         let nearest: number | undefined;
         let least = 12 ** 2;
-        if (values !== undefined && rules.length <= 50 * mostPoints) {
+        if (values !== undefined && rules.length <= 10 * mostPoints) {
             for (const rule of rules) {
                 const { across, up } = placeOf(rule, values);
                 const distance = ((across - place.across) * width) ** 2 + ((up - place.up) * height) ** 2;

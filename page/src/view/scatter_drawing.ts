@@ -39,11 +39,10 @@ export function drawPoints(
 ): void {
     const palette = paletteOf(drawing.canvas);
     drawFrame(drawing, area, palette);
-    const few = 60;
-    const radius = points.length <= few ? 5 : points.length <= 10 * few ? 4 : 3;
+    const { radius, density } = sizeFor(points.length);
     for (const { across, up, shade } of points) {
         const [red, green, blue] = mixed(palette, shade);
-        drawing.fillStyle = `rgb(${red} ${green} ${blue} / 0.75)`;
+        drawing.fillStyle = `rgb(${red} ${green} ${blue} / ${density})`;
         drawing.beginPath();
         drawing.arc(
             area.left + across * area.width,
@@ -55,6 +54,15 @@ export function drawPoints(
         drawing.fill();
     }
     drawChosen(drawing, area, chosen, palette);
+}
+
+/** The more discs there are, the smaller and the paler they are. */
+function sizeFor(points: number): { radius: number; density: number } {
+    const few = 60;
+    if (points <= few) {
+        return { radius: 5, density: 0.8 };
+    }
+    return points <= 20 * few ? { radius: 4, density: 0.7 } : { radius: 2.5, density: 0.5 };
 }
 
 /** Draws a square for each cell with rules, the denser the more there are. */
@@ -73,7 +81,7 @@ export function drawCells(
         const count = counts[cell]!;
         if (count > 0) {
             const [red, green, blue] = mixed(palette, means[cell]!);
-            const density = 0.25 + (0.75 * Math.log1p(count)) / most;
+            const density = 0.4 + (0.6 * Math.log1p(count)) / most;
             drawing.fillStyle = `rgb(${red} ${green} ${blue} / ${density.toFixed(3)})`;
             const row = Math.floor(cell / columns);
             drawing.fillRect(

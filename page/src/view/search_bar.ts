@@ -1,5 +1,5 @@
 import { countText, measureText } from "../model/number_words.ts";
-import { termsOf, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
+import { quoted, termsOf, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, newId, refill, shortened } from "./dom.ts";
 
@@ -96,14 +96,15 @@ export class SearchBar implements Component {
         this.#context.change({ terms, draft: "" });
     }
 
-    /** Offers names that contain what is being typed. */
+    /** Offers names that contain what is typed last, with the terms before it. */
     #suggest(): void {
-        const typed = termsOf(this.#field.value).at(-1)?.toLowerCase() ?? "";
-        const { names } = this.#context.book.items;
+        const all = termsOf(this.#field.value);
+        const typed = (all.at(-1) ?? "").replace(/^-?(?:(?:if|then):)?"?/u, "").toLowerCase();
+        const before = this.#field.value.slice(0, this.#field.value.length - typed.length).replace(/"$/u, "");
         const fitting = [];
-        for (const name of typed === "" ? [] : names) {
-            if (!/[\s"]/u.test(name) && name.length < mostLetters && name.toLowerCase().includes(typed)) {
-                fitting.push(h("option", { value: name }));
+        for (const name of typed === "" ? [] : this.#context.book.items.names) {
+            if (name.length < mostLetters && name.toLowerCase().includes(typed)) {
+                fitting.push(h("option", { value: before + asTerm(name) }));
             }
             if (fitting.length === mostSuggestions) {
                 break;
@@ -111,6 +112,11 @@ export class SearchBar implements Component {
         }
         refill(this.#suggestions, ...fitting);
     }
+}
+
+/** A name as it is searched for, in quotes where it has signs that mean something in a search. */
+function asTerm(name: string): string {
+    return /[\s"|*#]|^-|^(?:if|then):/u.test(name) ? quoted(name) : name;
 }
 
 /** A term as a chip says it: "in the premise: whole milk", "lift 1.2 to 3". */

@@ -20,14 +20,13 @@ export class Toolbar implements Component {
             { title: "Save the rules that are shown as a table" },
             exportRules,
         );
-        this.root = h("div", { class: "toolbar" }, this.#count, this.#clear, this.#columns(), save);
+        const hint = h("p", { class: "hint" }, "A click on a rule shows what is behind it.");
+        this.root = h("div", { class: "toolbar" }, this.#count, this.#clear, hint, this.#columns(), save);
     }
 
     update({ state, rules, busy }: Sight): void {
-        const all = this.#context.book.rules.count;
-        const shown = countText(rules.length);
-        const count = rules.length === all ? `All ${shown} rules` : `${shown} of ${countText(all)} rules`;
-        this.#count.textContent = busy === "" ? (all === 1 ? "1 rule" : count) : busy;
+        this.#count.textContent =
+            busy === "" ? countWords(rules.length, this.#context.book.rules.count) : busy;
         const isFiltered =
             state.terms.length + state.draft.length + state.formsOff.length + state.kindsOff.length > 0;
         this.#clear.hidden = !isFiltered;
@@ -61,4 +60,13 @@ export class Toolbar implements Component {
     #ticked(): string[] {
         return [...this.#boxes].filter(([, box]) => box.checked).map(([name]) => name);
     }
+}
+
+/** "All 46 rules", "3 of 46 rules". */
+function countWords(shown: number, all: number): string {
+    const noun = all === 1 ? "rule" : "rules";
+    if (shown < all) {
+        return `${countText(shown)} of ${countText(all)} ${noun}`;
+    }
+    return all === 1 ? "1 rule" : `All ${countText(all)} ${noun}`;
 }

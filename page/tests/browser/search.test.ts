@@ -19,6 +19,19 @@ test("rules are filtered while one types", async () => {
     expect(await shownCount(page)).toBe("2 of 6 rules");
 });
 
+test("names that fit what is typed last are offered, in quotes where they have blanks", async () => {
+    const names = ["whole milk", "butter milk", "bread"];
+    const rule = { premise: { items: [0], count: 4 }, conclusion: { items: [1], count: 5 }, exceptions: 1 };
+    const page = await browser.open(madeBlob({ transactions: 9, names, rules: [rule] }));
+    await field(page).fill("-bread then:mil");
+    const offered = await page
+        .locator("datalist option")
+        .evaluateAll((options) => options.map((option) => option.getAttribute("value")));
+    expect(offered).toEqual(['-bread then:"whole milk"', '-bread then:"butter milk"']);
+    await field(page).fill(offered[0]!);
+    expect(await shownCount(page)).toBe("0 of 1 rule");
+});
+
 test("Enter makes chips of what is typed, and all of them must hold", async () => {
     const page = await browser.open(blob);
     await field(page).fill("then:survived=yes -child lift>1.2");

@@ -40,6 +40,17 @@ test("the browser goes back from rule to rule", async () => {
     await page.locator(".panel").waitFor({ state: "hidden" });
 });
 
+test("stepping through the table with arrows leaves one step to go back by", async () => {
+    const page = await browser.open(blob);
+    await page.locator(".row", { hasText: "class=crew" }).first().click();
+    await page.getByRole("grid").focus();
+    await page.keyboard.press("ArrowDown");
+    await page.keyboard.press("ArrowDown");
+    await expect.poll(() => page.url()).toContain("rule=3");
+    await page.goBack();
+    await page.locator(".panel").waitFor({ state: "hidden" });
+});
+
 test("a fragment that makes no sense shows everything", async () => {
     const page = await browser.open(blob, { fragment: "rule=99&sort=x&%%%" });
     expect(await shownCount(page)).toBe("All 6 rules");

@@ -43,6 +43,13 @@ test("an item is told with its partners", async () => {
     expect(await shownRules(page)).toHaveLength(2);
 });
 
+test("a column leads to all rules with one of its values", async () => {
+    const page = await browser.open(blob, { fragment: "view=items" });
+    await page.getByRole("button", { name: "survived", exact: true }).click();
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("survived=*");
+    expect(await shownRules(page)).toHaveLength(4);
+});
+
 test("items follow the filters", async () => {
     const page = await browser.open(blob, { fragment: "view=items&q=crew" });
     const names = await page.locator(".items-view .name").allInnerTexts();

@@ -1,5 +1,13 @@
 import { expect, test } from "vitest";
-import { itemText, quoted, rangeText, termOf, termsOf, type ItemTerm } from "../../src/model/search_terms.ts";
+import {
+    columnText,
+    itemText,
+    quoted,
+    rangeText,
+    termOf,
+    termsOf,
+    type ItemTerm,
+} from "../../src/model/search_terms.ts";
 
 const quantities = ["support", "confidence", "conviction", "lift", "items", "p"];
 
@@ -87,6 +95,13 @@ test("a beginning that fits one quantity stands for it", () => {
     expect(termOf("conf>0.9", quantities)).toMatchObject({ quantity: "confidence" });
     expect(termOf("con>0.9", quantities)).toMatchObject({ kind: "items" });
     expect(termOf("age>4", quantities)).toMatchObject({ kind: "items", patterns: [{ text: "age>4" }] });
+});
+
+test("a column is asked for by its name, in quotes where that has signs of a search", () => {
+    expect(columnText("class")).toBe("class=*");
+    expect(itemTerm(columnText("marital status")).patterns).toEqual([
+        { kind: "part", text: "marital status=" },
+    ]);
 });
 
 test("an item is asked for by its number", () => {
