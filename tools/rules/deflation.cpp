@@ -14,10 +14,11 @@ namespace korv::tools {
 class Deflation::State {
 public:
     explicit State(TextSink sink) : sink_(std::move(sink)), compressed_(buffer_bytes) {
+        constexpr int level = 6;
         constexpr int most_memory = 9;
         // A negative number of bits stands for deflate without a frame.
-        if (::deflateInit2(&stream_, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS, most_memory,
-                           Z_DEFAULT_STRATEGY) != Z_OK) {
+        if (::deflateInit2(&stream_, level, Z_DEFLATED, -MAX_WBITS, most_memory, Z_DEFAULT_STRATEGY) !=
+            Z_OK) {
             throw std::bad_alloc();
         }
     }

@@ -8,8 +8,9 @@
 
 namespace korv::tools {
 
-/// Compresses bytes as raw deflate, at the highest level. The same bytes give the same by the same version of
-/// zlib, however they come. Takes some 300 KiB.
+/// Compresses bytes as raw deflate, at level 6: what the levels above it save is less than a hundredth, in
+/// four times the time. The same bytes give the same by the same version of zlib, however they come. Takes
+/// some 300 KiB.
 class Deflation {
 public:
     /// `sink` gets the compressed bytes, piece by piece.
