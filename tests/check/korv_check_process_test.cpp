@@ -225,6 +225,28 @@ TEST_F(KorvCheck, WritesAMendedFile) {
     EXPECT_EQ(check({"b.classes"}).ending, exited(0));
 }
 
+TEST_F(KorvCheck, KeepsFindingsApartFromAMendedFileOnStandardOutput) {
+    put("a.classes", "2 1\t5\t 1,\n");
+    const Outcome outcome = check({"a.classes", "--fix", "-", "--no-notes"});
+
+    EXPECT_EQ(outcome.ending, exited(0));
+    EXPECT_EQ(outcome.out, "1 2\t5\t 1,\n");
+    EXPECT_EQ(
+        outcome.err,
+        "a.classes:1:3: warning: found an item that is smaller than the one before it; expected ascending "
+        "items; korv reads it as it is meant [unordered-items]\n"
+        "1 class, 1 essential itemset, 2 items; 0 errors, 1 warning, 0 notes\n"
+        "standard output: 1 class; mended: unordered-items 1\n");
+}
+
+TEST_F(KorvCheck, ReadsStandardInputOnce) {
+    const Outcome outcome = check({"-", "--database", "-"});
+
+    EXPECT_EQ(outcome.ending, exited(3));
+    EXPECT_EQ(outcome.err,
+              "korv-check: -: found twice among the inputs; expected standard input at most once\n");
+}
+
 TEST_F(KorvCheck, DoesNotMendWhereThatWouldBeAGuess) {
     put("a.classes", "1 2\t5\t 1,\r\n3\t2\t 3\r\n");
     const Outcome outcome = check({"a.classes", "--fix", "b.classes", "-q"});

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -21,6 +22,7 @@
 #include "common/distinct_files.h"
 #include "common/error.h"
 #include "common/standard_streams.h"
+#include "common/temporary_file.h"
 #include "common/text_input.h"
 #include "rules/rule_input.h"
 
@@ -33,8 +35,13 @@ void say(const std::string& message) {
     std::cerr << "korv-check: " << message << '\n';
 }
 
-/// A reader who has had enough has read the first findings; the status tells of all.
-void write(const std::string& text) {
+/// Writes the report, to standard error where the mended file goes to standard output. A reader who has had
+/// enough has read the first findings; the status tells of all.
+void write(const std::string& text, const CheckArguments& arguments) {
+    if (arguments.mended == "-") {
+        std::cerr << text;
+        return;
+    }
     try {
         AtomicOutput output("-");
         output.write(text);
@@ -87,15 +94,47 @@ void check_against(const Database& database, const CheckedClasses& checked, cons
     }
 }
 
-/// Writes the mended file, where that needs no guess, and says so. Returns what is to be said.
-std::string mend(const CheckedClasses& checked, const Findings& findings, AtomicOutput& output) {
+/// Looks for contradictions, and for what is missing.
+void check_classes(const CheckedClasses& checked, std::optional<Count> transactions,
+                   const CheckArguments& arguments, Findings& findings) {
+    const KnownSupports known(checked);
+    check_order_of_classes(checked, known, transactions, findings);
+    check_support_bounds(known, findings);
+    if (arguments.notes != NoteChoice::none) {
+        note_what_is_missing(checked, known, arguments.most_items, findings);
+    }
+}
+
+/// Writes the mended file, where that needs no guess, and says so.
+CheckStatus mend(const CheckedClasses& checked, const Findings& findings, bool is_quiet,
+                 AtomicOutput& output) {
+    const std::string left = what_is_not_mended(findings);
+    if (!left.empty()) {
+        say(output.name() + ": not written, since to mend " + left + " would be a guess");
+        return status_of(findings);
+    }
     output.write(mended_text(checked));
     output.commit();
-    return mending_report(findings, checked, output.name());
+    if (!is_quiet) {
+        std::cerr << mending_report(findings, checked, output.name());
+    }
+    return status_of_mended(findings);
+}
+
+/// Standard input has an end only once.
+void require_standard_input_once(const CheckArguments& arguments) {
+    std::vector<std::string> paths = arguments.rules;
+    paths.insert(paths.end(), {arguments.path, arguments.database, arguments.names});
+    if (std::ranges::count(paths, "-") > 1) {
+        throw Error("-: found twice among the inputs; expected standard input at most once");
+    }
 }
 
 CheckStatus run(const CheckArguments& arguments) {
+    remove_temporary_files_on_signals();
+    require_standard_input_once(arguments);
     require_distinct_files(arguments);
+    // The output is opened before the work begins, so that a wrong path is found early.
     std::optional<AtomicOutput> mended;
     if (!arguments.mended.empty()) {
         mended.emplace(arguments.mended);
@@ -108,33 +147,14 @@ CheckStatus run(const CheckArguments& arguments) {
     Findings findings(names_of(input.name, arguments.rules), arguments.most,
                       arguments.notes == NoteChoice::shown);
     const CheckedClasses checked = check_class_file(std::move(input), findings);
-    {
-        const KnownSupports known(checked);
-        check_order_of_classes(checked, known, database ? database->transactions : arguments.transactions,
-                               findings);
-        check_support_bounds(known, findings);
-        if (arguments.notes != NoteChoice::none) {
-            note_what_is_missing(checked, known, arguments.most_items, findings);
-        }
-    }
+    check_classes(checked, database ? database->transactions : arguments.transactions, arguments, findings);
     if (database) {
         check_against(*database, checked, arguments, findings);
     }
     if (!arguments.quiet) {
-        write(finding_report(findings, checked.stored, arguments.format));
+        write(finding_report(findings, checked.stored, arguments.format), arguments);
     }
-    if (!mended) {
-        return status_of(findings);
-    }
-    if (const std::string left = what_is_not_mended(findings); !left.empty()) {
-        say(mended->name() + ": not written, since to mend " + left + " would be a guess");
-        return status_of(findings);
-    }
-    const std::string report = mend(checked, findings, *mended);
-    if (!arguments.quiet) {
-        std::cerr << report;
-    }
-    return status_of_mended(findings);
+    return mended ? mend(checked, findings, arguments.quiet, *mended) : status_of(findings);
 }
 
 }  // namespace
