@@ -192,12 +192,16 @@ private:
     bool has_suspect_part(Position key) {
         rest_ = difference(known_[key].node->first, *known_[key].itemset);
         first_ = 0;
-        for (const Position part : known_.parts(key)) {
+        const auto parts = known_.parts(key);
+        const auto is_suspect = [this](Position part) {
+            return part != KnownSupports::unknown && is_suspect_[part];
+        };
+        if (std::ranges::any_of(parts, is_suspect)) {
+            return true;
+        }
+        for (const Position part : parts) {
             if (part == KnownSupports::unknown) {
                 continue;
-            }
-            if (is_suspect_[part]) {
-                return true;
             }
             first_ = std::max(first_, column_of_[known_[part].closed]);
             if (!rest_.empty()) {
