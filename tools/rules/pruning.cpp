@@ -443,7 +443,7 @@ std::vector<Claim> Pruning::claims_by_rests(bool have_opposite_signs) const {
         if (is_left_out(rule)) {
             continue;
         }
-        const auto [low, high] = leverages_[rule];
+        const Rank low = leverages_[rule].low;
         const ItemsetId premise = rules_[rule].premise.itemset();
         const ItemsetId conclusion = rules_[rule].conclusion.itemset();
         const ItemsetId rest_of_premise = rest_of(premise, rests_);
@@ -465,9 +465,9 @@ std::vector<Claim> Pruning::claims_by_rests(bool have_opposite_signs) const {
             outdo_as(rest_of_premise, rest_of_conclusion);
         }
         if (signs(rules_[rule]) == Signs::premise) {
-            claims.push_back({conclusion, premise, low, high, rule});
+            claims.push_back({conclusion, premise, low, leverages_[rule].high, rule});
         } else if (signs(rules_[rule]) != Signs::both) {
-            claims.push_back({premise, conclusion, low, high, rule});
+            claims.push_back({premise, conclusion, low, leverages_[rule].high, rule});
         }
     }
     return claims;
