@@ -55,7 +55,7 @@ TEST_F(KorvCheck, EndsWith1WhereThereAreWarnings) {
 }
 
 TEST_F(KorvCheck, EndsWith2WhereThereAreErrors) {
-    const Outcome outcome = shell("printf '1 2\\t5\\t1,\\n' | \"$0\" -");
+    const Outcome outcome = shell(R"(printf '1 2\t5\t1,\n' | "$0" -)");
 
     EXPECT_EQ(outcome.ending, exited(2));
     EXPECT_EQ(
@@ -87,8 +87,7 @@ TEST_F(KorvCheck, SaysNothingWhereItIsToBeQuiet) {
 }
 
 TEST_F(KorvCheck, CountsByCodeWhatItDoesNotShow) {
-    const Outcome outcome =
-        shell("printf '1\\t5\\t 1,,\\n2\\t6\\t 2,,\\n3\\t7\\n' | \"$0\" - --max 1 --no-notes");
+    const Outcome outcome = shell(R"(printf '1\t5\t 1,,\n2\t6\t 2,,\n3\t7\n' | "$0" - --max 1 --no-notes)");
 
     EXPECT_EQ(outcome.ending, exited(2));
     // The second comma is the byte behind the first one, so that no line end is directly behind a comma.
@@ -103,7 +102,7 @@ TEST_F(KorvCheck, CountsByCodeWhatItDoesNotShow) {
 }
 
 TEST_F(KorvCheck, WritesJson) {
-    const Outcome outcome = shell("printf '1 2\\t4\\t 2,\\n1\\t4\\t 1,\\n' | \"$0\" - --json --no-notes");
+    const Outcome outcome = shell(R"(printf '1 2\t4\t 2,\n1\t4\t 1,\n' | "$0" - --json --no-notes)");
 
     EXPECT_EQ(outcome.ending, exited(1));
     EXPECT_EQ(
@@ -269,7 +268,7 @@ TEST_F(KorvCheck, DoesNotReplaceTheClassFile) {
 
 TEST_F(KorvCheck, KeepsItsStatusWhereTheReaderHasHadEnough) {
     put("a.classes", "1 2\t5\t 1,x\n");
-    const Outcome outcome = shell("{ \"$0\" a.classes; echo \"status $?\" >&2; } | true");
+    const Outcome outcome = shell(R"({ "$0" a.classes; echo "status $?" >&2; } | true)");
 
     EXPECT_EQ(outcome.err, "status 2\n");
 }
