@@ -246,6 +246,24 @@ TEST_F(KorvCheck, ReadsStandardInputOnce) {
               "korv-check: -: found twice among the inputs; expected standard input at most once\n");
 }
 
+TEST_F(KorvCheck, LosesNoLineWhenItMends) {
+    std::string repeated = "1 2\t5\t";
+    for (int i = 0; i < 60; ++i) {
+        repeated += " 1,";
+    }
+    // A carriage return within a line, line ends that were converted twice, and more faults than are looked
+    // at.
+    for (const std::string& line : {std::string("1\r2\t2\t 1,"), std::string("1\t2\t 1,\r\r"), repeated}) {
+        put("a.classes", line + "\n3\t9\t 3,\n");
+        const Outcome outcome = check({"a.classes", "--fix", "b.classes", "-q"});
+
+        EXPECT_EQ(outcome.ending, exited(2)) << line;
+        EXPECT_EQ(outcome.err,
+                  "korv-check: b.classes: not written, since what 1 line should be would be a guess\n");
+        EXPECT_EQ(files().size(), 1U);
+    }
+}
+
 TEST_F(KorvCheck, DoesNotMendWhereThatWouldBeAGuess) {
     put("a.classes", "1 2\t5\t 1,\r\n3\t2\t 3\r\n");
     const Outcome outcome = check({"a.classes", "--fix", "b.classes", "-q"});

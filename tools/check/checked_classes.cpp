@@ -126,6 +126,7 @@ CheckedClasses check_class_file(TextInput input, Findings& findings) {
                       .expected = std::string(expected_classes),
                       .effect = "korv ends with status 2"});
     }
+    checked.unclear_lines = lines.unclear_lines;
     take_meant(std::move(lines), positions, checked);
     return checked;
 }

@@ -22,6 +22,7 @@ struct CheckedClasses {
     ClassMap classes;
     std::vector<std::uint32_t> lines;  ///< of the classes, in their order
     StoredTotals stored;
+    std::size_t unclear_lines = 0;  ///< of which it is not clear what class they mean
 };
 
 /// Reads a class file, and adds what is wrong with its lines, and with closed itemsets that are there twice,

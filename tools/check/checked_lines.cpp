@@ -121,6 +121,8 @@ private:
     void add_meant(MeantLine line_of, bool is_stored) {
         if (line_of.meant) {
             add_record(std::move(*line_of.meant), {line(), is_stored, true});
+        } else if (!line_of.is_skipped) {
+            ++checked_.unclear_lines;
         }
     }
 

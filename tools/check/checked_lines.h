@@ -22,6 +22,7 @@ struct RecordPlace {
 struct CheckedLines {
     Records records;
     std::vector<RecordPlace> places;  ///< of the records
+    std::size_t unclear_lines = 0;    ///< of which it is not clear what class they mean
 };
 
 /// Looks at each line of a class file, and adds what is wrong with it to `findings`, as file 0: what the line

@@ -25,6 +25,7 @@
 #include "common/temporary_file.h"
 #include "common/text_input.h"
 #include "rules/rule_input.h"
+#include "rules/summary_lines.h"
 
 namespace {
 
@@ -64,6 +65,9 @@ void require_distinct_files(const CheckArguments& arguments) {
     std::vector<NamedFile> inputs = {{arguments.path, "the class file"}};
     if (!arguments.database.empty()) {
         inputs.push_back({arguments.database, "the database (--database)"});
+    }
+    if (!arguments.names.empty()) {
+        inputs.push_back({arguments.names, "the names file (--names)"});
     }
     for (const std::string& path : arguments.rules) {
         inputs.push_back({path, "a rule file (--rules)"});
@@ -111,6 +115,11 @@ CheckStatus mend(const CheckedClasses& checked, const Findings& findings, bool i
     const std::string left = what_is_not_mended(findings);
     if (!left.empty()) {
         say(output.name() + ": not written, since to mend " + left + " would be a guess");
+        return status_of(findings);
+    }
+    if (checked.unclear_lines > 0) {
+        say(output.name() + ": not written, since what " + counted(checked.unclear_lines, "line") +
+            " should be would be a guess");
         return status_of(findings);
     }
     output.write(mended_text(checked));
