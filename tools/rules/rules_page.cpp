@@ -140,12 +140,19 @@ private:
                 add(exclusion.items());
             }
         }
-        if (book_.columns != nullptr) {
-            for (const Item item : Itemset(items.begin(), items.end())) {
-                add(book_.columns->worded(ItemSpan(&item, 1)).rest);
+        for (const ItemNames::Column& column : book_.names.columns()) {
+            const bool is_used =
+                std::ranges::any_of(column.items, [&items](Item item) { return items.contains(item); });
+            if (is_used && is_exhaustive(column)) {
+                add(column.items);
             }
         }
         return PageItems({items.begin(), items.end()});
+    }
+
+    bool is_exhaustive(const ItemNames::Column& column) const {
+        return book_.columns != nullptr &&
+               !book_.columns->worded(ItemSpan(column.items.data(), 1)).rest.empty();
     }
 
     void add_item_arrays() {
