@@ -173,11 +173,22 @@ private:
     void check_key(Position key) {
         const Itemset& itemset = *known_[key].itemset;
         const Column column = column_of_[known_[key].closed];
-        if (is_suspect_[key] || has_suspect_part(key) || !is_first_around(itemset, column) ||
-            lacks_items(itemset, column)) {
+        if (is_suspect_[key] || has_suspect_part(key) || has_strangers(key, itemset, column)) {
             is_suspect_[key] = true;
             look_closely(itemset, column);
         }
+    }
+
+    bool has_suspect_part(Position key) const {
+        return std::ranges::any_of(known_.parts(key), [this](Position part) {
+            return part != KnownSupports::unknown && is_suspect_[part];
+        });
+    }
+
+    /// Whether there is a class around a key that has no larger support, or lacks an item of its class.
+    bool has_strangers(Position key, const Itemset& itemset, Column column) {
+        look_at_parts(key);
+        return !is_first_around(itemset, column) || lacks_items(itemset, column);
     }
 
     void look_closely(const Itemset& key, Column column) {
@@ -188,18 +199,11 @@ private:
     }
 
     /// Collects in `rest_` the items of the class that are in the class of no part of the key, and in
-    /// `first_` the first column that can contain the key. Returns whether something was found of a part.
-    bool has_suspect_part(Position key) {
+    /// `first_` the first column that can contain the key.
+    void look_at_parts(Position key) {
         rest_ = difference(known_[key].node->first, *known_[key].itemset);
         first_ = 0;
-        const auto parts = known_.parts(key);
-        const auto is_suspect = [this](Position part) {
-            return part != KnownSupports::unknown && is_suspect_[part];
-        };
-        if (std::ranges::any_of(parts, is_suspect)) {
-            return true;
-        }
-        for (const Position part : parts) {
+        for (const Position part : known_.parts(key)) {
             if (part == KnownSupports::unknown) {
                 continue;
             }
@@ -208,7 +212,6 @@ private:
                 rest_ = difference(rest_, known_[part].node->first);
             }
         }
-        return false;
     }
 
     /// Whether the class of a key is the only one around it that has no larger support.
