@@ -4,7 +4,7 @@ import { matchingItems } from "./item_matching.ts";
 import { namedItems } from "./named_items.ts";
 import type { Quantities } from "./quantities.ts";
 import { kindOf, kinds, type Kind } from "./rules.ts";
-import { termOf, type ItemTerm, type Limit, type RangeTerm, type Term } from "./search_terms.ts";
+import { amountOf, termOf, type ItemTerm, type Limit, type RangeTerm, type Term } from "./search_terms.ts";
 
 /** What rules are asked for: all terms must hold, and neither form nor kind may be switched off. */
 export interface Filter {
@@ -125,10 +125,9 @@ export class RuleFilter {
         return passes;
     }
 
-    /** A percentage beside a count is one of all transactions. */
     #value(quantity: string, limit: Limit | undefined): number | undefined {
-        const isShare = limit?.isPercent === true && this.#quantities.get(quantity).isCount;
-        return limit === undefined ? undefined : limit.value * (isShare ? this.#book.transactions : 1);
+        const { isCount } = this.#quantities.get(quantity);
+        return limit === undefined ? undefined : amountOf(limit, isCount, this.#book.transactions);
     }
 
     #leaveOutForms(passes: Passes, off: readonly string[]): void {

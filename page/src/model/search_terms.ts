@@ -19,8 +19,9 @@ export interface RangeTerm {
 }
 
 export interface Limit {
+    /** As it is typed. */
     readonly value: number;
-    /** The value is one of all transactions, as a share of them. */
+    /** The value is a percentage: beside a count, one of all transactions. */
     readonly isPercent: boolean;
     /** Whether what is equal passes. */
     readonly isIncluded: boolean;
@@ -48,6 +49,14 @@ export function termsOf(text: string): string[] {
  */
 export function termOf(text: string, quantities: readonly string[]): Term | undefined {
     return rangeOf(text, quantities) ?? itemTermOf(text);
+}
+
+/** The amount that a limit stands for, beside a count or another quantity. The one division comes last. */
+export function amountOf({ value, isPercent }: Limit, isCount: boolean, transactions: number): number {
+    if (!isPercent) {
+        return value;
+    }
+    return (isCount ? value * transactions : value) / 100;
 }
 
 /** The text of a term that asks for a range with both ends included; an end may be missing. */
@@ -106,10 +115,7 @@ function rangeBetween(text: string, quantities: readonly string[]): RangeTerm | 
 function limitOf(value: string, percent: string, isIncluded: boolean): Limit;
 function limitOf(value: string | undefined, percent: string, isIncluded: boolean): Limit | undefined;
 function limitOf(value: string | undefined, percent: string, isIncluded: boolean): Limit | undefined {
-    const isPercent = percent !== "";
-    return value === undefined
-        ? undefined
-        : { value: Number(value) / (isPercent ? 100 : 1), isPercent, isIncluded };
+    return value === undefined ? undefined : { value: Number(value), isPercent: percent !== "", isIncluded };
 }
 
 /** The name, or the only one that begins like this with at least three letters. */

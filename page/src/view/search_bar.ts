@@ -142,7 +142,7 @@ export function termText(context: Context, term: Term): string {
 
 function limitText({ value, isPercent }: Limit): string {
     if (isPercent) {
-        return `${String(Number((100 * value).toPrecision(10)))} %`;
+        return `${String(value)} %`;
     }
     return Number.isInteger(value) ? countText(value) : measureText(value);
 }

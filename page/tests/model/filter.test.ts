@@ -47,6 +47,17 @@ test("percentages beside counts are of all transactions", () => {
     expect(rules({ terms: ["confidence>=95%"] })).toEqual([1, 4, 5]);
 });
 
+test("a percentage that is a whole number of transactions is exactly that", () => {
+    // 7 % of 100 would be a little more than 7 by its share.
+    const rules = [
+        { premise: { items: [0], count: 10 }, conclusion: { items: [1], count: 50 }, exceptions: 3 },
+    ];
+    const book = bookOf(madeBlob({ transactions: 100, names: ["a", "b"], rules }).buffer);
+    const of = new RuleFilter(book, new Quantities(book));
+    expect(of.passes({ terms: ["support>=7%"], formsOff: [], kindsOff: [] })[0]).toBe(1);
+    expect(of.passes({ terms: ["support>7%"], formsOff: [], kindsOff: [] })[0]).toBe(0);
+});
+
 test("what is equal passes where the comparison says so", () => {
     expect(rules({ terms: ["support>514"] })).toEqual([0]);
     expect(rules({ terms: ["support>=514"] })).toEqual([0, 1]);

@@ -71,7 +71,7 @@ test("comparisons are read with their limits", () => {
         to: undefined,
     });
     expect(termOf("support>=5%", quantities)).toMatchObject({
-        from: { value: 0.05, isPercent: true, isIncluded: true },
+        from: { value: 5, isPercent: true, isIncluded: true },
     });
     expect(termOf("p<=-1e-3", quantities)).toMatchObject({
         from: undefined,

@@ -31,12 +31,12 @@ test("sides are ranked by names, numbers in them as numbers, then by sign", asyn
 });
 
 test("many sides get each rank once, in pieces", async () => {
-    const book = bookOf(largeBlob(200_000).buffer);
+    const book = bookOf(largeBlob(100_000).buffer);
     let pauses = 0;
     const ranks = await sideRanks(book, () => {
         ++pauses;
         return Promise.resolve();
     });
     expect([...ranks].sort((one, other) => one - other)).toEqual([...ranks.keys()]);
-    expect(pauses).toBeGreaterThan(3);
+    expect(pauses).toBeGreaterThan(2);
 });

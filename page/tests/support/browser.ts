@@ -26,6 +26,9 @@ export interface Opening {
     readonly waits?: boolean;
 }
 
+/** How long, in milliseconds, a page may take for what it does at once on a machine that has nothing else to do. */
+const patience = 120_000;
+
 /** How a browser is started: without anything that asks the network. */
 export const launchOptions = {
     executablePath: "/usr/bin/chromium",
@@ -82,6 +85,7 @@ export class TestBrowser {
             await context.addInitScript(opening.before);
         }
         const page = await context.newPage();
+        page.setDefaultTimeout(patience);
         this.#watch(page, pathToFileURL(file).href, opening.allows);
         await page.goto(addressOf(file, opening.fragment));
         if (opening.waits !== false) {
