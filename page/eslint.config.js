@@ -48,7 +48,15 @@ export default defineConfig(
     ...layers.map(importsOf),
     {
         files: ["scripts/**"],
-        languageOptions: { globals: { process: "readonly", console: "readonly", Buffer: "readonly" } },
+        languageOptions: {
+            globals: {
+                process: "readonly",
+                console: "readonly",
+                Buffer: "readonly",
+                requestAnimationFrame: "readonly",
+                setTimeout: "readonly",
+            },
+        },
     },
     { files: ["tests/**", "bench/**"], rules: { "max-lines-per-function": "off" } },
 );

@@ -54,6 +54,13 @@ export class Toolbar implements Component {
                 menu.open = false;
             }
         });
+        menu.addEventListener("keydown", (event) => {
+            if (event.key === "Escape" && menu.open) {
+                event.stopPropagation();
+                menu.open = false;
+                menu.querySelector("summary")?.focus();
+            }
+        });
         return menu;
     }
 

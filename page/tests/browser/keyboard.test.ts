@@ -90,6 +90,15 @@ test("numbers choose a view, and ? explains the keys", async () => {
     expect(await help.isVisible()).toBe(false);
 });
 
+test("Esc closes the choice of columns, and nothing else", async () => {
+    const page = await browser.open(blob, { fragment: "rule=2" });
+    await page.locator(".menu summary").focus();
+    await press(page, "Enter", "Tab", "Space", "Escape");
+    expect(await page.locator(".menu fieldset").isVisible()).toBe(false);
+    expect(await page.locator(".panel h2").innerText()).toBe("Rule 2");
+    expect((await page.getByRole("columnheader").allInnerTexts()).join()).not.toContain("support");
+});
+
 test("letters are text where one types", async () => {
     const page = await browser.open(blob);
     await press(page, "/");
