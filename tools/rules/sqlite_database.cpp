@@ -22,9 +22,11 @@ SqliteDatabase::SqliteDatabase(const std::string& path, std::string name) : name
                                        without_locks);
     connection_.reset(connection);
     require(status);
-    // What a library can be built to do otherwise is said, so that the bytes are the same everywhere.
+    // What a library can be built to do otherwise is said, so that the bytes are the same everywhere. The
+    // cache (KiB) also bounds what is sorted at once for an index: what the caches of a processor hold is
+    // sorted twice as fast.
     run("PRAGMA page_size = 4096; PRAGMA encoding = 'UTF-8'; PRAGMA auto_vacuum = NONE;"
-        "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -65536;");
+        "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -4096;");
 }
 
 void SqliteDatabase::run(const std::string& sql) const {
