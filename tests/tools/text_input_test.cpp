@@ -117,5 +117,14 @@ TEST_F(TextInputFile, MustNotBeADirectory) {
     EXPECT_EQ(complaint(directory), directory + ": cannot be read: Is a directory");
 }
 
+TEST(PlaceOf, CountsTheLinesBeforeTheText) {
+    TextInput input = {"a", "1 2\n3 4\n"};
+    EXPECT_EQ(place_of(input, 6).line, 2U);
+    EXPECT_EQ(place_of(input, 6).column, 3U);
+    input.lines_before = [] { return std::size_t{10}; };
+    EXPECT_EQ(place_of(input, 6).line, 12U);
+    EXPECT_EQ(place_of(input, 6).column, 3U);
+}
+
 }  // namespace
 }  // namespace korv::tools

@@ -1,26 +1,18 @@
 #include "common/text_input.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <optional>
 #include <utility>
 
 #include "common/byte_pieces.h"
 #include "common/error.h"
 #include "common/gzip.h"
+#include "common/input_file.h"
 
 namespace korv::tools {
 
 namespace {
-
-constexpr std::string_view gzip_mark = "\x1F\x8B";
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 /// What is no text in UTF-8, by its first bytes, and what makes one of it.
 struct Foreign {
@@ -50,67 +42,6 @@ void refuse_foreign(std::string_view beginning, const std::string& name) {
         throw input_error(name, {1, 1}, it->found, it->expected);
     }
 }
-
-/// A file or standard input as its bytes are. Standard input stays open.
-class Bytes {
-public:
-    explicit Bytes(const std::string& path)
-        : name_(path == "-" ? "standard input" : path),
-          is_file_(path != "-"),
-          descriptor_(is_file_ ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC) : STDIN_FILENO) {
-        if (descriptor_ < 0 || ::fstat(descriptor_, &before_) != 0) {
-            fail();
-        }
-    }
-    ~Bytes() {
-        if (is_file_ && descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-    }
-    Bytes(const Bytes&) = delete;
-    Bytes& operator=(const Bytes&) = delete;
-
-    const std::string& name() const { return name_; }
-
-    /// Reads `size` bytes, or fewer where the input ends before. Returns how many.
-    std::size_t read(char* out, std::size_t size) {
-        std::size_t done = 0;
-        while (done < size) {
-            const ssize_t count = ::read(descriptor_, out + done, size - done);
-            if (count == 0) {
-                break;
-            }
-            if (count < 0 && errno != EINTR) {
-                fail();
-            }
-            done += static_cast<std::size_t>(std::max(count, ssize_t{0}));
-        }
-        return done;
-    }
-
-    /// The size of a file in bytes; 0 where it is not known before the end.
-    std::size_t expected_size() const {
-        return S_ISREG(before_.st_mode) ? static_cast<std::size_t>(before_.st_size) : 0;
-    }
-
-    /// Throws Error when somebody wrote to the file since it was opened.
-    void require_unchanged() const {
-        struct stat after = {};
-        const bool is_known = expected_size() > 0 && ::fstat(descriptor_, &after) == 0;
-        if (is_known && (after.st_size != before_.st_size || after.st_mtim.tv_sec != before_.st_mtim.tv_sec ||
-                         after.st_mtim.tv_nsec != before_.st_mtim.tv_nsec)) {
-            throw Error(name_ + ": changed while it was read; expected a file that nobody writes to");
-        }
-    }
-
-private:
-    [[noreturn]] void fail() const { throw Error(name_ + ": cannot be read: " + std::strerror(errno)); }
-
-    const std::string name_;
-    bool is_file_;
-    int descriptor_;
-    struct stat before_ = {};
-};
 
 }  // namespace
 
@@ -182,12 +113,18 @@ private:
         return done;
     }
 
-    Bytes bytes_;
+    InputFile bytes_;
     std::optional<Gunzip> gunzip_;
     std::string ahead_;      ///< the beginning of the text
     std::size_t taken_ = 0;  ///< of what is ahead
     bool is_at_end_ = false;
 };
+
+Place place_of(const TextInput& input, std::size_t position) {
+    Place place = place_of(std::string_view(input.text), position);
+    place.line += input.lines_before ? input.lines_before() : 0;
+    return place;
+}
 
 TextStream::TextStream(const std::string& path) : source_(std::make_unique<Source>(path)) {}
 TextStream::TextStream(TextStream&&) noexcept = default;

@@ -1,17 +1,25 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "common/error.h"
+
 namespace korv::tools {
 
-/// The whole text of an input.
+/// The text of an input, or whole lines of it.
 struct TextInput {
     std::string name;  ///< for messages: the path, or "standard input"
     std::string text;
+    /// Counts the lines that are before the text in the input. Null where the text begins with the input.
+    std::function<std::size_t()> lines_before = {};
 };
+
+/// The place in the input of a byte of its text, for an error: O(position), and what lines_before costs.
+Place place_of(const TextInput& input, std::size_t position);
 
 /// An input that is read from its beginning to its end, a piece at a time.
 ///

@@ -27,7 +27,7 @@ Item item_of(std::string_view word, const TextInput& input) {
     }
     const auto position = static_cast<std::size_t>(word.data() - input.text.data());
     const bool is_too_large = word.find_first_not_of("0123456789") == std::string_view::npos;
-    throw FormError(input_error(input.name, place_of(input.text, position), shown(word),
+    throw FormError(input_error(input.name, place_of(input, position), shown(word),
                                 is_too_large ? "an item number below 4294967296" : "an item number"));
 }
 

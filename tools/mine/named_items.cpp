@@ -47,7 +47,7 @@ std::vector<std::string> NamedItems::names() const {
 void check_name(std::string_view name, std::size_t position, const TextInput& input) {
     const std::size_t offset = first_unusable(name);
     if (offset < name.size()) {
-        const Place place = place_of(input.text, position_in_input(name, offset, position, input.text));
+        const Place place = place_of(input, position_in_input(name, offset, position, input.text));
         const bool is_utf8 = first_character(name.substr(offset)).bytes > 0;
         throw input_error(input.name, place, shown(name),
                           is_utf8 ? "a name without control characters, such as tabs and line ends"

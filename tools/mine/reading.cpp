@@ -115,7 +115,7 @@ bool is_blank(const TextInput& input) {
 void require_line_ends(const TextInput& input) {
     const std::size_t first = input.text.find('\r');
     if (first < input.text.size() - 1 && input.text.find('\n') == std::string::npos) {
-        throw input_error(input.name, place_of(input.text, first), "a line that ends with CR alone",
+        throw input_error(input.name, place_of(input, first), "a line that ends with CR alone",
                           "lines that end with LF or CR LF (tr '\\r' '\\n' converts them)");
     }
 }

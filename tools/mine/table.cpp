@@ -18,7 +18,7 @@ namespace {
 /// Tells the places of positions in a text that ascend, in one pass over the text.
 class PlaceFinder {
 public:
-    explicit PlaceFinder(std::string_view text) : text_(text) {}
+    explicit PlaceFinder(const TextInput& input) : text_(input.text), place_(place_of(input, 0)) {}
 
     Place next(std::size_t position) {
         const Place step = place_of(text_.substr(position_), position - position_);
@@ -31,18 +31,18 @@ public:
 private:
     std::string_view text_;
     std::size_t position_ = 0;
-    Place place_ = {1, 1};
+    Place place_;
 };
 
 /// An error about the form of the table.
 FormError form_error(const TextInput& input, std::size_t position, const std::string& found,
                      const std::string& expected) {
-    return FormError(input_error(input.name, place_of(input.text, position), found, expected));
+    return FormError(input_error(input.name, place_of(input, position), found, expected));
 }
 
 Error error_at(const TextInput& input, std::size_t position, const std::string& found,
                const std::string& expected) {
-    return input_error(input.name, place_of(input.text, position), found, expected);
+    return input_error(input.name, place_of(input, position), found, expected);
 }
 
 std::string in_cells(std::size_t number) {
@@ -92,7 +92,7 @@ void TableReader::add(const TextInput& input, std::size_t begin) {
     reader.move_to(begin);
     std::vector<CsvCell> cells;
     if (!reader.next(cells) || cells.empty()) {
-        throw input_error(input.name, place_of(input.text, begin), "nothing",
+        throw input_error(input.name, place_of(input, begin), "nothing",
                           "a line with the names of the columns");
     }
     const Line header = {cells, reader.line_position(), input};
@@ -193,7 +193,7 @@ void TableReader::note_other_cells(const TextInput& input) {
         }
     }
     std::ranges::sort(found);
-    PlaceFinder places(input.text);
+    PlaceFinder places(input);
     for (const auto& [position, i] : found) {
         const TableColumn& column = columns_[i];
         other_cells_[i] = {column.name(), column.other_text(), input.name, places.next(position), false};

@@ -160,7 +160,7 @@ void TableColumn::examine(const CsvCell& cell, const TextInput& input) {
     }
     if (meaning_ == Meaning::flag && !truth_of(cell.text)) {
         throw input_error(
-            input.name, place_of(input.text, cell.position), shown(cell.text),
+            input.name, place_of(input, cell.position), shown(cell.text),
             "1, yes, true, y, t or x, or 0, no, false, n or f, since --only-true is given" + way_out());
     }
 }
@@ -185,7 +185,7 @@ void TableColumn::examine_number(const CsvCell& cell, const TextInput& input) {
         return;
     }
     if (meaning_ == Meaning::number) {
-        throw input_error(input.name, place_of(input.text, cell.position), shown(cell.text),
+        throw input_error(input.name, place_of(input, cell.position), shown(cell.text),
                           "a number such as 1234.5, since --bins cuts the column " + shown(name_));
     }
     has_numbers_ = has_numbers_ || looks_like_number(cell.text);

@@ -15,7 +15,7 @@ Count take_weight(std::string_view& line, const TextInput& input) {
     if (!weight || *weight == 0) {
         const auto position = static_cast<std::size_t>(line.data() - input.text.data());
         throw input_error(
-            input.name, place_of(input.text, position), word.empty() ? "no number" : shown(word),
+            input.name, place_of(input, position), word.empty() ? "no number" : shown(word),
             "how many times the transaction occurs, a number from 1 to 4294967295, and a blank");
     }
     line.remove_prefix(std::min(word.size() + 1, line.size()));
