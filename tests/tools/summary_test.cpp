@@ -15,7 +15,7 @@ const Database database = database_of({0b011, 0b001, 0b110});
 class SummaryTest : public ::testing::Test {
 protected:
     std::string text() const {
-        return summary({.database = database_,
+        return summary({.database = figures_of(database_, options_.min_support),
                         .reading = reading_,
                         .options = options_,
                         .classes = classes_,

@@ -3,6 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <utility>
 
 #include "common/error.h"
 #include "common/output_place.h"
@@ -88,14 +91,12 @@ std::string names_path(const std::string& given, Format format, const std::strin
     return "";
 }
 
-Arguments parse_arguments(int argc, char** argv) {
+std::variant<Arguments, CommandLineEnd> read_command_line(int argc, char** argv,
+                                                          const MiningProgram& program) {
     Arguments arguments;
     Words words;
-    CLI::App app(
-        "Makes a class file for korv: the closed itemsets of a transaction database under disjunction, "
-        "with their supports and essential itemsets.",
-        "korv-mine");
-    app.set_version_flag("--version", "korv-mine " KORV_VERSION);
+    CLI::App app(program.description, program.name);
+    app.set_version_flag("--version", program.name + " " KORV_VERSION);
     app.add_option("TRANSACTIONS", arguments.transactions,
                    "The database, one transaction per line, in one file or several; - for standard input")
         ->type_name(file_type)
@@ -104,6 +105,9 @@ Arguments parse_arguments(int argc, char** argv) {
     add_mining_options(app, words.mining);
     app.get_option("--estimate")->excludes("--max-seconds");  // it has a time of its own
     add_reading_options(app, words.reading);
+    if (program.add_options) {
+        program.add_options(app);
+    }
     add_completions_option(app, {});
     app.failure_message(complaint);
     try {
@@ -111,13 +115,30 @@ Arguments parse_arguments(int argc, char** argv) {
         arguments.mining = mining_request(app, words.mining);
         complete_min_supports(arguments, arguments.mining);
     } catch (const CLI::ParseError& error) {
-        std::exit(app.exit(error));
+        std::ostringstream out;
+        std::ostringstream err;
+        const int status = app.exit(error, out, err);
+        return CommandLineEnd{status, out.str(), err.str()};
     }
     arguments.reading = reading_options(app, words.reading);
     if (arguments.reading.format && !arguments.names.empty()) {
         names_path(arguments.names, *arguments.reading.format, arguments.output);
     }
     return arguments;
+}
+
+Arguments parse_arguments(int argc, char** argv) {
+    auto line = read_command_line(
+        argc, argv,
+        {.name = "korv-mine",
+         .description = "Makes a class file for korv: the closed itemsets of a transaction database under "
+                        "disjunction, with their supports and essential itemsets."});
+    if (const auto* const end = std::get_if<CommandLineEnd>(&line)) {
+        std::cout << end->out;
+        std::cerr << end->err;
+        std::exit(end->status);
+    }
+    return std::get<Arguments>(std::move(line));
 }
 
 }  // namespace korv::tools

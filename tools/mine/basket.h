@@ -26,7 +26,8 @@ public:
     /// most_transactions.
     void add(const TextInput& input, std::size_t begin = 0);
 
-    /// The transactions of all inputs in their order, with the names of the items. Call this once, last.
+    /// The transactions of all inputs in their order, with the names of the items, in the order of their
+    /// numbers. Call this once, last.
     Database finish();
 
 private:

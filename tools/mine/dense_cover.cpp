@@ -13,7 +13,9 @@ DenseCover::DenseCover(const RankedItems& items) : prefixes_(2) {
         for (const Transaction line : items.transactions[rank]) {
             rows_.insert(rank, line);
         }
-        empty.outside.push_back({rank, items.transactions[rank].front()});
+        if (!items.transactions[rank].empty()) {
+            empty.outside.push_back({rank, items.transactions[rank].front()});
+        }
     }
     empty.any = {std::vector<BitWord>(rows_.words()), true};
     empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};

@@ -13,7 +13,8 @@ namespace korv::tools {
 /// A cover (see cover.h) of items that are in many transactions.
 ///
 /// Invariant: each item outside the closure has a witness, its first line that holds no item of the itemset.
-/// Only when a new item is in that line is another one looked for, from there on.
+/// Only when a new item is in that line is another one looked for, from there on. An item without lines, as
+/// there are in a part of a database, is in every closure, and never gained.
 class DenseCover {
 public:
     explicit DenseCover(const RankedItems& items);

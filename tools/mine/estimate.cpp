@@ -1,9 +1,10 @@
 #include "mine/estimate.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 #include "common/quantity.h"
+#include "common/right_aligned.h"
 #include "mine/ranked_items.h"
 
 namespace korv::tools {
@@ -35,9 +36,7 @@ void raise_to(const Estimate& larger, Estimate& estimate) {
     estimate.file_bytes = std::max(estimate.file_bytes, larger.file_bytes);
 }
 
-using Row = std::array<std::string, 5>;
-
-Row row_of(const Estimate& estimate) {
+std::vector<std::string> row_of(const Estimate& estimate) {
     const std::string more = estimate.is_complete ? "" : "more than ";
     const std::string count = std::to_string(estimate.transactions);
     return {estimate.min_support.is_percentage ? text_of(estimate.min_support) + " (" + count + ")" : count,
@@ -49,13 +48,23 @@ Row row_of(const Estimate& estimate) {
 
 std::vector<Estimate> estimates(const Database& database, const MiningRequest& request,
                                 std::chrono::duration<double> time) {
+    return estimates(
+        {.transactions = database.transactions,
+         .items_in = [&](Count min_support) { return items_in(database, min_support); },
+         .mine_for = [&](std::chrono::duration<double> so_long, const MiningOptions& options,
+                         Estimate& estimate) { mine_for(so_long, database, options, estimate); }},
+        request, time);
+}
+
+std::vector<Estimate> estimates(const Estimated& database, const MiningRequest& request,
+                                std::chrono::duration<double> time) {
     std::vector<Estimate> found;
     std::vector<MiningOptions> options;
     for (const Threshold& min_support : request.min_supports) {
         options.push_back(mining_options(request, min_support, database.transactions));
         found.push_back({.min_support = min_support,
                          .transactions = options.back().min_support,
-                         .frequent_items = items_in(database, options.back().min_support)});
+                         .frequent_items = database.items_in(options.back().min_support)});
     }
     std::ranges::stable_sort(found, std::ranges::greater(), &Estimate::transactions);
     std::ranges::stable_sort(options, std::ranges::greater(), &MiningOptions::min_support);
@@ -63,7 +72,7 @@ std::vector<Estimate> estimates(const Database& database, const MiningRequest& r
         const bool goes_on = i == 0 || found[i - 1].is_complete;
         found[i].is_complete = goes_on;
         if (goes_on) {
-            mine_for(time, database, options[i], found[i]);
+            database.mine_for(time, options[i], found[i]);
         }
         if (!found[i].is_complete && i > 0) {
             raise_to(found[i - 1], found[i]);
@@ -73,23 +82,10 @@ std::vector<Estimate> estimates(const Database& database, const MiningRequest& r
 }
 
 std::string estimate_table(const std::vector<Estimate>& estimates) {
-    std::vector<Row> rows = {
+    std::vector<std::vector<std::string>> rows = {
         {"min. support", "frequent items", "essential itemsets", "classes", "class file"}};
     std::ranges::transform(estimates, std::back_inserter(rows), row_of);
-    std::array<std::size_t, std::tuple_size_v<Row>> widths = {};
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths.at(i) = std::max(widths.at(i), row.at(i).size());
-        }
-    }
-    std::string text;
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            text += std::string(widths.at(i) - row.at(i).size() + (i == 0 ? 0 : 3), ' ') + row.at(i);
-        }
-        text += '\n';
-    }
-    return text;
+    return right_aligned(rows);
 }
 
 }  // namespace korv::tools

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,19 @@ struct Estimate {
 /// `time`. A smaller support brings no less; so, once the time is not enough, what was found until then is
 /// the lower bound for all that are left. Throws Error for thresholds out of range (see mining_options).
 std::vector<Estimate> estimates(const Database& database, const MiningRequest& request,
+                                std::chrono::duration<double> time = std::chrono::seconds(1));
+
+/// What the estimates ask of a database.
+struct Estimated {
+    Count transactions;
+    std::function<std::size_t(Count min_support)> items_in;  ///< the number of items in so many transactions
+    /// Sets what the mining for so long brings, or lower bounds.
+    std::function<void(std::chrono::duration<double> time, const MiningOptions& options, Estimate& estimate)>
+        mine_for;
+};
+
+/// The same for a database that answers by itself.
+std::vector<Estimate> estimates(const Estimated& database, const MiningRequest& request,
                                 std::chrono::duration<double> time = std::chrono::seconds(1));
 
 /// The estimates as a table with a line for each, below a line of headings.

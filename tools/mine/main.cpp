@@ -7,12 +7,11 @@
 #include <optional>
 
 #include "common/atomic_output.h"
-#include "common/distinct_files.h"
 #include "common/error.h"
 #include "common/standard_streams.h"
 #include "common/temporary_file.h"
-#include "io/class_record.h"
 #include "mine/arguments.h"
+#include "mine/class_output.h"
 #include "mine/estimate.h"
 #include "mine/miner.h"
 #include "mine/mining_watch.h"
@@ -36,19 +35,6 @@ enum class Status {
 
 void say(const std::string& message) {
     std::cerr << "korv-mine: " << message << '\n';
-}
-
-/// Throws Error when an output would replace an input or the other output.
-void require_distinct_files(const Arguments& arguments) {
-    std::vector<NamedFile> inputs;
-    for (const std::string& path : arguments.transactions) {
-        inputs.push_back({path, "the input"});
-    }
-    std::vector<NamedFile> outputs = {{arguments.output, "the class file (-o)"}};
-    if (!arguments.names.empty()) {
-        outputs.push_back({arguments.names, "the names file (--names)"});
-    }
-    require_distinct(inputs, outputs);
 }
 
 std::string names_of_inputs(const Arguments& arguments) {
@@ -81,15 +67,6 @@ MiningResult mine_within_memory(const Database& database, const MiningOptions& o
                         [&watch](const MiningProgress& progress) { return watch.go_on(progress); });
         },
         [&] { return "after " + std::to_string(watch.progress().classes) + " classes"; });
-}
-
-void write_classes(const MinedClasses& classes, AtomicOutput& output) {
-    std::string record;
-    classes.for_each([&](const MinedClass& each) {
-        record.clear();
-        append_class_record(each.closure, each.support, each.essentials, record);
-        output.write(record);
-    });
 }
 
 Status mine_to_files(Arguments arguments, Clock::time_point start, const Database& database,
@@ -128,7 +105,7 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
 
     if (!arguments.quiet) {
         const std::chrono::duration<double> elapsed = Clock::now() - start;
-        std::cerr << summary({.database = database,
+        std::cerr << summary({.database = figures_of(database, options.min_support),
                               .reading = report,
                               .options = options,
                               .classes = result.classes,

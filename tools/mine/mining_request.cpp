@@ -31,12 +31,16 @@ MiningOptions mining_options(const MiningRequest& request, const Threshold& min_
 }
 
 void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options) {
-    if (classes.size() > 0) {
-        return;
-    }
     Count most = 0;
     for (const Database::ItemColumn& column : database.items) {
         most = std::max(most, support_of(column, database));
+    }
+    require_classes(classes, most, options);
+}
+
+void require_classes(const MinedClasses& classes, Count most, const MiningOptions& options) {
+    if (classes.size() > 0) {
+        return;
     }
     const bool is_rare = most < options.min_support;
     throw NoClasses((is_rare ? "--min-support: no item is in " + std::to_string(options.min_support)

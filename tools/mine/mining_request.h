@@ -39,4 +39,7 @@ MiningOptions mining_options(const MiningRequest& request, const Threshold& min_
 /// Throws NoClasses when there are none, since there is nothing to derive rules from.
 void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options);
 
+/// The same for a database whose most frequent item is in so many transactions.
+void require_classes(const MinedClasses& classes, Count most, const MiningOptions& options);
+
 }  // namespace korv::tools

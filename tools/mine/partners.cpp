@@ -2,11 +2,14 @@
 
 namespace korv::tools {
 
-Partners::Partners(const RankedItems& items) : items_(items), partners_(items.frequent) {
+Partners::Partners(const RankedItems& items) : Partners(items, 0) {
     for (const std::span<const Transaction> lines : items.transactions) {
         most_ += lines.size();
     }
 }
+
+Partners::Partners(const RankedItems& items, std::size_t most)
+    : items_(items), partners_(items.frequent), most_(most) {}
 
 void Partners::add(Rank frequent, Rank other, Count together) {
     if (is_complete_) {

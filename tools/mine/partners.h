@@ -26,12 +26,15 @@ public:
     /// Without partners. `items` must outlive them.
     explicit Partners(const RankedItems& items);
 
+    /// The same with at most so many of them.
+    Partners(const RankedItems& items, std::size_t most);
+
     /// Tells in how many transactions two items are together, of which `frequent` is a frequent one. Each
     /// pair is told once.
     void add(Rank frequent, Rank other, Count together);
 
     /// Whether all partners are kept. They are not, for the sake of memory, where there are more of them than
-    /// the items have lines together.
+    /// the items have lines together, or than was said.
     bool is_complete() const { return is_complete_; }
 
     /// The partners of a frequent item, in the order in which they were told.

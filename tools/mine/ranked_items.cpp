@@ -8,23 +8,18 @@
 
 namespace korv::tools {
 
-namespace {
-
-/// Items in the same transactions: positions in Database::items, ascending.
-using Twins = std::vector<std::size_t>;
-
-/// The wanted items, each with its twins, in the order of their first ones.
-std::vector<Twins> with_twins(const Database& database, const std::vector<std::size_t>& wanted) {
+std::vector<Twins> with_twins(const std::vector<Database::ItemColumn>& items,
+                              const std::vector<std::size_t>& wanted) {
     std::vector<Twins> groups;
     std::unordered_multimap<std::uint64_t, std::size_t>
         by_hash;  // of the transactions; positions in `groups`
     by_hash.reserve(wanted.size());
     for (const std::size_t item : wanted) {
-        const std::vector<Transaction>& transactions = database.items[item].transactions;
+        const std::vector<Transaction>& transactions = items[item].transactions;
         const std::uint64_t hash = hash_of(transactions);
         const auto [first, last] = by_hash.equal_range(hash);
         const auto found = std::find_if(first, last, [&](const auto& each) {
-            return database.items[groups[each.second].front()].transactions == transactions;
+            return items[groups[each.second].front()].transactions == transactions;
         });
         if (found != last) {
             groups[found->second].push_back(item);
@@ -36,7 +31,15 @@ std::vector<Twins> with_twins(const Database& database, const std::vector<std::s
     return groups;
 }
 
-}  // namespace
+Rank rank_groups(std::vector<Twins>& groups, const std::vector<Count>& supports, Count least_in_essentials) {
+    const auto support = [&](const Twins& twins) { return supports[twins.front()]; };
+    const auto rare = std::stable_partition(groups.begin(), groups.end(), [&](const Twins& twins) {
+        return support(twins) >= least_in_essentials;
+    });
+    std::stable_sort(groups.begin(), rare,
+                     [&](const Twins& a, const Twins& b) { return support(a) < support(b); });
+    return static_cast<Rank>(rare - groups.begin());
+}
 
 Count support_of(const Database::ItemColumn& column, const Database& database) {
     if (database.weights.empty()) {
@@ -55,16 +58,9 @@ RankedItems ranked_items(const Database& database, Count least_in_essentials, Co
             wanted.push_back(item);
         }
     }
-    std::vector<Twins> groups = with_twins(database, wanted);
-    const auto support = [&](const Twins& twins) { return supports[twins.front()]; };
-    const auto rare = std::stable_partition(groups.begin(), groups.end(), [&](const Twins& twins) {
-        return support(twins) >= least_in_essentials;
-    });
-    std::stable_sort(groups.begin(), rare,
-                     [&](const Twins& a, const Twins& b) { return support(a) < support(b); });
-
+    std::vector<Twins> groups = with_twins(database.items, wanted);
     RankedItems ranked;
-    ranked.frequent = static_cast<Rank>(rare - groups.begin());
+    ranked.frequent = rank_groups(groups, supports, least_in_essentials);
     ranked.lines = database.lines;
     ranked.weights = database.weights;
     for (const Twins& twins : groups) {
@@ -72,7 +68,7 @@ RankedItems ranked_items(const Database& database, Count least_in_essentials, Co
         std::ranges::transform(twins, std::back_inserter(items),
                                [&](std::size_t item) { return database.items[item].item; });
         ranked.transactions.emplace_back(database.items[twins.front()].transactions);
-        ranked.supports.push_back(support(twins));
+        ranked.supports.push_back(supports[twins.front()]);
     }
     return ranked;
 }

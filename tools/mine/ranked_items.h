@@ -35,6 +35,18 @@ struct RankedItems {
 /// The number of transactions that hold an item.
 Count support_of(const Database::ItemColumn& column, const Database& database);
 
+/// Items in the same transactions: positions in a list of items, ascending.
+using Twins = std::vector<std::size_t>;
+
+/// The wanted items, positions in `items`, each with its twins among them, in the order of their first ones.
+std::vector<Twins> with_twins(const std::vector<Database::ItemColumn>& items,
+                              const std::vector<std::size_t>& wanted);
+
+/// Puts groups of twins, which are in the order of their first items, into that of their ranks. `supports`:
+/// of the items, in transactions. Returns how many groups are of frequent items, which are in at least
+/// `least_in_essentials`.
+Rank rank_groups(std::vector<Twins>& groups, const std::vector<Count>& supports, Count least_in_essentials);
+
 /// Ranks the items in at least `least_in_essentials` transactions, which are the frequent ones, and behind
 /// them the others in at least `least_in_closures`. `database` must outlive the result.
 RankedItems ranked_items(const Database& database, Count least_in_essentials, Count least_in_closures);

@@ -47,6 +47,15 @@ Database read_database(const std::vector<std::string>& paths, const ReadingOptio
 Database read_database(TextInput first, const std::vector<std::string>& paths, const ReadingOptions& options,
                        ReadingReport& report);
 
+/// Throws UsageError where standard input is named twice, since it has an end only once.
+void require_standard_input_once(const std::vector<std::string>& paths);
+
+/// Throws Error: there is no item in these files.
+[[noreturn]] void refuse_without_items(const std::vector<std::string>& paths);
+
+/// The number of transactions without an item. O(lines + occurrences of items).
+Count empty_transactions(const Database& database);
+
 /// Throws Error where options do not go with the format that was given. Where none was, read_database does.
 void check_together(const ReadingOptions& options);
 

@@ -40,21 +40,18 @@ std::string counted(std::size_t number, const std::string& noun) {
     return with_commas(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
-void add_numbers_of_input(const Database& database, const ReadingReport& reading, std::string& text) {
+void add_numbers_of_input(const DatabaseFigures& database, const ReadingReport& reading, std::string& text) {
     add("input", description(reading), text);
     add("transactions", with_commas(database.transactions), text);
     if (reading.empty_transactions > 0) {
         add("empty transactions", with_commas(reading.empty_transactions), text);
     }
-    add("items", with_commas(database.items.size()), text);
+    add("items", with_commas(database.items), text);
 }
 
 void add_numbers(const Run& run, std::string& text) {
-    const auto frequent = std::ranges::count_if(run.database.items, [&run](const auto& column) {
-        return support_of(column, run.database) >= run.options.min_support;
-    });
     add_numbers_of_input(run.database, run.reading, text);
-    add("frequent items", with_commas(static_cast<std::size_t>(frequent)), text);
+    add("frequent items", with_commas(run.database.frequent_items), text);
     add("essential itemsets", with_commas(run.classes.essentials()), text);
     add("classes", with_commas(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
     add("largest closure", counted(run.classes.largest_closure(), "item"), text);
@@ -158,7 +155,7 @@ std::string names_note(const Run& run) {
     if (!run.names.empty()) {
         return "The names of its items are in " + shell_word(run.names) + "\n";
     }
-    if (!run.database.names.empty()) {
+    if (run.database.has_names) {
         return "The names of its items are not written: --names FILE says where they go\n";
     }
     return "";
@@ -166,7 +163,20 @@ std::string names_note(const Run& run) {
 
 }  // namespace
 
+DatabaseFigures figures_of(const Database& database, Count min_support) {
+    const auto frequent = std::ranges::count_if(
+        database.items, [&](const auto& column) { return support_of(column, database) >= min_support; });
+    return {.transactions = database.transactions,
+            .items = database.items.size(),
+            .frequent_items = static_cast<std::size_t>(frequent),
+            .has_names = !database.names.empty()};
+}
+
 std::string summary_of_input(const Database& database, const ReadingReport& reading) {
+    return summary_of_input({.transactions = database.transactions, .items = database.items.size()}, reading);
+}
+
+std::string summary_of_input(const DatabaseFigures& database, const ReadingReport& reading) {
     std::string text;
     add_numbers_of_input(database, reading, text);
     add_notes_on_input(reading, text);

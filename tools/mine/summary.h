@@ -8,9 +8,19 @@
 
 namespace korv::tools {
 
+/// What a summary tells of a database.
+struct DatabaseFigures {
+    Count transactions = 0;
+    std::size_t items = 0;
+    std::size_t frequent_items = 0;  ///< in at least the minimum support
+    bool has_names = false;
+};
+
+DatabaseFigures figures_of(const Database& database, Count min_support);
+
 /// What a run did.
 struct Run {
-    const Database& database;
+    DatabaseFigures database;
     const ReadingReport& reading;
     const MiningOptions& options;
     const MinedClasses& classes;
@@ -22,6 +32,7 @@ struct Run {
 
 /// How the input was read, with a line for each number, and what the person who goes on should know of it.
 std::string summary_of_input(const Database& database, const ReadingReport& reading);
+std::string summary_of_input(const DatabaseFigures& database, const ReadingReport& reading);
 
 /// The results of a run, with a line for each number; what the person who goes on should know; and the korv
 /// command to go on with, whose thresholds are for a first look: at least one of a hundred transactions.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -101,7 +102,13 @@ void TableReader::add(const TextInput& input, std::size_t begin) {
     } else {
         require_same_header(header);
     }
-    while (reader.next(cells)) {
+    add_lines(input, reader.position());
+}
+
+void TableReader::add_lines(const TextInput& input, std::size_t begin) {
+    CsvReader reader(input, separator_);
+    reader.move_to(begin);
+    for (std::vector<CsvCell> cells; reader.next(cells);) {
         add_line({cells, reader.line_position(), input});
     }
     note_other_cells(input);
@@ -109,10 +116,16 @@ void TableReader::add(const TextInput& input, std::size_t begin) {
 
 void TableReader::take_header(const Line& header) {
     check_header(header.cells, header.input);
-    file_ = header.input.name;
+    std::vector<std::string> names;
     for (const CsvCell& cell : header.cells) {
-        header_.emplace_back(cell.text);
+        names.emplace_back(cell.text);
     }
+    take_header(names, header.input.name);
+}
+
+void TableReader::take_header(const std::vector<std::string>& names, const std::string& file) {
+    header_ = names;
+    file_ = file;
     report_.has_labels = header_.front().empty();
     cells_ = chosen_columns(header_, options_, file_);
     for (const std::size_t cell : cells_) {
@@ -214,9 +227,11 @@ Database TableReader::finish() {
         ends.push_back(database_.items.size());
     }
     if (database_.items.empty()) {
-        throw Error(file_ + ": found no item; expected a header and one transaction a line");
+        refuse_table_without_items(file_);
     }
-    require_different_names(ends);
+    std::vector<std::string> column_names;
+    std::ranges::transform(columns_, std::back_inserter(column_names), &TableColumn::name);
+    require_different_names(column_names, ends, database_.names, file_);
     report_twins(ends);
     return std::move(database_);
 }
@@ -288,23 +303,31 @@ void TableReader::report_twins(const std::vector<std::size_t>& ends) {
     }
 }
 
-/// Throws Error when two columns have items of the same name.
-void TableReader::require_different_names(const std::vector<std::size_t>& ends) const {
+TableReader::Part TableReader::take_part() {
+    return {std::move(columns_), std::move(other_cells_), std::move(database_), report_.left_out};
+}
+
+void refuse_table_without_items(const std::string& file) {
+    throw Error(file + ": found no item; expected a header and one transaction a line");
+}
+
+void require_different_names(const std::vector<std::string>& columns, const std::vector<std::size_t>& ends,
+                             const std::vector<std::string>& names, const std::string& file) {
     // It takes an equals sign in the name of a column: those of "a" and "a=b" can both be "a=b=c".
-    if (std::ranges::none_of(
-            columns_, [](const auto& column) { return column.name().find('=') != std::string::npos; })) {
+    if (std::ranges::none_of(columns,
+                             [](const std::string& name) { return name.find('=') != std::string::npos; })) {
         return;
     }
     std::unordered_map<std::string_view, std::size_t> column_of;
     std::size_t item = 0;
     for (std::size_t column = 0; column < ends.size(); ++column) {
         for (; item < ends[column]; ++item) {
-            const std::string& name = database_.names[item];
+            const std::string& name = names[item];
             const auto [earlier, is_new] = column_of.try_emplace(name, column);
             if (!is_new) {
-                throw Error(file_ + ": found the item " + shown(name) + " in the columns " +
-                            shown(columns_[earlier->second].name()) + " and " +
-                            shown(columns_[column].name()) + "; expected a different name for each item");
+                throw Error(file + ": found the item " + shown(name) + " in the columns " +
+                            shown(columns[earlier->second]) + " and " + shown(columns[column]) +
+                            "; expected a different name for each item");
             }
         }
     }

@@ -73,6 +73,13 @@ public:
     /// Throws Error for options that name columns that do not exist.
     void add(const TextInput& input, std::size_t begin = 0);
 
+    /// Begins with the header of a table whose first line is elsewhere: the names of its columns, and its
+    /// name for messages. Call this instead of the first add.
+    void take_header(const std::vector<std::string>& names, const std::string& file);
+
+    /// Reads lines of a table that are not its first. Throws Error as add does.
+    void add_lines(const TextInput& input) { add_lines(input, 0); }
+
     /// The transactions of all tables in their order, with the names of the items; at least one table was
     /// added. Throws Error when there is no item at all, and when columns have items of the same name. Call
     /// this once, last.
@@ -80,6 +87,19 @@ public:
 
     /// What there is to know about the tables. It is complete after finish().
     const TableReport& report() const { return report_; }
+
+    /// What was read of a part of the tables, instead of finish(), for those who put parts together. The
+    /// columns refer to the reader's options.
+    struct Part {
+        std::vector<TableColumn> columns;
+        std::map<std::size_t, UncutColumn> other_cells;  ///< the first cell that is no number, by column
+        Database database;                               ///< its lines and weights
+        std::size_t left_out;                            ///< lines with the weight 0
+    };
+    Part take_part();
+
+    /// The options of its columns.
+    const TableOptions& options() const { return options_; }
 
 private:
     /// A line, which begins at a position of the input.
@@ -89,6 +109,7 @@ private:
         const TextInput& input;
     };
 
+    void add_lines(const TextInput& input, std::size_t begin);
     void take_header(const Line& header);
     void require_same_header(const Line& header) const;
     void add_line(const Line& line);
@@ -101,7 +122,6 @@ private:
     void report_counts();
     bool are_combinations_distinct(std::size_t besides) const;
     void report_twins(const std::vector<std::size_t>& ends);
-    void require_different_names(const std::vector<std::size_t>& ends) const;
 
     char separator_;
     TableOptions options_;
@@ -114,5 +134,13 @@ private:
     Database database_;                               ///< its lines and weights
     TableReport report_;
 };
+
+/// Throws Error when two columns have items of the same name. A column has the names from the end of the
+/// column before to its own end. `file`: that of the table, for the message.
+void require_different_names(const std::vector<std::string>& columns, const std::vector<std::size_t>& ends,
+                             const std::vector<std::string>& names, const std::string& file);
+
+/// Throws Error: there is no item in the tables that begin with this file.
+[[noreturn]] void refuse_table_without_items(const std::string& file);
 
 }  // namespace korv::tools

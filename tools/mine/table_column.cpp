@@ -84,23 +84,23 @@ ColumnItems one_for_each(std::vector<std::string> names, const std::vector<std::
     return items;
 }
 
-/// The transactions of each item, where `numbers` has the value of each line and `values` is how many there
-/// are.
+/// The transactions of each of so many items, where `numbers` has the value of each line and `values` is how
+/// many there are.
 template <typename Number>
 std::vector<std::vector<Transaction>> transactions_of(const std::vector<Number>& numbers, std::size_t values,
-                                                      const ColumnItems& items) {
+                                                      const ColumnItems& items, std::size_t number_of_items) {
     std::vector<std::size_t> lines(values);
     for (const Number value : numbers) {
         ++lines[value];
     }
-    std::vector<std::size_t> sizes(items.names.size());
+    std::vector<std::size_t> sizes(number_of_items);
     for (std::size_t value = 0; value < values; ++value) {
         for (std::uint32_t i = items.begins[value]; i < items.begins[value + 1]; ++i) {
             sizes[items.of_values[i]] += lines[value];
         }
     }
-    std::vector<std::vector<Transaction>> transactions(items.names.size());
-    std::vector<Transaction*> next(items.names.size());
+    std::vector<std::vector<Transaction>> transactions(number_of_items);
+    std::vector<Transaction*> next(number_of_items);
     for (std::size_t item = 0; item < sizes.size(); ++item) {
         transactions[item].resize(sizes[item]);
         next[item] = transactions[item].data();
@@ -134,6 +134,21 @@ TableColumn::TableColumn(std::string name, const TableOptions& options)
         meaning_ = Meaning::number_or_values;
         bins_ = &*bins_for_all;
     }
+}
+
+std::uint32_t TableColumn::add_value(std::string_view text) {
+    const auto [number, is_new] = dictionary_.number_of(text);
+    if (is_new) {
+        const TextInput part = {};
+        examine({text, 0}, part);
+    }
+    return number;
+}
+
+std::size_t TableColumn::lines() const {
+    std::size_t lines = 0;
+    lines_.visit([&lines](const auto& numbers) { lines = numbers.size(); });
+    return lines;
 }
 
 bool TableColumn::is_missing(std::string_view text) const {
@@ -208,7 +223,8 @@ bool TableColumn::has_more_values_than_bins() const {
     return bins_ != nullptr && distinct_values() > bins_->most_uncut();
 }
 
-bool TableColumn::is_identifier() const {
+bool TableColumn::is_identifier(std::size_t lines,
+                                const std::function<std::vector<std::uint64_t>()>& cells) const {
     constexpr std::size_t most_values_of_a_kind = 20;
     constexpr std::size_t lines_for_a_missing_cell = 20;
     const bool makes_items_of_values = meaning_ == Meaning::value || meaning_ == Meaning::number_or_values;
@@ -216,14 +232,12 @@ bool TableColumn::is_identifier() const {
         return false;
     }
     const std::size_t values = distinct_values();
-    std::size_t lines = 0;
-    lines_.visit([&lines](const auto& numbers) { lines = numbers.size(); });
     if (values <= most_values_of_a_kind || (lines - values) * lines_for_a_missing_cell > lines) {
         return false;
     }
-    const std::vector<std::uint64_t> cells = cells_of_values({});
+    const std::vector<std::uint64_t> lines_of_values = cells();
     for (std::uint32_t value = 0; value < dictionary_.size(); ++value) {
-        if (cells[value] > 1 && !is_missing(dictionary_.text(value))) {
+        if (lines_of_values[value] > 1 && !is_missing(dictionary_.text(value))) {
             return false;
         }
     }
@@ -255,7 +269,6 @@ std::size_t TableColumn::distinct_numbers() const {
     return static_cast<std::size_t>(std::unique(numbers.begin(), numbers.end()) - numbers.begin());
 }
 
-/// Whether cells become bins.
 bool TableColumn::is_cut() const {
     if (meaning_ == Meaning::number_or_values) {
         return !other_position_ && distinct_numbers() > bins_->most_uncut();
@@ -263,7 +276,6 @@ bool TableColumn::is_cut() const {
     return meaning_ == Meaning::number;
 }
 
-/// For how many transactions each value stands.
 std::vector<std::uint64_t> TableColumn::cells_of_values(const std::vector<Count>& weights) const {
     std::vector<std::uint64_t> cells(dictionary_.size());
     lines_.visit([&](const auto& values) {
@@ -274,8 +286,7 @@ std::vector<std::uint64_t> TableColumn::cells_of_values(const std::vector<Count>
     return cells;
 }
 
-ColumnItems TableColumn::bin_items(const std::vector<Count>& weights) const {
-    const std::vector<std::uint64_t> cells = cells_of_values(weights);
+ColumnItems TableColumn::bin_items(const std::vector<std::uint64_t>& cells) const {
     std::vector<NumberText> numbers;
     std::vector<std::uint32_t> values;
     for (std::uint32_t value = 0; value < dictionary_.size(); ++value) {
@@ -341,9 +352,9 @@ ColumnItems TableColumn::flag_items() const {
     return one_for_each(occurs ? std::vector<std::string>{name_} : std::vector<std::string>{}, item_of);
 }
 
-ColumnItems TableColumn::items(const std::vector<Count>& weights) const {
+ColumnItems TableColumn::items(const std::vector<std::uint64_t>& cells) const {
     if (is_cut()) {
-        return bin_items(weights);
+        return bin_items(cells);
     }
     switch (meaning_) {
         case Meaning::answers:
@@ -356,17 +367,26 @@ ColumnItems TableColumn::items(const std::vector<Count>& weights) const {
 }
 
 void TableColumn::move_to(Database& database) {
-    ColumnItems items = this->items(database.weights);
+    ColumnItems items =
+        this->items(is_cut() ? cells_of_values(database.weights) : std::vector<std::uint64_t>());
+    const auto first = static_cast<Item>(database.items.size() + 1);
+    const std::size_t number_of_items = items.names.size();
+    std::ranges::move(items.names, std::back_inserter(database.names));
+    move_to(database, first, std::move(items), number_of_items);
+}
+
+void TableColumn::move_to(Database& database, Item first, ColumnItems items, std::size_t number_of_items) {
     const std::size_t values = dictionary_.size();
     dictionary_ = {};
     numbers_ = {};
     std::vector<std::vector<Transaction>> transactions;
-    lines_.visit([&](const auto& lines) { transactions = transactions_of(lines, values, items); });
+    lines_.visit(
+        [&](const auto& lines) { transactions = transactions_of(lines, values, items, number_of_items); });
     lines_ = {};
-    for (std::size_t item = 0; item < items.names.size(); ++item) {
-        const auto number = static_cast<Item>(database.items.size() + 1);
-        database.items.push_back({number, std::move(transactions[item])});
-        database.names.push_back(std::move(items.names[item]));
+    for (std::size_t item = 0; item < number_of_items; ++item) {
+        if (!transactions[item].empty()) {
+            database.items.push_back({first + static_cast<Item>(item), std::move(transactions[item])});
+        }
     }
 }
 

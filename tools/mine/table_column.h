@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,6 +49,27 @@ public:
         lines_.push_back(number);
     }
 
+    /// Adds a text that a column of the same options has in another part of the table, as `add` does, but to
+    /// no line. Returns its number, from 0 in the order in which they were added.
+    std::uint32_t add_value(std::string_view text);
+
+    /// How many lines there are.
+    std::size_t lines() const;
+
+    /// The distinct texts in their order, and in how many transactions each is, where `weights` are those of
+    /// the lines, or empty for one each.
+    std::string_view text(std::uint32_t number) const { return dictionary_.text(number); }
+    std::vector<std::uint64_t> cells_of_values(const std::vector<Count>& weights) const;
+
+    /// The items of the column. `cells`: of each value in all parts of the table; only looked at where the
+    /// column is cut.
+    ColumnItems items(const std::vector<std::uint64_t>& cells) const;
+
+    /// Moves the columns of the items that occur in these lines to the end of `database`, numbered from
+    /// `first` on, and frees the cells. `items`: those of the values here, without names, in a column that
+    /// has so many items. Call this once, last.
+    void move_to(Database& database, Item first, ColumnItems items, std::size_t number_of_items);
+
     /// Moves the columns of the items that occur to the end of `database`, and their names, and frees the
     /// cells. Items get the next numbers. Call this once, last.
     void move_to(Database& database);
@@ -63,13 +85,21 @@ public:
     bool has_numbers() const { return has_numbers_; }
     /// Whether `--bins K` would have cut the column, had all its cells been numbers.
     bool has_more_values_than_bins() const;
+    /// Whether cells become bins. Call this before move_to.
+    bool is_cut() const;
     /// Whether it is cut by a rule that is for columns of many distinct numbers. Call this before move_to.
     bool is_cut_for_many_numbers() const { return bins_ != nullptr && bins_->more_than > 0 && is_cut(); }
     /// Whether each cell is an item of its own, in one line alone: there are more than 20, all different, and
     /// at most one line in 20 has none. Such a column floods the names, and hardly makes a rule. One that is
     /// cut, split or of flags is none. Call this before move_to. O(distinct cells), and O(lines) where these
     /// are nearly as many.
-    bool is_identifier() const;
+    bool is_identifier() const {
+        return is_identifier(lines(), [this] { return cells_of_values({}); });
+    }
+
+    /// The same for a table of which this has no lines: `lines` is how many there are, and `cells` gives in
+    /// how many of them each value is.
+    bool is_identifier(std::size_t lines, const std::function<std::vector<std::uint64_t>()>& cells) const;
     /// Whether each cell is a whole number. O(distinct cells). Call this before move_to.
     bool holds_whole_numbers() const;
     /// How many different cells there are, missing ones among them. Call this before move_to.
@@ -84,14 +114,11 @@ private:
     void require_name(std::string_view text, const CsvCell& cell, const TextInput& input) const;
     void examine_number(const CsvCell& cell, const TextInput& input);
     bool is_missing(std::string_view text) const;
-    bool is_cut() const;
     std::size_t distinct_values() const;
-    ColumnItems items(const std::vector<Count>& weights) const;
-    ColumnItems bin_items(const std::vector<Count>& weights) const;
+    ColumnItems bin_items(const std::vector<std::uint64_t>& cells) const;
     ColumnItems value_items() const;
     ColumnItems answer_items() const;
     ColumnItems flag_items() const;
-    std::vector<std::uint64_t> cells_of_values(const std::vector<Count>& weights) const;
     std::size_t distinct_numbers() const;
 
     std::string name_;
