@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "mine/cover.h"
+#include "mine/dense_cover.h"
+#include "mine/essential_tree.h"
+#include "mine_mpi/bit_stream.h"
+#include "mine_mpi/level_part.h"
+#include "mine_mpi/part_items.h"
+
+namespace korv::tools {
+
+/// A level part (see level_part.h) of items that are in many lines: a DenseCover of the lines here.
+class DensePart {
+public:
+    /// `items` must outlive it. `processes`: how many there are.
+    DensePart(const PartItems& items, std::size_t processes);
+
+    Rank rows() const { return frequent_; }
+    void pairs_of(Rank rank, std::vector<Candidate>& pairs) const { cover_.pairs_of(rank, 1, pairs); }
+    static bool is_wanted(Rank, Rank, Count) { return false; }
+    static void add_pair(Rank, Rank, Count) {}
+    static void set_root(Rank, const EssentialTree&) {}
+    void enter(Rank rank);
+    void leave();
+    void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
+    Count own(Rank rank) { return cover_.own(rank); }
+    bool counts_own(std::size_t size) const;
+    bool tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside);
+
+private:
+    using Ranks = std::vector<BitWord>;
+
+    static void put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after);
+
+    DenseCover cover_;
+    Rank frequent_;
+    std::size_t nanoseconds_of_own_;
+    std::size_t size_ = 0;
+    std::vector<Ranks> outside_;  ///< by size of a prefix: what is outside its closure here; and one more
+};
+
+}  // namespace korv::tools

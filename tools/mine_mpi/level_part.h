@@ -1,0 +1,30 @@
+#pragma once
+
+namespace korv::tools {
+
+/// A level part answers, for the lines of one process, what the walk by levels asks of the transactions: of
+/// an itemset that grows and shrinks at its end, whose items are ranks. The answers of all processes are
+/// summed up, or united. There are two with the same operations, DensePart and SparsePart.
+///
+/// - rows(): of how many ranks the pairs are wanted: of the frequent items, or of all.
+/// - pairs_of(rank, pairs): replaces `pairs` by the frequent items below `rank` that are in lines with it
+///   here, ascending, and in how many transactions.
+/// - is_wanted(rank, below, together): whether the part keeps a pair that is together in so many transactions
+///   of all processes, besides those that become itemsets. add_pair(rank, below, together): keeps it. The
+///   same pairs are told in all processes.
+/// - set_root(root, tree): the itemsets that follow begin with this item, until another is set.
+/// - enter(rank), leave(): adds an item at the end, and removes it.
+/// - count(candidates): sets the joint supports of the candidates with the itemset here. There is at least
+///   one; they are ascending, and below all of the itemset.
+/// - own(rank): the number of transactions here that hold this item and no item of the itemset.
+/// - counts_own(size): whether own counts tell the supports of extensions of itemsets of this size faster
+///   than inclusion and exclusion does; the same in all processes.
+/// - tell_closure(rank, is_entered, asked, outside): tells of the ranks that may be in the closure of the
+///   itemset with this item (its last one where it was entered, one behind it otherwise) which are not, as
+///   the lines here show. Either appends these ranks to `asked`, and a bit for each to `outside`, and returns
+///   false; or appends a bit for each rank in whole words, and returns true. Which one, and which ranks, is
+///   the same in all processes.
+class DensePart;
+class SparsePart;
+
+}  // namespace korv::tools

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "mine/essential_tree.h"
+#include "mine/mined_classes.h"
+#include "mine/miner.h"
+#include "mine_mpi/part_items.h"
+#include "mine_mpi/processes.h"
+
+namespace korv::tools {
+
+/// What was done for the essential itemsets of one size.
+struct LevelReport {
+    std::size_t size = 0;
+    std::uint64_t candidates = 0;  ///< that were counted
+    std::uint64_t frequent = 0;    ///< of them, those together in enough transactions
+    std::uint64_t essential = 0;   ///< of them, those that became nodes
+    std::uint64_t bytes = 0;       ///< that all processes gave away
+    double slowest = 0.0;          ///< processor seconds of the process that took longest, without waiting
+    double fastest = 0.0;          ///< likewise, of the one that took the least
+};
+
+/// How far the walk by levels has come.
+struct LevelProgress {
+    std::size_t size = 0;         ///< of the itemsets that are being looked at
+    std::size_t itemsets = 0;     ///< of that size that are done
+    std::size_t of_itemsets = 0;  ///< of that size
+    std::size_t essentials = 0;   ///< found so far
+    std::size_t classes = 0;      ///< found so far
+    std::size_t file_bytes = 0;   ///< of the class file, for what was found so far
+};
+
+/// What the walk has found when all itemsets of a size are done: the itemsets of up to one item more, and the
+/// closures of those of up to that size.
+struct LevelState {
+    std::size_t size = 0;            ///< 0 before the first level
+    EssentialTree::Node closed = 0;  ///< so many nodes, from the first on, have closures
+};
+
+/// What is asked and told while the walk goes on, in the first process alone.
+struct LevelEvents {
+    /// Asked after each batch; the walk ends when it returns false.
+    std::function<bool(const LevelProgress&)> go_on = {};
+    /// Told when a level is done.
+    std::function<void(const LevelReport&)> level_done = {};
+    /// Told behind that, unless the walk ends there. `closures`: as append_encoded writes them, of the nodes
+    /// that were closed on this level, in their order; empty without keeps_closures.
+    std::function<void(const EssentialTree& tree, const LevelState& state,
+                       const std::vector<std::string>& closures)>
+        level_kept = {};
+    bool keeps_closures = false;
+};
+
+/// What an earlier run kept: see LevelEvents::level_kept. In the first process alone.
+struct KeptLevels {
+    LevelState state;
+    /// The nodes behind the root items.
+    struct Node {
+        EssentialTree::Node parent;
+        Rank rank;
+        Count joint;
+        Count support;
+    };
+    std::vector<Node> nodes;
+    std::vector<std::string> closures;  ///< of all closed nodes
+};
+
+/// Finds what mine() finds, in a database that is divided among processes. The classes are in the first one.
+///
+/// The walk goes by levels, over the essential itemsets of one item, of two, and so on; all processes hold
+/// the same tree of them. Joint supports of candidates, and own counts where these are faster than inclusion
+/// and exclusion, are summed up over all processes; whether an item is outside a closure is a union. Both are
+/// told in batches, while the next batch is counted. A node of the tree takes 24 bytes in each process, and
+/// in the first one 4 more, besides its class.
+MiningResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
+                            const LevelEvents& events, const KeptLevels* kept = nullptr);
+
+}  // namespace korv::tools

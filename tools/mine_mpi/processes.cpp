@@ -1,0 +1,234 @@
+#include "mine_mpi/processes.h"
+
+#include <algorithm>
+#include <ctime>
+#include <limits>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+namespace korv::tools {
+
+namespace {
+
+/// MPI counts in int.
+constexpr std::size_t most_bytes = std::size_t{1} << 30;
+
+double processor_seconds() {
+    timespec time = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// Calls `visit(begin, size)` for pieces of so many bytes that MPI can count them.
+template <typename Visit>
+void for_each_piece(std::size_t size, Visit visit) {
+    for (std::size_t begin = 0; begin < size; begin += most_bytes) {
+        visit(begin, static_cast<int>(std::min(most_bytes, size - begin)));
+    }
+}
+
+int count_of(std::size_t size) {
+    if (size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        throw std::length_error("more than 2147483647 numbers at once between processes");
+    }
+    return static_cast<int>(size);
+}
+
+/// Where the values of each process begin among all.
+std::vector<int> begins_of(const std::vector<int>& counts) {
+    std::vector<int> begins(counts.size());
+    std::exclusive_scan(counts.begin(), counts.end(), begins.begin(), 0);
+    return begins;
+}
+
+std::size_t total_of(const std::vector<int>& counts) {
+    const std::size_t total =
+        std::accumulate(counts.begin(), counts.end(), std::size_t{0},
+                        [](std::size_t sum, int count) { return sum + static_cast<std::size_t>(count); });
+    return static_cast<std::size_t>(count_of(total));
+}
+
+}  // namespace
+
+class Processes::Waiting {
+public:
+    explicit Waiting(Processes& processes) : processes_(processes), begin_(processor_seconds()) {}
+    ~Waiting() { processes_.waited_ += processor_seconds() - begin_; }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+
+private:
+    Processes& processes_;
+    double begin_;
+};
+
+Processes::Pending::Pending(Pending&& other) noexcept
+    : request_(std::exchange(other.request_, MPI_REQUEST_NULL)) {}
+
+Processes::Pending& Processes::Pending::operator=(Pending&& other) noexcept {
+    request_ = std::exchange(other.request_, MPI_REQUEST_NULL);
+    return *this;
+}
+
+Processes::Processes() {
+    MPI_Comm_size(MPI_COMM_WORLD, &size_);
+    MPI_Comm_rank(MPI_COMM_WORLD, &number_);
+}
+
+void Processes::broadcast(std::string& text, int from) {
+    std::vector<char> bytes(text.begin(), text.end());
+    broadcast(bytes, from);
+    text.assign(bytes.begin(), bytes.end());
+}
+
+void Processes::broadcast(std::vector<std::string>& texts, int from) {
+    std::uint64_t size = texts.size();
+    broadcast_value(size, from);
+    texts.resize(size);
+    for (std::string& text : texts) {
+        broadcast(text, from);
+    }
+}
+
+void Processes::broadcast_bytes(void* bytes, std::size_t size, int from) {
+    if (size_ == 1) {
+        return;
+    }
+    const Waiting waiting(*this);
+    bytes_ += number_ == from ? size : 0;
+    for_each_piece(size, [&](std::size_t begin, int count) {
+        MPI_Bcast(static_cast<char*>(bytes) + begin, count, MPI_BYTE, from, MPI_COMM_WORLD);
+    });
+}
+
+void Processes::send_bytes(const void* bytes, std::size_t size, int to) {
+    const Waiting waiting(*this);
+    bytes_ += size;
+    for_each_piece(size, [&](std::size_t begin, int count) {
+        MPI_Send(static_cast<const char*>(bytes) + begin, count, MPI_BYTE, to, 0, MPI_COMM_WORLD);
+    });
+}
+
+void Processes::receive_bytes(void* bytes, std::size_t size, int from) {
+    const Waiting waiting(*this);
+    for_each_piece(size, [&](std::size_t begin, int count) {
+        MPI_Recv(static_cast<char*>(bytes) + begin, count, MPI_BYTE, from, 0, MPI_COMM_WORLD,
+                 MPI_STATUS_IGNORE);
+    });
+}
+
+void Processes::all_bytes(const void* mine, std::size_t size, void* all) {
+    const Waiting waiting(*this);
+    bytes_ += size_ == 1 ? 0 : size;
+    MPI_Allgather(mine, count_of(size), MPI_BYTE, all, count_of(size), MPI_BYTE, MPI_COMM_WORLD);
+}
+
+std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& values) {
+    if (size_ == 1) {
+        return values;
+    }
+    const std::vector<int> counts = all_of(count_of(values.size()));
+    std::vector<std::uint32_t> all(total_of(counts));
+    const Waiting waiting(*this);
+    bytes_ += values.size() * sizeof(std::uint32_t);
+    MPI_Allgatherv(values.data(), count_of(values.size()), MPI_UINT32_T, all.data(), counts.data(),
+                   begins_of(counts).data(), MPI_UINT32_T, MPI_COMM_WORLD);
+    return all;
+}
+
+std::vector<std::vector<std::uint32_t>> Processes::exchange(
+    const std::vector<std::vector<std::uint32_t>>& for_each) {
+    if (size_ == 1) {
+        return for_each;
+    }
+    std::vector<int> given;
+    std::vector<std::uint32_t> out;
+    for (const std::vector<std::uint32_t>& values : for_each) {
+        given.push_back(count_of(values.size()));
+        out.insert(out.end(), values.begin(), values.end());
+    }
+    std::vector<int> taken(given.size());
+    const Waiting waiting(*this);
+    bytes_ += out.size() * sizeof(std::uint32_t);
+    MPI_Alltoall(given.data(), 1, MPI_INT, taken.data(), 1, MPI_INT, MPI_COMM_WORLD);
+    total_of(given);  // which is not too much
+    std::vector<std::uint32_t> in(total_of(taken));
+    const std::vector<int> begins = begins_of(taken);
+    MPI_Alltoallv(out.data(), given.data(), begins_of(given).data(), MPI_UINT32_T, in.data(), taken.data(),
+                  begins.data(), MPI_UINT32_T, MPI_COMM_WORLD);
+    std::vector<std::vector<std::uint32_t>> from_each;
+    for (std::size_t process = 0; process < taken.size(); ++process) {
+        const auto begin = in.begin() + begins[process];
+        from_each.emplace_back(begin, begin + taken[process]);
+    }
+    return from_each;
+}
+
+std::uint64_t Processes::sum(std::uint64_t value) {
+    const std::vector<std::uint64_t> values = all_of(value);
+    return std::accumulate(values.begin(), values.end(), std::uint64_t{0});
+}
+
+double Processes::largest(double value) {
+    return std::ranges::max(all_of(value));
+}
+
+double Processes::smallest(double value) {
+    return std::ranges::min(all_of(value));
+}
+
+Processes::Pending Processes::begin_sum(std::vector<std::uint32_t>& values) {
+    Pending pending;
+    if (size_ > 1) {
+        const Waiting waiting(*this);
+        bytes_ += values.size() * sizeof(std::uint32_t);
+        MPI_Iallreduce(MPI_IN_PLACE, values.data(), count_of(values.size()), MPI_UINT32_T, MPI_SUM,
+                       MPI_COMM_WORLD, &pending.request_);
+        ++open_;
+    }
+    return pending;
+}
+
+Processes::Pending Processes::begin_union(std::vector<std::uint64_t>& words) {
+    Pending pending;
+    if (size_ > 1) {
+        const Waiting waiting(*this);
+        bytes_ += is_first() ? 0 : words.size() * sizeof(std::uint64_t);
+        MPI_Ireduce(is_first() ? MPI_IN_PLACE : words.data(), is_first() ? words.data() : nullptr,
+                    count_of(words.size()), MPI_UINT64_T, MPI_BOR, 0, MPI_COMM_WORLD, &pending.request_);
+        ++open_;
+    }
+    return pending;
+}
+
+void Processes::wait(Pending& pending) {
+    if (pending.request_ == MPI_REQUEST_NULL) {
+        return;
+    }
+    const Waiting waiting(*this);
+    MPI_Wait(&pending.request_, MPI_STATUS_IGNORE);
+    --open_;
+}
+
+void Processes::throw_first(const std::string& complaint) {
+    const std::vector<char> has_failed = all_of(static_cast<char>(complaint.empty() ? 0 : 1));
+    const auto first = std::ranges::find(has_failed, 1);
+    if (first != has_failed.end()) {
+        std::string text = complaint;
+        broadcast(text, static_cast<int>(first - has_failed.begin()));
+        throw SharedError(text);
+    }
+}
+
+double Processes::busy_seconds() const {
+    return processor_seconds() - waited_;
+}
+
+void Processes::require_quiet() const {
+    if (open_ > 0) {
+        throw std::logic_error("what was told between processes was not waited for");
+    }
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,172 @@
+#pragma once
+
+#include <mpi.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "common/error.h"
+
+namespace korv::tools {
+
+/// An Error that all processes throw at the same time, so that they can end in an orderly way.
+class SharedError : public Error {
+public:
+    explicit SharedError(const std::string& message) : Error(message) {}
+};
+
+/// The processes of a run, numbered from 0, and what they tell each other.
+///
+/// All of them call the same operations in the same order, unless an operation says otherwise; whatever fails
+/// in MPI ends all of them. Numbers are told as bytes, so all machines must represent them alike.
+class Processes {
+public:
+    /// A sum or a union that is on its way. It must be waited for.
+    class Pending {
+    public:
+        Pending() = default;
+        Pending(const Pending&) = delete;
+        Pending& operator=(const Pending&) = delete;
+        Pending(Pending&& other) noexcept;
+        Pending& operator=(Pending&& other) noexcept;
+        ~Pending() = default;
+
+    private:
+        friend class Processes;
+        MPI_Request request_ = MPI_REQUEST_NULL;
+    };
+
+    /// All processes of MPI, which was initialised.
+    Processes();
+
+    int size() const { return size_; }
+    int number() const { return number_; }
+    bool is_first() const { return number_ == 0; }
+
+    /// Replaces `values` by those of one process.
+    template <typename T>
+    void broadcast(std::vector<T>& values, int from = 0);
+    void broadcast(std::string& text, int from = 0);
+    void broadcast(std::vector<std::string>& texts, int from = 0);
+
+    /// Replaces a value by that of one process.
+    template <typename T>
+    void broadcast_value(T& value, int from = 0);
+
+    /// Called by one process for each call of receive by another.
+    template <typename T>
+    void send(std::span<const T> values, int to);
+    template <typename T>
+    std::vector<T> receive(int from);
+
+    /// The values of all processes, in their order.
+    template <typename T>
+    std::vector<T> all_of(const T& value);
+
+    /// The values of each process, in their order, in all processes.
+    std::vector<std::uint32_t> all_of(const std::vector<std::uint32_t>& values);
+
+    /// What each process has for this one, in the order of processes. `for_each`: for each process.
+    std::vector<std::vector<std::uint32_t>> exchange(const std::vector<std::vector<std::uint32_t>>& for_each);
+
+    std::uint64_t sum(std::uint64_t value);
+    double largest(double value);
+    double smallest(double value);
+
+    /// Begins to replace `values` by their sums over all processes. They must stay where they are.
+    Pending begin_sum(std::vector<std::uint32_t>& values);
+
+    /// Begins to replace `words`, in the first process, by their unions over all processes.
+    Pending begin_union(std::vector<std::uint64_t>& words);
+
+    void wait(Pending& pending);
+
+    /// Does `work` in each process. Where it throws Error in some of them, throws that of the first one in
+    /// all, as a SharedError. Memory that does not suffice counts as an Error.
+    template <typename Work>
+    void together(const Work& work);
+
+    /// The bytes that this process gave away in all operations so far.
+    std::uint64_t bytes() const { return bytes_; }
+
+    /// The processor time of this process in seconds, without what it took to wait for others.
+    double busy_seconds() const;
+
+    /// Throws std::logic_error when something is on its way.
+    void require_quiet() const;
+
+private:
+    /// Counts the processor time within its scope as that of waiting.
+    class Waiting;
+
+    void broadcast_bytes(void* bytes, std::size_t size, int from);
+    void send_bytes(const void* bytes, std::size_t size, int to);
+    void receive_bytes(void* bytes, std::size_t size, int from);
+    void all_bytes(const void* mine, std::size_t size, void* all);
+    void throw_first(const std::string& complaint);
+
+    int size_ = 1;
+    int number_ = 0;
+    std::uint64_t bytes_ = 0;
+    double waited_ = 0.0;
+    std::size_t open_ = 0;  ///< what was begun and not waited for
+};
+
+template <typename T>
+void Processes::broadcast_value(T& value, int from) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    broadcast_bytes(&value, sizeof value, from);
+}
+
+template <typename T>
+void Processes::broadcast(std::vector<T>& values, int from) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    std::uint64_t size = values.size();
+    broadcast_value(size, from);
+    values.resize(size);
+    broadcast_bytes(values.data(), size * sizeof(T), from);
+}
+
+template <typename T>
+void Processes::send(std::span<const T> values, int to) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    const std::uint64_t size = values.size();
+    send_bytes(&size, sizeof size, to);
+    send_bytes(values.data(), values.size_bytes(), to);
+}
+
+template <typename T>
+std::vector<T> Processes::receive(int from) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    std::uint64_t size = 0;
+    receive_bytes(&size, sizeof size, from);
+    std::vector<T> values(size);
+    receive_bytes(values.data(), size * sizeof(T), from);
+    return values;
+}
+
+template <typename T>
+std::vector<T> Processes::all_of(const T& value) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    std::vector<T> values(static_cast<std::size_t>(size_));
+    all_bytes(&value, sizeof value, values.data());
+    return values;
+}
+
+template <typename Work>
+void Processes::together(const Work& work) {
+    std::string complaint;
+    try {
+        within_memory(work, [this] { return "in process " + std::to_string(number_); });
+    } catch (const Error& error) {
+        complaint = error.what();
+        complaint = complaint.empty() ? "failed" : complaint;
+    }
+    throw_first(complaint);
+}
+
+}  // namespace korv::tools

@@ -1,0 +1,245 @@
+#include "mine_mpi/sparse_part.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+#include "mine/candidate_search.h"
+
+namespace korv::tools {
+
+namespace {
+
+constexpr std::uint32_t no_row = std::numeric_limits<std::uint32_t>::max();
+
+/// For joint lines of root items, which every level needs again.
+constexpr std::size_t most_kept_bytes = std::size_t{1} << 28;
+
+/// Whether an item is a partner of another one: see Partners.
+bool are_often_together(Count together, Count support) {
+    return std::uint64_t{together} * Partners::least_share >= support;
+}
+
+}  // namespace
+
+SparsePart::SparsePart(const PartItems& items, std::size_t processes)
+    : items_(items.ranked),
+      processes_(processes),
+      index_(items.ranked),
+      partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
+      is_in_itemset_(items.ranked.size()),
+      row_of_(items.ranked.size(), no_row),
+      together_(items.ranked.frequent),
+      met_(items.ranked.size()) {}
+
+void SparsePart::pairs_of(Rank rank, std::vector<Candidate>& pairs) {
+    const Rank end = std::min(rank, items_.frequent);
+    pairs.clear();
+    index_.for_each(lines(rank), [&](Transaction line, std::span<const Rank> ranks) {
+        const Count weight = items_.weight(line);
+        for (const Rank below : ranks) {
+            if (below >= end) {
+                break;
+            }
+            if (together_[below] == 0) {
+                pairs.push_back({below});
+            }
+            together_[below] += weight;
+        }
+    });
+    for (Candidate& pair : pairs) {
+        pair.joint = std::exchange(together_[pair.rank], 0);
+    }
+    std::ranges::sort(pairs, {}, &Candidate::rank);
+}
+
+bool SparsePart::is_wanted(Rank rank, Rank below, Count together) const {
+    return are_often_together(together, items_.supports[rank]) ||
+           (rank < items_.frequent && are_often_together(together, items_.supports[below]));
+}
+
+void SparsePart::set_root(Rank root, const EssentialTree& tree) {
+    for (const Rank child : children_) {
+        row_of_[child] = no_row;
+    }
+    children_.clear();
+    joint_supports_ = 0;
+    has_other_lines_ = false;
+    root_ = root;
+    for (EssentialTree::Node child = tree.first_child(root); child < tree.children_end(root); ++child) {
+        row_of_[tree.rank(child)] = static_cast<std::uint32_t>(children_.size());
+        children_.push_back(tree.rank(child));
+        joint_supports_ += tree.joint(child);
+    }
+}
+
+void SparsePart::push(Rank rank) {
+    itemset_.push_back(rank);
+    is_in_itemset_[rank] = 1;
+}
+
+void SparsePart::pop() {
+    is_in_itemset_[itemset_.back()] = 0;
+    itemset_.pop_back();
+}
+
+void SparsePart::enter(Rank rank) {
+    push(rank);
+    all_.resize(std::max(all_.size(), itemset_.size() + 1));
+    all_[itemset_.size()].is_made = false;
+}
+
+void SparsePart::leave() {
+    pop();
+}
+
+void SparsePart::count(std::vector<Candidate>& candidates) {
+    const JointLines::Set& together = all(itemset_.size());
+    for (Candidate& candidate : candidates) {
+        candidate.joint = joint_lines().joint(together, row_of_[candidate.rank]);
+    }
+}
+
+/// The lines of the root item, made when they are first asked for.
+const JointLines& SparsePart::joint_lines() {
+    const auto kept = kept_lines_.find(root_);
+    if (kept != kept_lines_.end()) {
+        return kept->second;
+    }
+    const std::size_t bits = children_.size() * lines(root_).size();
+    const std::size_t bytes = std::min<std::size_t>(bits / 8, joint_supports_ / processes_ * 4);
+    if (!has_other_lines_ && kept_bytes_ + bytes <= most_kept_bytes) {
+        kept_bytes_ += bytes;
+        JointLines& joint_lines = kept_lines_[root_];
+        make_joint_lines(joint_lines);
+        return joint_lines;
+    }
+    if (!has_other_lines_) {
+        make_joint_lines(other_lines_);
+        has_other_lines_ = true;
+    }
+    return other_lines_;
+}
+
+void SparsePart::make_joint_lines(JointLines& joint_lines) {
+    const std::span<const Transaction> of_root = lines(root_);
+    std::vector<Count> weights;
+    if (!items_.weights.empty()) {
+        std::ranges::transform(of_root, std::back_inserter(weights),
+                               [this](Transaction line) { return items_.weight(line); });
+    }
+    joint_lines.reset(suitable_rows(children_.size(), of_root.size(), joint_supports_ / processes_),
+                      children_.size(), of_root.size(), weights);
+    std::size_t number = 0;
+    index_.for_each(of_root, [&](Transaction, std::span<const Rank> ranks) {
+        for (const Rank rank : ranks) {
+            if (row_of_[rank] != no_row) {
+                joint_lines.insert(row_of_[rank], number);
+            }
+        }
+        ++number;
+    });
+}
+
+/// The lines that hold all items of the prefix of this size, which is at least 2, among those of the root.
+const JointLines::Set& SparsePart::all(std::size_t size) {
+    Together& together = all_[size];
+    if (!together.is_made) {
+        const std::uint32_t row = row_of_[itemset_[size - 1]];
+        if (size == 2) {
+            joint_lines().assign(row, together.lines);
+        } else {
+            joint_lines().intersect(all(size - 1), row, together.lines);
+        }
+        together.is_made = true;
+    }
+    return together.lines;
+}
+
+Count SparsePart::own(Rank rank) const {
+    Count sum = 0;
+    for (const Transaction line : lines(rank)) {
+        sum += is_covered(line) ? 0 : items_.weight(line);
+    }
+    return sum;
+}
+
+bool SparsePart::is_covered(Transaction line) const {
+    return std::ranges::any_of(index_[line], [this](Rank held) { return is_in_itemset_[held] != 0; });
+}
+
+bool SparsePart::counts_own(std::size_t size) const {
+    return !CandidateSearch::has_parts(size);
+}
+
+bool SparsePart::tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside) {
+    if (!is_entered) {
+        push(rank);
+    }
+    const bool asks_all = !partners_.is_complete() || itemset_.size() > Partners::least_share;
+    if (asks_all) {
+        tell_of_all(outside);
+    } else {
+        tell_of_partners(asked, outside);
+    }
+    if (!is_entered) {
+        pop();
+    }
+    return asks_all;
+}
+
+void SparsePart::tell_of_partners(std::vector<Rank>& asked, BitStream& outside) {
+    for (const Rank rank : itemset_) {
+        for (const Partners::Partner& partner : partners_.of(rank)) {
+            Met& met = met_[partner.rank];
+            if (met.items == 0) {
+                met_ranks_.push_back(partner.rank);
+            }
+            met.together += partner.together;
+            ++met.items;
+        }
+    }
+    for (const Rank other : met_ranks_) {
+        const Met met = std::exchange(met_[other], {});
+        if (is_in_itemset_[other] != 0) {
+            continue;
+        }
+        const Count support = items_.supports[other];
+        // Each item of which it is no partner is in less than an eighth of its transactions.
+        const std::uint64_t most =
+            met.together * Partners::least_share + std::uint64_t{support} * (itemset_.size() - met.items);
+        if (most >= std::uint64_t{support} * Partners::least_share) {
+            asked.push_back(other);
+            outside.push_back(
+                !std::ranges::all_of(lines(other), [this](Transaction line) { return is_covered(line); }));
+        }
+    }
+    met_ranks_.clear();
+}
+
+/// An item can only be in the closure here if one of its lines holds an item of the itemset.
+void SparsePart::tell_of_all(BitStream& outside) {
+    std::vector<BitWord> ranks(words_for(items_.size()));
+    for (Rank rank = 0; rank < items_.size(); ++rank) {
+        ranks[word_of(rank)] |= lines(rank).empty() ? 0 : bit_of(rank);
+    }
+    std::vector<BitWord> looked_at(ranks.size());
+    for (const Rank held : itemset_) {
+        for (const Transaction line : lines(held)) {
+            for (const Rank other : index_[line]) {
+                if ((looked_at[word_of(other)] & bit_of(other)) != 0) {
+                    continue;
+                }
+                looked_at[word_of(other)] |= bit_of(other);
+                if (std::ranges::all_of(lines(other),
+                                        [this](Transaction each) { return is_covered(each); })) {
+                    ranks[word_of(other)] &= ~bit_of(other);
+                }
+            }
+        }
+    }
+    outside.append(ranks);
+}
+
+}  // namespace korv::tools

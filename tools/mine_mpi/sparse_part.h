@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "base/bit_words.h"
+#include "mine/cover.h"
+#include "mine/essential_tree.h"
+#include "mine/joint_lines.h"
+#include "mine/line_index.h"
+#include "mine/partners.h"
+#include "mine_mpi/bit_stream.h"
+#include "mine_mpi/level_part.h"
+#include "mine_mpi/part_items.h"
+
+namespace korv::tools {
+
+/// A level part (see level_part.h) of items that are in few lines.
+///
+/// What may be in a closure is seen from the partners of its items (see partners.h), which are those of the
+/// whole database and the same in all processes. For larger itemsets, and where there are too many partners,
+/// all ranks are asked for.
+class SparsePart {
+public:
+    /// `items` must outlive it. `processes`: how many there are.
+    SparsePart(const PartItems& items, std::size_t processes);
+
+    Rank rows() const { return items_.size(); }
+    void pairs_of(Rank rank, std::vector<Candidate>& pairs);
+    bool is_wanted(Rank rank, Rank below, Count together) const;
+    void add_pair(Rank rank, Rank below, Count together) { partners_.add(below, rank, together); }
+    void set_root(Rank root, const EssentialTree& tree);
+    void enter(Rank rank);
+    void leave();
+    void count(std::vector<Candidate>& candidates);
+    Count own(Rank rank) const;
+    bool counts_own(std::size_t size) const;
+    bool tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside);
+
+private:
+    /// What partners of the itemset say of an item: see SparseCover.
+    struct Met {
+        std::uint64_t together = 0;
+        std::size_t items = 0;
+    };
+
+    /// The lines that hold all of a prefix of the itemset, among those of the root item.
+    struct Together {
+        JointLines::Set lines;
+        bool is_made = false;
+    };
+
+    std::span<const Transaction> lines(Rank rank) const { return items_.transactions[rank]; }
+    void push(Rank rank);
+    void pop();
+    void make_joint_lines(JointLines& joint_lines);
+    const JointLines& joint_lines();
+    const JointLines::Set& all(std::size_t size);
+    bool is_covered(Transaction line) const;
+    void tell_of_partners(std::vector<Rank>& asked, BitStream& outside);
+    void tell_of_all(BitStream& outside);
+
+    const RankedItems& items_;
+    std::size_t processes_;
+    LineIndex index_;
+    Partners partners_;
+    std::vector<Rank> itemset_;
+    std::vector<char> is_in_itemset_;  ///< by rank
+
+    Rank root_ = 0;
+    std::vector<Rank> children_;         ///< of the root item, ascending
+    std::uint64_t joint_supports_ = 0;   ///< of the root item with each of them, summed up
+    std::vector<std::uint32_t> row_of_;  ///< by rank: that of a child in the joint lines
+    std::unordered_map<Rank, JointLines>
+        kept_lines_;  ///< by root item, as many as the memory for them allows
+    std::size_t kept_bytes_ = 0;
+    JointLines other_lines_;  ///< of a root item for which there is no more room
+    bool has_other_lines_ = false;
+    std::vector<Together> all_;  ///< by size of a prefix, from 2 on
+
+    std::vector<Count> together_;  ///< by rank: set and used in one call, otherwise 0
+    std::vector<Met> met_;         ///< by rank: set and used in one call, otherwise 0
+    std::vector<Rank> met_ranks_;  ///< those whose `met_` is not 0
+};
+
+}  // namespace korv::tools
