@@ -1,14 +1,25 @@
-# Two components: "programs" (with their documents), and "development" for those who link the libraries.
+# Three components: "programs" (with their documents), "cluster" (the program that needs MPI), and "development" for
+# those who link the libraries.
+
+# The component of a program.
+function(korv_component_of name result)
+    set(${result} programs PARENT_SCOPE)
+    if(name STREQUAL korv-mine-mpi)
+        set(${result} cluster PARENT_SCOPE)
+    endif()
+endfunction()
 
 # A program and its man page, made from man/NAME.1.in.
 function(korv_install_program name)
+    korv_component_of(${name} component)
     configure_file(man/${name}.1.in man/${name}.1 @ONLY)
-    install(TARGETS ${name} COMPONENT programs)
-    install(FILES ${PROJECT_BINARY_DIR}/man/${name}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT programs)
+    install(TARGETS ${name} COMPONENT ${component})
+    install(FILES ${PROJECT_BINARY_DIR}/man/${name}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
 endfunction()
 
 # What completes the options of a companion program in bash and zsh, as it writes it, where both look for it.
 function(korv_install_completions name)
+    korv_component_of(${name} component)
     set(to ${PROJECT_BINARY_DIR}/completions)
     file(MAKE_DIRECTORY ${to})
     add_custom_command(OUTPUT ${to}/${name} ${to}/_${name}
@@ -16,8 +27,9 @@ function(korv_install_completions name)
         COMMAND ${name} --completions zsh > ${to}/_${name}
         DEPENDS ${name} VERBATIM)
     add_custom_target(${name}-completions ALL DEPENDS ${to}/${name} ${to}/_${name})
-    install(FILES ${to}/${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT programs)
-    install(FILES ${to}/_${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT programs)
+    install(FILES ${to}/${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        COMPONENT ${component})
+    install(FILES ${to}/_${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT ${component})
 endfunction()
 
 # The documents, laid out as in the tree, so that the links between them hold.

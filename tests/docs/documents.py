@@ -10,7 +10,8 @@ MARKDOWN = sorted(
     path.relative_to(TOP).as_posix()
     for pattern in ("*.md", "docs/**/*.md", "examples/**/*.md", "bench/**/*.md")
     for path in TOP.glob(pattern))
-MAN_PAGES = ["man/korv-check.1", "man/korv-mine.1", "man/korv-rules.1", "man/korv.1"]
+MAN_PAGES = [
+    "man/korv-check.1", "man/korv-mine-mpi.1", "man/korv-mine.1", "man/korv-rules.1", "man/korv.1"]
 
 
 class Block(NamedTuple):

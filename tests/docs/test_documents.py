@@ -205,6 +205,8 @@ TABLE: dict[str, list[Entry]] = {
         Run("sort examples/titanic/titanic.dat"),
         Run("sqlite3 sales.db", needs="sqlite3"),
         Whole("1", "groups.txt", needs="sqlite3"),
+        ForShow("mpirun -n 2 korv-mine-mpi", "MPI may be missing; the program's own tests run it so"),
+        ForShow("#!/bin/sh", "a cluster is needed"),
     ],
     "docs/output-files.md": [
         Pieces("\t\t\t*****", "Lattice_shop_1.txt"),
@@ -253,6 +255,7 @@ TABLE: dict[str, list[Entry]] = {
         Run("korv-check titanic.classes --database"),
         Run("korv-check titanic.classes --fix"),
     ],
+    "man/korv-mine-mpi.1": [ForShow("mpirun -n 4 korv-mine-mpi", "MPI may be missing")],
     "man/korv-mine.1": [
         Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension -s 10%"),
         Run("korv-mine persons.csv --bins 4 --split 'languages=;' --ignore pension --estimate"),

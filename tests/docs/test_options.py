@@ -47,7 +47,7 @@ class Described(NamedTuple):
 
 
 DESCRIBED = [
-    Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest")),
+    Described("korv-mine", "docs/mining.md", 25, ("uniq -c", "--shortest", "--strongest", "--checkpoint", "--resume")),
     Described("korv-check", "docs/checking.md", 27, ("uniq -c", "tr -d", "--closure-items all")),
     Described("korv-rules", "docs/exploring.md", 58, ("uniq -c", "fold -w", "-log10")),
 ]
@@ -100,10 +100,10 @@ def of_man_page(man_page: str) -> list[Option]:
     return sorted(found)
 
 
-def of_document(document: str) -> list[Option]:
-    """The options of the table in a document: names with argument or choices, default, meaning."""
+def of_document(document: str, heading: str = "All options") -> list[Option]:
+    """The options of the table in a section of a document: names with argument or choices, default, meaning."""
     found = []
-    for names, default, _ in table_rows(section(text_of(document), "All options"))[2:]:
+    for names, default, _ in table_rows(section(text_of(document), heading))[2:]:
         plain = names.replace("`", "")
         argument = OPTION.sub("", plain).strip(", ")
         found.append(Option(names_in(plain), argument != "", words_of(argument.replace(" or ", " , "), ","),
@@ -148,6 +148,30 @@ def of_korv_mine() -> dict[str, Option]:
 
 def of_korv_rules() -> dict[str, Option]:
     return {option.names[0]: option for option in of_help("korv-rules")}
+
+
+class OptionsOfKorvMineMpi(unittest.TestCase):
+    """It has those of korv-mine, and some of its own, which its man page and its section describe."""
+
+    def setUp(self) -> None:
+        if "korv-mine-mpi" not in PROGRAMS:
+            self.skipTest("korv-mine-mpi is not given")
+
+    def test_are_those_of_korv_mine_and_two_more(self) -> None:
+        options = {option.names: option for option in of_help("korv-mine-mpi")}
+        for option in of_help("korv-mine"):
+            self.assertEqual(options.pop(option.names), option)
+        self.assertEqual(sorted(options), [("--checkpoint",), ("--resume",)])
+        own = sorted(options.values())
+        self.assertEqual(of_man_page("man/korv-mine-mpi.1"), own)
+        self.assertEqual(of_document("docs/mining.md", "More than one machine"), own)
+
+    def test_of_checkpoints_go_together(self) -> None:
+        sample = "examples/titanic/titanic.dat"
+        for status, arguments in ((107, "-s 1 --resume"), (108, "--estimate --checkpoint kept"), (106, "-s 1")):
+            with self.subTest(arguments=arguments):
+                words = shlex.split(arguments) if status == 106 else [sample, *shlex.split(arguments)]
+                self.assertEqual(run("korv-mine-mpi", *words).returncode, status)
 
 
 class OfKorvMine(unittest.TestCase):

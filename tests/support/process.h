@@ -13,7 +13,7 @@
 namespace korv::test {
 
 /// How long a program may take for one of the small inputs of the tests. Longer is a hang.
-inline constexpr std::chrono::milliseconds time_limit = std::chrono::seconds(20);
+inline constexpr std::chrono::milliseconds time_limit = std::chrono::seconds(60);
 
 /// An open file descriptor, closed at the end of the scope. Programs that are started do not inherit it.
 class Descriptor {

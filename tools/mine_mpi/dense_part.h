@@ -18,6 +18,7 @@ public:
     /// `items` must outlive it. `processes`: how many there are.
     DensePart(const PartItems& items, std::size_t processes);
 
+    static constexpr bool closes_by_pairs = false;
     Rank rows() const { return frequent_; }
     void pairs_of(Rank rank, std::vector<Candidate>& pairs) const { cover_.pairs_of(rank, 1, pairs); }
     static bool is_wanted(Rank, Rank, Count) { return false; }

@@ -6,6 +6,7 @@ namespace korv::tools {
 /// an itemset that grows and shrinks at its end, whose items are ranks. The answers of all processes are
 /// summed up, or united. There are two with the same operations, DensePart and SparsePart.
 ///
+/// - closes_by_pairs: whether closures need pairs, even where no itemset has two items.
 /// - rows(): of how many ranks the pairs are wanted: of the frequent items, or of all.
 /// - pairs_of(rank, pairs): replaces `pairs` by the frequent items below `rank` that are in lines with it
 ///   here, ascending, and in how many transactions.

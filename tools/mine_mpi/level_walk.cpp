@@ -107,7 +107,7 @@ private:
 
     /// Tells all processes the pairs of all items. Each process sums up those of some rows.
     void find_pairs() {
-        const Rank rows = options_.max_size > 1 || part_.rows() > items_.frequent ? part_.rows() : 0;
+        const Rank rows = options_.max_size > 1 || Part::closes_by_pairs ? part_.rows() : 0;
         const auto width = std::max<std::size_t>(items_.frequent, 1);
         const auto at_once =
             static_cast<Rank>(std::clamp<std::size_t>((std::size_t{1} << 22) / width, 1, 4096));

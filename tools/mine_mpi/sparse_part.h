@@ -28,6 +28,7 @@ public:
     /// `items` must outlive it. `processes`: how many there are.
     SparsePart(const PartItems& items, std::size_t processes);
 
+    static constexpr bool closes_by_pairs = true;
     Rank rows() const { return items_.size(); }
     void pairs_of(Rank rank, std::vector<Candidate>& pairs);
     bool is_wanted(Rank rank, Rank below, Count together) const;
