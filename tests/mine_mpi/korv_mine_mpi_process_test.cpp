@@ -73,11 +73,11 @@ TEST_F(KorvMineMpi, SumsUpEachLevel) {
     // Six pairs of four items, one of which is together and essential; it has no candidates.
     EXPECT_TRUE(
         said.starts_with("processes           2\n"
-                         "items   candidates for one more   frequent   essential   "))
+                         "  items   candidates for one more   frequent   essential   "))
         << said;
-    EXPECT_NE(said.find("\n    1                         6          3           1   "), std::string::npos)
+    EXPECT_NE(said.find("\n      1                         6          3           1   "), std::string::npos)
         << said;
-    EXPECT_NE(said.find("\n    2                         0          0           0   "), std::string::npos)
+    EXPECT_NE(said.find("\n      2                         0          0           0   "), std::string::npos)
         << said;
     EXPECT_NE(said.find("To derive rules: korv a a.classes 1 0.8 5\n"), std::string::npos) << said;
 }
@@ -141,13 +141,13 @@ TEST_F(KorvMineMpi, EstimatesAsKorvMineDoes) {
 TEST_F(KorvMineMpi, EndsWithoutOutputWhenAProcessDies) {
     put("a.dat", large_database());
     const std::string script =
-        R"("$0" -n 3 "$1" a.dat -s 1 -q -o a.classes & launcher=$!
+        R"sh("$0" -n 3 "$1" a.dat -s 1 -q -o a.classes & launcher=$!
            for ((i = 0; i < 200; ++i)); do
                compgen -G '.korv-*' >/dev/null && break
                sleep 0.05
            done
            kill -KILL "$(pgrep -P $launcher | tail -n 1)"
-           wait $launcher)";
+           wait $launcher)sh";
     const Outcome outcome = shell_with({MPIRUN, KORV_MINE_MPI_PROGRAM}, script);
     EXPECT_FALSE(outcome.ending.timed_out);
     EXPECT_NE(outcome.ending, exited(0));

@@ -19,17 +19,21 @@ TEST(LevelDisplay, TellsHowFarTheLevelIs) {
 }
 
 TEST(LevelDisplay, TellsWhatEachLevelTook) {
-    EXPECT_EQ(level_table({{.size = 1,
-                            .candidates = 1035,
-                            .frequent = 12,
-                            .essential = 7,
-                            .bytes = 1100,
-                            .slowest = 1.25,
-                            .fastest = 1.0}}),
-              "items   candidates for one more   frequent   essential   exchanged   slowest process   "
-              "fastest process\n"
-              "    1                     1,035         12           7      1.1 kB            1.25 s          "
-              "  1.00 s\n");
+    EXPECT_EQ(
+        level_table({{.size = 0, .bytes = 64, .slowest = 0.5, .fastest = 0.25},
+                     {.size = 1,
+                      .candidates = 1035,
+                      .frequent = 12,
+                      .essential = 7,
+                      .bytes = 1100,
+                      .slowest = 1.25,
+                      .fastest = 1.0}}),
+        "  items   candidates for one more   frequent   essential   exchanged   slowest process   "
+        "fastest process\n"
+        "reading                         -          -           -    64 bytes            0.50 s          "
+        "  0.25 s\n"
+        "      1                     1,035         12           7      1.1 kB            1.25 s          "
+        "  1.00 s\n");
 }
 
 TEST(LevelWatch, EndsTheWorkWhenItsTimeIsOver) {

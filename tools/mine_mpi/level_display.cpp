@@ -50,8 +50,11 @@ std::string level_table(const std::vector<LevelReport>& levels) {
                                                    "essential", "exchanged", "slowest process",
                                                    "fastest process"}};
     for (const LevelReport& level : levels) {
-        rows.push_back({std::to_string(level.size), with_commas(level.candidates),
-                        with_commas(level.frequent), with_commas(level.essential), size_text(level.bytes),
+        const bool is_reading = level.size == 0;
+        rows.push_back({is_reading ? "reading" : std::to_string(level.size),
+                        is_reading ? "-" : with_commas(level.candidates),
+                        is_reading ? "-" : with_commas(level.frequent),
+                        is_reading ? "-" : with_commas(level.essential), size_text(level.bytes),
                         seconds_text(level.slowest), seconds_text(level.fastest)});
     }
     return right_aligned(rows);

@@ -234,22 +234,18 @@ private:
 
     // Levels.
 
-    void begin_level() {
-        report_ = {.size = size_};
-        bytes_before_ = processes_.bytes();
-        busy_before_ = processes_.busy_seconds();
-    }
+    void begin_level() { report_ = {.size = size_}; }
 
     /// Ends a level, whose numbers are told in all processes.
     void end_level() {
-        report_.bytes = processes_.sum(processes_.bytes() - bytes_before_);
-        const double busy = processes_.busy_seconds() - busy_before_;
-        report_.slowest = processes_.largest(busy);
-        report_.fastest = processes_.smallest(busy);
+        const Processes::Usage usage = processes_.usage_since();
+        report_.bytes = usage.bytes;
+        report_.slowest = usage.slowest;
+        report_.fastest = usage.fastest;
         if (processes_.is_first() && events_.level_done) {
             events_.level_done(report_);
         }
-        is_stopped_ = processes_.sum(is_stopped_ || wants_to_stop_ ? 1 : 0) > 0;
+        is_stopped_ = processes_.sum((is_stopped_ || wants_to_stop_) ? 1 : 0) > 0;
     }
 
     /// Looks at the itemsets of one size: their closures, and those with one item more.
@@ -512,8 +508,6 @@ private:
     bool wants_to_stop_ = false;  ///< in the first process: the others are told with the next batch
     bool is_stopped_ = false;     ///< all processes know it
     LevelReport report_;
-    std::uint64_t bytes_before_ = 0;
-    double busy_before_ = 0.0;
     std::vector<std::string> closures_;  ///< of this level, where they are kept
 
     std::vector<Count> together_;      ///< by rank: set and used in one call, otherwise 0

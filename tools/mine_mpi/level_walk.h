@@ -15,7 +15,7 @@ namespace korv::tools {
 
 /// What was done for the essential itemsets of one size.
 struct LevelReport {
-    std::size_t size = 0;
+    std::size_t size = 0;          ///< 0 for what is done before: reading, and ranking the items
     std::uint64_t candidates = 0;  ///< that were counted
     std::uint64_t frequent = 0;    ///< of them, those together in enough transactions
     std::uint64_t essential = 0;   ///< of them, those that became nodes

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <exception>
-#include <functional>
 #include <iostream>
 #include <new>
 #include <string>
@@ -94,17 +93,8 @@ RunStatus run(Processes& processes, int argc, char** argv, const CommandLine& li
     std::abort();  // which is not reached
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const auto start = std::chrono::steady_clock::now();
-    open_standard_streams();
-    const CommandLine line = command_line(argc, argv);
-    if (const auto* const end = std::get_if<CommandLineEnd>(&line); end != nullptr && end->status == 0) {
-        std::cout << (is_first_for_launcher() ? end->out : "");
-        return 0;
-    }
-    MPI_Init(&argc, &argv);
+/// Runs between the beginning and the end of MPI. Returns the status of this process.
+int run_in_mpi(int argc, char** argv, const CommandLine& line, std::chrono::steady_clock::time_point start) {
     remove_temporary_files_on_signals();
     Processes processes;
     RunStatus status = RunStatus::failed;
@@ -119,7 +109,27 @@ int main(int argc, char** argv) {
     } catch (const std::exception& error) {
         end_all(processes, error.what());
     }
-    MPI_Finalize();
-    // One status is enough for the launcher, and it ends the others when it sees it.
+    // One status is enough for the launcher, which ends the others when it sees it.
     return processes.is_first() ? static_cast<int>(status) : 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const auto start = std::chrono::steady_clock::now();
+        open_standard_streams();
+        const CommandLine line = command_line(argc, argv);
+        if (const auto* const end = std::get_if<CommandLineEnd>(&line); end != nullptr && end->status == 0) {
+            std::cout << (is_first_for_launcher() ? end->out : "");
+            return 0;
+        }
+        MPI_Init(&argc, &argv);
+        const int status = run_in_mpi(argc, argv, line, start);
+        MPI_Finalize();
+        return status;
+    } catch (const std::exception& error) {
+        say(error.what());
+        return static_cast<int>(RunStatus::failed);
+    }
 }

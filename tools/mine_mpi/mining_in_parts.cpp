@@ -172,7 +172,11 @@ RunStatus mine_to_files(Processes& processes, const MpiArguments& all, Clock::ti
         line.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0, "korv-mine-mpi");
     }
     LevelWatch watch(start, arguments.mining.max_seconds, line ? &*line : nullptr);
-    std::vector<LevelReport> levels;
+    const Processes::Usage reading = processes.usage_since();
+    std::vector<LevelReport> levels(1);
+    levels.front().bytes = reading.bytes;
+    levels.front().slowest = reading.slowest;
+    levels.front().fastest = reading.fastest;
     const MiningResult result = mine_by_levels(processes, items, options, events_for(watch, levels, outputs),
                                                outputs.checkpoint ? &outputs.checkpoint->kept() : nullptr);
     line.reset();

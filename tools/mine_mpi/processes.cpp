@@ -170,14 +170,6 @@ std::uint64_t Processes::sum(std::uint64_t value) {
     return std::accumulate(values.begin(), values.end(), std::uint64_t{0});
 }
 
-double Processes::largest(double value) {
-    return std::ranges::max(all_of(value));
-}
-
-double Processes::smallest(double value) {
-    return std::ranges::min(all_of(value));
-}
-
 Processes::Pending Processes::begin_sum(std::vector<std::uint32_t>& values) {
     Pending pending;
     if (size_ > 1) {
@@ -221,8 +213,16 @@ void Processes::throw_first(const std::string& complaint) {
     }
 }
 
-double Processes::busy_seconds() const {
-    return processor_seconds() - waited_;
+Processes::Usage Processes::usage_since() {
+    const double busy = processor_seconds() - waited_;
+    Usage usage;
+    usage.bytes = sum(bytes_ - bytes_before_);
+    const std::vector<double> all = all_of(busy - busy_before_);
+    usage.slowest = std::ranges::max(all);
+    usage.fastest = std::ranges::min(all);
+    bytes_before_ = bytes_;
+    busy_before_ = busy;
+    return usage;
 }
 
 void Processes::require_quiet() const {

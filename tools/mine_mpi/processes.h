@@ -74,8 +74,6 @@ public:
     std::vector<std::vector<std::uint32_t>> exchange(const std::vector<std::vector<std::uint32_t>>& for_each);
 
     std::uint64_t sum(std::uint64_t value);
-    double largest(double value);
-    double smallest(double value);
 
     /// Begins to replace `values` by their sums over all processes. They must stay where they are.
     Pending begin_sum(std::vector<std::uint32_t>& values);
@@ -90,11 +88,15 @@ public:
     template <typename Work>
     void together(const Work& work);
 
-    /// The bytes that this process gave away in all operations so far.
-    std::uint64_t bytes() const { return bytes_; }
+    /// What all processes did between two times at which all of them asked.
+    struct Usage {
+        std::uint64_t bytes = 0;  ///< that they gave away
+        double slowest = 0.0;     ///< busy seconds of the process that took longest
+        double fastest = 0.0;     ///< and of the one that took the least
+    };
 
-    /// The processor time of this process in seconds, without what it took to wait for others.
-    double busy_seconds() const;
+    /// What they did since they asked last, or since the beginning.
+    Usage usage_since();
 
     /// Throws std::logic_error when something is on its way.
     void require_quiet() const;
@@ -113,7 +115,9 @@ private:
     int number_ = 0;
     std::uint64_t bytes_ = 0;
     double waited_ = 0.0;
-    std::size_t open_ = 0;  ///< what was begun and not waited for
+    std::uint64_t bytes_before_ = 0;  ///< when all asked for the usage last
+    double busy_before_ = 0.0;        ///< likewise
+    std::size_t open_ = 0;            ///< what was begun and not waited for
 };
 
 template <typename T>
