@@ -82,6 +82,18 @@ TEST_F(KorvMineMpi, SumsUpEachLevel) {
     EXPECT_NE(said.find("To derive rules: korv a a.classes 1 0.8 5\n"), std::string::npos) << said;
 }
 
+TEST_F(KorvMineMpi, LeavesTheLinesOfAHeaderToOneProcess) {
+    const std::string table = "sep=;\ncolour;note\nred;\"a\n\"\nblue;\"\n\nb\"\nred;\n";
+    put("a.csv", table);
+    EXPECT_EQ(
+        mine_by(7, {"a.csv", "--format", "table", "--columns", "colour", "-s", "1", "-q", "-o", "a.classes"})
+            .ending,
+        exited(0));
+    EXPECT_EQ(files(), (Files{{"a.csv", table},
+                              {"a.classes", "1\t2\t 1,\n2\t1\t 2,\n"},
+                              {"a.names", "1\tcolour=red\n2\tcolour=blue\n"}}));
+}
+
 TEST_F(KorvMineMpi, EndsWithTheFirstErrorOfTheInputAndWithoutOutput) {
     put("a.dat", "1 2\n3 x\n4\n");
     put("b.dat", "1 2\n3\n4\ny\n5 6\n");

@@ -185,6 +185,18 @@ ReaderChoice choose_reader(const TextInput& input, const ReadingOptions& options
     return choice;
 }
 
+std::size_t end_of_header(const TextInput& input, const ReadingReport& chosen) {
+    CsvReader reader(input, *chosen.separator);
+    reader.move_to(begin_of_cells(input, chosen));
+    std::vector<CsvCell> cells;
+    try {
+        reader.next(cells);
+    } catch (const FormError&) {
+        return 0;
+    }
+    return reader.position();
+}
+
 bool decides_reader(const TextInput& input, const ReadingOptions& options) {
     require_line_ends(input);
     return !is_blank(input) || options.format == Format::table;

@@ -32,6 +32,10 @@ ReaderChoice choose_reader(const TextInput& input, const ReadingOptions& options
 /// choose_reader. Throws Error for a text whose lines end with CR alone.
 bool decides_reader(const TextInput& input, const ReadingOptions& options);
 
+/// Where the lines behind the header begin in a table, or in its beginning as choose_reader needs it; 0 where
+/// the header cannot be read.
+std::size_t end_of_header(const TextInput& input, const ReadingReport& chosen);
+
 /// Throws UsageError where options do not go with the format that was given.
 void require_options_for(Format format, const ReadingOptions& options);
 

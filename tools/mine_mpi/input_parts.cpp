@@ -46,8 +46,10 @@ InputFigures figures_of_input(const std::string& path) {
     }
 }
 
-/// Where the first line begins that begins at `position` or behind; the end of the file where none does.
-std::uint64_t line_from(InputFile& file, const InputFigures& input, std::uint64_t position) {
+/// Where the first line begins that begins at `position` or behind, and behind the header, but for the first
+/// line of all; the end of the file where none does.
+std::uint64_t line_from(InputFile& file, const InputFigures& input, std::uint64_t position,
+                        std::uint64_t header_end) {
     if (position <= input.begin) {
         return input.begin;
     }
@@ -56,7 +58,7 @@ std::uint64_t line_from(InputFile& file, const InputFigures& input, std::uint64_
         bytes.resize(file.read_at(begin, bytes.data(), bytes_at_once));
         const std::size_t end = bytes.find('\n');
         if (end != std::string::npos) {
-            return begin + end + 1;
+            return std::max(begin + end + 1, header_end);
         }
         if (bytes.size() < bytes_at_once) {
             break;
@@ -207,6 +209,14 @@ TextInput InputParts::beginning_of(std::size_t input) const {
     return text;
 }
 
+/// Where the lines behind the header begin in a table; where the text begins in anything else.
+std::uint64_t InputParts::end_of_header_of(std::size_t input) const {
+    const std::uint64_t begin = inputs_[input].begin;
+    return choice_->report.format == Format::table
+               ? begin + end_of_header(beginning_of(input), choice_->report)
+               : begin;
+}
+
 void InputParts::broadcast_choice() {
     bool is_chosen = choice_.has_value();
     processes_.broadcast_value(is_chosen);
@@ -239,8 +249,10 @@ void InputParts::look_for_quoted_rows() {
         if (input.is_divisible && last.end < input.size) {
             try {
                 InputFile file(paths_[last.input]);
-                const std::uint64_t begin = line_from(file, input, last.begin);
-                const std::string text = bytes_between(file, begin, line_from(file, input, last.end));
+                const std::uint64_t header_end = end_of_header_of(last.input);
+                const std::uint64_t begin = line_from(file, input, last.begin, header_end);
+                const std::string text =
+                    bytes_between(file, begin, line_from(file, input, last.end, header_end));
                 const bool is_beginning = last.begin == input.begin;
                 for (const bool state : {false, true}) {
                     end_by_begin[state ? 1 : 0] =
@@ -290,8 +302,9 @@ TextPart InputParts::part_of(const InputRange& range) const {
     if (file.expected_size() != input.size) {
         throw Error(path + ": changed while it was read; expected a file that nobody writes to");
     }
-    std::uint64_t begin = line_from(file, input, range.begin);
-    std::uint64_t end = range.end == input.size ? input.size : line_from(file, input, range.end);
+    const std::uint64_t header_end = end_of_header_of(range.input);
+    std::uint64_t begin = line_from(file, input, range.begin, header_end);
+    std::uint64_t end = range.end == input.size ? input.size : line_from(file, input, range.end, header_end);
     if (begins_in_quotes_ && range.begin > input.begin && begin < input.size) {
         begin = row_from(file, input, begin, form_);
     }

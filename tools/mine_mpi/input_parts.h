@@ -59,6 +59,7 @@ private:
     void decide();
     TextInput beginning_of(std::size_t input) const;
     TextInput stream(std::size_t input);
+    std::uint64_t end_of_header_of(std::size_t input) const;
     void broadcast_choice();
     void look_for_quoted_rows();
     TextPart part_of(const InputRange& range) const;
