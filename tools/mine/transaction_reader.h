@@ -45,7 +45,7 @@ struct TextPart {
     bool is_beginning = false;  ///< whether the text begins with them
     bool is_deciding = false;   ///< whether it is the text by which the reader was chosen
     /// Gives the beginning of the text as guess_format needs it.
-    std::function<TextInput()> beginning;
+    std::function<TextInput()> beginning = {};
 };
 
 /// Reads texts, one after the other, as one database. Throws Error as read_database does.
