@@ -19,7 +19,9 @@ protected:
         items_.frequent = 3;
     }
 
-    Checkpoint begun(bool resumes) const { return {path(), resumes, items_, {.min_support = 2}}; }
+    Checkpoint begun(bool resumes) const {
+        return {path(), resumes, items_, fingerprint_, {.min_support = 2}};
+    }
     std::string path() const { return (directory_.path() / "kept").string(); }
 
     /// Keeps a first level, on which two itemsets of two items were found.
@@ -32,6 +34,7 @@ protected:
 
     test::TemporaryDirectory directory_;
     RankedItems items_;
+    std::uint64_t fingerprint_ = 99;
 };
 
 TEST_F(CheckpointTest, BeginsEmpty) {
@@ -68,8 +71,10 @@ TEST_F(CheckpointTest, KeepsOneLevelBehindTheOther) {
 
 TEST_F(CheckpointTest, RefusesOtherTransactions) {
     keep_a_level();
-    items_.supports[1] = 6;
-    EXPECT_TRUE(complaint_of([&] { begun(true); }).starts_with("--resume: found a checkpoint of other "));
+    fingerprint_ = 98;
+    EXPECT_EQ(complaint_of([&] { begun(true); }),
+              "--resume: found a checkpoint of other transactions or options (transactions 99); expected "
+              "transactions 98");
 }
 
 TEST_F(CheckpointTest, RefusesADamagedLevel) {
@@ -81,6 +86,16 @@ TEST_F(CheckpointTest, RefusesADamagedLevel) {
     EXPECT_EQ(
         complaint_of([&] { begun(true); }),
         level.string() + ": found other bytes than were written; expected the checkpoint of an earlier run");
+}
+
+TEST_F(CheckpointTest, RefusesALevelOfAnotherCheckpoint) {
+    keep_a_level();
+    std::filesystem::remove(directory_.path() / "kept" / "head");
+    fingerprint_ = 98;
+    begun(false);
+    EXPECT_EQ(
+        complaint_of([&] { begun(true); }),
+        path() + "/level-1: found other bytes than were written; expected the checkpoint of an earlier run");
 }
 
 TEST_F(CheckpointTest, RemovesItselfAndItsDirectory) {

@@ -222,7 +222,7 @@ TEST_F(KorvMineMpi, RefusesACheckpointOfSomethingElse) {
         "expected --min-support 2");
     EXPECT_TRUE(run("b.dat", "1", true)
                     .starts_with("korv-mine-mpi: --resume: found a checkpoint of other transactions or "
-                                 "options (supports "));
+                                 "options (transactions "));
     std::ofstream(directory_.path() / "kept" / "level-1", std::ios::app) << "x";
     EXPECT_EQ(
         run("a.dat", "1", true),

@@ -7,7 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "base/itemset_hash.h"
 #include "common/atomic_output.h"
 #include "common/error.h"
 #include "common/input_file.h"
@@ -21,7 +20,7 @@ struct LevelHead {
     std::uint64_t nodes = 0;     ///< found on the level
     std::uint64_t closures = 0;  ///< of the itemsets of the level
     std::uint64_t bytes = 0;     ///< of these closures
-    std::uint64_t hash = 0;      ///< of all that follows
+    std::uint64_t hash = 0;      ///< of the head file, and of all that follows
 };
 
 /// FNV-1a.
@@ -48,15 +47,11 @@ T take(std::string_view& bytes) {
     return value;
 }
 
-/// What is mined, in lines for people: two databases that differ in an item, or in its transactions, have
-/// other numbers here, or hardly ever the same.
-std::string description_of(const RankedItems& items, const MiningOptions& options) {
-    std::uint64_t hash = hash_of(items.supports);
-    for (const Itemset& each : items.items) {
-        hash = (hash ^ hash_of(each)) * 0x100000001B3;
-    }
-    return "korv-mine-mpi " KORV_VERSION "\nitems " + std::to_string(items.size()) + "\nsupports " +
-           std::to_string(hash) + "\n--min-support " + std::to_string(options.min_support) +
+/// What is mined, in lines for people.
+std::string description_of(const RankedItems& items, std::uint64_t fingerprint,
+                           const MiningOptions& options) {
+    return "korv-mine-mpi " KORV_VERSION "\nitems " + std::to_string(items.size()) + "\ntransactions " +
+           std::to_string(fingerprint) + "\n--min-support " + std::to_string(options.min_support) +
            "\n--min-joint " + std::to_string(options.min_joint.value_or(options.min_support)) +
            "\n--min-own " + std::to_string(options.min_own) + "\n--max-size " +
            std::to_string(options.max_size) + "\n--closure-items " +
@@ -91,12 +86,12 @@ std::string bytes_of_file(const std::string& path) {
 }  // namespace
 
 Checkpoint::Checkpoint(std::string directory, bool resumes, const RankedItems& items,
-                       const MiningOptions& options)
+                       std::uint64_t fingerprint, const MiningOptions& options)
     : directory_(std::move(directory)),
       head_(directory_ + "/head"),
+      description_(description_of(items, fingerprint, options)),
       roots_(items.frequent),
       nodes_kept_(items.frequent) {
-    const std::string description = description_of(items, options);
     const bool is_there = std::filesystem::exists(head_);
     if (is_there && !resumes) {
         throw Error("--checkpoint: found a checkpoint in " + directory_ +
@@ -107,10 +102,10 @@ Checkpoint::Checkpoint(std::string directory, bool resumes, const RankedItems& i
     }
     if (is_there) {
         const std::string found = bytes_of_file(head_);
-        if (found != description) {
+        if (found != description_) {
             throw Error("--resume: found a checkpoint of other transactions or options (" +
-                        first_other_line(found, description) + "); expected " +
-                        first_other_line(description, found));
+                        first_other_line(found, description_) + "); expected " +
+                        first_other_line(description_, found));
         }
         while (read_level(kept_.state.size + 1)) {
         }
@@ -122,7 +117,7 @@ Checkpoint::Checkpoint(std::string directory, bool resumes, const RankedItems& i
         throw Error(directory_ + ": cannot be made: " + problem.message());
     }
     AtomicOutput output(head_);
-    output.write(description);
+    output.write(description_);
     output.commit();
 }
 
@@ -142,7 +137,7 @@ void Checkpoint::keep(const EssentialTree& tree, const LevelState& state,
     for (const std::string& closure : closures) {
         bytes += closure;
     }
-    head.hash = hash_of_bytes(bytes);
+    head.hash = hash_of_bytes(bytes, hash_of_bytes(description_));
     std::string begin;
     append(head, begin);
     AtomicOutput output(path_of_level(state.size));
@@ -170,7 +165,7 @@ bool Checkpoint::read_level(std::size_t size) {
     const auto head = take<LevelHead>(bytes);
     const bool is_whole = bytes.size() == head.nodes * sizeof(KeptLevels::Node) +
                                               head.closures * sizeof(std::uint32_t) + head.bytes;
-    if (!is_whole || hash_of_bytes(bytes) != head.hash) {
+    if (!is_whole || hash_of_bytes(bytes, hash_of_bytes(description_)) != head.hash) {
         refuse(path);
     }
     for (std::uint64_t node = 0; node < head.nodes; ++node) {

@@ -20,10 +20,11 @@ namespace korv::tools {
 class Checkpoint {
 public:
     /// Begins a checkpoint in `directory`, which is made if it is not there; where `resumes`, goes on with
-    /// the one that is there. `items` and `options`: what is mined. Throws Error where there is a checkpoint
-    /// but it is not to be gone on with, where there is none that could be, where it is of something else,
-    /// and where it cannot be read or written.
-    Checkpoint(std::string directory, bool resumes, const RankedItems& items, const MiningOptions& options);
+    /// the one that is there. `items`, `fingerprint` (of their transactions) and `options`: what is mined.
+    /// Throws Error where there is a checkpoint but it is not to be gone on with, where there is none that
+    /// could be, where it is of something else, and where it cannot be read or written.
+    Checkpoint(std::string directory, bool resumes, const RankedItems& items, std::uint64_t fingerprint,
+               const MiningOptions& options);
 
     /// What was kept; of size 0 where there is nothing.
     const KeptLevels& kept() const { return kept_; }
@@ -40,6 +41,7 @@ private:
 
     std::string directory_;
     std::string head_;
+    std::string description_;  ///< what is in the head
     KeptLevels kept_;
     EssentialTree::Node roots_;
     EssentialTree::Node nodes_kept_;  ///< so many nodes of the tree are in files, or are root items

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
 #include <optional>
 #include <utility>
@@ -100,7 +101,7 @@ struct Outputs {
 };
 
 void open_outputs(const MpiArguments& all, const PartOfDatabase& part, const PartItems& items,
-                  const MiningOptions& options, Outputs& outputs) {
+                  std::uint64_t fingerprint_of_items, const MiningOptions& options, Outputs& outputs) {
     Arguments arguments = all.mining;
     arguments.names = names_path(arguments.names, part.report.format, arguments.output);
     require_distinct_files(arguments);
@@ -111,7 +112,7 @@ void open_outputs(const MpiArguments& all, const PartOfDatabase& part, const Par
         outputs.names->write(names_file(part.database.names));
     }
     if (!all.checkpoint.empty()) {
-        outputs.checkpoint.emplace(all.checkpoint, all.resumes, items.ranked, options);
+        outputs.checkpoint.emplace(all.checkpoint, all.resumes, items.ranked, fingerprint_of_items, options);
     }
 }
 
@@ -161,10 +162,11 @@ RunStatus mine_to_files(Processes& processes, const MpiArguments& all, Clock::ti
         options = mining_options(arguments.mining, arguments.mining.min_supports.front(), part.transactions);
     });
     const PartItems items = ranked(processes, part, options);
+    const std::uint64_t fingerprint_of_items = all.checkpoint.empty() ? 0 : fingerprint(processes, items);
     Outputs outputs;
     processes.together([&] {
         if (processes.is_first()) {
-            open_outputs(all, part, items, options, outputs);
+            open_outputs(all, part, items, fingerprint_of_items, options, outputs);
         }
     });
     std::optional<ProgressLine> line;

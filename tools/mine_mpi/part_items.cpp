@@ -1,11 +1,14 @@
 #include "mine_mpi/part_items.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <span>
 #include <unordered_map>
 #include <utility>
 #include <vector>
+
+#include "base/itemset_hash.h"
 
 namespace korv::tools {
 
@@ -130,6 +133,25 @@ PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count leas
     items.lines = processes.sum(database.lines);
     items.occurrences = processes.sum(occurrences);
     return items;
+}
+
+std::uint64_t fingerprint(Processes& processes, const PartItems& items) {
+    const RankedItems& ranked = items.ranked;
+    std::vector<std::uint64_t> lines(ranked.lines);
+    for (std::size_t rank = 0; rank < ranked.size(); ++rank) {
+        const std::uint64_t hash = hash_of(ranked.items[rank]);
+        for (const Transaction line : ranked.transactions[rank]) {
+            lines[line] += hash;
+        }
+    }
+    std::uint64_t sum = 0;
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        // Sums of sums would not tell which items are together.
+        const std::array halves = {static_cast<Item>(lines[line]), static_cast<Item>(lines[line] >> 32U)};
+        const bool is_empty = lines[line] == 0;
+        sum += is_empty ? 0 : hash_of(halves) * ranked.weight(static_cast<Transaction>(line));
+    }
+    return processes.sum(sum);
 }
 
 bool is_dense(const PartItems& items) {

@@ -21,6 +21,10 @@ struct PartItems {
 PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count least_in_essentials,
                     Count least_in_closures);
 
+/// A number that is the same however the transactions are divided, ordered or grouped, and that other items
+/// or other transactions hardly ever share. O(lines + occurrences); takes 8 bytes a line while it works.
+std::uint64_t fingerprint(Processes& processes, const PartItems& items);
+
 /// Whether to represent sets of lines as bit vectors, as mine() decides it for the whole database.
 bool is_dense(const PartItems& items);
 
