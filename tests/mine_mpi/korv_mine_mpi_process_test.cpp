@@ -136,6 +136,15 @@ TEST_F(KorvMineMpi, RefusesProcessesWithOtherArguments) {
     EXPECT_EQ(outcome.out, "");
 }
 
+TEST_F(KorvMineMpi, DoesNotWaitForAProcessThatIsAskedForHelpAlone) {
+    put("a.dat", small_database);
+    const Outcome outcome = run_here(MPIRUN, {"-n", "1", KORV_MINE_MPI_PROGRAM, "a.dat", "-s", "1", ":", "-n",
+                                              "1", KORV_MINE_MPI_PROGRAM, "--help"});
+    EXPECT_FALSE(outcome.ending.timed_out);
+    EXPECT_NE(outcome.err.find("found other arguments; expected those of process 0"), std::string::npos);
+    EXPECT_EQ(outcome.out, "");
+}
+
 TEST_F(KorvMineMpi, PrintsHelpAndComplaintsOnce) {
     const std::string help = mine_by(2, {"--help"}).out;
     EXPECT_EQ(help.find("korv-mine-mpi [OPTIONS]"), help.rfind("korv-mine-mpi [OPTIONS]"));

@@ -1,5 +1,6 @@
 #include <mpi.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -31,15 +32,10 @@ CommandLine command_line(int argc, char** argv) {
     }
 }
 
-/// Whether this is the first process, before MPI says so: as the launchers tell.
-bool is_first_for_launcher() {
-    constexpr std::array names = {"OMPI_COMM_WORLD_RANK", "PMIX_RANK", "PMI_RANK", "SLURM_PROCID"};
-    for (const char* const name : names) {
-        if (const char* const number = std::getenv(name)) {
-            return std::string_view(number) == "0";
-        }
-    }
-    return true;
+/// Whether a launcher has started this process: others may wait for it in MPI then, whatever it is asked.
+bool is_launched() {
+    constexpr std::array ranks = {"OMPI_COMM_WORLD_RANK", "PMIX_RANK", "PMI_RANK", "SLURM_PROCID"};
+    return std::ranges::any_of(ranks, [](const char* rank) { return std::getenv(rank) != nullptr; });
 }
 
 std::string machine() {
@@ -77,6 +73,7 @@ RunStatus run(Processes& processes, int argc, char** argv, const CommandLine& li
     require_same_start(processes, argc, argv);
     if (const auto* const end = std::get_if<CommandLineEnd>(&line)) {
         if (processes.is_first()) {
+            std::cout << end->out;
             std::cerr << end->err;
         }
         return static_cast<RunStatus>(end->status);
@@ -120,9 +117,10 @@ int main(int argc, char** argv) {
         const auto start = std::chrono::steady_clock::now();
         open_standard_streams();
         const CommandLine line = command_line(argc, argv);
-        if (const auto* const end = std::get_if<CommandLineEnd>(&line); end != nullptr && end->status == 0) {
-            std::cout << (is_first_for_launcher() ? end->out : "");
-            return 0;
+        if (const auto* const end = std::get_if<CommandLineEnd>(&line); end != nullptr && !is_launched()) {
+            std::cout << end->out;
+            std::cerr << end->err;
+            return end->status;
         }
         MPI_Init(&argc, &argv);
         const int status = run_in_mpi(argc, argv, line, start);
