@@ -1,10 +1,8 @@
 #include <csignal>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +17,7 @@
 #include "rules/exclusion_report.h"
 #include "rules/exclusion_search.h"
 #include "rules/item_choice.h"
+#include "rules/output_origin.h"
 #include "rules/rule_arguments.h"
 #include "rules/rule_counts_report.h"
 #include "rules/rule_file_request.h"
@@ -27,8 +26,6 @@
 #include "rules/rule_output.h"
 #include "rules/rule_search.h"
 #include "rules/rule_verification.h"
-#include "rules/rules_database.h"
-#include "rules/rules_page.h"
 #include "rules/search_watch.h"
 #include "rules/statistics.h"
 #include "rules/watched_input.h"
@@ -153,14 +150,6 @@ void require_file(const RuleArguments& arguments, const RuleOutput& output) {
     }
 }
 
-std::string names_without_directories(const std::vector<std::string>& paths) {
-    std::string names;
-    for (const std::string& path : paths) {
-        names += (names.empty() ? "" : ", ") + std::filesystem::path(path).filename().string();
-    }
-    return names;
-}
-
 /// Says so where a graph is too large to be looked at.
 void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) {
     if (nodes <= most_legible_nodes) {
@@ -171,63 +160,6 @@ void warn_of_tangle(std::size_t nodes, const RuleInput& input, GraphKind graph) 
                                    ? "a higher --min-support or a lower --max-size brings fewer"
                                    : "classes mined with a higher --min-support are fewer";
     say("warning: a graph of " + with_commas(nodes) + " nodes is hard to read; " + remedy);
-}
-
-/// The pairs of items that a page tells of; nothing where there are no transactions to count them in.
-std::optional<ExclusionResult> exclusions_of_page(const RuleInput& input, RuleRequest request,
-                                                  SearchWatch& watch) {
-    if (!input.database) {
-        return std::nullopt;
-    }
-    request.top = most_exclusions_of_page;
-    if (request.min_support.value == 0) {  // as goes without saying of rule files
-        request.min_support = RuleRequest().min_support;
-    }
-    const ColumnFacts columns(input.names, *input.database);
-    const ExclusionRequest pairs = {.max_items = 2};
-    return find_exclusions(*input.database, input.names, columns, ItemChoice(), request, pairs,
-                           watch.exclusion_progress());
-}
-
-/// A text with another one in each place of a part of it.
-std::string replaced(std::string text, const std::string& part, const std::string& by) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size())) {
-        text.replace(at, part.size(), by);
-    }
-    return text;
-}
-
-/// The notes on the input, which name the files of a run, without their directories.
-std::vector<std::string> notes_without_directories(const RuleInput& input, const InputRequest& request) {
-    std::vector<std::string> paths = request.paths;
-    paths.insert(paths.end(), {request.database, request.holdout, input.names_path});
-    std::vector<std::string> notes = input.notes;
-    for (const std::string& path : paths) {
-        const std::string name = std::filesystem::path(path).filename().string();
-        if (name.empty() || name == path) {
-            continue;
-        }
-        for (std::string& note : notes) {
-            note = replaced(std::move(note), path, name);
-        }
-    }
-    return notes;
-}
-
-/// Writes a page. Returns what the summary adds to that.
-std::string write_page(const SearchResult& found, const RuleBook& book, const RuleInput& input,
-                       const RuleArguments& arguments, const RuleRequest& request, SearchWatch& watch,
-                       RuleOutput& output) {
-    const auto exclusions = exclusions_of_page(input, request, watch);
-    const std::size_t classes = output.write_page(
-        found, book,
-        {input, names_without_directories(arguments.input.paths), arguments.decisive_options,
-         notes_without_directories(input, arguments.input), request, exclusions});
-    return classes == found.lattice.size()
-               ? ""
-               : "The page has room for " + with_commas(classes) + " of " +
-                     counted(found.lattice.size(), "class", "es") +
-                     ", those of the first rules with their neighbours; -o rules.db has all.\n";
 }
 
 /// Writes the rules, or the report on them, and counts them again before that where it is asked for. Returns
@@ -250,11 +182,10 @@ std::string write(const SearchResult& found, const KorvOutput& korv, const RuleI
     if (arguments.is_count) {
         output.write_report(rule_counts_report(found, korv, book, arguments.style));
     } else if (arguments.format == RuleFormat::sqlite) {
-        output.write_database(
-            found, book,
-            {input, names_without_directories(arguments.input.paths), arguments.decisive_options});
+        output.write_database(found, book, database_origin(input, arguments));
     } else if (arguments.format == RuleFormat::html) {
-        return write_page(found, book, input, arguments, request, watch, output);
+        const PageOrigin origin = page_origin(input, arguments, request, watch.exclusion_progress());
+        return note_on_classes(output.write_page(found, book, origin), found.lattice.size());
     } else if (arguments.format == RuleFormat::dot) {
         warn_of_tangle(output.write_graph(found, book, arguments.graph), input, arguments.graph);
     } else {

@@ -24,7 +24,7 @@ struct PageOrigin {
     /// What is said of the input, a line each, with the names of files instead of their paths.
     std::vector<std::string> notes;
     const RuleRequest& request;
-    const std::optional<ExclusionResult>& exclusions;  ///< pairs only; nothing where they were not counted
+    std::optional<ExclusionResult> exclusions;  ///< pairs only; nothing where they were not counted
 };
 
 /// Throws Error, which says what to do, where the program was built without zlib.
