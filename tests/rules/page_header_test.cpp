@@ -88,6 +88,8 @@ TEST_F(PageHeaderTest, TellsWhatEachStepLeftOut) {
 TEST_F(PageHeaderTest, TellsWhatIsBeyondThePage) {
     EXPECT_EQ(header()["rules"]["count"].GetUint(), 1U);
     EXPECT_EQ(header()["rules"]["left"].GetUint(), 1U);
+    EXPECT_EQ(header()["rules"]["min_support"].GetUint(), 23U);
+    EXPECT_EQ(header()["rules"]["min_confidence"].GetDouble(), 0.8);
     EXPECT_EQ(text_at("rules", "sort"), "leverage");
     EXPECT_EQ(text_at("rules", "limit_option"), "");
     request_.page_limit = 1;
@@ -207,6 +209,15 @@ TEST_F(PageHeaderTest, SaysWhyExclusionsAreMissing) {
     EXPECT_EQ(header()["exclusions"]["shown"].GetUint(), 2U);
     EXPECT_EQ(header()["exclusions"]["left_out"].GetUint(), 5U);
     EXPECT_EQ(text_at("exclusions", "why"), "");
+}
+
+TEST_F(PageHeaderTest, TellsOfOtherTransactionsWhereTheyConfirmRules) {
+    EXPECT_FALSE(header().HasMember("holdout"));
+    input_.holdout.emplace();
+    input_.holdout->transactions = 440;
+    request_.alpha = 0.01;
+    EXPECT_EQ(header()["holdout"]["transactions"].GetUint(), 440U);
+    EXPECT_EQ(header()["holdout"]["alpha"].GetDouble(), 0.01);
 }
 
 TEST_F(PageHeaderTest, SaysWhereEachArrayIs) {

@@ -114,6 +114,23 @@ TEST_F(PageRulesTest, AreNoneWithoutRules) {
     EXPECT_TRUE(arrays_of({}, made_.pool()).all().empty());
 }
 
+TEST_F(PageRulesTest, TellWhatOtherTransactionsSayOfThem) {
+    PageArrays arrays;
+    add_holdout({{{97, 120, 88}, 12.25}, {{300, 5, 0}, 2.5}}, arrays);
+    EXPECT_EQ(numbers_of(arrays, "holdout_premises"), (Numbers{97, 300}));
+    EXPECT_EQ(numbers_of(arrays, "holdout_exceptions"), (Numbers{9, 300}));
+    ASSERT_EQ(arrays.all().size(), 3U);
+    EXPECT_EQ(arrays.all()[2].name, "holdout_ps");
+    EXPECT_EQ(arrays.all()[2].type, "f32");
+    EXPECT_EQ(arrays.all()[2].bytes, std::string("\0\0\x44\x41\0\0\x20\x40", 8));  // 12.25 and 2.5
+}
+
+TEST_F(PageRulesTest, SayNothingOfOtherTransactionsWithoutThem) {
+    PageArrays arrays;
+    add_holdout({}, arrays);
+    EXPECT_TRUE(arrays.all().empty());
+}
+
 }  // namespace
 
 }  // namespace korv::tools

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -55,12 +56,15 @@ struct Setting {
     std::string option;
 };
 
+Count min_support_in_transactions(const RuleRequest& request, Count transactions) {
+    return in_transactions(request.min_support, "--min-support", 0, transactions);
+}
+
 std::string text_of_min_support(const RuleRequest& request, Count transactions) {
     const std::string text = text_of(request.min_support);
     return request.min_support.is_percentage
                ? text + ", which is " +
-                     counted(in_transactions(request.min_support, "--min-support", 0, transactions),
-                             "transaction")
+                     counted(min_support_in_transactions(request, transactions), "transaction")
                : text;
 }
 
@@ -152,6 +156,7 @@ public:
         add_sides();
         add_lattice();
         add_exclusions();
+        add_holdout();
         add_arrays();
         json_.EndObject();
         return {text_.GetString(), text_.GetSize()};
@@ -161,6 +166,11 @@ private:
     void add(std::string_view key, std::uint64_t number) {
         add_key(key, json_);
         json_.Uint64(number);
+    }
+
+    void add(std::string_view key, double number) {
+        add_key(key, json_);
+        json_.Double(number);
     }
 
     void add(std::string_view key, bool value) {
@@ -209,6 +219,8 @@ private:
             add("count", std::uint64_t{page_.found.rules.size()});
             add("left", accounting_.left() + accounting_[Step::top]);
             add("limit", std::uint64_t{request_.page_limit});
+            add("min_support", std::uint64_t{min_support_in_transactions(request_, page_.book.transactions)});
+            add("min_confidence", request_.min_confidence);
             add("sort", name_of(request_.sort));
             add("ascending", request_.is_ascending);
             add("left_out_by_limit", accounting_[Step::top]);
@@ -351,13 +363,22 @@ private:
             add("known", found.has_value());
             add("shown", found ? std::uint64_t{found->exclusions.size()} : 0);
             add("left_out", found ? found->accounting[ExclusionStep::top] : 0);
-            add_key("alpha", json_);
-            json_.Double(ExclusionRequest().alpha);
+            add("alpha", ExclusionRequest().alpha);
             add("why",
                 found ? ""
                       : "How often two items are together is counted in the transactions, which were not "
                         "at hand: --database FILE names them.");
         });
+    }
+
+    void add_holdout() {
+        const std::optional<Database>& holdout = page_.origin.input.holdout;
+        if (holdout) {
+            add_object("holdout", [this, &holdout] {
+                add("transactions", std::uint64_t{holdout->transactions});
+                add("alpha", request_.alpha);
+            });
+        }
     }
 
     void add_arrays() {

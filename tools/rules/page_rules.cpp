@@ -177,4 +177,18 @@ void add_rules(const std::vector<FoundRule>& rules, const PageSides& sides, bool
     lists.move_to(arrays, has_forms);
 }
 
+void add_holdout(const std::vector<HoldoutCounts>& holdout, PageArrays& arrays) {
+    std::vector<std::uint32_t> premises;
+    std::vector<std::uint32_t> exceptions;
+    std::vector<float> surprises;
+    for (const HoldoutCounts& each : holdout) {
+        premises.push_back(each.counts.premise);
+        exceptions.push_back(each.counts.premise - each.counts.both);
+        surprises.push_back(static_cast<float>(each.surprise));
+    }
+    arrays.add("holdout_premises", premises, {.in_planes = true});
+    arrays.add("holdout_exceptions", exceptions, {.in_planes = true});
+    arrays.add_floats("holdout_ps", surprises);
+}
+
 }  // namespace korv::tools

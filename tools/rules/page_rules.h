@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "rules/found_rule.h"
+#include "rules/holdout.h"
 #include "rules/itemset_pool.h"
 #include "rules/page_arrays.h"
 #include "rules/page_items.h"
@@ -53,5 +54,8 @@ void add_sides(const PageSides& sides, const ItemsetPool& itemsets, const PageIt
 /// one more number; those of the other rules are told as they are.
 void add_rules(const std::vector<FoundRule>& rules, const PageSides& sides, bool has_forms,
                PageArrays& arrays);
+
+/// Adds the arrays of what other transactions say of the rules: none where they say nothing.
+void add_holdout(const std::vector<HoldoutCounts>& holdout, PageArrays& arrays);
 
 }  // namespace korv::tools

@@ -97,6 +97,7 @@ public:
     /// Puts the parts together. Returns the header.
     std::string assemble() {
         add_rules(found_.rules, sides_, book_.known.has_forms, rules_);
+        add_holdout(found_.holdout, rules_);
         choose_classes();
         items_ = needed_items();
         add_item_arrays();

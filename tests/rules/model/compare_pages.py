@@ -44,8 +44,9 @@ class PageCase:
         sort = case.request.sort
         if self.limit < 100 and sort in rules_model.MEASURES_WITH_ROUGH_TIES:
             sort = "leverage"
-        # A page has no counts in other transactions, and its limit decides on how many rules these confirm.
-        self.case = replace(case, request=replace(case.request, sort=sort), holdout=None)
+        # The limit decides on how many rules other transactions confirm.
+        holdout = case.holdout if self.limit > 100 else None
+        self.case = replace(case, request=replace(case.request, sort=sort), holdout=holdout)
 
     def arguments(self) -> List[str]:
         return self.case.arguments()[:-1] + ["html", "-o", "page.html", "--page-limit", str(self.limit)]
@@ -63,8 +64,13 @@ def told_rule(number: int, rule: Rule, page: Page, teller: rules_model.Steps) ->
     """A rule of a page as a line of JSON has it."""
     sides = [rules_model.Side(frozenset(side.items), side.is_negated) for side in (rule.premise, rule.conclusion)]
     no_pair: Any = None
-    return teller.told(number, rules_model.Rule(rule.form or "", sides[0], sides[1],
-                                                all_tables(rule, page.transactions), no_pair, rule.wordings))
+    told = rules_model.Rule(rule.form or "", sides[0], sides[1], all_tables(rule, page.transactions), no_pair,
+                            rule.wordings)
+    if rule.holdout is None:
+        return teller.told(number, told)
+    both, premise, surprise = rule.holdout
+    told.holdout = rules_model.Table(premise, 0, both, page.header["holdout"]["transactions"])
+    return {**teller.told(number, told), "holdout_p": surprise}
 
 
 def difference_of_told_rules(page: Page, lines: List[Dict[str, Any]], teller: rules_model.Steps) -> Optional[str]:
@@ -72,6 +78,9 @@ def difference_of_told_rules(page: Page, lines: List[Dict[str, Any]], teller: ru
         return f"{len(page.rules)} rules, {len(lines)} in JSON"
     for number, (rule, line) in enumerate(zip(page.rules, lines), 1):
         told = told_rule(number, rule, page, teller)
+        # A page rounds p, which is all of a rule that it has as a number with few digits.
+        if "holdout_p" in told and is_close(told["holdout_p"], line["holdout_p"]):
+            told["holdout_p"] = line["holdout_p"]
         difference = difference_of_rules(line, told)
         if difference:
             return f"{difference}\n  page: {told}\n  JSON: {line}"
@@ -81,6 +90,14 @@ def difference_of_told_rules(page: Page, lines: List[Dict[str, Any]], teller: ru
             if rule.bounds(count) != (line[key], line[key + "_max"]):
                 return f"{key} is {rule.bounds(count)}, in JSON {line}"
     return None
+
+
+def difference_of_holdout(page: Page, case: Case) -> Optional[str]:
+    told = page.header.get("holdout")
+    if case.holdout is None:
+        return None if told is None else f"other transactions {told} that there are none of"
+    expected = {"transactions": sum(weight for _, weight in case.holdout), "alpha": float(case.request.alpha)}
+    return None if told == expected else f"other transactions {told}, model {expected}"
 
 
 def difference_of_sides(page: Page) -> Optional[str]:
@@ -213,7 +230,8 @@ def difference_of(program: Program, page_case: PageCase) -> Optional[str]:
         return f"rules {told}, {beyond} beyond the limit; standard error:\n{outcome.stderr}"
     knowledge = case.knowledge()
     teller = rules_model.Steps(knowledge, case.request)
-    return (difference_of_told_rules(page, shown, teller) or difference_of_sides(page)
+    return (difference_of_told_rules(page, shown, teller) or difference_of_holdout(page, case)
+            or difference_of_sides(page)
             or difference_of_items(page, knowledge) or difference_of_classes(page, knowledge)
             or difference_of_class_search(page, knowledge, case.request.wording == "full")
             or difference_of_exclusions(page, case, knowledge))

@@ -93,6 +93,7 @@ class Rule:
     form: Optional[str]
     wordings: int
     readings: int
+    holdout: Optional[Tuple[int, int, float]]  # support and premise in other transactions, and p
 
     @property
     def kind(self) -> str:
@@ -174,6 +175,8 @@ class Page:
         columns = [self.list(name, number, usual) for name, usual in (
             ("premises", 0), ("conclusions", 0), ("exceptions", 0), ("slopes", 0), ("wordings", 1), ("readings", 1))]
         forms = self.arrays.get("forms")
+        holdout = list(self._holdout()) or [None] * number
+        assert len(holdout) == number
         for rule, (premise, conclusion, exceptions, slope, wordings, readings) in enumerate(zip(*columns)):
             if rule in odd:
                 tables = odd[rule]
@@ -181,7 +184,14 @@ class Page:
             else:
                 tables = list(tables_of(self.sides[premise], self.sides[conclusion], exceptions, slope))
             yield Rule(self.sides[premise], self.sides[conclusion], tables[0], tables[1],
-                       self.header["forms"][forms[rule]]["label"] if forms else None, wordings, readings)
+                       self.header["forms"][forms[rule]]["label"] if forms else None, wordings, readings,
+                       holdout[rule])
+
+    def _holdout(self) -> Iterator[Tuple[int, int, float]]:
+        names = ("holdout_premises", "holdout_exceptions", "holdout_ps")
+        assert "holdout" in self.header or not any(name in self.arrays for name in names)
+        for premise, exceptions, surprise in zip(*(self.list(name) for name in names)):
+            yield premise - exceptions, premise, surprise
 
     def _classes(self) -> List[Class]:
         number = self.header["lattice"]["shown"]
