@@ -251,9 +251,8 @@ TEST_F(KorvCheck, LosesNoLineWhenItMends) {
     for (int i = 0; i < 60; ++i) {
         repeated += " 1,";
     }
-    // A carriage return within a line, line ends that were converted twice, and more faults than are looked
-    // at.
-    for (const std::string& line : {std::string("1\r2\t2\t 1,"), std::string("1\t2\t 1,\r\r"), repeated}) {
+    // Line ends of CR alone, and more faults than are looked at.
+    for (const std::string& line : {std::string("1\t2\t 1,\r2\t2\t 2,"), repeated}) {
         put("a.classes", line + "\n3\t9\t 3,\n");
         const Outcome outcome = check({"a.classes", "--fix", "b.classes", "-q"});
 
@@ -262,6 +261,14 @@ TEST_F(KorvCheck, LosesNoLineWhenItMends) {
                   "korv-check: b.classes: not written, since what 1 line should be would be a guess\n");
         EXPECT_EQ(files().size(), 1U);
     }
+}
+
+TEST_F(KorvCheck, MendsLineEndsThatWereConvertedTwice) {
+    put("a.classes", "1\t2\t 1,\r\r\n\r\r\n3\t9\t 3,\r\r\n");
+    const Outcome outcome = check({"a.classes", "--fix", "b.classes", "-q"});
+
+    EXPECT_EQ(outcome.ending, exited(0)) << outcome.err;
+    EXPECT_EQ(files()["b.classes"], "1\t2\t 1,\n3\t9\t 3,\n");
 }
 
 TEST_F(KorvCheck, DoesNotMendWhereThatWouldBeAGuess) {

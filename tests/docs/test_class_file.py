@@ -95,6 +95,7 @@ DEVIATIONS: dict[str, Read] = {
         {"1 2": (5, ["1", "1"])}, example="1·2<TAB>5<TAB>·1,·1,<LF>", grammatical=True),
     # Line ends and the end of the file
     "CR LF line ends": Read({"1 2": (5, ["1", "2 3 3", EMPTY])}, runs_into_the_end=True),
+    "CR line ends": Read({"1 2": (5, ["1", "2 3 3", EMPTY])}, runs_into_the_end=True),
     "Last LF missing": Read({"1 2": (5, ["1"])}, runs_into_the_end=True, grammatical=True),
     "Last comma and LF missing": Read({"1 2": (5, ["1"])}, runs_into_the_end=True),
     "Only the last comma missing": Read({"1 2": (5, ["1"])}, runs_into_the_end=True),

@@ -94,6 +94,11 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"1 2\t4\t ,\n", "1:8: found a comma; expected an item number"},
         Fault{"1\t4\t 1,\r\n",
               "1:8: found CR; expected lines that end with LF alone (tr -d '\\r' takes CR out)"},
+        Fault{"1\t2\t 1,\r\r\n",
+              "1:8: found CR; expected lines that end with LF alone (tr -d '\\r' takes CR out)"},
+        Fault{"1\t2\t 1,\r2\t3\t 2,\r",
+              "1:8: found CR; expected lines that end with LF (tr '\\r' '\\n' makes LF of CR)"},
+        Fault{"1\r2\t2\t 1,\n", "1:2: found CR; expected a blank and another item, or a tab"},
         Fault{"1\t4\t 1,",
               "1:8: found the end of the file; expected an end of the line behind the last "
               "comma"}));

@@ -49,12 +49,14 @@ private:
 bool take_out(FindingKind kind, std::size_t position, ChangedLine& line) {
     const std::string& text = line.text();
     switch (kind) {
-        case FindingKind::carriage_return:
-            if (position + 1 < text.size() && text[position + 1] != '\n') {
-                return false;
+        case FindingKind::carriage_return: {
+            const std::size_t behind = std::min(text.find_first_not_of('\r', position), text.size());
+            if (position > 0 && behind < text.size() && text[behind] != '\n') {
+                return false;  // there are several lines
             }
-            line.erase(position);
+            line.erase(position, behind - position);
             return true;
+        }
         case FindingKind::extra_blank:
             line.erase(text[position] == ' ' ? position : position - 1);
             return true;

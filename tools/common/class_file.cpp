@@ -361,11 +361,24 @@ std::size_t ClassRecordReader::begin_of_essential(std::size_t begin, std::size_t
     return position + 1;
 }
 
-/// Fails at the byte here. CR and the end of the file are faults of their own, whatever is expected.
+/// What to do about CR here, where it is a line end or a part of one; empty where it is a byte as any other.
+std::string_view ClassRecordReader::cure_of_carriage_return() const {
+    if (here() != '\r') {
+        return "";
+    }
+    const std::size_t behind = std::min(text_.find_first_not_of('\r', position_), text_.size());
+    if (behind == text_.size() || text_[behind] == '\n') {
+        return R"(lines that end with LF alone (tr -d '\r' takes CR out))";
+    }
+    const bool is_line_end = position_ == line_begin_ || text_[position_ - 1] == ',';
+    return is_line_end ? R"(lines that end with LF (tr '\r' '\n' makes LF of CR))" : "";
+}
+
+/// Fails at the byte here. CR as a line end and the end of the file are faults of their own, whatever is
+/// expected.
 void ClassRecordReader::fail_here(FindingKind kind, std::string_view expected) const {
-    if (here() == '\r') {
-        fail(FindingKind::carriage_return, position_, "CR",
-             "lines that end with LF alone (tr -d '\\r' takes CR out)");
+    if (const std::string_view cure = cure_of_carriage_return(); !cure.empty()) {
+        fail(FindingKind::carriage_return, position_, "CR", cure);
     }
     const bool is_at_end = position_ == text_.size() && kind != FindingKind::no_final_line_end;
     fail(is_at_end ? FindingKind::cut_off : kind, position_, shown_at(position_), expected);

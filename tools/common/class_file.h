@@ -94,6 +94,7 @@ private:
     FindingKind kind_behind_item() const;
     FindingKind kind_before_essential() const;
     bool is_comment() const;
+    std::string_view cure_of_carriage_return() const;
     [[noreturn]] void fail_here(FindingKind kind, std::string_view expected) const;
     [[noreturn]] void fail(FindingKind kind, std::size_t position, std::string_view found,
                            std::string_view expected) const;
