@@ -30,8 +30,14 @@ SparsePart::SparsePart(const PartItems& items, std::size_t processes)
       partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
       is_in_itemset_(items.ranked.size()),
       row_of_(items.ranked.size(), no_row),
+      marked_(words_for(items.ranked.lines)),
+      ranks_here_(words_for(items.ranked.size())),
       together_(items.ranked.frequent),
-      met_(items.ranked.size()) {}
+      met_(items.ranked.size()) {
+    for (Rank rank = 0; rank < items_.size(); ++rank) {
+        ranks_here_[word_of(rank)] |= lines(rank).empty() ? 0 : bit_of(rank);
+    }
+}
 
 void SparsePart::pairs_of(Rank rank, std::vector<Candidate>& pairs) {
     const Rank end = std::min(rank, items_.frequent);
@@ -218,28 +224,49 @@ void SparsePart::tell_of_partners(std::vector<Rank>& asked, BitStream& outside) 
     met_ranks_.clear();
 }
 
-/// An item can only be in the closure here if one of its lines holds an item of the itemset.
+/// An item can only be in the closure here if one of its lines holds an item of the itemset, so only these
+/// are looked at where the itemset has fewer lines than there are items.
 void SparsePart::tell_of_all(BitStream& outside) {
-    std::vector<BitWord> ranks(words_for(items_.size()));
-    for (Rank rank = 0; rank < items_.size(); ++rank) {
-        ranks[word_of(rank)] |= lines(rank).empty() ? 0 : bit_of(rank);
-    }
-    std::vector<BitWord> looked_at(ranks.size());
-    for (const Rank held : itemset_) {
-        for (const Transaction line : lines(held)) {
+    const std::vector<Transaction> covered = mark_lines();
+    std::vector<BitWord> ranks = ranks_here_;
+    const auto look_at = [&](Rank rank) {
+        if (std::ranges::all_of(lines(rank), [this](Transaction line) { return is_marked(line); })) {
+            ranks[word_of(rank)] &= ~bit_of(rank);
+        }
+    };
+    if (covered.size() >= items_.size()) {
+        for (Rank rank = 0; rank < items_.size(); ++rank) {
+            look_at(rank);
+        }
+    } else {
+        std::vector<BitWord> looked_at(ranks.size());
+        for (const Transaction line : covered) {
             for (const Rank other : index_[line]) {
-                if ((looked_at[word_of(other)] & bit_of(other)) != 0) {
-                    continue;
-                }
-                looked_at[word_of(other)] |= bit_of(other);
-                if (std::ranges::all_of(lines(other),
-                                        [this](Transaction each) { return is_covered(each); })) {
-                    ranks[word_of(other)] &= ~bit_of(other);
+                if ((looked_at[word_of(other)] & bit_of(other)) == 0) {
+                    looked_at[word_of(other)] |= bit_of(other);
+                    look_at(other);
                 }
             }
         }
     }
+    for (const Transaction line : covered) {
+        marked_[word_of(line)] = 0;
+    }
     outside.append(ranks);
+}
+
+/// Marks the lines here that hold an item of the itemset, and returns them.
+std::vector<Transaction> SparsePart::mark_lines() {
+    std::vector<Transaction> covered;
+    for (const Rank held : itemset_) {
+        for (const Transaction line : lines(held)) {
+            if (!is_marked(line)) {
+                marked_[word_of(line)] |= bit_of(line);
+                covered.push_back(line);
+            }
+        }
+    }
+    return covered;
 }
 
 }  // namespace korv::tools

@@ -63,6 +63,8 @@ private:
     bool is_covered(Transaction line) const;
     void tell_of_partners(std::vector<Rank>& asked, BitStream& outside);
     void tell_of_all(BitStream& outside);
+    std::vector<Transaction> mark_lines();
+    bool is_marked(Transaction line) const { return (marked_[word_of(line)] & bit_of(line)) != 0; }
 
     const RankedItems& items_;
     std::size_t processes_;
@@ -81,6 +83,9 @@ private:
     JointLines other_lines_;  ///< of a root item for which there is no more room
     bool has_other_lines_ = false;
     std::vector<Together> all_;  ///< by size of a prefix, from 2 on
+
+    std::vector<BitWord> marked_;      ///< by line: set and used in one call, otherwise 0
+    std::vector<BitWord> ranks_here_;  ///< those that have lines here
 
     std::vector<Count> together_;  ///< by rank: set and used in one call, otherwise 0
     std::vector<Met> met_;         ///< by rank: set and used in one call, otherwise 0
