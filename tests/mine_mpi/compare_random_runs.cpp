@@ -121,13 +121,14 @@ std::optional<Threshold> random_threshold(std::uint32_t least, Random& random) {
                              : Threshold{static_cast<double>(least + random() % 3), false};
 }
 
-void ask_for_mining(Case& made, Random& random) {
+void ask_for_mining(Case& made, const Shape& shape, Random& random) {
     MiningRequest& mining = made.arguments.mining;
     mining.min_supports = {random_threshold(1, random).value_or(Threshold{1, false})};
     mining.min_own = random_threshold(1, random);
     mining.closure_over_all = one_in(2, random);
     if (one_in(3, random)) {
-        mining.max_size = 1 + random() % 4;
+        // Where nothing has to be together, there are as many itemsets as items make.
+        mining.max_size = 1 + random() % (shape.items > 10 ? 2 : 4);
         mining.min_joint = random_threshold(0, random);
     }
     if (one_in(6, random)) {
@@ -217,7 +218,7 @@ Case random_case(Random& random) {
         }
         made.texts.push_back(text);
     }
-    ask_for_mining(made, random);
+    ask_for_mining(made, shape, random);
     made.arguments.quiet = true;
     return made;
 }
