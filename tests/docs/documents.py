@@ -92,7 +92,7 @@ def table_rows(text: str) -> list[list[str]]:
 
 def section(text: str, heading: str) -> str:
     """What stands below a heading, up to the next one of any level."""
-    match = re.search(rf"^#+ {re.escape(heading)}\n(.*?)(?=^#|\Z)", text, re.MULTILINE | re.DOTALL)
+    match = re.search(rf"^#+ {re.escape(heading)}\n(.*?)(?=^#+ |\Z)", text, re.MULTILINE | re.DOTALL)
     if match is None:
         raise ValueError(f"there is no heading {heading!r}")
     return match[1]

@@ -87,7 +87,13 @@ std::string basket_line(const Shape& shape, const std::string& separator, Random
     std::vector<std::string> names;
     for (std::uint32_t i = random() % (2 * shape.per_line + 1); i > 0; --i) {
         const std::string number = std::to_string(random() % (1 + random() % shape.items));
-        names.push_back(one_in(8, random) ? "\"it" + separator + " \"\"" + number + "\"\"\"" : "i" + number);
+        std::string& name = names.emplace_back("i");
+        if (one_in(8, random)) {
+            name.insert(0, "\"").append("t").append(separator).append(R"( "")").append(number).append(
+                R"(""")");
+        } else {
+            name.append(number);
+        }
     }
     return joined(names, separator);
 }
@@ -323,7 +329,7 @@ private:
         for (std::size_t classes = 1 + random() % 20;; classes *= 3) {
             const auto asked = arguments.mining.max_classes;
             all.mining.mining.max_classes = asked ? std::min(classes, *asked) : classes;
-            const Result result = by_all(all);
+            Result result = by_all(all);
             char is_over = result.status != 3 || all.mining.mining.max_classes == asked ? 1 : 0;
             processes_.broadcast_value(is_over);
             if (is_over != 0) {

@@ -83,7 +83,8 @@ CsvCell CsvReader::read_quoted_cell() {
     position_ = end + 1;
     skip_blanks();
     if (!at_line_end() && text[position_] != separator_) {
-        throw FormError(input_error(input_.name, place_of(input_, position_), shown(text.substr(position_, 1)),
+        throw FormError(input_error(input_.name, place_of(input_, position_),
+                                    shown(text.substr(position_, 1)),
                                     "a separator or a line end behind the closing quote"));
     }
     return cell;
@@ -97,8 +98,8 @@ std::size_t CsvReader::closing_quote(const CsvCell& cell) const {
         quote = text.find('"', quote + 2);
     }
     if (quote == std::string_view::npos) {
-        throw FormError(input_error(input_.name, place_of(input_, cell.position), "a quote that is not closed",
-                                    "a closing quote"));
+        throw FormError(input_error(input_.name, place_of(input_, cell.position),
+                                    "a quote that is not closed", "a closing quote"));
     }
     return quote;
 }

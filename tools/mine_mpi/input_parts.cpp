@@ -86,12 +86,12 @@ std::uint64_t row_from(InputFile& file, const InputFigures& input, std::uint64_t
     }
 }
 
-/// The lines of a file before a position.
-std::size_t lines_before(const std::string& path, std::uint64_t begin, std::uint64_t end) {
+/// The lines of a file from one position to another.
+std::size_t lines_between(const std::string& path, std::uint64_t from, std::uint64_t to) {
     InputFile file(path);
     std::size_t lines = 0;
-    for (std::uint64_t position = begin; position < end; position += bytes_at_once) {
-        const std::string bytes = bytes_between(file, position, std::min(end, position + bytes_at_once));
+    for (std::uint64_t position = from; position < to; position += bytes_at_once) {
+        const std::string bytes = bytes_between(file, position, std::min(to, position + bytes_at_once));
         lines += static_cast<std::size_t>(std::ranges::count(bytes, '\n'));
     }
     return lines;
@@ -315,7 +315,7 @@ TextPart InputParts::part_of(const InputRange& range) const {
     file.require_unchanged();
     if (!part.is_beginning) {
         part.lines.lines_before = [path, first = input.begin, begin] {
-            return lines_before(path, first, begin);
+            return lines_between(path, first, begin);
         };
     }
     return part;

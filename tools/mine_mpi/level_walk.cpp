@@ -189,7 +189,8 @@ private:
         }
         for (Rank row = begin; row < end; ++row) {
             const std::size_t position = begins[row - begin];
-            const auto pairs = std::span(numbers).subspan(position + 2, 2 * numbers[position + 1]);
+            const auto pairs =
+                std::span(numbers).subspan(position + 2, std::size_t{2} * numbers[position + 1]);
             for (std::size_t i = 0; i < pairs.size(); i += 2) {
                 part_.add_pair(row, pairs[i], pairs[i + 1]);
             }
@@ -370,7 +371,7 @@ private:
                     add_if_essential(asked.node, *candidate, support);
                 }
             }
-            count += asked.candidates * (has_own ? 2 : 1);
+            count += std::ptrdiff_t{asked.candidates} * (has_own ? 2 : 1);
         }
     }
 

@@ -175,7 +175,7 @@ bool SparsePart::is_covered(Transaction line) const {
     return std::ranges::any_of(index_[line], [this](Rank held) { return is_in_itemset_[held] != 0; });
 }
 
-bool SparsePart::counts_own(std::size_t size) const {
+bool SparsePart::counts_own(std::size_t size) {
     return !CandidateSearch::has_parts(size);
 }
 

@@ -38,7 +38,7 @@ public:
     void leave();
     void count(std::vector<Candidate>& candidates);
     Count own(Rank rank) const;
-    bool counts_own(std::size_t size) const;
+    static bool counts_own(std::size_t size);
     bool tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside);
 
 private:
