@@ -110,6 +110,7 @@ TABLE: dict[str, list[Entry]] = {
         ForShow("src/    base", "a drawing"),
         ForShow("class file -->", "a drawing"),
         ForShow("text_input -->", "a drawing"),
+        ForShow("input_parts --> transaction_reader", "a drawing"),
         ForShow("rule_input --> Pairs", "a drawing"),
         ForShow("text_input --> checked_lines", "a drawing"),
     ],
