@@ -2,12 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "common/class_agreement.h"
 #include "finding_words.h"
 #include "support/bits.h"
 
@@ -56,14 +57,36 @@ TEST(ClassOrderCheck, NamesTheFirstOfSeveralReasons) {
 TEST(ClassOrderCheck, NamesAnEssentialItemsetOfTwoClasses) {
     EXPECT_EQ(
         found_in("1 2\t4\t 1,\n1 3\t5\t 1,\n"),
-        (Lines{"1:1 warning shared-essential: found the support 4; expected more than 5, the support of "
-               "line 2, whose itemset \"1\" lies within the closed itemset"}));
+        (Lines{"2:1 warning shared-essential: found the essential itemset \"1\", which line 1 has, too; "
+               "expected each essential itemset in one class"}));
+    EXPECT_EQ(
+        found_in("1 3\t4\t 1,\n1 2\t4\t 1,\n"),
+        (Lines{"2:1 warning shared-essential: found the essential itemset \"1\", which line 1 has, too; "
+               "expected each essential itemset in one class"}));
 }
 
 TEST(ClassOrderCheck, NamesAnEssentialItemsetWithinASmallerClass) {
-    EXPECT_EQ(found_in("1 2\t3\t 2,\n1 2 3\t5\t 1, 3,\n"),
-              (Lines{"1:1 warning essential-in-smaller-class: found the support 3; expected more than 5, the "
-                     "support of line 2, whose itemset \"1\" lies within the closed itemset"}));
+    EXPECT_EQ(
+        found_in("1 2\t3\t 2,\n1 2 3\t5\t 1, 3,\n"),
+        (Lines{"2:1 warning essential-in-smaller-class: found the essential itemset \"1\" within the "
+               "smaller class of line 1; expected essential itemsets that lie within no smaller class"}));
+    // The smaller class has it, too, or is it.
+    EXPECT_EQ(
+        found_in("1 2\t3\t 1,\n1 2 3\t5\t 1, 3,\n"),
+        (Lines{"2:1 warning essential-in-smaller-class: found the essential itemset \"1\" within the "
+               "smaller class of line 1; expected essential itemsets that lie within no smaller class"}));
+    EXPECT_EQ(
+        found_in("1\t3\t 1,\n1 2\t5\t 1,\n"),
+        (Lines{"2:1 warning essential-in-smaller-class: found the essential itemset \"1\" within the "
+               "smaller class of line 1; expected essential itemsets that lie within no smaller class"}));
+}
+
+TEST(ClassOrderCheck, NamesAnEssentialItemsetOnceHoweverManyClassesAreAroundIt) {
+    // The first of the two lines of smaller classes around 1 2.
+    EXPECT_EQ(
+        found_in("1\t3\t 1,\n1 2 3 4\t8\t 4,\n1 2 3\t6\t 1 3,\n1 2 3 4 5\t9\t 1 2, 5,\n"),
+        (Lines{"4:1 warning essential-in-smaller-class: found the essential itemset \"1 2\" within the "
+               "smaller class of line 2; expected essential itemsets that lie within no smaller class"}));
 }
 
 TEST(ClassOrderCheck, NamesAnEssentialItemsetWithinAClassThatDoesNotContainItsOwn) {
@@ -107,18 +130,47 @@ bool is_contradictory(const ClassMap& classes) {
     return false;
 }
 
-/// The lines of classes within which a key of another class lies whose support is not smaller.
+/// The lines of classes around another one whose support is not smaller.
 std::set<std::size_t> contradicted_lines(const CheckedClasses& checked) {
     std::set<std::size_t> lines;
     auto line = checked.lines.begin();
     for (const auto& [closed, of_class] : checked.classes) {
-        for (NodeRef other = checked.classes.begin(); other != checked.classes.end(); ++other) {
-            if (other->first != closed && other->second.support >= of_class.support &&
-                key_within(other, closed) != nullptr) {
+        for (const auto& [other, of_other] : checked.classes) {
+            if (other != closed && of_other.support >= of_class.support && is_contained(other, closed)) {
                 lines.insert(*line);
             }
         }
         ++line;
+    }
+    return lines;
+}
+
+/// The lines of essential itemsets that lie within a class that does not contain their own: once for each. Of
+/// one that two classes have, of which none lies within the other, the one of larger support is named, or
+/// else the later one.
+std::multiset<std::size_t> lines_of_wrong_essentials(const CheckedClasses& checked) {
+    std::multiset<std::size_t> lines;
+    const auto line_of = [&checked](const Itemset& closed) {
+        const auto before = std::distance(checked.classes.begin(), checked.classes.find(closed));
+        return std::size_t{checked.lines[static_cast<std::size_t>(before)]};
+    };
+    for (const auto& [closed, of_class] : checked.classes) {
+        const std::size_t line = line_of(closed);
+        for (const Itemset& essential : of_class.essentials) {
+            bool is_wrong = false;
+            for (const auto& [other, of_other] : checked.classes) {
+                const std::size_t other_line = line_of(other);
+                const bool is_stranger = is_contained(essential, other) && !is_contained(closed, other);
+                const bool has_it =
+                    std::ranges::count(of_other.essentials, essential) > 0 && !is_contained(other, closed);
+                const bool is_later = of_other.support > of_class.support ||
+                                      (of_other.support == of_class.support && other_line > line);
+                is_wrong = is_wrong || (is_stranger && !(has_it && is_later));
+            }
+            if (is_wrong) {
+                lines.insert(line);
+            }
+        }
     }
     return lines;
 }
@@ -155,12 +207,16 @@ TEST_P(RandomClasses, HaveAFindingExactlyWhereTwoContradictEachOther) {
         const bool expected = is_contradictory(checked.classes);
         ASSERT_EQ(findings.count(Severity::warning) > 0, expected);
         std::set<std::size_t> lines;
+        std::multiset<std::size_t> lines_of_essentials;
         for (const Finding& each : findings.in_order()) {
-            if (each.found.starts_with("the support")) {
+            if (each.kind == FindingKind::support_not_larger) {
                 lines.insert(each.place.line);
+            } else if (each.kind != FindingKind::nested_essential) {
+                lines_of_essentials.insert(each.place.line);
             }
         }
         ASSERT_EQ(lines, contradicted_lines(checked));
+        ASSERT_EQ(lines_of_essentials, lines_of_wrong_essentials(checked));
         contradictory += expected ? 1 : 0;
     }
     EXPECT_GT(contradictory, 500);

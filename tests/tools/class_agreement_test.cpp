@@ -53,19 +53,19 @@ TEST(ClassAgreement, ClosedItemsetWithinAnotherOfEqualSupportIsRefused) {
 TEST(ClassAgreement, EssentialItemsetOfTwoClassesIsRefused) {
     EXPECT_EQ(
         complaint("1 2\t5\t 1,\n1 3\t5\t 1,\n"),
-        "a.classes:2:1: found the support 5; expected more than 5, the support of line 1, whose itemset "
-        "\"1\" lies within the closed itemset");
+        "a.classes:2:1: found the essential itemset \"1\", which line 1 has, too; expected each essential "
+        "itemset in one class");
     EXPECT_EQ(
         complaint("1 2\t6\t 1,\n1 3\t5\t 1,\n"),
-        "a.classes:2:1: found the support 5; expected more than 6, the support of line 1, whose itemset "
-        "\"1\" lies within the closed itemset");
+        "a.classes:1:1: found the essential itemset \"1\", which line 2 has, too; expected each essential "
+        "itemset in one class");
 }
 
-TEST(ClassAgreement, EssentialItemsetWithinASmallerClassIsRefused) {
+TEST(ClassAgreement, EssentialItemsetWithinAClassThatLacksItemsIsRefused) {
     EXPECT_EQ(
         complaint("1 3 4\t5\t 1 3,\n2\t1\t 2,\n1 3 2\t5\t 2 3,\n"),
-        "a.classes:3:1: found the support 5; expected more than 5, the support of line 1, whose itemset "
-        "\"1 3\" lies within the closed itemset");
+        "a.classes:1:1: found the essential itemset \"1 3\"; expected classes around it that contain this "
+        "one; line 3 does not");
 }
 
 TEST(ClassAgreement, LargerSupportOfAClassAroundIsAsItShouldBe) {

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -137,7 +138,6 @@ private:
 
     /// What says that the support of a class is too small.
     struct Contradiction {
-        FindingKind kind;
         Column other;        ///< the class of at least its support
         const Itemset* key;  ///< of that class, within this one
     };
@@ -247,8 +247,7 @@ private:
         const ColumnClass& of_class = classes_[column];
         for_each_column(around_class_, [&](Column around) {
             if (around != column && classes_[around].support() <= of_class.support()) {
-                contradict(around, {FindingKind::support_not_larger, column,
-                                    key_within(of_class.node, classes_[around].closed_itemset())});
+                contradict(around, {column, key_within(of_class.node, classes_[around].closed_itemset())});
             }
             return classes_[around].support() <= of_class.support();
         });
@@ -261,44 +260,43 @@ private:
         if (count(around_key_) == around_count_) {
             return;
         }
-        bool is_told = false;
+        const std::optional<Column> stranger = first_stranger(essential, column);
+        if (stranger) {
+            const ColumnClass& around = classes_[*stranger];
+            const EssentialDisagreement told =
+                essential_disagreement(essential, classes_[column].node, around.node, around.line);
+            add(told.kind, classes_[column].line, told.words.found, told.words.expected, around.line);
+        }
+    }
+
+    /// The class around an essential itemset that is told of it, as one that does not contain its class: one
+    /// of no larger support before others, and then the first one in the file. Nothing where only others are
+    /// told of, whose essential itemset it is, too.
+    std::optional<Column> first_stranger(const Itemset& essential, Column column) {
+        const ColumnClass& of_class = classes_[column];
+        std::optional<Column> first;
+        const auto key = [&](Column each) {
+            return std::pair(classes_[each].support() > of_class.support(), classes_[each].line);
+        };
         for_each_column(around_key_, [&](Column around) {
-            is_told = look_at_stranger(essential, column, around, is_told) || is_told;
+            const bool is_told =
+                !is_contained(of_class.closed_itemset(), classes_[around].closed_itemset()) &&
+                !tells_itself(essential, of_class, classes_[around]);
+            if (is_told && (!first || key(around) < key(*first))) {
+                first = around;
+            }
             return true;
         });
+        return first;
     }
 
-    /// Looks at a class around an essential itemset of another one. Returns whether it told of it.
-    bool look_at_stranger(const Itemset& essential, Column column, Column around, bool is_told) {
-        const ColumnClass& of_class = classes_[column];
-        const ColumnClass& other = classes_[around];
-        if (is_contained(of_class.closed_itemset(), other.closed_itemset())) {
-            return false;
-        }
-        const FindingKind kind = kind_of_stranger(essential, of_class, other);
-        if (other.support() <= of_class.support()) {
-            contradict(around, {kind, column, &essential});
-            return true;
-        }
-        if (is_told || kind == FindingKind::shared_essential) {
-            return false;  // the other class has a larger support, and so is told when its turn comes
-        }
-        add(kind, of_class.line, "the essential itemset " + shown_items(essential),
-            "classes around it that contain this one; line " + std::to_string(other.line) + " does not",
-            other.line);
-        return true;
-    }
-
-    static FindingKind kind_of_stranger(const Itemset& essential, const ColumnClass& of_class,
-                                        const ColumnClass& other) {
-        const bool is_shared = std::ranges::find(other.essentials(), essential) != other.essentials().end() ||
-                               other.closed_itemset() == essential;
-        if (is_shared) {
-            return FindingKind::shared_essential;
-        }
-        return is_contained(other.closed_itemset(), of_class.closed_itemset())
-                   ? FindingKind::essential_in_smaller_class
-                   : FindingKind::essential_elsewhere;
+    /// Whether a class around an essential itemset has it, too, and is the one of which that is told: the one
+    /// of larger support, or else the later one, unless it lies within the other one.
+    static bool tells_itself(const Itemset& essential, const ColumnClass& of_class,
+                             const ColumnClass& around) {
+        return std::pair(around.support(), around.line) > std::pair(of_class.support(), of_class.line) &&
+               !is_contained(around.closed_itemset(), of_class.closed_itemset()) &&
+               std::ranges::find(around.essentials(), essential) != around.essentials().end();
     }
 
     /// Notes that the support of a class is too small. Of several reasons the one that stands first counts.
@@ -313,7 +311,7 @@ private:
         const ColumnClass& other = classes_[contradiction.other];
         const Disagreement words =
             support_not_larger(of_class.support(), other.support(), other.line, *contradiction.key);
-        add(contradiction.kind, of_class.line, words.found, words.expected, other.line);
+        add(FindingKind::support_not_larger, of_class.line, words.found, words.expected, other.line);
     }
 
     void check_nesting(const ColumnClass& of_class) {

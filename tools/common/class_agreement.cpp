@@ -65,6 +65,12 @@ PlacedClass first_of(const std::vector<NodeRef>& some, const ClassMap& classes,
 }
 
 [[noreturn]] void fail(const PlacedClass& contradicted, const PlacedClass& other, const std::string& name) {
+    if (!is_contained(other.node->first, contradicted.node->first)) {
+        const Itemset& essential = *key_within(other.node, contradicted.node->first);
+        throw class_error(
+            name, other,
+            essential_disagreement(essential, other.node, contradicted.node, contradicted.line).words);
+    }
     const Disagreement words =
         support_not_larger(contradicted.node->second.support, other.node->second.support, other.line,
                            *key_within(other.node, contradicted.node->first));
@@ -86,6 +92,26 @@ Disagreement support_not_larger(Count support, Count other_support, std::size_t 
                                                           ", the support of line " +
                                                           std::to_string(other_line) + ", whose itemset " +
                                                           shown(items) + " lies within the closed itemset"};
+}
+
+EssentialDisagreement essential_disagreement(const Itemset& essential, NodeRef of_class, NodeRef around,
+                                             std::size_t around_line) {
+    std::string items;
+    append_items(essential, items);
+    const std::string found = "the essential itemset " + shown(items);
+    const std::string line = "line " + std::to_string(around_line);
+    if (is_contained(around->first, of_class->first)) {
+        return {FindingKind::essential_in_smaller_class,
+                {found + " within the smaller class of " + line,
+                 "essential itemsets that lie within no smaller class"}};
+    }
+    const std::vector<Itemset>& others = around->second.essentials;
+    if (std::ranges::find(others, essential) != others.end() || around->first == essential) {
+        return {FindingKind::shared_essential,
+                {found + ", which " + line + " has, too", "each essential itemset in one class"}};
+    }
+    return {FindingKind::essential_elsewhere,
+            {found, "classes around it that contain this one; " + line + " does not"}};
 }
 
 const Itemset* key_within(NodeRef of_class, const Itemset& itemset) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/itemset.h"
+#include "common/finding_kind.h"
 #include "engine/classes.h"
 #include "engine/difference_supports.h"
 
@@ -23,6 +24,19 @@ Disagreement support_above(Count support, Count transactions);
 /// The words for a support that is not larger than that of another class, which has a key within this one.
 Disagreement support_not_larger(Count support, Count other_support, std::size_t other_line,
                                 const Itemset& key);
+
+/// What is told of an essential itemset, in words.
+struct EssentialDisagreement {
+    FindingKind kind;
+    Disagreement words;
+};
+
+/// What is wrong where a closed itemset around an essential itemset of another class does not contain the
+/// closed itemset of that class: the essential itemset belongs to the class around it, which is smaller, or
+/// both have it, or else an item is missing or too many. It is told of the line of `of_class`; `around_line`:
+/// the line of `around`.
+EssentialDisagreement essential_disagreement(const Itemset& essential, NodeRef of_class, NodeRef around,
+                                             std::size_t around_line);
 
 /// The key of a class that lies within an itemset: the first essential itemset that does, or the closed
 /// itemset of a class that stores none; nullptr when there is none.
