@@ -68,6 +68,17 @@ TEST(CheckedLines, AreLookedAtBehindAFaultThatCanBeTakenOut) {
                      "itemsets {1} and {}"}));
 }
 
+TEST(CheckedLines, AreWarnedOfWhereKorvReadsAGuessTheSame) {
+    EXPECT_EQ(found_in("1,2\t5 \t1,\n"), (Lines{"1:2 warning stray-byte: korv reads it as it is meant",
+                                                "1:6 warning no-second-tab: korv reads it as it is meant"}));
+    EXPECT_EQ(found_in("1 2\t5.0\t 1,\n"),
+              (Lines{"1:6 warning no-second-tab: korv reads it as it is meant"}));
+    // The point ends the support, and the first zero is lost; {0 1} is as large as the class.
+    EXPECT_EQ(found_in("1 2\t5.00\t 1,\n"),
+              (Lines{"1:6 error no-second-tab: korv reads the class 1 2 with support 5 and no "
+                     "essential itemset"}));
+}
+
 TEST(CheckedLines, HaveARecordOfWhatKorvStoresAndOneOfWhatIsMeant) {
     Findings findings({"a.classes"}, 0, true);
     const CheckedLines checked = check_lines({"a.classes", "1 2\t5\t 1,\r\n3\t2\t 3,\n"}, findings);

@@ -50,6 +50,31 @@ TEST(MeantLine, IsMeantWithoutTheFaultsThatCanBeTakenOut) {
     EXPECT_EQ(meant_by("1 2\t0\t 1,\n"), "{ 1, 2 } 0 { { 1 } }");
 }
 
+TEST(MeantLine, HasARunOfBlanksOnce) {
+    EXPECT_EQ(faults_of("1   2   \t5\t    1   ,\n"),
+              "3 extra-blank, 7 extra-blank, 13 extra-blank, 18 extra-blank");
+    EXPECT_EQ(faults_of("   1\t5\t 1,    \n"), "1 extra-blank, 15 blank-at-end");
+    EXPECT_EQ(faults_of("1\t5\t 1 \n"), "8 no-comma");
+}
+
+TEST(MeantLine, LacksTabsRatherThanAnythingElse) {
+    EXPECT_EQ(faults_of("1  2 5  1,\n"), "3 no-tab");
+    EXPECT_EQ(faults_of("1;5; 1,\n"), "2 no-tab");
+}
+
+TEST(MeantLine, IsGuessedWhereASeparatorIsAnotherOne) {
+    for (const std::string line : {"1,2\t5\t 1,\n", "1, 2\t5\t 1,\n", "1;2\t5\t 1,\n", "1 2\t5 \t1,\n",
+                                   "1 2\t5  1,\n", "1 2\t5, 1,\n", "1 2\t5.0\t 1,\n", "1 2\t5\t,1,\n",
+                                   "\xEF\xBB\xBF"
+                                   "1 2\t5\t 1,\n"}) {
+        EXPECT_EQ(meant_by(line), "{ 1, 2 } 5 { { 1 } }") << line;
+        EXPECT_TRUE(meant_line(line).is_guess) << line;
+    }
+    EXPECT_EQ(meant_by("1 2\t5\t 1,\t2,\n"), "{ 1, 2 } 5 { { 1 }, { 2 } }");
+    EXPECT_EQ(meant_by("1 2 3\t5\t 1\t2,\n"), "{ 1, 2, 3 } 5 { { 1, 2 } }");
+    EXPECT_EQ(meant_by("1 2 3\t5\t 1;2,\n"), "");
+}
+
 TEST(MeantLine, IsNotKnownWhereItWouldBeAGuess) {
     for (const std::string line : {"1 2 5\t 1,\n", "1 2\t-5\t 1,\n", "1 2\t5\t1,\n", "1 2\t5\t 1,2,\n",
                                    "1 2\t5\t 3,\n", "1 1\t5\t 1,\n", "1\r2\t5\t 1,\n", "4294967296\t5\t 1,\n",

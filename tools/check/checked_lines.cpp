@@ -118,8 +118,9 @@ private:
         add_record({std::move(record.closed_itemset), std::move(record.of_class)}, {line(), true, false});
     }
 
+    /// `is_stored`: whether korv stores the class that is meant.
     void add_meant(MeantLine line_of, bool is_stored) {
-        if (line_of.meant) {
+        if (line_of.meant && (is_stored || !line_of.is_guess)) {
             add_record(std::move(*line_of.meant), {line(), is_stored, true});
         } else if (!line_of.is_skipped) {
             ++checked_.unclear_lines;

@@ -45,45 +45,126 @@ private:
     std::vector<std::size_t> columns_;
 };
 
-/// Takes a fault out of the line. Returns false where it is not clear what would be right.
-bool take_out(FindingKind kind, std::size_t position, ChangedLine& line) {
+/// Whether the line is what was meant once a fault is taken out.
+enum class Repair {
+    none,     ///< it is not clear what would be right
+    guessed,  ///< if korv reads the same
+    certain,
+};
+
+bool is_digit(char byte) {
+    return byte >= '0' && byte <= '9';
+}
+
+/// Takes a run of blanks out, or all but one of them. `position`: within the run, or behind it.
+void take_out_blanks(std::size_t position, ChangedLine& line) {
+    const std::string& text = line.text();
+    std::size_t begin = position;
+    while (begin > 0 && text[begin - 1] == ' ') {
+        --begin;
+    }
+    const std::size_t end = std::min(text.find_first_not_of(' ', position), text.size());
+    const bool is_needed = begin > 0 && end < text.size() && text[end] != '\n' &&
+                           (is_digit(text[end]) || !is_digit(text[begin - 1]));
+    const std::size_t first = is_needed ? begin + 1 : begin;
+    line.erase(first, end - first);
+}
+
+Repair take_out_carriage_return(std::size_t position, ChangedLine& line) {
+    const std::string& text = line.text();
+    const std::size_t behind = std::min(text.find_first_not_of('\r', position), text.size());
+    if (position > 0 && behind < text.size() && text[behind] != '\n') {
+        return Repair::none;  // there are several lines
+    }
+    line.erase(position, behind - position);
+    return Repair::certain;
+}
+
+/// Makes a tab, and a blank behind it, of what stands behind the support: a blank or a comma instead of the
+/// tab, a blank before it, or a fraction of zeros.
+Repair put_second_tab(std::size_t position, ChangedLine& line) {
+    const std::string& text = line.text();
+    const std::size_t end = text.find_first_not_of(text[position] == '.' ? ".0" : " ", position);
+    if (end != std::string::npos && text[end] == '\t') {
+        line.erase(position, end - position);
+        if (text[position + 1] != ' ') {
+            line.insert(position + 1, ' ');
+        }
+        return Repair::guessed;
+    }
+    const bool is_separator = text[position] == ' ' || text[position] == ',' || text[position] == ';';
+    if (!is_separator || text.find(' ', position + 1) != position + 1) {
+        return Repair::none;
+    }
+    line.erase(position);
+    line.insert(position, '\t');
+    return Repair::guessed;
+}
+
+/// Makes a blank of separators that stand where one should, as in "1, 2" or "1;2"; takes a byte-order mark
+/// out.
+Repair replace_stray_bytes(std::size_t position, ChangedLine& line) {
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+    const std::string& text = line.text();
+    if (position == 0 && text.starts_with(byte_order_mark)) {
+        line.erase(0, byte_order_mark.size());
+        return Repair::guessed;
+    }
+    // Within an essential itemset, a semicolon may stand for the comma between two of them.
+    const bool is_in_essential = position > 0 && is_digit(text[position - 1]) &&
+                                 std::ranges::count(text.substr(0, position), '\t') > 1;
+    const std::size_t end = text.find_first_not_of(is_in_essential ? " \t" : " ,;\t", position);
+    if (end == position || end == std::string::npos || !is_digit(text[end])) {
+        return Repair::none;
+    }
+    line.erase(position, end - position);
+    if (position > 0 && text[position - 1] != ' ') {
+        line.insert(position, ' ');
+    }
+    return Repair::guessed;
+}
+
+/// Takes a fault out of the line.
+Repair take_out(FindingKind kind, std::size_t position, ChangedLine& line) {
     const std::string& text = line.text();
     switch (kind) {
-        case FindingKind::carriage_return: {
-            const std::size_t behind = std::min(text.find_first_not_of('\r', position), text.size());
-            if (position > 0 && behind < text.size() && text[behind] != '\n') {
-                return false;  // there are several lines
-            }
-            line.erase(position, behind - position);
-            return true;
-        }
+        case FindingKind::carriage_return:
+            return take_out_carriage_return(position, line);
+        case FindingKind::stray_byte:
+            return replace_stray_bytes(position, line);
+        case FindingKind::no_second_tab:
+            return put_second_tab(position, line);
         case FindingKind::extra_blank:
-            line.erase(text[position] == ' ' ? position : position - 1);
-            return true;
-        case FindingKind::extra_tab:
+        case FindingKind::blank_at_end:
+            take_out_blanks(position, line);
+            return Repair::certain;
+        case FindingKind::extra_tab: {
+            const bool lacks_blank = is_digit(text[position + 1]);
+            line.erase(position);
+            if (lacks_blank) {
+                line.insert(position, ' ');
+            }
+            return Repair::certain;
+        }
         case FindingKind::doubled_comma:
             line.erase(position);
-            return true;
-        case FindingKind::blank_at_end:
-            line.erase(position - 1);
-            return true;
+            return Repair::certain;
         case FindingKind::no_comma:
+            line.insert(position, ',');
             if (text[position - 1] == ' ') {
                 line.erase(position - 1);
-            } else {
-                line.insert(position, ',');
             }
-            return true;
+            return Repair::certain;
         case FindingKind::no_final_line_end:
             line.insert(position, '\n');
-            return true;
+            return Repair::certain;
         case FindingKind::repeated_essential:
         case FindingKind::needless_essential:
             // With the blank before it and the comma behind it.
             line.erase(position - 1, text.find(',', position) - position + 2);
-            return true;
+            return Repair::certain;
         default:
-            return false;
+            return Repair::none;
     }
 }
 
@@ -123,9 +204,11 @@ MeantLine meant_line(std::string_view line) {
                 result.meant = stored_class(reader);
                 add_oddities(reader, changed, result.faults);
             }
-            if (!take_out(fault.kind(), position, changed)) {
+            const Repair repair = take_out(fault.kind(), position, changed);
+            if (repair == Repair::none) {
                 break;
             }
+            result.is_guess = result.is_guess || repair == Repair::guessed;
         }
     }
     std::ranges::stable_sort(result.faults, {}, &LineFault::column);

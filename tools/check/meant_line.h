@@ -25,6 +25,8 @@ struct MeantLine {
     std::vector<LineFault> faults;  ///< in the order of their columns as far as they are seen
     /// The class that the line would be without the faults, where it is clear what that is.
     std::optional<std::pair<Itemset, data>> meant;
+    /// Whether `meant` is what the line most likely means, if korv reads it so.
+    bool is_guess = false;
     bool is_skipped = false;  ///< whether it is no record, but an empty line or a comment
 };
 

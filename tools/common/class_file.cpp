@@ -219,16 +219,30 @@ void ClassRecordReader::read_itemset(char end, std::string_view expected_behind_
 
 Item ClassRecordReader::read_item(std::size_t itemset_begin) {
     constexpr std::string_view noun = "an item number";
+    if (is_in_essentials_ && position_ == itemset_begin && here() == ' ') {
+        skip_blanks_at_end();
+    }
     if (!is_digit(here())) {
         fail_here(kind_at_item(itemset_begin), noun);
     }
     return read_number(noun);
 }
 
+/// Skips blanks that run to the end of the line.
+void ClassRecordReader::skip_blanks_at_end() {
+    const std::size_t behind = std::min(text_.find_first_not_of(' ', position_), text_.size());
+    if (behind == text_.size() || text_[behind] == '\n') {
+        position_ = behind;
+    }
+}
+
 /// Which fault it is that here, where an item is expected, is none.
 FindingKind ClassRecordReader::kind_at_item(std::size_t itemset_begin) const {
-    const bool is_first = position_ == itemset_begin;
+    const bool is_first = std::min(text_.find_first_not_of(' ', itemset_begin), text_.size()) == position_;
     const char end = is_in_essentials_ ? ',' : '\t';
+    if (here() == ' ' && lacks_tab()) {
+        return FindingKind::no_tab;
+    }
     if (here() == ' ' || (here() == end && !is_first)) {
         return FindingKind::extra_blank;
     }
@@ -252,8 +266,7 @@ FindingKind ClassRecordReader::kind_behind_item() const {
     if (is_in_essentials_) {
         return here() == '\n' ? FindingKind::no_comma : FindingKind::stray_byte;
     }
-    const bool has_tab = text_.substr(position_, next_line_ - position_).find('\t') != std::string_view::npos;
-    return has_tab ? FindingKind::stray_byte : FindingKind::no_tab;
+    return lacks_tab() ? FindingKind::no_tab : FindingKind::stray_byte;
 }
 
 /// Which fault it is that here, before an essential itemset, stands no blank.
@@ -275,6 +288,13 @@ FindingKind ClassRecordReader::kind_before_essential() const {
 bool ClassRecordReader::is_comment() const {
     const std::string_view line = text_.substr(line_begin_, next_line_ - line_begin_);
     return line.find_first_of("0123456789\t") == std::string_view::npos;
+}
+
+/// Whether the line has digits, but no tab.
+bool ClassRecordReader::lacks_tab() const {
+    const std::string_view line = text_.substr(line_begin_, next_line_ - line_begin_);
+    return line.find('\t') == std::string_view::npos &&
+           line.find_first_of("0123456789") != std::string_view::npos;
 }
 
 Count ClassRecordReader::read_number(std::string_view noun) {
@@ -381,6 +401,9 @@ void ClassRecordReader::fail_here(FindingKind kind, std::string_view expected) c
         fail(FindingKind::carriage_return, position_, "CR", cure);
     }
     const bool is_at_end = position_ == text_.size() && kind != FindingKind::no_final_line_end;
+    if (kind == FindingKind::no_tab && !is_at_end) {
+        fail(kind, position_, "a line without a tab", "a tab before the support, and one behind it");
+    }
     fail(is_at_end ? FindingKind::cut_off : kind, position_, shown_at(position_), expected);
 }
 

@@ -94,6 +94,8 @@ private:
     FindingKind kind_behind_item() const;
     FindingKind kind_before_essential() const;
     bool is_comment() const;
+    bool lacks_tab() const;
+    void skip_blanks_at_end();
     std::string_view cure_of_carriage_return() const;
     [[noreturn]] void fail_here(FindingKind kind, std::string_view expected) const;
     [[noreturn]] void fail(FindingKind kind, std::size_t position, std::string_view found,
@@ -133,7 +135,7 @@ std::vector<std::uint32_t> in_order(const Records& records);
 std::string found_again(std::size_t earlier_line);
 inline constexpr std::string_view expected_once = "each closed itemset once";
 
-/// The words for a file without a class.
+/// The words for an empty file.
 inline constexpr std::string_view found_no_class = "an empty file";
 inline constexpr std::string_view expected_classes =
     "classes: items, a tab, a support, a tab, essential itemsets";
