@@ -33,6 +33,14 @@ TEST(Printable, SpellsLineSeparators) {
     EXPECT_EQ(printable("\xE2\x80\xA8\xE2\x80\xA9"), "\\xE2\\x80\\xA8\\xE2\\x80\\xA9");
 }
 
+TEST(Printable, SpellsWhatHasNoWidth) {
+    EXPECT_EQ(printable("\xEF\xBB\xBF"
+                        "2"),
+              "\\xEF\\xBB\\xBF"
+              "2");
+    EXPECT_EQ(printable("\xE2\x80\x8B\xE2\x81\xA0"), "\\xE2\\x80\\x8B\\xE2\\x81\\xA0");
+}
+
 TEST(Printable, SpellsBytesThatAreNoCharacter) {
     EXPECT_EQ(printable("a\x9B\x62\xFF"), "a\\x9Bb\\xFF");
     // Cut short, at the end and by another character.

@@ -14,13 +14,16 @@ struct Range {
     char32_t last;
 };
 
-constexpr std::array<Range, 6> not_shown = {{
+constexpr std::array<Range, 9> not_shown = {{
     {0x00, 0x1F},      // control characters
     {0x7F, 0x9F},      // delete, and more control characters
     {0x61C, 0x61C},    // a mark of direction
+    {0x200B, 0x200B},  // a blank of no width
     {0x200E, 0x200F},  // marks of direction
     {0x2028, 0x202E},  // line and paragraph separators, embeddings and overrides of direction
+    {0x2060, 0x2060},  // what joins words, of no width
     {0x2066, 0x2069},  // isolates of direction
+    {0xFEFF, 0xFEFF},  // the byte-order mark
 }};
 
 bool is_shown(const Character& character) {
