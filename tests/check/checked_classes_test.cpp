@@ -61,8 +61,25 @@ TEST(CheckedClasses, AreToldTwiceWhereKorvTakesTheirLinesIntoAnotherClass) {
 
 TEST(CheckedClasses, MustBeThere) {
     EXPECT_EQ(found_in(""), (Lines{"1:1 error no-classes: an empty file; korv ends with status 2"}));
-    EXPECT_EQ(found_in("# end\n"), (Lines{"1:1 warning comment: \"#\"; korv skips it",
-                                          "1:1 error no-classes: an empty file; korv ends with status 2"}));
+    EXPECT_EQ(found_in("# end\n"),
+              (Lines{"1:1 warning comment: \"#\"; korv skips it",
+                     "1:1 error no-classes: no class that korv reads; korv ends with status 2"}));
+    EXPECT_EQ(found_in("\n"),
+              (Lines{"1:1 warning empty-line: the end of the line; korv skips it",
+                     "1:1 error no-classes: nothing but empty lines; korv ends with status 2"}));
+}
+
+TEST(CheckedClasses, MayBeCompressedAndBehindAByteOrderMark) {
+    Findings findings({"a.classes"}, 0, true);
+    check_class_file({"a.classes", "1\t4 1,\n", true, true}, findings);
+    Lines lines;
+    for (const Finding& each : findings.in_order()) {
+        lines.push_back(place_and_code(each) + ": " + each.found + "; " + each.expected);
+    }
+
+    EXPECT_EQ(lines, (Lines{"1:1 error compressed: data compressed by gzip; text (zcat decompresses it)",
+                            "1:1 warning byte-order-mark: a byte-order mark; text without it",
+                            "1:4 error no-second-tab: a blank; a digit, or a tab"}));
 }
 
 }  // namespace

@@ -39,7 +39,9 @@ TEST_F(KorvCheck, EndsWith0WhereThereAreNotesAtMost) {
     const Outcome outcome = check({"a.classes", "-n", "5", "--no-notes"});
 
     EXPECT_EQ(outcome.ending, exited(0));
-    EXPECT_EQ(outcome.out, "5 classes, 3 essential itemsets, 4 items; 0 errors, 0 warnings, 0 notes\n");
+    EXPECT_EQ(outcome.out,
+              "5 classes, 3 essential itemsets, 4 items; 0 errors, 0 warnings, 0 notes; the file is as it "
+              "should be\n");
     EXPECT_EQ(outcome.err, "");
 }
 
@@ -63,6 +65,33 @@ TEST_F(KorvCheck, EndsWith2WhereThereAreErrors) {
         "standard input:1:7: error: found \"1\"; expected a blank and an essential itemset; korv reads the "
         "class 1 2 with support 5 and the essential itemset {} [digit-lost]\n"
         "1 class, 1 essential itemset, 2 items; 1 error, 0 warnings, 0 notes\n");
+}
+
+TEST_F(KorvCheck, SaysInOneSentenceThatAFileIsOfAnotherKind) {
+    put("a.dat", small_database);
+    const Outcome outcome = check({"a.dat", "--fix", "b.classes"});
+
+    EXPECT_EQ(outcome.ending, exited(2));
+    EXPECT_EQ(outcome.out,
+              "a.dat:1:1: error: found transactions; expected a class file (korv-mine makes one of "
+              "transactions) [other-file]\n"
+              "1 class, 1 essential itemset, 4 items; 1 error, 0 warnings, 0 notes\n");
+    EXPECT_EQ(outcome.err,
+              "korv-check: b.classes: not written, since to mend other-file 1 would be a guess\n");
+}
+
+TEST_F(KorvCheck, FindsCompressedClasses) {
+    const Outcome outcome = shell(R"(printf '\357\273\2771 \t5\t 1,\n' | gzip | "$0" -)");
+
+    EXPECT_EQ(outcome.ending, exited(2));
+    EXPECT_EQ(outcome.out,
+              "standard input:1:1: error: found data compressed by gzip; expected text (zcat decompresses "
+              "it); korv reads the compressed bytes; all else is said of the text [compressed]\n"
+              "standard input:1:1: warning: found a byte-order mark; expected text without it; korv skips "
+              "it; the columns of this line are counted without it [byte-order-mark]\n"
+              "standard input:1:3: warning: found a tab; expected an item number; korv reads it as it is "
+              "meant [extra-blank]\n"
+              "1 class, 0 essential itemsets, 1 item; 1 error, 2 warnings, 0 notes\n");
 }
 
 TEST_F(KorvCheck, EndsWith3WhereItCannotCheck) {
@@ -97,7 +126,7 @@ TEST_F(KorvCheck, CountsByCodeWhatItDoesNotShow) {
               "of the line; korv reads the class 1 with support 5 and the essential itemsets {2 2 6} and {3 "
               "7}, into "
               "which it takes lines 2 to 3 [doubled-comma]\n"
-              "and 2 more: no-essentials 1, doubled-comma 1\n"
+              "2 findings not shown (--max 0 shows them): no-essentials 1, doubled-comma 1\n"
               "1 class, 2 essential itemsets, 1 item; 3 errors, 0 warnings, 0 notes\n");
 }
 
@@ -111,7 +140,7 @@ TEST_F(KorvCheck, WritesJson) {
         R"("found":"the support 4","expected":"more than 4, the support of line 2, whose itemset \"1\" lies )"
         R"(within the closed itemset","effect":"","other_line":2})"
         "\n"
-        R"({"classes":2,"essentials":1,"items":2,"errors":0,"warnings":1,"notes":0,)"
+        R"({"classes":2,"essentials":1,"items":2,"errors":0,"warnings":1,"notes":0,"mendable":0,)"
         R"("by_code":{"support-not-larger":1}})"
         "\n");
 }
@@ -120,15 +149,18 @@ TEST_F(KorvCheck, ShowsNotesWhereTheyAreAskedFor) {
     put("a.classes", "1 2\t5\t 1 2,\n");
 
     EXPECT_EQ(check({"a.classes"}).out,
-              "and 1 more: own-essential 1\n"
-              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 1 note\n");
+              "1 note not shown (--notes shows it): own-essential 1\n"
+              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 1 note; the file is as it "
+              "should be\n");
     EXPECT_EQ(check({"a.classes", "--notes"}).out,
               "a.classes:1:1: note: found the closed itemset as its own essential itemset; expected smaller "
               "ones, if "
               "the class is to have rules of its own [own-essential]\n"
-              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 1 note\n");
+              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 1 note; the file is as it "
+              "should be\n");
     EXPECT_EQ(check({"a.classes", "--no-notes"}).out,
-              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 0 notes\n");
+              "1 class, 0 essential itemsets, 2 items; 0 errors, 0 warnings, 0 notes; the file is as it "
+              "should be\n");
 }
 
 TEST_F(KorvCheck, CountsAgainInTheTransactions) {
@@ -160,7 +192,9 @@ TEST_F(KorvCheck, FindsNothingInTheRulesOfKorv) {
         shell("\"$0\" a.classes --no-notes --database a.dat --rules intra_*_a_1_0.5.txt inter_*_a_1_0.5.txt");
 
     EXPECT_EQ(outcome.ending, exited(0)) << outcome.out;
-    EXPECT_EQ(outcome.out, "5 classes, 3 essential itemsets, 4 items; 0 errors, 0 warnings, 0 notes\n");
+    EXPECT_EQ(outcome.out,
+              "5 classes, 3 essential itemsets, 4 items; 0 errors, 0 warnings, 0 notes; the file is as it "
+              "should be\n");
 }
 
 TEST_F(KorvCheck, NamesRulesOfOtherSupportOrConfidence) {
@@ -278,6 +312,78 @@ TEST_F(KorvCheck, DoesNotMendWhereThatWouldBeAGuess) {
     EXPECT_EQ(outcome.ending, exited(2));
     EXPECT_EQ(outcome.err, "korv-check: b.classes: not written, since to mend no-comma 1 would be a guess\n");
     EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(KorvCheck, SaysHowMuchWouldBeMended) {
+    put("a.classes", "2 1\t5\t 1,\r\n");
+    EXPECT_TRUE(check({"a.classes", "--no-notes"})
+                    .out.ends_with("; 1 error, 1 warning, 0 notes; 2 of them are mended by --fix\n"));
+    // A doubled comma is not mended, and so nothing is.
+    put("a.classes", "2 1\t5\t 1,,\r\n");
+    EXPECT_TRUE(check({"a.classes", "--no-notes"}).out.ends_with("; 2 errors, 1 warning, 0 notes\n"));
+}
+
+TEST_F(KorvCheck, DoesNotReplaceTheNamesFileBesideTheClassFile) {
+    put("a.classes", "1 2\t5\t 1,\n");
+    put("a.names", "1\tmilk\n");
+    const Outcome outcome = check({"a.classes", "--fix", "a.names"});
+
+    EXPECT_EQ(outcome.ending, exited(3));
+    EXPECT_EQ(
+        outcome.err,
+        "korv-check: a.names: is both the names file beside the class file and the mended file (--fix); "
+        "expected two files\n");
+    EXPECT_EQ(files()["a.names"], "1\tmilk\n");
+}
+
+TEST_F(KorvCheck, SaysHowManyClassesOfASampleItCounted) {
+    put("a.classes", small_classes);
+    put("a.dat", small_database);
+    EXPECT_EQ(
+        check({"a.classes", "--database", "a.dat", "--sample", "2", "--no-notes"}).out,
+        "5 classes, 3 essential itemsets, 4 items; 2 of the classes counted again; 0 errors, 0 warnings, "
+        "0 notes; the file is as it should be\n");
+
+    const Outcome none = check({"a.classes", "--database", "a.dat", "--sample", "0"});
+    EXPECT_EQ(none.ending, exited(3));
+    EXPECT_EQ(
+        none.err,
+        "korv-check: --sample: found \"0\"; expected a whole number from 1 on; see korv-check --help\n");
+}
+
+TEST_F(KorvCheck, LooksForNoNoteWhereNoneIsWanted) {
+    // Each transaction with 3 holds 2, which is in no class.
+    put("a.classes", "3\t3\t 3,\n");
+    put("a.dat", "2 3\n2 3\n2 3\n");
+    EXPECT_EQ(check({"a.classes", "--database", "a.dat"}).out,
+              "1 note not shown (--notes shows it): partial-closures 1\n"
+              "1 class, 0 essential itemsets, 1 item; 0 errors, 0 warnings, 1 note; the file is as it should "
+              "be\n");
+    EXPECT_EQ(
+        check({"a.classes", "--database", "a.dat", "--no-notes"}).out,
+        "1 class, 0 essential itemsets, 1 item; 0 errors, 0 warnings, 0 notes; the file is as it should "
+        "be\n");
+}
+
+TEST_F(KorvCheck, TellsOfAFaultOfARuleFileBesidesThoseOfTheClasses) {
+    put("a.classes", "1\t2\t 1,\n4\t2\t 4,\n1 3\t4\t 3,\n2 4\t3\t 2,\n1 2 3 4\t5\t 2 3,\n");
+    put("a.dat", small_database);
+    const std::string stars = "\t\t\t******************************************\n";
+    // Of 4 transactions, 1 would be without 2, and 2 with 1 alone.
+    put("rules", stars + "\t\t\t*** Regles approximatives inter noeuds ***\n" + stars +
+                     "not(2)-->1\nsupport:2\n\nconfiance:2\n---------------------------\n");
+    const Outcome outcome = check({"a.classes", "--no-notes", "--database", "a.dat", "--rules", "rules"});
+
+    EXPECT_EQ(outcome.ending, exited(2));
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(
+        outcome.out,
+        "a.classes:3:1: error: found the support 4; expected 3, the support of \"1 3\" in a.dat "
+        "[wrong-support]\n"
+        "rules:7:11: error: found \"2\"; expected a confidence from 0 to 1, from a number of "
+        "transactions of at least 5, rather than 4 (the database has 5); the rules from here on are not "
+        "counted [rule-file-fault]\n"
+        "5 classes, 3 essential itemsets, 4 items; 2 errors, 0 warnings, 0 notes\n");
 }
 
 TEST_F(KorvCheck, DoesNotReplaceTheClassFile) {

@@ -61,8 +61,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     check_order_of_classes(checked, known, 100, findings);
     check_support_bounds(known, findings);
     note_what_is_missing(checked, known, 10, findings);
-    require(!finding_report(findings, checked.stored, FindingFormat::text).empty());
-    require(!finding_report(findings, checked.stored, FindingFormat::json).empty());
+    require(!finding_report(findings, {checked.stored}, FindingFormat::text).empty());
+    require(!finding_report(findings, {checked.stored}, FindingFormat::json).empty());
     if (what_is_not_mended(findings).empty()) {
         Findings of_mended({"a.classes"}, 20, true);
         check_class_file({"a.classes", mended_text(checked)}, of_mended);

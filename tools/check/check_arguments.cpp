@@ -36,6 +36,11 @@ std::optional<Count> parse_transactions(const std::string& text) {
     return number && *number >= 1 && *number <= most_transactions ? number : std::nullopt;
 }
 
+std::optional<std::uint32_t> parse_sample(const std::string& text) {
+    const auto number = parse_number<std::uint32_t>(text);
+    return number && *number >= 1 ? number : std::nullopt;
+}
+
 void add_input_options(CLI::App& app, CheckArguments& arguments, Words& words) {
     app.add_option("CLASSFILE", arguments.path, "The class file; - for standard input")
         ->type_name(file_type)
@@ -51,7 +56,7 @@ void add_input_options(CLI::App& app, CheckArguments& arguments, Words& words) {
         ->type_name(file_type)
         ->excludes("--database-size");
     app.add_option("--sample", words.sample, "Count only so many classes again, chosen by chance")
-        ->check(argument_check(parse_number<std::uint32_t>, whole_number))
+        ->check(argument_check(parse_sample, "a whole number from 1 on"))
         ->needs("--database");
     app.add_option("--seed", words.seed, "Another number chooses other classes for --sample")
         ->check(argument_check(parse_number<std::uint32_t>, whole_number))

@@ -110,21 +110,50 @@ void take_meant(CheckedLines lines, const std::vector<std::uint32_t>& positions,
     }
 }
 
+void add_to_beginning(FindingKind kind, std::string_view found, std::string_view expected,
+                      std::string_view effect, Findings& findings) {
+    findings.add({.kind = kind,
+                  .severity = description(kind).severity,
+                  .place = {1, 1},
+                  .found = std::string(found),
+                  .expected = std::string(expected),
+                  .effect = std::string(effect)});
+}
+
+/// Adds what is wrong with the file as a whole.
+void check_form(const TextInput& input, Findings& findings) {
+    if (input.is_compressed) {
+        add_to_beginning(FindingKind::compressed, "data compressed by gzip", "text (zcat decompresses it)",
+                         "korv reads the compressed bytes; all else is said of the text", findings);
+    }
+    if (input.has_byte_order_mark) {
+        add_to_beginning(FindingKind::byte_order_mark, "a byte-order mark", "text without it",
+                         "korv skips it; the columns of this line are counted without it", findings);
+    }
+}
+
+/// What there is in a file of which korv reads no class.
+std::string_view what_is_there(const TextInput& input) {
+    if (input.text.empty()) {
+        return input.has_byte_order_mark ? "nothing behind the byte-order mark" : found_no_class;
+    }
+    return input.text.find_first_not_of(" \t\r\n") == std::string::npos ? "nothing but empty lines"
+                                                                        : "no class that korv reads";
+}
+
 }  // namespace
 
 CheckedClasses check_class_file(TextInput input, Findings& findings) {
     CheckedClasses checked;
+    check_form(input, findings);
+    const std::string_view found = what_is_there(input);
     CheckedLines lines = check_lines(input, findings);
     std::string().swap(input.text);  // an assignment would keep the memory
     const std::vector<std::uint32_t> positions = in_order(lines.records);
     checked.stored = check_same_classes(lines, positions, findings);
     if (checked.stored.classes == 0) {
-        findings.add({.kind = FindingKind::no_classes,
-                      .severity = Severity::error,
-                      .place = {1, 1},
-                      .found = std::string(found_no_class),
-                      .expected = std::string(expected_classes),
-                      .effect = "korv ends with status 2"});
+        add_to_beginning(FindingKind::no_classes, found, expected_classes, "korv ends with status 2",
+                         findings);
     }
     checked.unclear_lines = lines.unclear_lines;
     take_meant(std::move(lines), positions, checked);

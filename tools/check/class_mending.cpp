@@ -35,6 +35,17 @@ std::string what_is_not_mended(const Findings& findings) {
                    [](const FindingDescription& each) { return is_of_form(each.kind) && !each.is_mended; });
 }
 
+std::size_t mendable(const CheckedClasses& checked, const Findings& findings) {
+    if (!what_is_not_mended(findings).empty() || checked.unclear_lines > 0) {
+        return 0;
+    }
+    std::size_t count = 0;
+    for (const FindingDescription& each : finding_catalogue()) {
+        count += each.is_mended ? findings.count(each.kind) : 0;
+    }
+    return count;
+}
+
 CheckStatus status_of_mended(const Findings& findings) {
     CheckStatus status = CheckStatus::clean;
     for (const FindingDescription& each : finding_catalogue()) {

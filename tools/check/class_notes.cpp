@@ -68,10 +68,24 @@ public:
     /// Looks at each two of some classes.
     void look_at(const SuccessorList& classes) {
         for (std::size_t i = 0; i < classes.size(); ++i) {
-            for (std::size_t j = 0; j < i && looked_at_ < most_intersections; ++j) {
+            for (std::size_t j = 0; j < i; ++j) {
+                if (looked_at_ == most_intersections) {
+                    is_cut_off_ = true;
+                    return;
+                }
                 ++looked_at_;
                 look_at(classes[j]->first, classes[i]->first);
             }
+        }
+    }
+
+    /// Adds a note where there were too many pairs of classes.
+    void tell_limit() const {
+        if (is_cut_off_) {
+            add_note(FindingKind::missing_intersection, 1,
+                     "more pairs of classes than " + with_commas(most_intersections) +
+                         ", of which the others were not looked at",
+                     "fewer, if each missing intersection is to be told", findings_);
         }
     }
 
@@ -102,6 +116,7 @@ private:
     std::unordered_map<const Itemset*, std::uint32_t> line_;
     std::unordered_set<std::uint64_t> told_;  ///< hashes of them: there may be millions
     std::size_t looked_at_ = 0;
+    bool is_cut_off_ = false;
 };
 
 /// The classes that are within no other one.
@@ -166,6 +181,7 @@ void note_what_is_missing(const CheckedClasses& checked, const KnownSupports& kn
         missing.look_at(entry.successors);
     }
     missing.look_at(maximal_classes(entries));
+    missing.tell_limit();
     note_open_supports(entries, findings);
 }
 

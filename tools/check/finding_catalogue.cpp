@@ -14,6 +14,10 @@ constexpr bool mended = true;
 constexpr bool left = false;
 
 constexpr std::array catalogue = std::to_array<FindingDescription>({
+    // A file that is not one of classes, or that is not written as one.
+    {other_file, "other-file", error, left, "The file is one of another kind."},
+    {compressed, "compressed", error, mended, "The file is compressed."},
+    {byte_order_mark, "byte-order-mark", warning, mended, "The file begins with a byte-order mark."},
     // A line that is not as the grammar of class files says.
     {carriage_return, "carriage-return", error, mended, "A line ends with CR LF, or holds CR elsewhere."},
     {stray_byte, "stray-byte", error, left, "A byte stands where only others may."},
@@ -72,6 +76,7 @@ constexpr std::array catalogue = std::to_array<FindingDescription>({
     {wrong_rule_support, "wrong-rule-support", error, left, "The support of a rule is not the counted one."},
     {wrong_rule_confidence, "wrong-rule-confidence", error, left,
      "The confidence of a rule is not the counted one."},
+    {rule_file_fault, "rule-file-fault", error, left, "A rule file is not written as korv does it."},
     {unknown_item, "unknown-item", error, left, "An item is in no transaction of the database."},
     // What is missing.
     {missing_intersection, "missing-intersection", note, left,

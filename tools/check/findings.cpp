@@ -21,6 +21,9 @@ Findings::Findings(std::vector<std::string> names, std::size_t most, bool keeps_
     : names_(std::move(names)), most_(most), keeps_notes_(keeps_notes) {}
 
 void Findings::add(Finding finding) {
+    if (finding.severity == Severity::note && ignores_notes_) {
+        return;
+    }
     ++by_severity_.at(static_cast<std::size_t>(finding.severity));
     ++by_kind_.at(static_cast<std::size_t>(finding.kind));
     if (finding.severity == Severity::note && !keeps_notes_) {

@@ -21,6 +21,8 @@ struct Finding {
     std::string expected = {};
     std::string effect = {};     ///< what korv makes of it; may be empty
     std::size_t other_line = 0;  ///< the line that it contradicts; 0 for none
+    /// Where there are several of them: the others.
+    std::vector<std::size_t> more_lines = {};
 };
 
 /// Collects findings: the first ones in the order of the files, their lines and columns; the others are
@@ -30,8 +32,14 @@ public:
     /// `names`: of the files, for messages. `most`: how many are kept; 0 for all.
     Findings(std::vector<std::string> names, std::size_t most, bool keeps_notes);
 
+    /// From now on, notes are neither kept nor counted.
+    void ignore_notes() { ignores_notes_ = true; }
+
     /// O(log most).
     void add(Finding finding);
+
+    /// Whether notes are kept, rather than counted.
+    bool keeps_notes() const { return keeps_notes_; }
 
     /// The kept ones, in order.
     std::vector<Finding> in_order() const;
@@ -49,6 +57,7 @@ private:
     std::vector<std::string> names_;
     std::size_t most_;
     bool keeps_notes_;
+    bool ignores_notes_ = false;
     std::vector<Finding> kept_;  ///< a heap, the last one in order on top, once it is full
     std::array<std::size_t, 3> by_severity_ = {};
     std::array<std::size_t, kinds> by_kind_ = {};

@@ -15,12 +15,14 @@
 #include "check/class_notes.h"
 #include "check/class_order_check.h"
 #include "check/database_check.h"
+#include "check/file_kind.h"
 #include "check/finding_report.h"
 #include "check/rule_check.h"
 #include "check/support_bounds_check.h"
 #include "common/atomic_output.h"
 #include "common/distinct_files.h"
 #include "common/error.h"
+#include "common/printable.h"
 #include "common/standard_streams.h"
 #include "common/temporary_file.h"
 #include "common/text_input.h"
@@ -33,7 +35,7 @@ using namespace korv;
 using namespace korv::tools;
 
 void say(const std::string& message) {
-    std::cerr << "korv-check: " << message << '\n';
+    std::cerr << "korv-check: " << printable(message) << '\n';
 }
 
 /// Writes the report, to standard error where the mended file goes to standard output. A reader who has had
@@ -69,6 +71,9 @@ void require_distinct_files(const CheckArguments& arguments) {
     if (!arguments.names.empty()) {
         inputs.push_back({arguments.names, "the names file (--names)"});
     }
+    if (const std::string names = names_beside(arguments.path); !names.empty()) {
+        inputs.push_back({names, "the names file beside the class file"});
+    }
     for (const std::string& path : arguments.rules) {
         inputs.push_back({path, "a rule file (--rules)"});
     }
@@ -89,13 +94,16 @@ Database read_transactions(const CheckArguments& arguments) {
     return std::move(*context_of_class_file(request).database);
 }
 
-void check_against(const Database& database, const CheckedClasses& checked, const CheckArguments& arguments,
-                   Findings& findings) {
-    check_against_database(checked, database, arguments.database, arguments.sample, findings);
+/// Returns how many classes were counted again, where these are not all.
+std::optional<std::size_t> check_against(const Database& database, const CheckedClasses& checked,
+                                         const CheckArguments& arguments, Findings& findings) {
+    const std::size_t counted =
+        check_against_database(checked, database, arguments.database, arguments.sample, findings);
     std::size_t file = 1;
     for (const std::string& path : arguments.rules) {
         check_rules(path, database, file++, findings);
     }
+    return counted < checked.classes.size() ? std::optional(counted) : std::nullopt;
 }
 
 /// Looks for contradictions, and for what is missing.
@@ -107,6 +115,32 @@ void check_classes(const CheckedClasses& checked, std::optional<Count> transacti
     if (arguments.notes != NoteChoice::none) {
         note_what_is_missing(checked, known, arguments.most_items, findings);
     }
+}
+
+struct CheckedFile {
+    CheckedClasses checked;
+    std::optional<std::size_t> sample;  ///< how many classes were counted again, where these are not all
+};
+
+/// Looks at the class file; of a file of another kind, only says that it is.
+CheckedFile check_file(TextInput input, const std::optional<Database>& database,
+                       const CheckArguments& arguments, Findings& findings) {
+    if (const auto other = other_file(input.text)) {
+        findings.add({.kind = FindingKind::other_file,
+                      .severity = Severity::error,
+                      .place = {1, 1},
+                      .found = std::string(other->found),
+                      .expected = std::string(other->expected)});
+        Findings of_lines({input.name}, 1, false);
+        return {check_class_file(std::move(input), of_lines), {}};
+    }
+    CheckedFile file = {check_class_file(std::move(input), findings), {}};
+    check_classes(file.checked, database ? database->transactions : arguments.transactions, arguments,
+                  findings);
+    if (database) {
+        file.sample = check_against(*database, file.checked, arguments, findings);
+    }
+    return file;
 }
 
 /// Writes the mended file, where that needs no guess, and says so.
@@ -125,7 +159,7 @@ CheckStatus mend(const CheckedClasses& checked, const Findings& findings, bool i
     output.write(mended_text(checked));
     output.commit();
     if (!is_quiet) {
-        std::cerr << mending_report(findings, checked, output.name());
+        std::cerr << mending_report(findings, checked, printable(output.name()));
     }
     return status_of_mended(findings);
 }
@@ -155,13 +189,13 @@ CheckStatus run(const CheckArguments& arguments) {
     TextInput input = read_text(arguments.path);
     Findings findings(names_of(input.name, arguments.rules), arguments.most,
                       arguments.notes == NoteChoice::shown);
-    const CheckedClasses checked = check_class_file(std::move(input), findings);
-    check_classes(checked, database ? database->transactions : arguments.transactions, arguments, findings);
-    if (database) {
-        check_against(*database, checked, arguments, findings);
+    if (arguments.notes == NoteChoice::none) {
+        findings.ignore_notes();
     }
+    const auto [checked, sample] = check_file(std::move(input), database, arguments, findings);
     if (!arguments.quiet) {
-        write(finding_report(findings, checked.stored, arguments.format), arguments);
+        const std::size_t to_mend = mended ? 0 : mendable(checked, findings);
+        write(finding_report(findings, {checked.stored, sample, to_mend}, arguments.format), arguments);
     }
     return mended ? mend(checked, findings, arguments.quiet, *mended) : status_of(findings);
 }

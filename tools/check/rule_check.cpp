@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 #include "base/number_text.h"
@@ -52,7 +53,7 @@ std::string confidence_text(const Estimate<double>& confidence) {
 class RuleCheck {
 public:
     RuleCheck(const Database& database, std::size_t file, Findings& findings)
-        : recount_(database), file_(file), findings_(findings) {}
+        : recount_(database), transactions_(database.transactions), file_(file), findings_(findings) {}
 
     void check(const RuleRecord& record) {
         const Contingency counted = recount_.count({record.premise.items, record.premise.is_negated},
@@ -64,7 +65,36 @@ public:
         check_confidence(record, counted);
     }
 
+    /// Adds the fault that ends a rule file. `record`: what was read of the rule that has it.
+    void add_fault(const RuleFileFault& fault, const RuleRecord& record) {
+        findings_.add({.kind = FindingKind::rule_file_fault,
+                       .severity = Severity::error,
+                       .file = file_,
+                       .place = fault.place(),
+                       .found = fault.found(),
+                       .expected = fault.expected() + hint(record),
+                       .effect = "the rules from here on are not counted"});
+    }
+
 private:
+    /// Which number of transactions a confidence above 1 tells: of not(D)-->B, it is the support divided by
+    /// the transactions without D, of which korv is told too few.
+    std::string hint(const RuleRecord& record) {
+        constexpr std::size_t not_to_plain = 4;
+        const bool is_above_one = record.confidence && record.confidence->low > 1;
+        if (!is_above_one || record.group() != not_to_plain || !std::isfinite(record.confidence->low)) {
+            return "";
+        }
+        const Contingency counted =
+            recount_.count({record.premise.items, true}, {record.conclusion.items, false});
+        const Count with_premise = transactions_ - counted.premise;
+        const auto without = static_cast<Count>(std::lround(record.support.low / record.confidence->low));
+        return ", from a number of transactions of at least " +
+               std::to_string(with_premise + record.support.low) + ", rather than " +
+               std::to_string(with_premise + without) + " (the database has " +
+               std::to_string(transactions_) + ")";
+    }
+
     void check_confidence(const RuleRecord& record, const Contingency& counted) {
         const Estimate<double> confidence = record.confidence.value_or(known(1.0));
         // Without a transaction that meets the premise, the rule has no exception.
@@ -96,6 +126,7 @@ private:
     }
 
     Recount recount_;
+    Count transactions_;
     std::size_t file_;
     Findings& findings_;
 };
@@ -109,8 +140,12 @@ std::size_t check_rules(const std::string& path, const Database& database, std::
                           stream.name());
     RuleCheck check(database, file, findings);
     std::size_t rules = 0;
-    for (; reader.next(); ++rules) {
-        check.check(reader.record());
+    try {
+        for (; reader.next(); ++rules) {
+            check.check(reader.record());
+        }
+    } catch (const RuleFileFault& fault) {
+        check.add_fault(fault, reader.record());
     }
     return rules;
 }

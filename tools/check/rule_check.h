@@ -12,8 +12,9 @@ namespace korv::tools {
 /// not the counted one, as korv prints it, or not within the bounds. The upper bound of the confidence of
 /// not(D)-->B between nodes, which korv prints though it is none, is counted apart, as a note.
 ///
-/// Throws Error, with the place, where the file is no rule file, and where it cannot be read. Returns how
-/// many rules were counted. O(lines of the database) for each.
+/// At the first place that is not as korv writes it, adds that, and leaves out the rest of the file. Throws
+/// Error where the file cannot be read. Returns how many rules were counted. O(lines of the database) for
+/// each.
 std::size_t check_rules(const std::string& path, const Database& database, std::size_t file,
                         Findings& findings);
 

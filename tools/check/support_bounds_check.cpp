@@ -27,6 +27,7 @@ struct Violation {
     FindingKind kind;
     std::string expected;
     std::size_t other_line;
+    std::vector<std::size_t> more_lines = {};
 };
 
 class BoundsOfParts {
@@ -80,7 +81,8 @@ private:
                 return Violation{FindingKind::union_above_sum,
                                  "at most " + std::to_string(sum) + ", the sum of the supports of lines " +
                                      line_number(parts[i]) + " and " + line_number(alone),
-                                 known_[parts[i]].line};
+                                 known_[parts[i]].line,
+                                 {known_[alone].line}};
             }
         }
         return std::nullopt;
@@ -103,7 +105,8 @@ private:
                                      "at most " + std::to_string(most) + ", by the supports of lines " +
                                          line_number(parts[i]) + ", " + line_number(parts[j]) + " and " +
                                          line_number(both),
-                                     known_[parts[i]].line};
+                                     known_[parts[i]].line,
+                                     {known_[parts[j]].line, known_[both].line}};
                 }
             }
         }
@@ -232,7 +235,8 @@ void add_finding(const KnownSupports& known, Position position, Violation violat
                   .place = {known[position].line, 1},
                   .found = "the support " + std::to_string(known[position].support()) + " of " + shown(items),
                   .expected = std::move(violation.expected),
-                  .other_line = violation.other_line});
+                  .other_line = violation.other_line,
+                  .more_lines = std::move(violation.more_lines)});
 }
 
 void check_keys(const KnownSupports& known, Findings& findings) {
@@ -260,7 +264,8 @@ void check_unions_of_classes(const KnownSupports& known, Findings& findings) {
                     {FindingKind::union_above_sum,
                      "at most " + std::to_string(sum) + ", the sum of the supports of lines " +
                          std::to_string(known[one].line) + " and " + std::to_string(known[other].line),
-                     known[one].line},
+                     known[one].line,
+                     {known[other].line}},
                     findings);
     }
 }

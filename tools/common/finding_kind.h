@@ -6,6 +6,10 @@ namespace korv::tools {
 
 /// What can be wrong with a class file, or be worth knowing of it. The catalogue of korv-check has the words.
 enum class FindingKind : std::uint8_t {
+    // A file that is not one of classes, or that is not written as one.
+    other_file,
+    compressed,
+    byte_order_mark,
     // A line that is not as the grammar of class files says.
     carriage_return,
     stray_byte,
@@ -53,6 +57,7 @@ enum class FindingKind : std::uint8_t {
     wrong_essential,
     wrong_rule_support,
     wrong_rule_confidence,
+    rule_file_fault,
     unknown_item,
     // What is missing.
     missing_intersection,

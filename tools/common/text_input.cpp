@@ -64,10 +64,13 @@ public:
         refuse_foreign(ahead_, bytes_.name());
         if (ahead_.starts_with(byte_order_mark)) {
             ahead_.erase(0, byte_order_mark.size());
+            has_byte_order_mark_ = true;
         }
     }
 
     const std::string& name() const { return bytes_.name(); }
+    bool is_compressed() const { return gunzip_.has_value(); }
+    bool has_byte_order_mark() const { return has_byte_order_mark_; }
 
     std::string_view ahead() const { return std::string_view(ahead_).substr(taken_); }
 
@@ -118,6 +121,7 @@ private:
     std::string ahead_;      ///< the beginning of the text
     std::size_t taken_ = 0;  ///< of what is ahead
     bool is_at_end_ = false;
+    bool has_byte_order_mark_ = false;
 };
 
 Place place_of(const TextInput& input, std::size_t position) {
@@ -135,6 +139,14 @@ const std::string& TextStream::name() const {
     return source_->name();
 }
 
+bool TextStream::is_compressed() const {
+    return source_->is_compressed();
+}
+
+bool TextStream::has_byte_order_mark() const {
+    return source_->has_byte_order_mark();
+}
+
 std::string_view TextStream::beginning() const {
     return source_->ahead();
 }
@@ -149,7 +161,8 @@ std::string TextStream::rest() {
 
 TextInput read_text(const std::string& path) {
     TextStream stream(path);
-    return {stream.name(), stream.rest()};
+    std::string text = stream.rest();
+    return {stream.name(), std::move(text), stream.is_compressed(), stream.has_byte_order_mark()};
 }
 
 }  // namespace korv::tools

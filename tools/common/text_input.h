@@ -14,6 +14,8 @@ namespace korv::tools {
 struct TextInput {
     std::string name;  ///< for messages: the path, or "standard input"
     std::string text;
+    bool is_compressed = false;        ///< whether it was decompressed
+    bool has_byte_order_mark = false;  ///< whether the text had one at its beginning, which is left out
     /// Counts the lines that are before the text in the input. Null where the text begins with the input.
     std::function<std::size_t()> lines_before = {};
 };
@@ -37,6 +39,8 @@ public:
 
     /// For messages: the path, or "standard input".
     const std::string& name() const;
+    bool is_compressed() const;
+    bool has_byte_order_mark() const;
 
     /// The first bytes, at most 64 KiB, or the whole text where it is shorter. Call this before `read`.
     std::string_view beginning() const;

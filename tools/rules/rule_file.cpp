@@ -52,6 +52,10 @@ bool is_between_nodes(Form form) {
 
 }  // namespace
 
+RuleFileFault::RuleFileFault(std::string_view file, Place place, std::string_view found,
+                             std::string_view expected)
+    : Error(input_error(file, place, found, expected)), place_(place), found_(found), expected_(expected) {}
+
 Form RuleRecord::first_form() const {
     const auto* const found = std::ranges::find_if(rule_catalogue, [this](const FormDescription& each) {
         return is_negated(korv::premise(each.form).mode) == premise.is_negated &&
@@ -67,7 +71,7 @@ RuleFileReader::RuleFileReader(ReadText read, std::string name)
 bool RuleFileReader::next() {
     if (!next_line()) {
         if (line_number_ == 0) {
-            throw input_error(name_, {1, 1}, "an empty file", "the header of a rule file");
+            throw RuleFileFault(name_, {1, 1}, "an empty file", "the header of a rule file");
         }
         return false;
     }
@@ -113,8 +117,8 @@ bool RuleFileReader::next_line() {
         }
         searched = end_ - begin_;
         if (searched > longest_line) {
-            throw input_error(name_, {line_number_ + 1, longest_line}, "a line that goes on",
-                              "lines of at most 16 MiB");
+            throw RuleFileFault(name_, {line_number_ + 1, longest_line}, "a line that goes on",
+                                "lines of at most 16 MiB");
         }
         if (!read_more()) {
             if (searched == 0) {
@@ -170,11 +174,10 @@ void RuleFileReader::read_rest_of_record() {
     require_next_line("the confidence of the rule");
     if (record_.support.is_known && take_if("confiance:")) {
         const std::size_t begin = position_;
-        const double confidence = read_ratio("a confidence");
-        if (!(confidence <= 1)) {
+        record_.confidence = known(read_ratio("a confidence"));
+        if (!(record_.confidence->low <= 1)) {
             fail(begin, shown(line_.substr(begin)), "a confidence from 0 to 1");
         }
-        record_.confidence = known(confidence);
     } else {
         read_bounds_of_confidence();
     }
@@ -302,7 +305,7 @@ double RuleFileReader::read_ratio(std::string_view expected) {
 
 void RuleFileReader::require_next_line(std::string_view expected) {
     if (!next_line()) {
-        throw input_error(name_, {line_number_ + 1, 1}, "the end of the file", expected);
+        throw RuleFileFault(name_, {line_number_ + 1, 1}, "the end of the file", expected);
     }
 }
 
@@ -340,7 +343,7 @@ void RuleFileReader::fail_here(std::string_view expected) const {
 }
 
 void RuleFileReader::fail(std::size_t position, std::string_view found, std::string_view expected) const {
-    throw input_error(name_, {line_number_, position + 1}, found, expected);
+    throw RuleFileFault(name_, {line_number_, position + 1}, found, expected);
 }
 
 bool looks_like_rule_file(std::string_view text) {

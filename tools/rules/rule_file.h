@@ -41,6 +41,21 @@ struct RuleRecord {
     Form first_form() const;
 };
 
+/// A fault of a rule file.
+class RuleFileFault : public Error {
+public:
+    RuleFileFault(std::string_view file, Place place, std::string_view found, std::string_view expected);
+
+    Place place() const { return place_; }
+    const std::string& found() const { return found_; }
+    const std::string& expected() const { return expected_; }
+
+private:
+    Place place_;
+    std::string found_;
+    std::string expected_;
+};
+
 /// Reads the records of a rule file that korv wrote, one after the other, in bounded memory.
 ///
 /// A file begins with the three lines of its header; what is in it is told from those and from the records,
@@ -57,8 +72,8 @@ public:
     /// `name`: of the file, for messages.
     RuleFileReader(ReadText read, std::string name);
 
-    /// Reads the next record. Returns false at the end. Throws Error, with the place, at the first fault;
-    /// there is nothing to be read then. O(bytes).
+    /// Reads the next record. Returns false at the end. Throws RuleFileFault at the first fault;
+    /// there is nothing to be read then, and the record has what was read before it. O(bytes).
     bool next();
 
     /// The record that was read last.

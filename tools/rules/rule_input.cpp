@@ -58,7 +58,8 @@ std::filesystem::path without_gz(const std::string& file) {
     return path.extension() == ".gz" ? path.replace_extension() : path;
 }
 
-/// The names file beside another file; empty where there is none, and for "-".
+}  // namespace
+
 std::string names_beside(const std::string& file) {
     if (file == "-") {
         return "";
@@ -67,6 +68,8 @@ std::string names_beside(const std::string& file) {
     std::error_code failed;  // what cannot be looked at is not there
     return names != file && std::filesystem::exists(names, failed) ? names : "";
 }
+
+namespace {
 
 /// The names file beside a rule file: called like it, or like the label in its name, which korv makes of the
 /// file, the label and two thresholds: intra_exact_LABEL_10_0.8.txt. Empty where there is none.

@@ -97,4 +97,8 @@ RuleInput context_of_class_file(const InputRequest& request);
 /// rule files.
 RuleInput context_of_rule_files(const InputRequest& request);
 
+/// The path of the names file beside another file: its name with the extension .names. Empty where there is
+/// no such file, and for "-".
+std::string names_beside(const std::string& file);
+
 }  // namespace korv::tools
