@@ -132,7 +132,7 @@ TABLE: dict[str, list[Entry]] = {
     ],
     "docs/checking.md": [
         Run("korv-check examples/titanic/titanic.classes -n 2201"),
-        Whole("and 60 more", "run-1.stdout"),
+        Whole("60 notes not shown", "run-1.stdout"),
         Run("sed 's/$/\\r/' examples/titanic/titanic.classes | korv-check - --no-notes", status=2),
         Whole("standard input:1:", "run-2.stdout"),
         Run("korv titanic examples/titanic/titanic.classes 100 0.6 2201"),
