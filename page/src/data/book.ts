@@ -1,3 +1,4 @@
+import { shortestDoubles } from "./single_floats.ts";
 import { Unpacked } from "./unpacked.ts";
 import type { Header } from "./header.ts";
 import { listsOf, type Lists } from "./lists.ts";
@@ -45,9 +46,18 @@ export interface Rules {
     readonly forms: Uint32Array | undefined;
     readonly wordings: Uint32Array;
     readonly readings: Uint32Array;
-    /** -log10 of the corrected probability, where the program tested the rules. */
-    readonly adjusted: Float64Array | undefined;
+    /** What other transactions say of the rules, where the program asked any. */
+    readonly holdout: Holdout | undefined;
     readonly tables: Tables;
+}
+
+/** Counts of rules in other transactions. */
+export interface Holdout {
+    /** How many of these meet the premise of each rule, and how many both sides. */
+    readonly premises: Uint32Array;
+    readonly supports: Uint32Array;
+    /** How rarely chance gives that, corrected for the number of rules, as -log10. */
+    readonly ps: Float64Array;
 }
 
 export interface Classes {
@@ -138,7 +148,7 @@ function rulesOf(data: Unpacked, sides: Sides): Rules {
         forms: data.has("forms") ? data.numbers("forms", count) : undefined,
         wordings: data.numbers("wordings", count, 1),
         readings: data.numbers("readings", count, 1),
-        adjusted: data.has("p_adjusted") ? new Float64Array(data.array("p_adjusted")) : undefined,
+        holdout: data.header.holdout === undefined ? undefined : holdoutOf(data, count),
         tables: tablesOfRules(
             premises,
             conclusions,
@@ -150,6 +160,16 @@ function rulesOf(data: Unpacked, sides: Sides): Rules {
                 counts: new Uint32Array(data.array("odd_counts")),
             },
         ),
+    };
+}
+
+function holdoutOf(data: Unpacked, count: number): Holdout {
+    const premises = data.numbers("holdout_premises", count);
+    const exceptions = data.numbers("holdout_exceptions", count);
+    return {
+        premises,
+        supports: premises.map((premise, rule) => premise - exceptions[rule]!),
+        ps: shortestDoubles(data.array("holdout_ps")),
     };
 }
 

@@ -9,6 +9,9 @@ export interface Header {
         /** How many the program found, before those that the page has no room for were left out. */
         readonly left: number;
         readonly limit: number;
+        /** What each of them has at least; the support in transactions. */
+        readonly min_support: number;
+        readonly min_confidence: number;
         readonly sort: string;
         readonly ascending: boolean;
         readonly left_out_by_limit: number;
@@ -55,6 +58,12 @@ export interface Header {
         readonly why: string;
         /** In which share of all files chance alone would give any pair at all. */
         readonly alpha?: number;
+    };
+    /** The other transactions that confirm the rules; missing where there are none. */
+    readonly holdout?: {
+        readonly transactions: number;
+        /** How probable it is at most that chance alone confirms a rule. */
+        readonly alpha: number;
     };
     readonly arrays: readonly ArrayHeader[];
 }

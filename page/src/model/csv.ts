@@ -1,12 +1,12 @@
 import type { Book } from "../data/book.ts";
 import type { Bounds } from "./bounds.ts";
-import type { Quantities } from "./quantities.ts";
+import { holdoutNames, type Quantities } from "./quantities.ts";
 import { itemsOfRule, kindOf } from "./rules.ts";
 import type { SideWords } from "./side_words.ts";
 
 const usual = ["confidence", "lift", "leverage"];
 const counts = ["premise_count", "conclusion_count"];
-const notFurther = new Set(["support", "items", "wordings", ...usual, ...counts]);
+const notFurther = new Set(["support", "items", "wordings", ...usual, ...counts, ...holdoutNames]);
 
 /** Writes rules as the program does: the same columns in the same order, and those of further quantities behind. */
 export class CsvWriter {
@@ -14,6 +14,8 @@ export class CsvWriter {
     readonly #words: SideWords;
     readonly #quantities: Quantities;
     readonly #further: readonly string[];
+    /** What other transactions say, which is always known and last. */
+    readonly #inHoldout: readonly string[];
 
     /** `shown`: quantities that are wanted; the usual ones are always written. */
     constructor(book: Book, words: SideWords, quantities: Quantities, shown: readonly string[]) {
@@ -21,6 +23,7 @@ export class CsvWriter {
         this.#words = words;
         this.#quantities = quantities;
         this.#further = shown.filter((name) => !notFurther.has(name));
+        this.#inHoldout = [...holdoutNames].filter((name) => quantities.named(name) !== undefined);
     }
 
     /** The line of names. */
@@ -31,6 +34,7 @@ export class CsvWriter {
             ...ranges(["support", ...usual, ...counts]),
             ...["transactions", "items", "wordings"],
             ...ranges(this.#further),
+            ...this.#inHoldout,
         ]);
     }
 
@@ -48,6 +52,7 @@ export class CsvWriter {
             ...ranges(["support", ...usual, ...counts]),
             ...[transactions, itemsOfRule(this.#book, rule), rules.wordings[rule]!].map(String),
             ...ranges(this.#further),
+            ...this.#inHoldout.map((name) => numberCell(this.#quantities.bounds(name, rule).low)),
         ]);
     }
 }

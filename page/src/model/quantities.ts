@@ -1,8 +1,9 @@
-import type { Book } from "../data/book.ts";
+import type { Book, Holdout } from "../data/book.ts";
 import { boundsOf, tableAt, type Bounds } from "./bounds.ts";
 import { measures, type MeasureOfCounts } from "./measures.ts";
 import { countText, distinctText, measureText } from "./number_words.ts";
 import { itemsOfRule, turnOf } from "./rules.ts";
+import { ratio } from "./table.ts";
 
 /** A number that every rule has: a count or a measure. */
 export interface Quantity {
@@ -28,7 +29,14 @@ export interface ValueColumn {
 const wide = new Set(["lift", "conviction", "odds_ratio", "relative_risk", "chi2"]);
 
 /** Not shares or the like, between -1 and 1, and so said with as many decimals each. */
-const unlimited = new Set([...wide, "p"]);
+const unlimited = new Set([...wide, "p", "holdout_p"]);
+
+/** The quantities of what other transactions say, in the order of the program's columns. */
+export const holdoutNames: ReadonlySet<string> = new Set([
+    "holdout_support",
+    "holdout_confidence",
+    "holdout_p",
+]);
 
 /** What one rule costs more than some nanoseconds for. */
 const expensive = new Set(["p"]);
@@ -160,9 +168,11 @@ function boundsFunction(book: Book, name: string): (rule: number) => Bounds {
             return (rule) => known(book.rules.wordings[rule]!);
         case "readings":
             return (rule) => known(book.rules.readings[rule]!);
-        case "p_adjusted":
-            return (rule) => known(book.rules.adjusted?.[rule] ?? NaN);
         default:
+            if (book.rules.holdout !== undefined && holdoutNames.has(name)) {
+                const { holdout } = book.rules;
+                return (rule) => known(holdoutValue(holdout, name, rule));
+            }
             return measureFunction(book, name, measures[name] ?? (() => NaN));
     }
 }
@@ -198,7 +208,7 @@ function catalogueOf(book: Book): Quantity[] {
             isWide: wide.has(name),
             say: wayToSay(name),
         }));
-    return [...counts, ...ofRules, ...testedQuantities(book)];
+    return [...counts, ...ofRules, ...holdoutQuantities(book)];
 }
 
 function wayToSay(name: string): (value: number) => string {
@@ -208,14 +218,38 @@ function wayToSay(name: string): (value: number) => string {
         : (value) => (Number.isNaN(value) ? measureText(value) : distinctText(value, places));
 }
 
-function testedQuantities(book: Book): Quantity[] {
-    if (book.rules.adjusted === undefined) {
+/** A number of a rule in other transactions. */
+function holdoutValue({ premises, supports, ps }: Holdout, name: string, rule: number): number {
+    switch (name) {
+        case "holdout_support":
+            return supports[rule]!;
+        case "holdout_confidence":
+            return ratio(supports[rule]!, premises[rule]!);
+        default:
+            return ps[rule]!;
+    }
+}
+
+function holdoutQuantities(book: Book): Quantity[] {
+    if (book.header.holdout === undefined) {
         return [];
     }
-    const explanation = "p, corrected for the number of rules that were looked at: 3 is once in 1,000 times";
-    const formula = "-log10 of the corrected p";
-    const title = "p adjusted";
+    const others = `the ${countText(book.header.holdout.transactions)} other transactions`;
+    const measure = (name: string, explanation: string) => ({
+        name,
+        title: name.replaceAll("_", " "),
+        formula: "",
+        explanation,
+        isCount: false,
+        isWide: false,
+        say: wayToSay(name),
+    });
     return [
-        { name: "p_adjusted", title, formula, explanation, isCount: false, isWide: false, say: measureText },
+        count("holdout_support", "holdout support", "", `how many of ${others} meet both sides`),
+        measure("holdout_confidence", `how often the conclusion holds where the premise does, in ${others}`),
+        measure(
+            "holdout_p",
+            `how rarely chance gives that in ${others}, corrected for the number of rules: 3 is once in 1,000 times`,
+        ),
     ];
 }

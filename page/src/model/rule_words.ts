@@ -3,6 +3,7 @@ import type { Bounds } from "./bounds.ts";
 import { boundsText, countText, measureText, percentText } from "./number_words.ts";
 import { countOf, measureOf, tablesOf } from "./rules.ts";
 import type { SideWords } from "./side_words.ts";
+import { ratio } from "./table.ts";
 
 /** A rule in words: "If A, then in 73 % of cases: B", and the counts behind it. */
 export interface RuleSentence {
@@ -81,6 +82,23 @@ function comparison({ low, high }: Bounds): string {
         return ": hardly more often than in general";
     }
     return high <= 1 ? ": hardly less often than in general" : ": about as often as in general";
+}
+
+/** What other transactions say of a rule; empty where none were asked. */
+export function holdoutSentence(book: Book, rule: number): string {
+    const { holdout } = book.rules;
+    if (holdout === undefined) {
+        return "";
+    }
+    const others = `Of ${countText(book.header.holdout?.transactions ?? 0)} other transactions`;
+    const premise = holdout.premises[rule]!;
+    const support = holdout.supports[rule]!;
+    if (premise === 0) {
+        return `${others}, none meets the premise.`;
+    }
+    const here = boundsText(measureOf(book, rule, "confidence"), percentText);
+    const there = percentText(ratio(support, premise));
+    return `${others}, ${countText(premise)} meet the premise, and ${countText(support)} of these the conclusion: ${there}, against ${here} here.`;
 }
 
 function others(book: Book, rule: number): string {

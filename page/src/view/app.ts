@@ -74,6 +74,7 @@ export class App {
         const book = this.#book;
         const quantities = new Quantities(book);
         const isKnown = (name: string) => quantities.named(name) !== undefined && name !== "support";
+        const shownAtFirst = [...book.header.shown_measures, "holdout_confidence", "holdout_p"];
         let lattice: Lattice | undefined;
         let named: Lists | undefined;
         return {
@@ -84,7 +85,7 @@ export class App {
             filter: new RuleFilter(book, quantities),
             lattice: () => (lattice ??= new Lattice(book)),
             named: () => (named ??= namedItems(book)),
-            first: firstState(book.header.shown_measures.filter(isKnown)),
+            first: firstState(shownAtFirst.filter(isKnown)),
             change: (changes) => {
                 this.#change(changes, "rule" in changes || "view" in changes || "node" in changes);
             },

@@ -63,6 +63,11 @@ export function newId(kind: string): string {
     return `${kind}-${lastId}`;
 }
 
+/** A text of which no line ends between a number and its percent sign. */
+export function unbroken(text: string): string {
+    return text.replaceAll(" %", "\u00a0%");
+}
+
 /** A text that is no longer than this many characters; what is cut off is told by an ellipsis. */
 export function shortened(text: string, most: number): string {
     if (text.length <= most) {

@@ -3,7 +3,7 @@ import { partnersOf, usageOf, type ItemUsage } from "../model/item_usage.ts";
 import { countText, percentText } from "../model/number_words.ts";
 import { columnText, itemText, type Place } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
-import { button, h, refill, setAttributes, shortened } from "./dom.ts";
+import { button, h, refill, setAttributes, shortened, unbroken } from "./dom.ts";
 
 const mostRows = 200;
 const mostPartners = 12;
@@ -185,7 +185,9 @@ export class ItemsView implements Component {
                 {},
                 held === unknownCount
                     ? "How many transactions hold it is not known."
-                    : `In ${countText(held)} of ${countText(book.transactions)} transactions (${percentText(held / book.transactions)}).`,
+                    : unbroken(
+                          `In ${countText(held)} of ${countText(book.transactions)} transactions (${percentText(held / book.transactions)}).`,
+                      ),
             ),
             button("Show its rules", { class: "primary" }, () => {
                 this.#showRules([own]);

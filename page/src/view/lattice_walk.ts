@@ -1,7 +1,7 @@
 import { countText, percentText } from "../model/number_words.ts";
 import type { Neighbour, Neighbourhood } from "../model/lattice.ts";
 import type { Context } from "./component.ts";
-import { button, h, refill, shortened, svg } from "./dom.ts";
+import { button, h, refill, shortened, svg, unbroken } from "./dom.ts";
 
 const mostNodes = 6;
 const mostNames = 3;
@@ -52,7 +52,7 @@ export class LatticeWalk {
                 "span",
                 {},
                 `One of these ${countText(items.length)} items is in ${countText(count)} transactions ` +
-                    `(${percentText(count / book.transactions)}).`,
+                    unbroken(`(${percentText(count / book.transactions)}).`),
             ),
             shortest.length < items.length
                 ? h(

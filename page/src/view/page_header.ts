@@ -50,18 +50,27 @@ export class PageHeader implements Component {
         });
     }
 
-    /** One sentence: how many rules, of how many, about what. */
+    /** How many rules, of how many, about what, and what they have in common. */
     #about(): (string | HTMLElement)[] {
         const { header, transactions } = this.#context.book;
-        const { count, left, sort, ascending } = header.rules;
+        const {
+            count,
+            left,
+            sort,
+            ascending,
+            min_support: support,
+            min_confidence: confidence,
+        } = header.rules;
         const rules = h("strong", {}, numberOfRules(count));
         const of = left > count ? ` of ${countText(left)}` : "";
         const order = `${ascending ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
-        const thresholds = header.run.settings
-            .filter(({ option }) => option === "--min-support" || option === "--min-confidence")
-            .map(({ name, value }) => `${name} ${value}`);
-        const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}`;
-        return [rules, `${[about, ...thresholds].join("; ")}.`];
+        const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}.`;
+        const limits = `Each has a support of at least ${countText(support)} and a confidence of at least ${confidence}`;
+        const confirmed =
+            header.holdout === undefined
+                ? ""
+                : `; ${countText(header.holdout.transactions)} other transactions confirm it`;
+        return [rules, count === 0 ? about : `${about} ${limits}${confirmed}.`];
     }
 
     /** Where the other rules went. */

@@ -2,12 +2,12 @@ import { listAt } from "../data/lists.ts";
 import { relatedRules, type Related } from "../model/dominance.ts";
 import { boundsText, countText, measureText, percentText } from "../model/number_words.ts";
 import { readingsOf } from "../model/readings.ts";
-import { sentenceOf } from "../model/rule_words.ts";
+import { holdoutSentence, sentenceOf } from "../model/rule_words.ts";
 import { kindOf, measureOf, tablesOf } from "../model/rules.ts";
 import { itemText } from "../model/search_terms.ts";
 import { sideItems, type SideItems } from "../model/side_lookup.ts";
 import type { Component, Context, Sight } from "./component.ts";
-import { button, h, newId, refill, shortened, type Child } from "./dom.ts";
+import { button, h, newId, refill, shortened, unbroken, type Child } from "./dom.ts";
 import { LatticeWalk } from "./lattice_walk.ts";
 import { mosaicOf } from "./mosaic.ts";
 
@@ -63,6 +63,7 @@ export class RulePanel implements Component {
             this.#sentence(rule),
             this.#numbers(rule),
             section("Four counts", mosaicOf(first, second)),
+            this.#holdout(rule),
             this.#readings(rule),
             this.#wordings(rule),
             this.#related(rule),
@@ -162,6 +163,23 @@ export class RulePanel implements Component {
             );
         });
         return h("dl", { class: "tiles" }, ...tiles);
+    }
+
+    /** Whether the rule held where it was not found. */
+    #holdout(rule: number): HTMLElement | undefined {
+        const { book } = this.#context;
+        const { holdout } = book.rules;
+        const alpha = book.header.holdout?.alpha;
+        if (holdout === undefined || alpha === undefined) {
+            return undefined;
+        }
+        const p = measureText(holdout.ps[rule]!);
+        const remark = `So it is confirmed, with a holdout p of ${p}. Chance alone would confirm any rule of this page in at most ${percentText(alpha)} of cases.`;
+        return section(
+            "In other transactions",
+            h("p", {}, unbroken(holdoutSentence(book, rule))),
+            h("p", { class: "quiet" }, unbroken(remark)),
+        );
     }
 
     #readings(rule: number): HTMLElement {
@@ -307,9 +325,4 @@ function longList(entries: readonly HTMLElement[], count = entries.length): HTML
         list.append(more);
     }
     return list;
-}
-
-/** A text of which no line ends between a number and its percent sign. */
-function unbroken(text: string): string {
-    return text.replaceAll(" %", "\u00a0%");
 }

@@ -150,9 +150,7 @@ export class RuleTable implements Component {
             );
         });
         refill(this.#head, ...cells);
-        const template = `3.4rem minmax(9rem, 1.15fr) minmax(8.5rem, 1fr) repeat(${columns.length}, 5.8rem)`;
-        this.root.style.setProperty("--columns", template);
-        this.root.style.setProperty("--least-width", `${20.9 + 5.8 * columns.length}rem`);
+        this.root.style.setProperty("--numbers", String(columns.length));
         setAttributes(this.#grid, { "aria-colcount": heads.length });
         refill(this.#body);
         this.#rows = [];

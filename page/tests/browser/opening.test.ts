@@ -15,6 +15,9 @@ test("a page opens from a file, says what it is, and asks nothing of the network
     expect(await page.locator(".what p").first().textContent()).toContain(
         "6 rules about what goes with what in 2,201",
     );
+    expect(await page.locator(".what p").first().textContent()).toContain(
+        "Each has a support of at least 23 and a confidence of at least 0.5.",
+    );
     expect(await shownRules(page)).toEqual([
         "class=crew or survived=no => sex=male",
         "sex=female or age=child => class=3rd or survived=yes",
@@ -51,6 +54,8 @@ test("rules that the page has no room for are told, with the option that brings 
         count: 6,
         left: 340_000,
         limit: 6,
+        min_support: 23,
+        min_confidence: 0.8,
         sort: "leverage",
         ascending: false,
         left_out_by_limit: 339_994,

@@ -1,7 +1,7 @@
 import { expect, test } from "vitest";
 import { shownRules, TestBrowser } from "../support/browser.ts";
 import { madeBlob, type MadeClass } from "../support/made_book.ts";
-import { titanic } from "../support/titanic.ts";
+import { confirmed, titanic } from "../support/titanic.ts";
 
 const browser = new TestBrowser();
 
@@ -33,6 +33,17 @@ test("a click on a row says its rule with everything behind it", async () => {
     expect(measures).toHaveLength(23);
     expect(text).toContain("what zhang says");
     expect(await page.locator(".row[aria-selected=true]").count()).toBe(1);
+});
+
+test("whether a rule held in other transactions is told", async () => {
+    const page = await browser.open(madeBlob(confirmed), { fragment: "rule=1" });
+    const text = await page.getByRole("region", { name: "In other transactions" }).innerText();
+    expect(text.replace(/\u00a0/gu, " ").replace(/\n+/gu, "\n")).toBe(
+        "In other transactions\n" +
+            "Of 440 other transactions, 97 meet the premise, and 88 of these the conclusion: 91 %, against 91 % here.\n" +
+            "So it is confirmed, with a holdout p of 12.3. " +
+            "Chance alone would confirm any rule of this page in at most 5.0 % of cases.",
+    );
 });
 
 test("the mosaic shows the premise as wide as it is frequent, and chance as a dashed line", async () => {

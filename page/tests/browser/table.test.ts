@@ -2,7 +2,7 @@ import { expect, test } from "vitest";
 import { shownRules, TestBrowser } from "../support/browser.ts";
 import { largeBlob } from "../support/large_book.ts";
 import { madeBlob } from "../support/made_book.ts";
-import { titanic } from "../support/titanic.ts";
+import { confirmed, titanic } from "../support/titanic.ts";
 
 const browser = new TestBrowser();
 const blob = madeBlob(titanic);
@@ -19,6 +19,30 @@ test("numbers are sorted from the largest, and once more from the smallest", asy
     await column.getByRole("button").click();
     expect((await shownRules(page))[0]).toBe("class=crew or survived=no => sex=male");
     expect(await column.getAttribute("aria-sort")).toBe("ascending");
+});
+
+test("no head of a number is cut off, sorted or not, and bars end below their numbers", async () => {
+    const columns = "support,premise_count,confidence,relative_risk,leverage";
+    const page = await browser.open(blob, { fragment: `columns=${columns}&sort=confidence` });
+    const cut = await page
+        .locator("[role=columnheader] button")
+        .evaluateAll((heads) =>
+            heads.filter((head) => head.scrollWidth > head.clientWidth).map((head) => head.textContent),
+        );
+    expect(cut).toEqual([]);
+    const row = page.locator(".row:visible").first();
+    const gaps = await row.locator(".number").evaluateAll((cells) =>
+        cells.map((cell) => {
+            const [text, bar] = [...cell.children].map((child) => child.getBoundingClientRect());
+            return Math.round(bar!.right - text!.right);
+        }),
+    );
+    expect(gaps).toEqual([0, 0, 0, 0, 0]);
+    const edges = await row.evaluate((element) => [
+        element.getBoundingClientRect().right,
+        element.lastElementChild!.querySelector(".bar")!.getBoundingClientRect().right,
+    ]);
+    expect(edges[0]! - edges[1]!).toBeGreaterThanOrEqual(12);
 });
 
 test("sides are sorted by their names", async () => {
@@ -41,6 +65,25 @@ test("the order of the program comes back", async () => {
     const page = await browser.open(blob, { fragment: "sort=lift" });
     await page.getByRole("columnheader", { name: "#" }).getByRole("button").click();
     expect((await shownRules(page))[0]).toBe("class=crew or survived=no => sex=male");
+});
+
+test("what other transactions say of the rules is in the table, and can be searched for", async () => {
+    const page = await browser.open(madeBlob(confirmed), { fragment: "q=holdout_p>10" });
+    expect(await page.locator(".what p").first().textContent()).toContain(
+        "; 440 other transactions confirm it.",
+    );
+    const heads = await page.getByRole("columnheader").allInnerTexts();
+    expect(heads.slice(-2)).toEqual(["holdout confidence", "holdout p"]);
+    expect(await page.locator(".row:visible").count()).toBe(3);
+    const first = page.locator(".row", { hasText: "class=crew or survived=no" });
+    expect(await first.locator(".number").allInnerTexts()).toEqual([
+        "1,556",
+        "0.914",
+        "1.16",
+        "0.0988",
+        "0.907",
+        "12.3",
+    ]);
 });
 
 test("columns can be chosen", async () => {

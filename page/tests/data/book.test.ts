@@ -58,8 +58,21 @@ test("lower neighbours are told as positions, with the essential itemsets of the
 test("what is not told has its usual value", () => {
     const { rules, sides } = bookOf(madeBlob(small).buffer);
     expect([rules.wordings[0], rules.readings[0], sides.spreads[0]]).toEqual([1, 1, 0]);
-    expect(rules.adjusted).toBeUndefined();
+    expect(rules.holdout).toBeUndefined();
     expect(unknownCount).toBe(2 ** 32 - 1);
+});
+
+test("what other transactions say of rules is told where they were asked", () => {
+    const rules = [{ ...small.rules[0]!, holdout: { premise: 97, support: 88, p: 12.3 } }];
+    const header = { holdout: { transactions: 440, alpha: 0.05 } };
+    const { holdout } = bookOf(madeBlob({ ...small, rules, header }).buffer).rules;
+    expect([holdout?.premises[0], holdout?.supports[0], holdout?.ps[0]]).toEqual([97, 88, 12.3]);
+});
+
+test("a book without rules that other transactions confirm is one", () => {
+    const header = { holdout: { transactions: 440, alpha: 0.05 } };
+    const { holdout } = bookOf(madeBlob({ ...small, rules: [], header }).buffer).rules;
+    expect([holdout?.premises.length, holdout?.ps.length]).toEqual([0, 0]);
 });
 
 test("a book without rules is one", () => {

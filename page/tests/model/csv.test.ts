@@ -2,7 +2,7 @@ import { expect, test } from "vitest";
 import { CsvWriter, textCell } from "../../src/model/csv.ts";
 import { Quantities } from "../../src/model/quantities.ts";
 import { SideWords } from "../../src/model/side_words.ts";
-import { titanicBook } from "../support/titanic.ts";
+import { confirmedBook, titanicBook } from "../support/titanic.ts";
 
 const book = titanicBook();
 const writer = new CsvWriter(book, new SideWords(book), new Quantities(book), [
@@ -17,6 +17,16 @@ test("the columns are those of the program, and what is shown besides behind the
             "leverage_max,premise_count,premise_count_max,conclusion_count,conclusion_count_max,transactions,items," +
             "wordings,conviction,conviction_max\n",
     );
+});
+
+test("what other transactions say stands last, whether it is shown or not", () => {
+    const confirmed = confirmedBook();
+    const shown = ["holdout_p", "conviction"];
+    const writerOfAll = new CsvWriter(confirmed, new SideWords(confirmed), new Quantities(confirmed), shown);
+    expect(writerOfAll.header()).toMatch(
+        /,wordings,conviction,conviction_max,holdout_support,holdout_confidence,holdout_p\n$/u,
+    );
+    expect(writerOfAll.row(0)).toMatch(/,88,0\.9072164948453608,12\.3\n$/u);
 });
 
 test("a rule is written with all digits", () => {

@@ -2,7 +2,7 @@ import { expect, test } from "vitest";
 import { bookOf } from "../../src/data/book.ts";
 import { Quantities } from "../../src/model/quantities.ts";
 import { largeBlob } from "../support/large_book.ts";
-import { titanicBook } from "../support/titanic.ts";
+import { confirmedBook, titanicBook } from "../support/titanic.ts";
 
 test("each quantity has the same values in a column as one by one", () => {
     const alone = new Quantities(titanicBook());
@@ -34,4 +34,12 @@ test("what takes long is prepared in pieces, and is no longer slow then", async 
     });
     expect([quantities.isSlow("p"), pauses]).toEqual([false, 3]);
     expect(quantities.column("p").low).toHaveLength(30_000);
+});
+
+test("what other transactions say of rules are quantities, too", () => {
+    const quantities = new Quantities(confirmedBook());
+    expect(quantities.column("holdout_support").low[1]).toBe(87);
+    expect(quantities.bounds("holdout_confidence", 1).high).toBeCloseTo(87 / 98, 15);
+    expect(quantities.bounds("holdout_p", 1)).toEqual({ low: 11.3, high: 11.3 });
+    expect(new Quantities(titanicBook()).named("holdout_p")).toBeUndefined();
 });

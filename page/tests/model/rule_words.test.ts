@@ -1,9 +1,9 @@
 import { expect, test } from "vitest";
 import { bookOf } from "../../src/data/book.ts";
-import { plainSentence, sentenceOf } from "../../src/model/rule_words.ts";
+import { holdoutSentence, plainSentence, sentenceOf } from "../../src/model/rule_words.ts";
 import { SideWords } from "../../src/model/side_words.ts";
 import { madeBlob, type MadeRule } from "../support/made_book.ts";
-import { titanicBook } from "../support/titanic.ts";
+import { confirmed, confirmedBook, titanicBook } from "../support/titanic.ts";
 
 const titanic = titanicBook();
 
@@ -70,4 +70,17 @@ test("what is not known is said as a range", () => {
         "then in 50 % to 75 % of cases",
         "4 to 6 of 8, against 5 to 7 of all 10 (50 % to 70 %): 1.00 to 1.07 times as often as in general",
     ]);
+});
+
+test("a rule is said with what other transactions say", () => {
+    expect(holdoutSentence(confirmedBook(), 1)).toBe(
+        "Of 440 other transactions, 98 meet the premise, and 87 of these the conclusion: 89 %, against 96 % here.",
+    );
+    expect(holdoutSentence(titanic, 1)).toBe("");
+});
+
+test("other transactions may have no case of a rule", () => {
+    const rules = [{ ...confirmed.rules[0]!, holdout: { premise: 0, support: 0, p: 0 } }];
+    const book = bookOf(madeBlob({ ...confirmed, rules }).buffer);
+    expect(holdoutSentence(book, 0)).toBe("Of 440 other transactions, none meets the premise.");
 });

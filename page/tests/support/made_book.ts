@@ -19,6 +19,8 @@ export interface MadeRule {
     readonly form?: string;
     readonly wordings?: number;
     readonly readings?: number;
+    /** What other transactions say; `header` then has to tell of them. */
+    readonly holdout?: { readonly premise: number; readonly support: number; readonly p: number };
     /** x, y, a of both tables where the sides do not tell them. */
     readonly counts?: readonly number[];
 }
@@ -130,6 +132,8 @@ export function madeHeader(
             count: length,
             left: length,
             limit: 200_000,
+            min_support: 23,
+            min_confidence: 0.5,
             sort: "leverage",
             ascending: false,
             left_out_by_limit: 0,
@@ -204,8 +208,20 @@ function ruleArrays(rules: readonly MadeRule[], numberOf: (side: MadeSide) => nu
             rules.map((rule) => rule.readings ?? 1),
             1,
         ),
+        ...holdoutArrays(rules.flatMap(({ holdout }) => holdout ?? [])),
         { name: "odd_rules", values: odd.map(({ position }) => position) },
         { name: "odd_counts", values: odd.flatMap(({ counts }) => counts) },
+    ];
+}
+
+function holdoutArrays(all: readonly NonNullable<MadeRule["holdout"]>[]): StoredArray[] {
+    if (all.length === 0) {
+        return [];
+    }
+    return [
+        { name: "holdout_premises", values: all.map(({ premise }) => premise), isInPlanes: true },
+        { name: "holdout_exceptions", values: all.map(({ premise, support }) => premise - support) },
+        { name: "holdout_ps", values: all.map(({ p }) => p), type: "f32" },
     ];
 }
 

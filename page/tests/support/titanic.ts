@@ -67,6 +67,21 @@ export const titanic: MadeBook = {
     ],
 };
 
+/** The same, of which 440 other transactions confirm each rule, as they do the first: 88 of 97. */
+export const confirmed: MadeBook = {
+    ...titanic,
+    rules: titanic.rules.map((rule, i) => ({
+        ...rule,
+        holdout: { premise: 97 + i, support: 88 - i, p: 12.3 - i },
+    })),
+    header: { holdout: { transactions: 440, alpha: 0.05 } },
+};
+
+/** The rules that others confirm as a page reads them. */
+export function confirmedBook(): Book {
+    return bookOf(madeBlob(confirmed).buffer);
+}
+
 /** These rules as a page reads them. */
 export function titanicBook(changes: Partial<MadeBook> = {}): Book {
     return bookOf(madeBlob({ ...titanic, ...changes }).buffer);
