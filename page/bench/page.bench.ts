@@ -1,12 +1,12 @@
-import { mkdtempSync, rmSync, statSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, statSync } from "node:fs";
 import { tmpdir } from "node:os";
 import path from "node:path";
 import { pathToFileURL } from "node:url";
 import { chromium, type Browser, type Page } from "playwright-core";
-import { afterAll, beforeAll, test } from "vitest";
+import { afterAll, test } from "vitest";
 import { launchOptions } from "../tests/support/browser.ts";
 import { largeBlob } from "../tests/support/large_book.ts";
-import { writePage } from "../tests/support/page_file.ts";
+import { pageOf, writePage } from "../tests/support/page_file.ts";
 
 /** What is measured of a page, in milliseconds; each is the middle one of some runs. */
 interface Times {
@@ -22,50 +22,79 @@ interface Times {
     stuck: number;
     /** From a far jump of the scroller to rows in its place: the longest of many. */
     scroll: number;
+    /** The most that the process of the page held in memory, in bytes. */
+    memory: number;
 }
 
-const sizes = (process.env["BENCH_RULES"] ?? "10000,200000,1000000").split(",").map(Number);
+/** A page that is measured. */
+interface Measured {
+    readonly name: string;
+    readonly rules: number;
+    readonly bytes: number;
+    readonly times: Times;
+}
+
 const rounds = Number(process.env["BENCH_ROUNDS"] ?? "3");
+/** Pages of the program, with blanks between them; without these, made pages of as many rules as are asked for. */
+const files = (process.env["BENCH_PAGES"] ?? "").split(" ").filter((file) => file !== "");
+const sizes =
+    files.length > 0 ? [] : (process.env["BENCH_RULES"] ?? "10000,200000,1000000").split(",").map(Number);
 const folder = mkdtempSync(path.join(tmpdir(), "page-bench-"));
-const results: { rules: number; megabytes: number; times: Times }[] = [];
+const results: Measured[] = [];
 let browser: Browser;
 
-beforeAll(async () => {
-    browser = await chromium.launch(launchOptions);
-});
-
-afterAll(async () => {
-    await browser.close();
+afterAll(() => {
     rmSync(folder, { recursive: true });
     console.log(tableOf());
 });
 
-test.each(sizes)("a page of %i rules", async (rules) => {
-    const file = path.join(folder, `page-${rules}.html`);
+test.each(sizes)("a made page of %i rules", async (rules) => {
+    const file = path.join(folder, `made-${rules}.html`);
     writePage(file, largeBlob(rules));
+    await measure(file);
+});
+
+test.runIf(files.length > 0).each(files)("%s", measure);
+
+/** Each round in a browser of its own, so that its memory is that of one page. */
+async function measure(file: string): Promise<void> {
     const all: Times[] = [];
+    let rules = 0;
     for (let round = 0; round < rounds; ++round) {
+        browser = await chromium.launch(launchOptions);
         const page = await browser.newPage({ viewport: { width: 1280, height: 800 } });
-        all.push(await timesOf(page, pathToFileURL(file).href));
-        await page.close();
+        all.push(await timesOf(page, pathToFileURL(path.resolve(file)).href));
+        rules = Number(await page.locator("[role=grid]").getAttribute("aria-rowcount")) - 1;
+        await browser.close();
     }
     const middle = (name: keyof Times) =>
         all.map((times) => times[name]).sort((one, other) => one - other)[rounds >> 1]!;
     const names = Object.keys(all[0]!) as (keyof Times)[];
     const times = Object.fromEntries(names.map((name) => [name, middle(name)])) as unknown as Times;
-    results.push({ rules, megabytes: statSync(file).size / 1e6, times });
-});
+    results.push({ name: path.basename(file, ".html"), rules, bytes: statSync(file).size, times });
+}
 
 async function timesOf(page: Page, address: string): Promise<Times> {
     await page.goto(address);
     await page.waitForFunction(() => performance.getEntriesByName("shown").length > 0);
     const ready = await page.evaluate(() => performance.getEntriesByName("shown")[0]!.startTime);
     await page.waitForTimeout(300);
-    const filter = Math.max(...(await typed(page, ["i", "it", "item 12", "item 123", ""])));
+    const filter = Math.max(...(await typed(page, ["1", "12", "-12", "12 7", ""])));
     const sort = await clicked(page, "lift");
     const again = await clicked(page, "lift");
     const { time: side, stuck } = await sortedBySide(page);
-    return { ready, filter, sort, again, side, stuck, scroll: await scrolled(page) };
+    const scroll = await scrolled(page);
+    return { ready, filter, sort, again, side, stuck, scroll, memory: await peakMemory() };
+}
+
+/** The most memory that a process of a page held so far, in bytes, as Linux counts it. */
+async function peakMemory(): Promise<number> {
+    const session = await browser.newBrowserCDPSession();
+    const { processInfo } = await session.send("SystemInfo.getProcessInfo");
+    const peaks = processInfo
+        .filter(({ type }) => type === "renderer")
+        .map(({ id }) => /VmHWM:\s+(\d+)/u.exec(readFileSync(`/proc/${id}/status`, "utf8"))?.[1] ?? "0");
+    return 1024 * Math.max(...peaks.map(Number));
 }
 
 /** For each text, how long it takes from typing it to the next frame that shows what fits. */
@@ -128,13 +157,30 @@ async function scrolled(page: Page): Promise<number> {
 }
 
 function tableOf(): string {
-    const heads = ["rules", "MB", "ready", "filter", "sort", "again", "by side", "stuck", "scroll"];
-    const rows = results.map(({ rules, megabytes, times }) => [
+    const program = Buffer.byteLength(pageOf(new Uint8Array(0)));
+    const heads = [
+        "page",
+        "rules",
+        "MB",
+        "bytes a rule",
+        "ready",
+        "filter",
+        "sort",
+        "again",
+        "by side",
+        "stuck",
+        "scroll",
+        "memory",
+    ];
+    const rows = results.map(({ name, rules, bytes, times }) => [
+        name,
         rules.toLocaleString("en"),
-        megabytes.toFixed(2),
+        (bytes / 1e6).toFixed(2),
+        ((bytes - program) / rules).toFixed(1),
         ...[times.ready, times.filter, times.sort, times.again, times.side, times.stuck, times.scroll].map(
             (time) => `${Math.round(time)} ms`,
         ),
+        `${Math.round(times.memory / 1e6)} MB`,
     ]);
     return [heads, heads.map(() => "--:"), ...rows].map((row) => `| ${row.join(" | ")} |`).join("\n");
 }
