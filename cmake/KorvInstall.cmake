@@ -38,6 +38,7 @@ function(korv_install_documents)
     install(FILES README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md LICENSE DESTINATION ${to} COMPONENT programs)
     install(DIRECTORY docs examples DESTINATION ${to} COMPONENT programs)
     install(FILES bench/README.md DESTINATION ${to}/bench COMPONENT programs)
+    install(FILES page/README.md DESTINATION ${to}/page COMPONENT programs)
 endfunction()
 
 # The library korv_NAME as korv::NAME, with the headers of src/NAME: #include "NAME/header.h".
