@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "check/checked_classes.h"
 #include "check/class_order_check.h"
@@ -13,6 +15,7 @@
 #include "common/class_file.h"
 #include "engine/difference_supports.h"
 #include "engine/lattice_entries.h"
+#include "io/class_record.h"
 #include "support/bits.h"
 #include "support/files.h"
 #include "tools/complaint.h"
@@ -58,6 +61,36 @@ TEST(SameWords, AreSaidOfOneDamagedByte) {
         }
     }
     EXPECT_GT(complaints, 2000);
+}
+
+TEST(SameWords, AreSaidOfRandomClassesThatContradictEachOther) {
+    std::mt19937 random(2);
+    int complaints = 0;
+    for (int i = 0; i < 5000 && !HasFailure(); ++i) {
+        const std::set<test::Bits> family = test::random_family(5, 6, random);
+        std::vector<test::Bits> order(family.begin(), family.end());
+        std::ranges::shuffle(order, random);
+        std::string text;
+        for (const test::Bits bits : order) {
+            std::vector<Itemset> essentials;
+            for (test::Bits part = (bits - 1) & bits; part != 0; part = (part - 1) & bits) {
+                if (random() % 6 == 0) {
+                    essentials.push_back(test::itemset_of(part));
+                }
+            }
+            const Itemset closed_itemset = test::itemset_of(bits);
+            const Count support =
+                static_cast<Count>(closed_itemset.size()) * 2 + test::random_below(3, random);
+            append_class_record(closed_itemset, support,
+                                essentials.empty() ? std::vector<Itemset>{closed_itemset} : essentials, text);
+        }
+        const std::string complaint = complaint_of_rules(text);
+        if (!complaint.empty()) {
+            ++complaints;
+            EXPECT_TRUE(is_told(complaint, text)) << text << complaint;
+        }
+    }
+    EXPECT_GT(complaints, 500);
 }
 
 }  // namespace

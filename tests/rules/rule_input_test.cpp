@@ -96,9 +96,9 @@ TEST_F(RuleInputTest, FaultOfAClassFileIsNamed) {
 TEST_F(RuleInputTest, WhatIsSaidToBeAClassFileIsReadAsOne) {
     InputRequest request = classes_of(file("a.dat", "1 2\n"), 9);
     request.is_class_file = true;
-    EXPECT_EQ(
-        complaint(request),
-        request.paths[0] + ":1:4: found the end of the line; expected a blank and another item, or a tab");
+    EXPECT_EQ(complaint(request),
+              request.paths[0] +
+                  ":1:4: found a line without a tab; expected a tab before the support, and one behind it");
 }
 
 TEST_F(RuleInputTest, NamesAreBesideAClassFileUnlessAnotherFileIsGiven) {

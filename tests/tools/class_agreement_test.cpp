@@ -77,20 +77,21 @@ std::vector<Itemset> keys_of(const std::pair<const Itemset, data>& each) {
     return each.second.essentials.empty() ? std::vector<Itemset>{each.first} : each.second.essentials;
 }
 
-/// The lines that another line contradicts, by comparing each with each.
+/// The lines of classes around another one of no smaller support, and of those of which a key lies within a
+/// class of no larger support that does not contain theirs, by comparing each with each.
 std::set<std::uint32_t> contradicted_lines(const ClassFile& file) {
     std::set<std::uint32_t> lines;
     auto line = file.lines.begin();
     for (const auto& each : file.classes) {
+        auto other_line = file.lines.begin();
         for (const auto& other : file.classes) {
-            if (&other == &each || other.second.support < each.second.support) {
-                continue;
-            }
+            const bool is_smaller = other.second.support < each.second.support;
             for (const Itemset& key : keys_of(other)) {
-                if (is_contained(key, each.first)) {
-                    lines.insert(*line);
+                if (&other != &each && !is_smaller && is_contained(key, each.first)) {
+                    lines.insert(is_contained(other.first, each.first) ? *line : *other_line);
                 }
             }
+            ++other_line;
         }
         ++line;
     }

@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{" 1\t4\t 1,\n", "1:1: found a blank; expected an item number"},
         Fault{"1 \t4\t 1,\n", "1:3: found a tab; expected an item number"},
         Fault{"1,2\t4\t 1,\n", "1:2: found a comma; expected a blank and another item, or a tab"},
-        Fault{"1\n", "1:2: found the end of the line; expected a blank and another item, or a tab"},
+        Fault{"1\n", "1:2: found a line without a tab; expected a tab before the support, and one behind it"},
         Fault{"1", "1:2: found the end of the file; expected a blank and another item, or a tab"},
         Fault{"-1\t4\t 1,\n", "1:1: found \"-1\"; expected an item number"},
         Fault{std::string("1\0\t4\t 1,\n", 9),
@@ -150,8 +150,9 @@ TEST(ClassRecordReader, GoesOnBehindAFault) {
     EXPECT_EQ(reader.essentials()[0][0], 3U);
     EXPECT_EQ(reader.line(), 2U);
     EXPECT_EQ(reader.line_begin(), 8U);
-    EXPECT_EQ(complaint_of([&reader] { reader.next(); }),
-              "a.classes:3:2: found the end of the line; expected a blank and another item, or a tab");
+    EXPECT_EQ(
+        complaint_of([&reader] { reader.next(); }),
+        "a.classes:3:2: found a line without a tab; expected a tab before the support, and one behind it");
     EXPECT_EQ(complaint_of([&reader] { reader.next(); }),
               "a.classes:4:8: found the end of the file; expected an end of the line behind the last comma");
     EXPECT_FALSE(reader.next());

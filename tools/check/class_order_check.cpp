@@ -279,24 +279,14 @@ private:
             return std::pair(classes_[each].support() > of_class.support(), classes_[each].line);
         };
         for_each_column(around_key_, [&](Column around) {
-            const bool is_told =
-                !is_contained(of_class.closed_itemset(), classes_[around].closed_itemset()) &&
-                !tells_itself(essential, of_class, classes_[around]);
+            const bool is_told = is_stranger(essential, of_class.node, of_class.line, classes_[around].node,
+                                             classes_[around].line);
             if (is_told && (!first || key(around) < key(*first))) {
                 first = around;
             }
             return true;
         });
         return first;
-    }
-
-    /// Whether a class around an essential itemset has it, too, and is the one of which that is told: the one
-    /// of larger support, or else the later one, unless it lies within the other one.
-    static bool tells_itself(const Itemset& essential, const ColumnClass& of_class,
-                             const ColumnClass& around) {
-        return std::pair(around.support(), around.line) > std::pair(of_class.support(), of_class.line) &&
-               !is_contained(around.closed_itemset(), of_class.closed_itemset()) &&
-               std::ranges::find(around.essentials(), essential) != around.essentials().end();
     }
 
     /// Notes that the support of a class is too small. Of several reasons the one that stands first counts.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 #include "base/number_text.h"
 #include "common/error.h"
@@ -64,13 +65,37 @@ PlacedClass first_of(const std::vector<NodeRef>& some, const ClassMap& classes,
     return first_class(classes, lines, [&wanted](NodeRef node) { return wanted.contains(&node->first); });
 }
 
-[[noreturn]] void fail(const PlacedClass& contradicted, const PlacedClass& other, const std::string& name) {
-    if (!is_contained(other.node->first, contradicted.node->first)) {
-        const Itemset& essential = *key_within(other.node, contradicted.node->first);
-        throw class_error(
-            name, other,
-            essential_disagreement(essential, other.node, contradicted.node, contradicted.line).words);
+/// The first line of a class of no larger support around an essential itemset that contradicts it.
+PlacedClass stranger_of(const Itemset& essential, const PlacedClass& of, const ClassMap& classes,
+                        const std::vector<std::uint32_t>& lines) {
+    auto line = lines.begin();
+    PlacedClass first = {classes.end(), 0};
+    for (NodeRef node = classes.begin(); node != classes.end(); ++node, ++line) {
+        const bool is_earlier = first.node == classes.end() || *line < first.line;
+        if (is_earlier && node->second.support <= of.node->second.support &&
+            is_stranger(essential, of.node, of.line, node, *line)) {
+            first = {node, *line};
+        }
     }
+    return first;
+}
+
+/// Throws Error for an essential itemset of the second class that lies within the first one, which does not
+/// contain the second one. Where both have it, this is told of one of them.
+void require_essential_elsewhere(const PlacedClass& contradicted, const PlacedClass& other,
+                                 const ClassMap& classes, const std::vector<std::uint32_t>& lines,
+                                 const std::string& name) {
+    const Itemset& essential = *key_within(other.node, contradicted.node->first);
+    for (const PlacedClass& of : {other, contradicted}) {
+        const PlacedClass stranger = stranger_of(essential, of, classes, lines);
+        if (stranger.node != classes.end()) {
+            throw class_error(name, of,
+                              essential_disagreement(essential, of.node, stranger.node, stranger.line).words);
+        }
+    }
+}
+
+[[noreturn]] void fail(const PlacedClass& contradicted, const PlacedClass& other, const std::string& name) {
     const Disagreement words =
         support_not_larger(contradicted.node->second.support, other.node->second.support, other.line,
                            *key_within(other.node, contradicted.node->first));
@@ -114,6 +139,18 @@ EssentialDisagreement essential_disagreement(const Itemset& essential, NodeRef o
             {found, "classes around it that contain this one; " + line + " does not"}};
 }
 
+bool is_stranger(const Itemset& essential, NodeRef of_class, std::size_t line, NodeRef around,
+                 std::size_t around_line) {
+    if (!is_contained(essential, around->first) || is_contained(of_class->first, around->first)) {
+        return false;
+    }
+    const std::vector<Itemset>& others = around->second.essentials;
+    const bool has_it =
+        std::ranges::find(others, essential) != others.end() && !is_contained(around->first, of_class->first);
+    return !has_it ||
+           std::pair(around->second.support, around_line) < std::pair(of_class->second.support, line);
+}
+
 const Itemset* key_within(NodeRef of_class, const Itemset& itemset) {
     const std::vector<Itemset>& essentials = of_class->second.essentials;
     if (essentials.empty()) {
@@ -132,7 +169,11 @@ void require_agreement(const ClassMap& classes, const std::vector<std::uint32_t>
         return;
     }
     const PlacedClass first = first_of(contradicted, classes, lines);
-    fail(first, other_with_key_within(first.node, classes, lines), name);
+    const PlacedClass other = other_with_key_within(first.node, classes, lines);
+    if (!is_contained(other.node->first, first.node->first)) {
+        require_essential_elsewhere(first, other, classes, lines, name);
+    }
+    fail(first, other, name);
 }
 
 }  // namespace korv::tools

@@ -38,6 +38,12 @@ struct EssentialDisagreement {
 EssentialDisagreement essential_disagreement(const Itemset& essential, NodeRef of_class, NodeRef around,
                                              std::size_t around_line);
 
+/// Whether a class around an essential itemset of `of_class` contradicts that: it does not contain the class.
+/// Of two classes that have the essential itemset, of which neither contains the other, it is told of the one
+/// of larger support, or else of the later one.
+bool is_stranger(const Itemset& essential, NodeRef of_class, std::size_t line, NodeRef around,
+                 std::size_t around_line);
+
 /// The key of a class that lies within an itemset: the first essential itemset that does, or the closed
 /// itemset of a class that stores none; nullptr when there is none.
 const Itemset* key_within(NodeRef of_class, const Itemset& itemset);
