@@ -33,7 +33,7 @@ test("an item is told with its partners", async () => {
     const page = await browser.open(blob, { fragment: "view=items" });
     await page.locator(".items-view").getByRole("button", { name: "sex=female" }).click();
     const partners = page.getByRole("complementary", { name: "The chosen item" });
-    expect(await partners.innerText()).toContain("In 470 of 2,201 transactions (21 %).");
+    expect(await partners.innerText()).toContain("In 470 of 2,201 transactions (21\u00a0%).");
     expect(await partners.locator("li").allInnerTexts()).toEqual([
         "survived=yes\n3",
         "class=3rd\n2",
