@@ -376,14 +376,20 @@ TEST_F(KorvCheck, TellsOfAFaultOfARuleFileBesidesThoseOfTheClasses) {
 
     EXPECT_EQ(outcome.ending, exited(2));
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(
-        outcome.out,
-        "a.classes:3:1: error: found the support 4; expected 3, the support of \"1 3\" in a.dat "
-        "[wrong-support]\n"
-        "rules:7:11: error: found \"2\"; expected a confidence from 0 to 1, from a number of "
-        "transactions of at least 5, rather than 4 (the database has 5); the rules from here on are not "
-        "counted [rule-file-fault]\n"
-        "5 classes, 3 essential itemsets, 4 items; 2 errors, 0 warnings, 0 notes\n");
+    EXPECT_EQ(outcome.out,
+              "a.classes:3:1: error: found the support 4; expected 3, the support of \"1 3\" in a.dat "
+              "[wrong-support]\n"
+              "rules:7:11: error: found \"2\"; expected a confidence from 0 to 1, from 4 transactions rather "
+              "than the 5 of the database; the rules from here on are not counted [rule-file-fault]\n"
+              "5 classes, 3 essential itemsets, 4 items; 2 errors, 0 warnings, 0 notes\n");
+
+    // 4 of 5 transactions hold 1 or 4; of 2, it would be -2 that hold neither.
+    put("rules", stars + "\t\t\t*** Regles approximatives inter noeuds ***\n" + stars +
+                     "not(1)-->not(4)\nsupport:4294967294\n\n2e+06< confiance <1\n");
+    EXPECT_NE(check({"a.classes", "--no-notes", "--database", "a.dat", "--rules", "rules"})
+                  .out.find("rules:7:1: error: found \"2e+06\"; expected a confidence from 0 to 1, from 2 "
+                            "transactions rather than the 5 of the database; "),
+              std::string::npos);
 }
 
 TEST_F(KorvCheck, DoesNotReplaceTheClassFile) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "base/number_text.h"
@@ -32,9 +34,11 @@ bool is_within(Number number, const Estimate<Number>& bounds) {
     return bounds.low <= number && number <= bounds.high;
 }
 
+/// The group of not(D)-->B.
+constexpr std::size_t not_to_plain = 4;
+
 /// Whether korv prints an upper end of the confidence that is no bound: not(D)-->B between nodes.
 bool has_no_upper_bound(const RuleRecord& record) {
-    constexpr std::size_t not_to_plain = 4;
     return record.group() == not_to_plain && record.is_between_nodes && !record.support.is_known;
 }
 
@@ -56,8 +60,7 @@ public:
         : recount_(database), transactions_(database.transactions), file_(file), findings_(findings) {}
 
     void check(const RuleRecord& record) {
-        const Contingency counted = recount_.count({record.premise.items, record.premise.is_negated},
-                                                   {record.conclusion.items, record.conclusion.is_negated});
+        const Contingency counted = count(record);
         if (!is_within(counted.both, record.support)) {
             add(FindingKind::wrong_rule_support, record, "the support " + support_text(record.support),
                 std::to_string(counted.both) + ", as counted");
@@ -77,22 +80,40 @@ public:
     }
 
 private:
-    /// Which number of transactions a confidence above 1 tells: of not(D)-->B, it is the support divided by
-    /// the transactions without D, of which korv is told too few.
+    /// How many transactions korv was told of, as the support of not(D)-->not(B) tells, which is their number
+    /// without those with an item of a side, or the confidence of not(D)-->B. Nothing for other rules.
+    std::optional<std::int64_t> told_transactions(const RuleRecord& record,
+                                                  const Contingency& counted) const {
+        constexpr std::size_t not_to_not = 2;
+        if (!record.support.is_known) {
+            return std::nullopt;
+        }
+        if (record.group() == not_to_not) {
+            // A support below 0 wraps.
+            return transactions_ + std::int64_t{static_cast<std::int32_t>(record.support.low - counted.both)};
+        }
+        const double confidence = record.confidence.value_or(known(1.0)).low;
+        if (record.group() != not_to_plain || confidence <= 0 || !std::isfinite(confidence)) {
+            return std::nullopt;
+        }
+        return std::int64_t{transactions_} - counted.premise +
+               std::llround(static_cast<double>(record.support.low) / confidence);
+    }
+
+    /// ", from 1800 transactions rather than the 2201 of the database", where a confidence is above 1.
     std::string hint(const RuleRecord& record) {
-        constexpr std::size_t not_to_plain = 4;
-        const bool is_above_one = record.confidence && record.confidence->low > 1;
-        if (!is_above_one || record.group() != not_to_plain || !std::isfinite(record.confidence->low)) {
+        if (!record.confidence || record.confidence->low <= 1) {
             return "";
         }
-        const Contingency counted =
-            recount_.count({record.premise.items, true}, {record.conclusion.items, false});
-        const Count with_premise = transactions_ - counted.premise;
-        const auto without = static_cast<Count>(std::lround(record.support.low / record.confidence->low));
-        return ", from a number of transactions of at least " +
-               std::to_string(with_premise + record.support.low) + ", rather than " +
-               std::to_string(with_premise + without) + " (the database has " +
-               std::to_string(transactions_) + ")";
+        const auto told = told_transactions(record, count(record));
+        return told ? ", from " + std::to_string(*told) + " transactions rather than the " +
+                          std::to_string(transactions_) + " of the database"
+                    : "";
+    }
+
+    Contingency count(const RuleRecord& record) {
+        return recount_.count({record.premise.items, record.premise.is_negated},
+                              {record.conclusion.items, record.conclusion.is_negated});
     }
 
     void check_confidence(const RuleRecord& record, const Contingency& counted) {

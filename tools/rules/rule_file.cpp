@@ -249,6 +249,7 @@ void RuleFileReader::read_bounds_of_confidence() {
     const double low = read_ratio(record_.support.is_known
                                       ? R"("confiance:", or the smallest confidence and "< confiance <")"
                                       : "the smallest confidence and \"< confiance <\"");
+    record_.confidence = known(low);
     if (!(low <= 1)) {
         fail(begin, shown(line_.substr(begin, position_ - begin)), "a confidence from 0 to 1");
     }
