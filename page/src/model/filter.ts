@@ -5,6 +5,7 @@ import { namedItems } from "./named_items.ts";
 import type { Quantities } from "./quantities.ts";
 import { kindOf, kinds, type Kind } from "./rules.ts";
 import { amountOf, termOf, type ItemTerm, type Limit, type RangeTerm, type Term } from "./search_terms.ts";
+import { TypedTerms, type TypedTerm } from "./typed_terms.ts";
 
 /** What rules are asked for: all terms must hold, and neither form nor kind may be switched off. */
 export interface Filter {
@@ -25,6 +26,7 @@ export class RuleFilter {
     readonly #quantities: Quantities;
     readonly #names: readonly string[];
     readonly #kept = new Map<string, Passes>();
+    readonly #typed: TypedTerms;
     #named: Lists | undefined;
     #kinds: Uint8Array | undefined;
 
@@ -32,6 +34,17 @@ export class RuleFilter {
         this.#book = book;
         this.#quantities = quantities;
         this.#names = quantities.all.map((quantity) => quantity.name);
+        this.#typed = new TypedTerms(book.items.names);
+    }
+
+    /** The terms of what is typed; words that are a name of an item together are one. */
+    typed(text: string): TypedTerm[] {
+        return this.#typed.of(text);
+    }
+
+    /** Their texts alone. */
+    termsOf(text: string): string[] {
+        return this.typed(text).map((term) => term.text);
     }
 
     /** The rules that pass. */

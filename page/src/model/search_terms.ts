@@ -39,7 +39,13 @@ export type Pattern =
  * The terms of a text, parted by blanks; blanks within quotes belong to a term. What is not closed ends with the text.
  */
 export function termsOf(text: string): string[] {
-    return text.match(/(?:"(?:\\.|[^"\\])*(?:"|$)|[^\s"])+/gsu) ?? [];
+    return termPieces(text).map((piece) => piece.text);
+}
+
+/** The same with where each begins. */
+export function termPieces(text: string): { readonly text: string; readonly begin: number }[] {
+    const pieces = text.matchAll(/(?:"(?:\\.|[^"\\])*(?:"|$)|[^\s"])+/gsu);
+    return Array.from(pieces, (piece) => ({ text: piece[0], begin: piece.index }));
 }
 
 /**

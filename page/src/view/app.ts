@@ -6,7 +6,6 @@ import { namedItems } from "../model/named_items.ts";
 import { givenOrder, orderBy } from "../model/order.ts";
 import { Quantities } from "../model/quantities.ts";
 import { Scales } from "../model/scales.ts";
-import { termsOf } from "../model/search_terms.ts";
 import { sideRanks } from "../model/side_ranks.ts";
 import { SideWords } from "../model/side_words.ts";
 import { firstState, fragmentOf, stateOf, type Known, type ViewState } from "../model/view_state.ts";
@@ -213,7 +212,7 @@ export class App {
     /** The rules that pass, in their order; the old order as long as the new one has to be prepared. */
     #choose(canSort: boolean): void {
         const { terms, draft, formsOff, kindsOff, sorting } = this.#state;
-        const filter = { terms: [...terms, ...termsOf(draft)], formsOff, kindsOff };
+        const filter = { terms: [...terms, ...this.#context.filter.termsOf(draft)], formsOff, kindsOff };
         const filterText = JSON.stringify(filter);
         const orderText = JSON.stringify(sorting ?? "");
         const isOrdered = orderText === this.#orderOf || !canSort;
@@ -253,7 +252,7 @@ export class App {
         if ((by === "premise" || by === "conclusion") && !this.#sideValues.has(by)) {
             return by;
         }
-        const asked = [...terms, ...termsOf(draft)].map((text) => {
+        const asked = [...terms, ...filter.termsOf(draft)].map((text) => {
             const term = filter.term(text);
             return term?.kind === "range" ? term.quantity : "";
         });

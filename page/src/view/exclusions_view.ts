@@ -6,7 +6,7 @@ import {
     type ExclusionOrder,
 } from "../model/exclusion_list.ts";
 import { countText, measureText, percentText } from "../model/number_words.ts";
-import { itemText, termsOf } from "../model/search_terms.ts";
+import { itemText } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
 
@@ -85,7 +85,7 @@ export class ExclusionsView implements Component {
         const { book, filter } = this.#context;
         const { state } = this.#sight!;
         this.#all ??= exclusionsOf(book);
-        const terms = [...state.terms, ...termsOf(state.draft)].map((term) => filter.term(term));
+        const terms = [...state.terms, ...filter.termsOf(state.draft)].map((term) => filter.term(term));
         const chosen = chosenExclusions(book, this.#all, terms);
         const ordered = this.#order === "p" ? chosen : orderedExclusions(chosen, this.#order);
         const largest = chosen.reduce((most, { expected }) => Math.max(most, expected), 1);

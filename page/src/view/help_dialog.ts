@@ -11,7 +11,7 @@ const searches: readonly (readonly [string, string])[] = [
     ["milk", "rules that name an item with “milk” in its name"],
     ["-bread", "rules that name no such item"],
     ["if:milk  then:survived=yes", "only in the premise, or in the conclusion"],
-    ['"whole milk"', "a name with blanks, or with other signs"],
+    ['"whole milk"', "a name with other signs, or a part of one with blanks"],
     ["beer|wine", "either"],
     ["class=*", "a whole name, with * for any signs: here a column"],
     ["#17", "the item of this number"],

@@ -1,5 +1,4 @@
 import { countText } from "../model/number_words.ts";
-import { termsOf } from "../model/search_terms.ts";
 import type { ViewState } from "../model/view_state.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, shortened } from "./dom.ts";
@@ -65,7 +64,7 @@ export class NoRules implements Component {
     /** Each filter that could be given up, with the state without it. */
     #ways(state: ViewState): { words: string; changes: Partial<ViewState> & { terms: string[] } }[] {
         const { filter } = this.#context;
-        const terms = [...state.terms, ...termsOf(state.draft)];
+        const terms = [...state.terms, ...filter.termsOf(state.draft)];
         const ways = terms.map((text, position) => {
             const term = filter.term(text);
             const words = shortened(term === undefined ? text : termText(this.#context, term), 80);

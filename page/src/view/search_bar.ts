@@ -1,5 +1,5 @@
 import { countText, measureText } from "../model/number_words.ts";
-import { quoted, termsOf, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
+import { quoted, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, newId, refill, shortened } from "./dom.ts";
 
@@ -89,18 +89,19 @@ export class SearchBar implements Component {
     }
 
     #takeDraft(): void {
-        const typed = termsOf(this.#field.value).filter(
-            (term) => this.#context.filter.term(term) !== undefined,
-        );
+        const { filter } = this.#context;
+        const typed = filter.termsOf(this.#field.value).filter((term) => filter.term(term) !== undefined);
         const terms = [...new Set([...this.#terms, ...typed])];
         this.#context.change({ terms, draft: "" });
     }
 
     /** Offers names that contain what is typed last, with the terms before it. */
     #suggest(): void {
-        const all = termsOf(this.#field.value);
-        const typed = (all.at(-1) ?? "").replace(/^-?(?:(?:if|then):)?"?/u, "").toLowerCase();
-        const before = this.#field.value.slice(0, this.#field.value.length - typed.length).replace(/"$/u, "");
+        const text = this.#field.value;
+        const { begin } = this.#context.filter.typed(text).at(-1) ?? { begin: text.length };
+        const [, sign = "", last = ""] = /^(-?(?:(?:if|then):)?)"?(.*)$/su.exec(text.slice(begin)) ?? [];
+        const typed = last.trimEnd().toLowerCase();
+        const before = text.slice(0, begin) + sign;
         const fitting = [];
         for (const name of typed === "" ? [] : this.#context.book.items.names) {
             if (name.length < mostLetters && name.toLowerCase().includes(typed)) {

@@ -32,6 +32,25 @@ test("names that fit what is typed last are offered, in quotes where they have b
     expect(await shownCount(page)).toBe("0 of 1 rule");
 });
 
+test("words that are the name of an item together become one filter", async () => {
+    const names = ["butter", "milk", "butter milk"];
+    const side = (item: number, count: number) => ({ items: [item], count });
+    const rules = [
+        { premise: side(0, 4), conclusion: side(1, 5), exceptions: 1 },
+        { premise: side(2, 4), conclusion: side(1, 5), exceptions: 1 },
+    ];
+    const page = await browser.open(madeBlob({ transactions: 9, names, rules }));
+    await field(page).pressSequentially("butter m");
+    const offered = page.locator("datalist option");
+    expect(await offered.evaluateAll((all) => all.map((option) => option.getAttribute("value")))).toEqual([
+        '"butter milk"',
+    ]);
+    await field(page).pressSequentially("ilk");
+    await field(page).press("Enter");
+    expect(await page.locator(".chips .chip > span").allInnerTexts()).toEqual(["butter milk"]);
+    expect(await shownRules(page)).toEqual(["butter milk => milk"]);
+});
+
 test("Enter makes chips of what is typed, and all of them must hold", async () => {
     const page = await browser.open(blob);
     await field(page).fill("then:survived=yes -child lift>1.2");
