@@ -12,6 +12,17 @@ export interface Filter {
     readonly terms: readonly string[];
     readonly formsOff: readonly string[];
     readonly kindsOff: readonly Kind[];
+    /** Whether items may also be named by another reading of a rule than the one that the table shows. */
+    readonly byReadings?: boolean;
+}
+
+/** What a filter leaves. */
+export interface Found {
+    readonly passes: Passes;
+    /** A bit for each reading, in the order of `readingsOf`: whether it names the items as the terms ask. */
+    readonly masks: Uint8Array;
+    /** How many rules only another reading lets pass; they do where `byReadings` says so. None without item terms. */
+    readonly others: number;
 }
 
 /** One byte for each rule: 1 where it passes. */
@@ -25,9 +36,11 @@ export class RuleFilter {
     readonly #book: Book;
     readonly #quantities: Quantities;
     readonly #names: readonly string[];
-    readonly #kept = new Map<string, Passes>();
+    /** A bit for each reading. */
+    readonly #kept = new Map<string, Uint8Array>();
     readonly #typed: TypedTerms;
     #named: Lists | undefined;
+    #denied: Lists | undefined;
     #kinds: Uint8Array | undefined;
 
     constructor(book: Book, quantities: Quantities) {
@@ -48,17 +61,32 @@ export class RuleFilter {
     }
 
     /** The rules that pass. */
-    passes({ terms, formsOff, kindsOff }: Filter): Passes {
-        const passes = new Uint8Array(this.#book.rules.count).fill(1);
+    passes(filter: Filter): Passes {
+        return this.found(filter).passes;
+    }
+
+    /** The rules that pass, and by which of their readings. One reading must name all items that are asked for. */
+    found({ terms, formsOff, kindsOff, byReadings = false }: Filter): Found {
+        const masks = new Uint8Array(this.#book.rules.count).fill(allReadings);
+        let asksForItems = false;
         for (const text of terms) {
             const term = this.term(text);
             if (term !== undefined) {
-                keepBoth(passes, this.#passesOfTerm(text, term));
+                keepBoth(masks, this.#masksOfTerm(text, term));
+                asksForItems ||= term.kind === "items" && !term.isExcluded;
             }
         }
+        const passes = new Uint8Array(masks.length).fill(1);
         this.#leaveOutForms(passes, formsOff);
         this.#leaveOutKinds(passes, kindsOff);
-        return passes;
+        let others = 0;
+        for (let rule = 0; rule < masks.length; ++rule) {
+            const asShown = masks[rule]! & 1;
+            const inAny = masks[rule]! === 0 ? 0 : 1;
+            others += passes[rule]! & (inAny ^ asShown);
+            passes[rule]! &= byReadings && asksForItems ? inAny : asShown;
+        }
+        return { passes, masks, others: asksForItems ? others : 0 };
     }
 
     /** How a text is read; nothing where it asks for nothing. */
@@ -78,64 +106,54 @@ export class RuleFilter {
         return this.#kinds;
     }
 
-    #passesOfTerm(text: string, term: Term): Passes {
+    #masksOfTerm(text: string, term: Term): Uint8Array {
         const most = 12;
-        let passes = this.#kept.get(text);
-        if (passes === undefined) {
-            passes = term.kind === "items" ? this.#naming(term) : this.#within(term);
+        let masks = this.#kept.get(text);
+        if (masks === undefined) {
+            masks = term.kind === "items" ? this.#naming(term) : this.#within(term);
             const [oldest] = this.#kept.keys();
             if (this.#kept.size >= most && oldest !== undefined) {
                 this.#kept.delete(oldest);
             }
-            this.#kept.set(text, passes);
+            this.#kept.set(text, masks);
         }
-        return passes;
+        return masks;
     }
 
-    #naming({ patterns, place, isExcluded }: ItemTerm): Passes {
-        const sides = this.#sidesNaming(matchingItems(this.#book.items, patterns));
+    #naming(term: ItemTerm): Uint8Array {
+        const sides = this.#sidesNaming(matchingItems(this.#book.items, term.patterns));
         const { premises, conclusions, count } = this.#book.rules;
-        const passes = new Uint8Array(count);
-        const wanted = isExcluded ? 0 : 1;
-        const inPremise = place === "then" ? 0 : 1;
-        const inConclusion = place === "if" ? 0 : 1;
+        const maskOf = masksOfSides(term);
+        const masks = new Uint8Array(count);
         for (let rule = 0; rule < count; ++rule) {
-            const isNamed =
-                (sides[premises[rule]!]! & inPremise) | (sides[conclusions[rule]!]! & inConclusion);
-            passes[rule] = isNamed === wanted ? 1 : 0;
+            masks[rule] = maskOf[sides[premises[rule]!]! | (sides[conclusions[rule]!]! << 2)]!;
         }
-        return passes;
+        return masks;
     }
 
+    /** Of each side, whether its words name one of the items (1), and whether those of its contrary do (2). */
     #sidesNaming(items: Uint8Array): Uint8Array {
         this.#named ??= namedItems(this.#book);
-        const { starts, values } = this.#named;
+        this.#denied ??= namedItems(this.#book, true);
         const sides = new Uint8Array(this.#book.sides.count);
-        for (let side = 0; side < sides.length; ++side) {
-            const end = starts[side + 1]!;
-            for (let i = starts[side]!; i < end; ++i) {
-                if (items[values[i]!] === 1) {
-                    sides[side] = 1;
-                    break;
-                }
-            }
-        }
+        markNaming(sides, this.#named, items, 1);
+        markNaming(sides, this.#denied, items, 2);
         return sides;
     }
 
     /** Of a rule that is bounded, the end that is certain counts: the whole range must lie within the one asked for. */
-    #within({ quantity, from, to }: RangeTerm): Passes {
+    #within({ quantity, from, to }: RangeTerm): Uint8Array {
         const { low, high } = this.#quantities.column(quantity);
         const least = this.#value(quantity, from);
         const most = this.#value(quantity, to);
-        const passes = new Uint8Array(low.length);
-        for (let rule = 0; rule < passes.length; ++rule) {
+        const masks = new Uint8Array(low.length);
+        for (let rule = 0; rule < masks.length; ++rule) {
             const isAbove =
                 least === undefined || (from?.isIncluded ? low[rule]! >= least : low[rule]! > least);
             const isBelow = most === undefined || (to?.isIncluded ? high[rule]! <= most : high[rule]! < most);
-            passes[rule] = isAbove && isBelow ? 1 : 0;
+            masks[rule] = isAbove && isBelow ? allReadings : 0;
         }
-        return passes;
+        return masks;
     }
 
     #value(quantity: string, limit: Limit | undefined): number | undefined {
@@ -166,9 +184,41 @@ export class RuleFilter {
     }
 }
 
-function keepBoth(passes: Passes, others: Passes): void {
-    for (let rule = 0; rule < passes.length; ++rule) {
-        passes[rule]! &= others[rule]!;
+const allReadings = 15;
+
+/** Which readings hold for each of the 16 ways in which a premise and a conclusion, or their contraries, name items. */
+function masksOfSides({ place, isExcluded }: ItemTerm): Uint8Array {
+    return Uint8Array.from({ length: 16 }, (_, naming) => {
+        const [premise, noPremise, conclusion, noConclusion] = [0, 1, 2, 3].map((bit) => (naming >> bit) & 1);
+        const readings = [
+            [premise, conclusion],
+            [conclusion, premise],
+            [noConclusion, noPremise],
+            [noPremise, noConclusion],
+        ];
+        return readings.reduce((mask, [from, to], reading) => {
+            const isNamed = (place !== "then" && from === 1) || (place !== "if" && to === 1);
+            return isNamed === isExcluded ? mask : mask | (1 << reading);
+        }, 0);
+    });
+}
+
+/** Sets a bit of each side that has one of the items. */
+function markNaming(sides: Uint8Array, { starts, values }: Lists, items: Uint8Array, bit: number): void {
+    for (let side = 0; side < sides.length; ++side) {
+        const end = starts[side + 1]!;
+        for (let i = starts[side]!; i < end; ++i) {
+            if (items[values[i]!] === 1) {
+                sides[side]! |= bit;
+                break;
+            }
+        }
+    }
+}
+
+function keepBoth(masks: Uint8Array, others: Uint8Array): void {
+    for (let rule = 0; rule < masks.length; ++rule) {
+        masks[rule]! &= others[rule]!;
     }
 }
 

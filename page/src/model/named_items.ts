@@ -5,9 +5,9 @@ import { SideWords } from "./side_words.ts";
 
 /**
  * The items that the words of each side name, which are others than those it has where a column is said by its rest.
- * O(items of all sides).
+ * `isDenied`: those that the words of its contrary name. O(items of all sides).
  */
-export function namedItems(book: Book): Lists {
+export function namedItems(book: Book, isDenied = false): Lists {
     const { sides } = book;
     if (!book.header.columns.some((column) => column.exhaustive)) {
         return sides.items;
@@ -17,10 +17,9 @@ export function namedItems(book: Book): Lists {
     const starts = new Uint32Array(sides.count + 1);
     const values: number[] = [];
     for (let side = 0; side < numberOfLists(sides.items); ++side) {
-        if (turns.hasTurnedGroup(side)) {
-            values.push(
-                ...words.namedItems({ items: listAt(sides.items, side), isNegated: isNegated(sides, side) }),
-            );
+        const negated = isNegated(sides, side) !== isDenied;
+        if (turns.hasTurnedGroup(side, negated)) {
+            values.push(...words.namedItems({ items: listAt(sides.items, side), isNegated: negated }));
         } else {
             for (let i = sides.items.starts[side]!; i < sides.items.starts[side + 1]!; ++i) {
                 values.push(sides.items.values[i]!);
@@ -41,10 +40,9 @@ class TurnTest {
         this.#inColumn = new Uint32Array(book.header.columns.length);
     }
 
-    hasTurnedGroup(side: number): boolean {
+    hasTurnedGroup(side: number, negated: boolean): boolean {
         const { items, sides, header } = this.#book;
         const { starts, values } = sides.items;
-        const negated = isNegated(sides, side);
         if (sizeOfList(sides.items, side) < 2 && !negated) {
             return false;
         }

@@ -10,6 +10,7 @@ export interface Reading {
     readonly premise: SideItems;
     readonly conclusion: SideItems;
     readonly confidence: Bounds;
+    readonly lift: Bounds;
     /** The number of this rule where the book has it. */
     readonly rule: number | undefined;
 }
@@ -17,6 +18,8 @@ export interface Reading {
 /** How often the denied premise goes with the denied conclusion, by the counts of the rule itself. */
 const ofDenied: MeasureOfCounts = (x, y, a, n) => ratio(n - x - y + a, n - x);
 const ofDeniedTurned: MeasureOfCounts = (x, y, a, n) => ratio(n - x - y + a, n - y);
+const liftOfDenied: MeasureOfCounts = (x, y, a, n) => ratio((n - x - y + a) * n, (n - x) * (n - y));
+const liftOfRule: MeasureOfCounts = (x, y, a, n) => ratio(a * n, x * y);
 const ofRule: MeasureOfCounts = (x, _y, a) => ratio(a, x);
 const ofTurned: MeasureOfCounts = (_x, y, a) => ratio(a, y);
 
@@ -31,17 +34,23 @@ export function readingsOf(book: Book, rule: number): Reading[] {
     const noPremise = complement(book, premise);
     const noConclusion = complement(book, conclusion);
     const [first, second] = tablesOf(book, rule);
-    const reading = (from: SideItems, to: SideItems, confidence: MeasureOfCounts): Reading => ({
+    const reading = (
+        from: SideItems,
+        to: SideItems,
+        confidence: MeasureOfCounts,
+        lift: MeasureOfCounts,
+    ): Reading => ({
         premise: from,
         conclusion: to,
         confidence: boundsOf(confidence, "", first, second),
+        lift: boundsOf(lift, "", first, second),
         rule: findRule(book, from, to),
     });
     return [
-        reading(premise, conclusion, ofRule),
-        reading(conclusion, premise, ofTurned),
-        reading(noConclusion, noPremise, ofDeniedTurned),
-        reading(noPremise, noConclusion, ofDenied),
+        reading(premise, conclusion, ofRule, liftOfRule),
+        reading(conclusion, premise, ofTurned, liftOfRule),
+        reading(noConclusion, noPremise, ofDeniedTurned, liftOfDenied),
+        reading(noPremise, noConclusion, ofDenied, liftOfDenied),
     ];
 }
 

@@ -19,6 +19,8 @@ export interface ViewState {
     readonly draft: string;
     readonly formsOff: readonly string[];
     readonly kindsOff: readonly Kind[];
+    /** Whether items may be named by another reading of a rule. */
+    readonly byReadings: boolean;
     /** Nothing: as the program ranked the rules. */
     readonly sorting: Sorting | undefined;
     /** The quantities in the table. */
@@ -41,6 +43,7 @@ export function firstState(measures: readonly string[]): ViewState {
         draft: "",
         formsOff: [],
         kindsOff: [],
+        byReadings: false,
         sorting: undefined,
         columns: ["support", ...measures],
         xAxis: "support",
@@ -65,6 +68,7 @@ export function fragmentOf(state: ViewState, first: ViewState): string {
     });
     add("typed", state.draft, "");
     add("without", [...state.formsOff, ...state.kindsOff].join(), "");
+    add("readings", state.byReadings ? "all" : "", "");
     add("sort", sortingText(state.sorting), "");
     add("columns", state.columns.join(), first.columns.join());
     add("x", state.xAxis, first.xAxis);
@@ -100,6 +104,7 @@ export function stateOf(fragment: string, first: ViewState, known: Known): ViewS
         draft: told.get("typed") ?? "",
         formsOff: known.forms.filter((form) => without.includes(form)),
         kindsOff: kinds.filter((kind) => without.includes(kind)),
+        byReadings: told.get("readings") === "all",
         sorting: sortingOf(told.get("sort") ?? "", [...known.quantities, "premise", "conclusion"]),
         columns: columns === undefined ? first.columns : [...new Set(columns)].filter(isQuantity),
         xAxis: quantity("x", first.xAxis),

@@ -1,6 +1,6 @@
 import type { Book } from "../data/book.ts";
 import type { Lists } from "../data/lists.ts";
-import { passing, RuleFilter, type Passes } from "../model/filter.ts";
+import { passing, RuleFilter, type Found } from "../model/filter.ts";
 import { Lattice } from "../model/lattice.ts";
 import { namedItems } from "../model/named_items.ts";
 import { givenOrder, orderBy } from "../model/order.ts";
@@ -40,7 +40,7 @@ export class App {
     #orderOf = JSON.stringify("");
     /** The last few, so that the way back is short. */
     readonly #orders = new Map<string, Uint32Array>();
-    #passes: Passes;
+    #found: Found;
     #passesOf = "";
     #rules: Uint32Array;
     #shown: Sight | undefined;
@@ -59,7 +59,7 @@ export class App {
         };
         this.#state = stateOf(location.hash, this.#context.first, this.#known);
         this.#order = givenOrder(book.rules.count);
-        this.#passes = new Uint8Array(book.rules.count).fill(1);
+        this.#found = this.#context.filter.found({ terms: [], formsOff: [], kindsOff: [] });
         this.#rules = this.#order;
         this.#components = this.#makeComponents(licences);
         document.body.classList.toggle("is-empty", book.rules.count === 0);
@@ -193,13 +193,13 @@ export class App {
             void this.#prepare(missing);
         }
         this.#choose(missing === undefined);
-        const { state, passes, rules, busy } = {
+        const { state, found, rules, busy } = {
             state: this.#state,
-            passes: this.#passes,
+            found: this.#found,
             rules: this.#rules,
             busy: this.#preparing,
         };
-        const now: Sight = { state, passes, rules, busy };
+        const now: Sight = { state, passes: found.passes, found, rules, busy };
         const before = this.#shown;
         this.#shown = now;
         document.body.dataset["view"] = state.view;
@@ -211,8 +211,13 @@ export class App {
 
     /** The rules that pass, in their order; the old order as long as the new one has to be prepared. */
     #choose(canSort: boolean): void {
-        const { terms, draft, formsOff, kindsOff, sorting } = this.#state;
-        const filter = { terms: [...terms, ...this.#context.filter.termsOf(draft)], formsOff, kindsOff };
+        const { terms, draft, formsOff, kindsOff, byReadings, sorting } = this.#state;
+        const filter = {
+            terms: [...terms, ...this.#context.filter.termsOf(draft)],
+            formsOff,
+            kindsOff,
+            byReadings,
+        };
         const filterText = JSON.stringify(filter);
         const orderText = JSON.stringify(sorting ?? "");
         const isOrdered = orderText === this.#orderOf || !canSort;
@@ -226,9 +231,9 @@ export class App {
         }
         if (filterText !== this.#passesOf) {
             this.#passesOf = filterText;
-            this.#passes = this.#context.filter.passes(filter);
+            this.#found = this.#context.filter.found(filter);
         }
-        this.#rules = passing(this.#order, this.#passes);
+        this.#rules = passing(this.#order, this.#found.passes);
     }
 
     #sorted(): Uint32Array {

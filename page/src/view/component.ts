@@ -1,6 +1,6 @@
 import type { Book } from "../data/book.ts";
 import type { Lists } from "../data/lists.ts";
-import type { Passes, RuleFilter } from "../model/filter.ts";
+import type { Found, Passes, RuleFilter } from "../model/filter.ts";
 import type { Lattice } from "../model/lattice.ts";
 import type { Quantities } from "../model/quantities.ts";
 import type { Scales } from "../model/scales.ts";
@@ -31,6 +31,8 @@ export interface Context {
 export interface Sight {
     readonly state: ViewState;
     readonly passes: Passes;
+    /** By which of their readings rules pass, and how many more would. */
+    readonly found: Found;
     /** The rules that pass, in their order. */
     readonly rules: Uint32Array;
     /** What is being computed; empty: nothing. */

@@ -48,7 +48,7 @@ export function helpDialog(program: string, licences: readonly Licence[]): HTMLD
         h(
             "p",
             {},
-            "All filters must hold. Dragging over a histogram or over the map chooses a range; a click on a histogram gives it up.",
+            "All filters must hold. Dragging over a histogram or over the map chooses a range; a click on a histogram gives it up. Where another of the four readings of a rule (turned round, or with both sides denied) names an item as asked, “more in another reading” shows it.",
         ),
         h("h3", {}, "Keys"),
         pairs(keys),

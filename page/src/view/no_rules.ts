@@ -13,13 +13,13 @@ export class NoRules implements Component {
         this.#context = context;
     }
 
-    update({ rules, state }: Sight): void {
+    update({ rules, state, found }: Sight): void {
         if (rules.length > 0) {
             refill(this.root);
         } else if (this.#context.book.rules.count === 0) {
             refill(this.root, ...this.#ofEmptyBook());
         } else {
-            refill(this.root, ...this.#ofFilters(state));
+            refill(this.root, ...this.#ofFilters(state, found.others));
         }
     }
 
@@ -36,7 +36,7 @@ export class NoRules implements Component {
         ];
     }
 
-    #ofFilters(state: ViewState): HTMLElement[] {
+    #ofFilters(state: ViewState, others: number): HTMLElement[] {
         const ways = this.#ways(state).map(({ words, changes }) => {
             const count = this.#context.filter
                 .passes({ ...state, ...changes, terms: changes.terms })
@@ -56,9 +56,19 @@ export class NoRules implements Component {
         );
         return [
             h("h2", {}, "No rule fits all filters"),
+            ...(others === 0 ? [] : [this.#byReadings(others)]),
             h("p", { class: "quiet" }, "Loosen one of them:"),
             h("ul", { class: "list" }, ...entries),
         ];
+    }
+
+    /** Leads to the rules that fit once they are turned round, or both of their sides denied. */
+    #byReadings(others: number): HTMLElement {
+        const words = others === 1 ? "1 rule fits" : `${countText(others)} rules fit`;
+        const show = button("Show", { class: "link" }, () => {
+            this.#context.change({ byReadings: true });
+        });
+        return h("p", {}, `In another reading (turned round, or with both sides denied) ${words}. `, show);
     }
 
     /** Each filter that could be given up, with the state without it. */

@@ -24,6 +24,8 @@ export class RulePanel implements Component {
     });
     readonly #context: Context;
     readonly #walk: LatticeWalk;
+    /** Beside each reading: that it is the one that fits the search. */
+    #marks: readonly HTMLElement[] = [];
     readonly #step: (by: number) => void;
 
     /** `step` moves to a neighbouring rule of the table. */
@@ -33,7 +35,7 @@ export class RulePanel implements Component {
         this.#step = step;
     }
 
-    update({ state }: Sight, before: Sight | undefined): void {
+    update({ state, found }: Sight, before: Sight | undefined): void {
         const { rule, node } = state;
         this.root.hidden = rule === undefined;
         if (rule === undefined) {
@@ -47,6 +49,7 @@ export class RulePanel implements Component {
                 this.root.focus();
             }
         }
+        this.#markReadings(found.masks[rule]!);
         if (rule !== before?.state.rule || node !== before.state.node) {
             const position = node ?? this.#walk.home;
             if (position !== undefined) {
@@ -188,15 +191,32 @@ export class RulePanel implements Component {
             const isOwn = reading.rule === rule;
             const said =
                 reading.rule === undefined || isOwn ? h("span", {}, text) : this.#linkTo(reading.rule, text);
-            const value = h("span", { class: "value" }, boundsText(reading.confidence, percentText));
-            return h("li", { "aria-current": isOwn ? "true" : undefined }, said, value);
+            const mark = h("span", { class: "fits", hidden: true }, " (fits the search)");
+            const numbers = `${boundsText(reading.confidence, percentText)}, lift ${boundsText(reading.lift, measureText)}`;
+            const value = h("span", { class: "value" }, unbroken(numbers));
+            const row = h(
+                "li",
+                { "aria-current": isOwn ? "true" : undefined },
+                h("span", {}, said, mark),
+                value,
+            );
+            return { row, mark };
         });
+        this.#marks = rows.map(({ mark }) => mark);
         const remark = "They tell of one association, and all follow from the four counts.";
         return section(
             "Four ways to read it",
             h("p", { class: "quiet" }, remark),
-            h("ul", { class: "list" }, ...rows),
+            h("ul", { class: "list" }, ...rows.map(({ row }) => row)),
         );
+    }
+
+    /** Of a rule that fits the search by other readings only, says by which. `mask`: a bit for each that does. */
+    #markReadings(mask: number): void {
+        const fitsAsShown = (mask & 1) === 1;
+        this.#marks.forEach((mark, reading) => {
+            mark.hidden = fitsAsShown || ((mask >> reading) & 1) === 0;
+        });
     }
 
     #side(side: SideItems): string {

@@ -8,12 +8,20 @@ export class Toolbar implements Component {
     readonly #context: Context;
     readonly #count = h("p", { class: "count", role: "status" });
     readonly #clear: HTMLButtonElement;
+    readonly #readings: HTMLButtonElement;
+    #byReadings = false;
     readonly #boxes = new Map<string, HTMLInputElement>();
 
     constructor(context: Context, exportRules: () => void) {
         this.#context = context;
         this.#clear = button("Clear filters", { class: "link" }, () => {
-            context.change({ terms: [], draft: "", formsOff: [], kindsOff: [] });
+            context.change({ terms: [], draft: "", formsOff: [], kindsOff: [], byReadings: false });
+        });
+        const title =
+            "A rule can be read in four ways: as it is, turned round, and both with the sides denied. " +
+            "These name what is searched for in another reading than the one shown.";
+        this.#readings = button("", { class: "link", title }, () => {
+            context.change({ byReadings: !this.#byReadings });
         });
         const save = button(
             "Save as CSV",
@@ -21,10 +29,22 @@ export class Toolbar implements Component {
             exportRules,
         );
         const hint = h("p", { class: "hint" }, "A click on a rule shows what is behind it.");
-        this.root = h("div", { class: "toolbar" }, this.#count, this.#clear, hint, this.#columns(), save);
+        this.root = h(
+            "div",
+            { class: "toolbar" },
+            this.#count,
+            this.#readings,
+            this.#clear,
+            hint,
+            this.#columns(),
+            save,
+        );
     }
 
-    update({ state, rules, busy }: Sight): void {
+    update({ state, found, rules, busy }: Sight): void {
+        this.#byReadings = state.byReadings;
+        this.#readings.hidden = found.others === 0 || rules.length === 0;
+        this.#readings.textContent = readingWords(found.others, state.byReadings);
         this.#count.textContent =
             busy === "" ? countWords(rules.length, this.#context.book.rules.count) : busy;
         const isFiltered =
@@ -67,6 +87,12 @@ export class Toolbar implements Component {
     #ticked(): string[] {
         return [...this.#boxes].filter(([, box]) => box.checked).map(([name]) => name);
     }
+}
+
+/** What another reading adds, or has added. */
+function readingWords(others: number, areShown: boolean): string {
+    const number = countText(others);
+    return areShown ? `Leave out ${number} in another reading` : `${number} more in another reading`;
 }
 
 /** "All 46 rules", "3 of 46 rules". */

@@ -90,10 +90,10 @@ test("the other readings are told with how often they hold", async () => {
     const page = await browser.open(blob, { fragment: "rule=3" });
     const section = page.getByRole("region", { name: "Four ways to read it" });
     expect(await section.locator("li").allInnerTexts()).toEqual([
-        "sex=female → survived=yes\n73 %",
-        "survived=yes → sex=female\n48 %",
-        "survived=no → sex=male\n92 %",
-        "sex=male → survived=no\n79 %",
+        "sex=female → survived=yes\n73\u00a0%, lift 2.27",
+        "survived=yes → sex=female\n48\u00a0%, lift 2.27",
+        "survived=no → sex=male\n92\u00a0%, lift 1.16",
+        "sex=male → survived=no\n79\u00a0%, lift 1.16",
     ]);
 });
 

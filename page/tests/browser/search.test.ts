@@ -67,6 +67,21 @@ test("Enter makes chips of what is typed, and all of them must hold", async () =
     ]);
 });
 
+test("rules that another reading lets fit are counted, shown on a click, and say by which reading", async () => {
+    const only = madeBlob({ ...titanic, rules: titanic.rules.slice(2, 3) });
+    const page = await browser.open(only, { fragment: "q=if:survived%3Dno" });
+    await page.locator(".no-rules").getByText("1 rule fits").waitFor();
+    await page.getByRole("button", { name: "Show", exact: true }).click();
+    expect(await shownRules(page)).toEqual(["sex=female => survived=yes"]);
+    await page.waitForURL(/readings=all/u);
+    await page.locator(".row").first().click();
+    expect(await page.locator(".panel li:has(.fits:visible)").allInnerTexts()).toEqual([
+        "survived=no → sex=male (fits the search)\n92\u00a0%, lift 1.16",
+    ]);
+    await page.getByRole("button", { name: "Leave out 1 in another reading" }).click();
+    expect(await shownCount(page)).toBe("0 of 1 rule");
+});
+
 test("a chip is taken away by its button, and the last one by Backspace", async () => {
     const page = await browser.open(blob, { fragment: "q=child&q=crew" });
     expect(await shownCount(page)).toBe("1 of 6 rules");

@@ -95,6 +95,21 @@ test("an item is found by the words of a side that names the rest of a column", 
     expect([passes("sex=male"), passes("sex=female"), passes("if:a")]).toEqual([1, 0, 1]);
 });
 
+test("rules are counted, and found, of which another reading names the items so", () => {
+    const found = (changes: Partial<Filter>) => {
+        const { passes, masks, others } = filter.found({ terms: [], formsOff: [], kindsOff: [], ...changes });
+        return { rules: [...passing(givenOrder(passes.length), passes)], masks: [...masks], others };
+    };
+    // Rule 2, "sex=female => survived=yes", is read as "survived=no => sex=male", too, its third reading. That of rule 1
+    // is "class not 3rd and survived=no => sex=male and age=adult", and of rule 5 the same without the age.
+    const terms = ["if:survived=no", "then:sex=male"];
+    expect(found({ terms })).toMatchObject({ rules: [0], others: 3 });
+    expect(found({ terms }).masks[2]).toBe(0b0100);
+    expect(found({ terms, byReadings: true }).rules).toEqual([0, 1, 2, 5]);
+    expect(found({ terms: ["lift>0"], byReadings: true })).toMatchObject({ others: 0 });
+    expect(found({ terms: [...terms, "support<100"] })).toMatchObject({ rules: [], others: 0 });
+});
+
 test("of a rule that is not known exactly the certain end counts", () => {
     const book = bookOf(
         madeBlob({

@@ -16,6 +16,7 @@ const busy: ViewState = {
     draft: "mil",
     formsOff: ["R131"],
     kindsOff: ["bounded"],
+    byReadings: true,
     sorting: { by: "lift", isAscending: true },
     columns: ["support", "phi"],
     xAxis: "lift",
