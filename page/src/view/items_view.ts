@@ -1,6 +1,6 @@
 import { unknownCount } from "../data/book.ts";
-import { partnersOf, usageOf, type ItemUsage } from "../model/item_usage.ts";
-import { countText, percentText } from "../model/number_words.ts";
+import { partnersOf, usageOf, type ItemUsage, type Partner } from "../model/item_usage.ts";
+import { countText, measureText, percentText } from "../model/number_words.ts";
 import { columnText, itemText, type Place } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened, unbroken } from "./dom.ts";
@@ -166,17 +166,23 @@ export class ItemsView implements Component {
         if (item === undefined) {
             return;
         }
-        const counts = partnersOf(book, named(), rules, item);
-        const partners = [...counts.keys()].filter((other) => counts[other]! > 0);
-        partners.sort((one, other) => counts[other]! - counts[one]! || one - other);
+        const partners = partnersOf(book, named(), rules, item);
         const held = book.items.counts[item]!;
         const own = itemText(book.items.numbers[item]!);
-        const entries = partners.slice(0, mostPartners).map((other) => {
+        const entry = ({ item: other, rules: count, lift }: Partner) => {
             const link = button(shortened(book.items.names[other]!, 80), { class: "link" }, () => {
                 this.#showRules([own, itemText(book.items.numbers[other]!)]);
             });
-            return h("li", {}, link, h("span", { class: "value" }, countText(counts[other]!)));
-        });
+            const title = count === 1 ? "in 1 rule" : `in ${countText(count)} rules`;
+            return h("li", {}, link, h("span", { class: "value", title }, `lift ${measureText(lift)}`));
+        };
+        const listOf = (heading: string, some: readonly Partner[]) =>
+            some.length === 0
+                ? []
+                : [
+                      h("h3", {}, heading),
+                      h("ul", { class: "list" }, ...some.slice(0, mostPartners).map(entry)),
+                  ];
         refill(
             this.#partners,
             h("h2", {}, shortened(book.items.names[item]!, 200)),
@@ -192,10 +198,17 @@ export class ItemsView implements Component {
             button("Show its rules", { class: "primary" }, () => {
                 this.#showRules([own]);
             }),
-            h("h3", {}, "Most often in a rule with"),
-            entries.length === 0
-                ? h("p", { class: "quiet" }, "No shown rule names it with another item.")
-                : h("ul", { class: "list" }, ...entries),
+            ...listOf(
+                "Goes with",
+                partners.filter(({ lift }) => lift >= 1),
+            ),
+            ...listOf(
+                "Less often with",
+                partners.filter(({ lift }) => lift < 1),
+            ),
+            partners.length === 0
+                ? h("p", { class: "quiet" }, "No shown rule has another item on its other side.")
+                : undefined,
         );
     }
 }

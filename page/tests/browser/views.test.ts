@@ -35,12 +35,23 @@ test("an item is told with its partners", async () => {
     const partners = page.getByRole("complementary", { name: "The chosen item" });
     expect(await partners.innerText()).toContain("In 470 of 2,201 transactions (21\u00a0%).");
     expect(await partners.locator("li").allInnerTexts()).toEqual([
-        "survived=yes\n3",
-        "class=3rd\n2",
-        "age=child\n1",
+        "survived=yes\nlift 2.27",
+        "class=3rd\nlift 1.70",
     ]);
+    expect(await partners.locator("h3").allInnerTexts()).toEqual(["Goes with"]);
     await partners.getByRole("button", { name: "class=3rd" }).click();
     expect(await shownRules(page)).toHaveLength(2);
+});
+
+test("what an item goes with, and what it is less often with, are told apart", async () => {
+    const page = await browser.open(blob, { fragment: "view=items&item=4" });
+    const partners = page.getByRole("complementary", { name: "The chosen item" });
+    expect(await partners.locator("h3, li").allInnerTexts()).toEqual([
+        "Goes with",
+        "sex=male\nlift 1.16",
+        "Less often with",
+        "age=child\nlift 0.000",
+    ]);
 });
 
 test("a column leads to all rules with one of its values", async () => {

@@ -17,8 +17,24 @@ test("only the rules that are shown count", () => {
     expect([...premises]).toEqual([0, 0, 0, 0, 0, 0, 0, 1, 0, 0]);
 });
 
-test("the partners of an item come in the same rules, on either side", () => {
-    const partners = partnersOf(book, named, Uint32Array.of(0, 1, 2, 3, 4, 5), 5);
-    // Rules 1, 2 and 5 name sex=female: with child once, third twice, survived three times.
-    expect([...partners]).toEqual([0, 0, 2, 0, 0, 0, 0, 1, 0, 3]);
+function partners(item: number): (readonly [string, number, number])[] {
+    return partnersOf(book, named, Uint32Array.of(0, 1, 2, 3, 4, 5), item).map(
+        ({ item: other, rules, lift }) => [book.items.names[other]!, rules, Number(lift.toFixed(3))] as const,
+    );
+}
+
+test("the partners of an item are on the other side, with the lift of the rule with the fewest items", () => {
+    // 344 * 2,201 / (470 * 711), and 450 * 2,201 / (470 * 1,239). The child is on the same side.
+    expect(partners(5)).toEqual([
+        ["survived=yes", 3, 2.266],
+        ["class=3rd", 2, 1.701],
+    ]);
+});
+
+test("an item that a rule denies goes with the other one as often as the counts say", () => {
+    // No child is in the crew: "age=child => class not crew". 1,556 * 2,201 / (1,702 * 1,731) are male.
+    expect(partners(3)).toEqual([
+        ["age=child", 1, 0],
+        ["sex=male", 1, 1.162],
+    ]);
 });
