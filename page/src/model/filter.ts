@@ -136,8 +136,12 @@ export class RuleFilter {
         this.#named ??= namedItems(this.#book);
         this.#denied ??= namedItems(this.#book, true);
         const sides = new Uint8Array(this.#book.sides.count);
-        markNaming(sides, this.#named, items, 1);
-        markNaming(sides, this.#denied, items, 2);
+        if (this.#named === this.#denied) {
+            markNaming(sides, this.#named, items, 3);
+        } else {
+            markNaming(sides, this.#named, items, 1);
+            markNaming(sides, this.#denied, items, 2);
+        }
         return sides;
     }
 

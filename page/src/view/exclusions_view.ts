@@ -11,7 +11,6 @@ import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
 
 const mostRows = 100;
-const mostToExclude = 0.25;
 
 /** Pairs of items that meet less often than by chance: what excludes, or replaces, what. */
 export class ExclusionsView implements Component {
@@ -118,7 +117,7 @@ export class ExclusionsView implements Component {
             button(shortened(items.names[item]!, 120), { class: "link", title: "Show its rules" }, () => {
                 this.#context.change({ view: "rules", terms: [itemText(items.numbers[item]!)], draft: "" });
             });
-        const verb = lift <= mostToExclude ? " excludes " : " avoids ";
+        const verb = together === 0 ? " excludes " : " less often than expected with ";
         const bar = h("i", { class: "bar expected" });
         bar.style.setProperty("--low", `${(100 * together) / largest}%`);
         bar.style.setProperty("--high", `${(100 * expected) / largest}%`);

@@ -71,12 +71,20 @@ test("exclusions are told with what is seen and what is expected", async () => {
     const page = await browser.open(blob);
     await page.getByRole("button", { name: "Exclusions" }).click();
     expect(await rowTexts(page, ".exclusions-view tbody tr")).toEqual([
-        "sex=male avoids survived=yes\t367 of 559\t0.656\t559\t94 %\t95.5",
-        "class=crew excludes sex=female\t23 of 189\t0.122\t189\t61 %\t84.2",
+        "sex=male less often than expected with survived=yes\t367 of 559\t0.656\t559\t94 %\t95.5",
+        "class=crew less often than expected with sex=female\t23 of 189\t0.122\t189\t61 %\t84.2",
     ]);
     await page.getByRole("columnheader", { name: "Seen / expected" }).getByRole("button").click();
     expect(await page.locator(".exclusions-view tbody tr").first().innerText()).toContain(
-        "class=crew excludes",
+        "class=crew less often than expected with",
+    );
+});
+
+test("one item excludes another only where they are never together", async () => {
+    const exclusions = [{ first: 3, second: 7, together: 0, p: 20.6 }];
+    const page = await browser.open(madeBlob({ ...titanic, exclusions }), { fragment: "view=exclusions" });
+    expect(await page.locator(".exclusions-view tbody .name").innerText()).toBe(
+        "class=crew excludes age=child",
     );
 });
 
