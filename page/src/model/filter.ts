@@ -4,7 +4,15 @@ import { matchingItems } from "./item_matching.ts";
 import { namedItems } from "./named_items.ts";
 import type { Quantities } from "./quantities.ts";
 import { kindOf, kinds, type Kind } from "./rules.ts";
-import { amountOf, termOf, type ItemTerm, type Limit, type RangeTerm, type Term } from "./search_terms.ts";
+import {
+    amountOf,
+    problemOf,
+    termOf,
+    type ItemTerm,
+    type Limit,
+    type RangeTerm,
+    type Term,
+} from "./search_terms.ts";
 import { TypedTerms, type TypedTerm } from "./typed_terms.ts";
 
 /** What rules are asked for: all terms must hold, and neither form nor kind may be switched off. */
@@ -91,7 +99,12 @@ export class RuleFilter {
 
     /** How a text is read; nothing where it asks for nothing. */
     term(text: string): Term | undefined {
-        return termOf(text, this.#names);
+        return this.problem(text) === undefined ? termOf(text, this.#names) : undefined;
+    }
+
+    /** What is wrong with a text that begins as a comparison does; such a text asks for nothing. */
+    problem(text: string): string | undefined {
+        return problemOf(text, this.#names);
     }
 
     /** The kind of each rule, as its position among all kinds. */

@@ -16,6 +16,8 @@ export interface Quantity {
     readonly explanation: string;
     /** Whether values spread over magnitudes, so that a logarithmic axis shows them better. */
     readonly isWide: boolean;
+    /** No value is further from 0: 1 for shares and the like. */
+    readonly most: number;
     /** A value of it as text. */
     readonly say: (value: number) => string;
 }
@@ -185,7 +187,7 @@ function measureFunction(book: Book, name: string, measure: MeasureOfCounts): (r
 }
 
 function count(name: string, title: string, formula: string, explanation: string): Quantity {
-    return { name, title, formula, explanation, isCount: true, isWide: true, say: countText };
+    return { name, title, formula, explanation, isCount: true, isWide: true, most: Infinity, say: countText };
 }
 
 function catalogueOf(book: Book): Quantity[] {
@@ -206,6 +208,7 @@ function catalogueOf(book: Book): Quantity[] {
             explanation,
             isCount: false,
             isWide: wide.has(name),
+            most: unlimited.has(name) ? Infinity : 1,
             say: wayToSay(name),
         }));
     return [...counts, ...ofRules, ...holdoutQuantities(book)];
@@ -242,6 +245,7 @@ function holdoutQuantities(book: Book): Quantity[] {
         explanation,
         isCount: false,
         isWide: false,
+        most: unlimited.has(name) ? Infinity : 1,
         say: wayToSay(name),
     });
     return [

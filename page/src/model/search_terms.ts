@@ -89,6 +89,19 @@ const number = String.raw`[-+]?(?:\d+\.?\d*|\.\d+)(?:e[-+]?\d+)?`;
 const comparison = new RegExp(`^([a-z_0-9]+)(>=|<=|>|<|=)(${number})(%?)$`, "iu");
 const between = new RegExp(`^([a-z_0-9]+):(?:(${number})(%?))?\\.\\.(?:(${number})(%?))?$`, "iu");
 
+/**
+ * What is wrong with a term that begins as a comparison of a quantity does and has no number behind; nothing for others.
+ */
+export function problemOf(text: string, quantities: readonly string[]): string | undefined {
+    const [, name = "", operator = "", rest = ""] = /^([a-z_0-9]+)(>=|<=|>|<)(.*)$/isu.exec(text) ?? [];
+    const quantity = quantityOf(name, quantities);
+    if (quantity === undefined || rangeOf(text, quantities) !== undefined) {
+        return undefined;
+    }
+    const found = rest === "" ? "nothing" : `“${rest}”`;
+    return `${name}${operator}: found ${found}; expected a number, as in ${quantity}${operator}0.5 or ${quantity}${operator}5%`;
+}
+
 function rangeOf(text: string, quantities: readonly string[]): RangeTerm | undefined {
     return comparisonOf(text, quantities) ?? rangeBetween(text, quantities);
 }

@@ -3,6 +3,7 @@ import type { Passes } from "../model/filter.ts";
 import { countsOfBins, numberOfBins } from "../model/histogram.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { rangeText } from "../model/search_terms.ts";
+import { typedNumber, type TypedNumber } from "../model/typed_number.ts";
 import type { Context } from "./component.ts";
 import { h, newId, refill, setAttributes, svg } from "./dom.ts";
 import { rangeOn, withRange } from "./ranges.ts";
@@ -23,6 +24,7 @@ export class HistogramPanel {
     readonly #plot: SVGSVGElement;
     readonly #from = numberField("from");
     readonly #to = numberField("to");
+    readonly #problem = h("p", { class: "problem-of-field", role: "alert" });
     #terms: readonly string[] = [];
     #dragFrom: number | undefined;
 
@@ -40,6 +42,7 @@ export class HistogramPanel {
             { class: "histogram", "aria-labelledby": title.id },
             title,
             fields,
+            this.#problem,
             this.#plot,
             this.#scale(),
         );
@@ -48,7 +51,7 @@ export class HistogramPanel {
                 "aria-label": `${quantity.title} ${field === this.#from ? "from" : "to"}`,
             });
             field.addEventListener("change", () => {
-                this.#choose(numberIn(this.#from), numberIn(this.#to));
+                this.#read();
             });
         }
         this.#allBars.setAttribute("d", this.#bars(this.#all));
@@ -120,6 +123,21 @@ export class HistogramPanel {
         this.#context.change({ terms: withRange(this.#context, this.#terms, name, text) });
     }
 
+    /** Chooses the range that is typed, or says what is expected. */
+    #read(): void {
+        const whole = this.#quantity.isCount ? this.#context.book.transactions : 1;
+        const [from, to] = [this.#from, this.#to].map((field) => {
+            const typed = typedNumber(field.value, whole, this.#quantity.most);
+            setAttributes(field, { "aria-invalid": typed.kind === "problem" ? "true" : undefined });
+            return typed;
+        }) as [TypedNumber, TypedNumber];
+        const problems = [from, to].flatMap((typed) => (typed.kind === "problem" ? [typed.problem] : []));
+        this.#problem.textContent = problems.join("; ");
+        if (problems.length === 0) {
+            this.#choose(valueOf(from), valueOf(to));
+        }
+    }
+
     #showRange(): void {
         const range = rangeOn(this.#context, this.#terms, this.#quantity.name);
         const from = range?.from;
@@ -167,9 +185,8 @@ function numberField(placeholder: string): HTMLInputElement {
     return h("input", { type: "text", inputmode: "decimal", placeholder, size: 6 });
 }
 
-function numberIn(field: HTMLInputElement): number | undefined {
-    const value = Number(field.value.replace(/,/gu, ""));
-    return field.value.trim() === "" || Number.isNaN(value) ? undefined : value;
+function valueOf(typed: TypedNumber): number | undefined {
+    return typed.kind === "number" ? typed.value : undefined;
 }
 
 function setField(field: HTMLInputElement, value: number | undefined): void {

@@ -12,6 +12,7 @@ export class SearchBar implements Component {
     readonly #context: Context;
     readonly #chips = h("ul", { class: "chips", "aria-label": "Filters" });
     readonly #field: HTMLInputElement;
+    readonly #problem = h("p", { class: "problem-of-field", role: "status" });
     readonly #suggestions = h("datalist", { id: newId("names") });
     #terms: readonly string[] = [];
 
@@ -40,6 +41,7 @@ export class SearchBar implements Component {
             this.#chips,
             this.#field,
             this.#suggestions,
+            this.#problem,
         );
     }
 
@@ -47,6 +49,9 @@ export class SearchBar implements Component {
         if (this.#field.value !== state.draft) {
             this.#field.value = state.draft;
         }
+        const { filter } = this.#context;
+        const problems = filter.termsOf(state.draft).flatMap((text) => filter.problem(text) ?? []);
+        this.#problem.textContent = problems.join("; ");
         if (state.terms !== this.#terms) {
             this.#terms = state.terms;
             refill(this.#chips, ...state.terms.map((term, position) => this.#chip(term, position)));
@@ -90,9 +95,11 @@ export class SearchBar implements Component {
 
     #takeDraft(): void {
         const { filter } = this.#context;
-        const typed = filter.termsOf(this.#field.value).filter((term) => filter.term(term) !== undefined);
+        const all = filter.termsOf(this.#field.value);
+        const typed = all.filter((term) => filter.term(term) !== undefined);
+        const wrong = all.filter((term) => filter.problem(term) !== undefined);
         const terms = [...new Set([...this.#terms, ...typed])];
-        this.#context.change({ terms, draft: "" });
+        this.#context.change({ terms, draft: wrong.join(" ") });
     }
 
     /** Offers names that contain what is typed last, with the terms before it. */

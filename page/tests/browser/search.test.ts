@@ -128,6 +128,29 @@ test("a range can be typed beside its histogram", async () => {
     expect(await page.locator(".chips .chip > span").innerText()).toBe("support ≤ 350");
 });
 
+test("what is no number is told beside the field, and in the search", async () => {
+    const page = await browser.open(blob);
+    const from = page.getByRole("textbox", { name: "confidence from" });
+    await from.fill("90");
+    await from.press("Tab");
+    const histogram = page.locator(".histogram", { hasText: "confidence" });
+    expect(await histogram.getByRole("alert").innerText()).toContain(
+        "expected at most 1, such as 0.5 or 50%",
+    );
+    expect(await shownCount(page)).toBe("All 6 rules");
+    await from.fill("90 %");
+    await from.press("Tab");
+    expect(await histogram.locator(".problem-of-field").textContent()).toBe("");
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("confidence ≥ 0.900");
+    await page.getByText("Clear filters").click();
+    await field(page).fill("support>=abc");
+    await field(page).press("Enter");
+    expect(await page.locator(".search [role=status]").innerText()).toContain(
+        "found “abc”; expected a number",
+    );
+    expect(await field(page).inputValue()).toBe("support>=abc");
+});
+
 test("kinds and forms can be switched off", async () => {
     const page = await browser.open(blob);
     await page.getByRole("checkbox", { name: "with exceptions" }).uncheck();

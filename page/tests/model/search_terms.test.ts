@@ -2,6 +2,7 @@ import { expect, test } from "vitest";
 import {
     columnText,
     itemText,
+    problemOf,
     quoted,
     rangeText,
     termOf,
@@ -78,6 +79,15 @@ test("comparisons are read with their limits", () => {
         to: { value: -0.001, isIncluded: true },
     });
     expect(termOf("items=2", quantities)).toMatchObject({ from: { value: 2 }, to: { value: 2 } });
+});
+
+test("a comparison without a number is told with what is expected", () => {
+    expect(problemOf("lift>", quantities)).toBe(
+        "lift>: found nothing; expected a number, as in lift>0.5 or lift>5%",
+    );
+    expect(problemOf("support>=abc", quantities)).toContain("found “abc”");
+    expect(problemOf("lift>1", quantities)).toBeUndefined();
+    expect(problemOf("age>x", quantities)).toBeUndefined();
 });
 
 test("a range may be open at an end", () => {

@@ -1,0 +1,27 @@
+/** A number as it is typed into a field of a range; `problem` says what is expected where it is none. */
+export type TypedNumber =
+    | { readonly kind: "open" }
+    | { readonly kind: "number"; readonly value: number }
+    | { readonly kind: "problem"; readonly problem: string };
+
+/**
+ * Reads a number of a quantity: `0.5`, `0,5`, `1,250`, `50%`. A comma before groups of three digits parts thousands; any
+ * other is a decimal one. `whole`: of how many a percentage is one; 1 beside a share. `most`: nothing is beyond it.
+ */
+export function typedNumber(text: string, whole: number, most: number): TypedNumber {
+    const typed = text.replace(/\s/gu, "");
+    if (typed === "") {
+        return { kind: "open" };
+    }
+    const [, digits = "", percent = ""] = /^(.*?)(%?)$/su.exec(typed) ?? [];
+    const isGrouped = /^-?[1-9]\d{0,2}(?:,\d{3})+(?:\.\d*)?$/u.test(digits);
+    const plain = isGrouped ? digits.replaceAll(",", "") : digits.replace(/^([^,.]*),([^,.]*)$/u, "$1.$2");
+    const example = most <= 1 ? "0.5 or 50%" : "1.5 or 1,250";
+    if (!/^[-+]?(?:\d+\.?\d*|\.\d+)(?:e[-+]?\d+)?$/iu.test(plain)) {
+        return { kind: "problem", problem: `found “${text.trim()}”; expected a number, such as ${example}` };
+    }
+    const value = percent === "" ? Number(plain) : (Number(plain) * whole) / 100;
+    return Math.abs(value) > most
+        ? { kind: "problem", problem: `found ${text.trim()}; expected at most ${most}, such as ${example}` }
+        : { kind: "number", value };
+}
