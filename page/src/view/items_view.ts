@@ -158,6 +158,13 @@ export class ItemsView implements Component {
         this.#context.change({ view: "rules", terms: [...kept, ...terms], draft: "" });
     }
 
+    #close(): HTMLButtonElement {
+        const attributes = { "aria-label": "Close this item", title: "Close (Esc)", class: "icon" };
+        return button("×", attributes, () => {
+            this.#context.change({ item: undefined });
+        });
+    }
+
     #fillPartners(): void {
         const { state, rules } = this.#sight!;
         const { book, named } = this.#context;
@@ -185,7 +192,12 @@ export class ItemsView implements Component {
                   ];
         refill(
             this.#partners,
-            h("h2", {}, shortened(book.items.names[item]!, 200)),
+            h(
+                "div",
+                { class: "bar-of-panel" },
+                h("h2", {}, shortened(book.items.names[item]!, 200)),
+                this.#close(),
+            ),
             h(
                 "p",
                 {},

@@ -65,6 +65,28 @@ test.each(["", "rule=3&q=female&q=lift>1.5", "view=items&item=6", "view=exclusio
     },
 );
 
+test("on a narrow page an item, its panel and the choice of columns are in sight", async () => {
+    const names = Array.from({ length: 40 }, (_, i) => `a name of an item ${i}`);
+    const rules = names.slice(1).map((_, i) => ({
+        premise: { items: [0], count: 4 },
+        conclusion: { items: [i + 1], count: 5 },
+        exceptions: 1,
+    }));
+    const page = await browser.open(madeBlob({ transactions: 9, names, rules }), { options: narrow });
+    await page.locator(".menu summary").click();
+    const menu = (await page.locator(".menu fieldset").boundingBox())!;
+    expect(menu.x).toBeGreaterThanOrEqual(0);
+    expect(menu.x + menu.width).toBeLessThanOrEqual(360);
+    await page.getByRole("button", { name: "Items" }).click();
+    const first = page.locator(".items-view tbody .name").first();
+    expect((await first.boundingBox())!.width).toBeGreaterThan(110);
+    await first.getByRole("button").click();
+    const panel = (await page.locator(".partners").boundingBox())!;
+    expect(panel.y + panel.height).toBeLessThanOrEqual(741);
+    await page.getByRole("button", { name: "Close this item" }).click();
+    expect(await page.locator(".partners").isVisible()).toBe(false);
+});
+
 test("on a narrow page filters open, and rules can be looked at", async () => {
     const page = await browser.open(blob, { options: narrow });
     await page.locator(".filters summary").first().click();
