@@ -98,7 +98,8 @@ export function holdoutSentence(book: Book, rule: number): string {
     }
     const here = boundsText(measureOf(book, rule, "confidence"), percentText);
     const there = percentText(ratio(support, premise));
-    return `${others}, ${countText(premise)} meet the premise, and ${countText(support)} of these the conclusion: ${there}, against ${here} here.`;
+    const met = `${countText(premise)} meet the premise, and ${countText(support)} of these the conclusion`;
+    return `${others}, ${met}: ${there}, against ${here} here.`;
 }
 
 function others(book: Book, rule: number): string {

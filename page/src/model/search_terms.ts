@@ -90,7 +90,8 @@ const comparison = new RegExp(`^([a-z_0-9]+)(>=|<=|>|<|=)(${number})(%?)$`, "iu"
 const between = new RegExp(`^([a-z_0-9]+):(?:(${number})(%?))?\\.\\.(?:(${number})(%?))?$`, "iu");
 
 /**
- * What is wrong with a term that begins as a comparison of a quantity does and has no number behind; nothing for others.
+ * What is wrong with a term that begins as a comparison of a quantity does and has no number behind; nothing for
+ * others.
  */
 export function problemOf(text: string, quantities: readonly string[]): string | undefined {
     const [, name = "", operator = "", rest = ""] = /^([a-z_0-9]+)(>=|<=|>|<)(.*)$/isu.exec(text) ?? [];
