@@ -310,7 +310,6 @@ private:
         Result result;
         try {
             const RunStatus status = mine_in_parts(processes_, arguments, std::chrono::steady_clock::now());
-            processes_.require_quiet();
             result.status = static_cast<int>(status);
         } catch (const SharedError& error) {
             result.message = error.what();

@@ -107,8 +107,19 @@ bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
                        std::size_t rare_bytes) {
     encoded_.clear();
     append_encoded(closure, encoded_);
-    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded_));
-    Slot& slot = slot_of(hash, encoded_);
+    return insert(node, tree, encoded_, &closure, rare_bytes);
+}
+
+bool MinedClasses::add_encoded(EssentialTree::Node node, const EssentialTree& tree, std::string_view closure,
+                               std::size_t rare_bytes) {
+    return insert(node, tree, closure, nullptr, rare_bytes);
+}
+
+/// `closure`: its items, or nothing, where they are still to be decoded.
+bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
+                          const Itemset* closure, std::size_t rare_bytes) {
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded));
+    Slot& slot = slot_of(hash, encoded);
     if (slot.position == empty_slot && classes_.size() == most_) {
         return false;
     }
@@ -121,13 +132,17 @@ bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
         next_[node] = std::exchange(known.last, node);
         return true;
     }
+    if (closure == nullptr) {
+        decode(encoded, decoded_);
+        closure = &decoded_;
+    }
     slot = {hash, static_cast<std::uint32_t>(classes_.size())};
     const Count support = tree.support(node);
-    classes_.push_back({closures_.size(), static_cast<std::uint32_t>(encoded_.size()),
-                        static_cast<std::uint32_t>(closure.size()), node, support});
-    closures_ += encoded_;
-    largest_closure_ = std::max(largest_closure_, closure.size());
-    count_bytes_of_closure(closure, support);
+    classes_.push_back({closures_.size(), static_cast<std::uint32_t>(encoded.size()),
+                        static_cast<std::uint32_t>(closure->size()), node, support});
+    closures_ += encoded;
+    largest_closure_ = std::max(largest_closure_, closure->size());
+    count_bytes_of_closure(*closure, support);
     rare_bytes_ += rare_bytes;
     if (classes_.size() * 2 > slots_.size()) {
         grow_slots();

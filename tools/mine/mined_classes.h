@@ -36,6 +36,10 @@ public:
     bool add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
              std::size_t rare_bytes = 0);
 
+    /// The same for a closure as append_encoded writes it.
+    bool add_encoded(EssentialTree::Node node, const EssentialTree& tree, std::string_view closure,
+                     std::size_t rare_bytes = 0);
+
     /// Puts the classes in the order in which they are visited: by size of the closure, then
     /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.
     void finish(EssentialTree tree);
@@ -75,6 +79,8 @@ private:
     std::string_view encoded_closure(const Class& each) const {
         return std::string_view(closures_).substr(each.closure, each.bytes);
     }
+    bool insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
+                const Itemset* closure, std::size_t rare_bytes);
     Slot& slot_of(std::uint32_t hash, std::string_view bytes);
     void grow_slots();
     void count_bytes_of_closure(const Itemset& closure, Count support);
@@ -86,7 +92,8 @@ private:
     std::size_t most_;                 ///< of classes
     std::vector<std::size_t> digits_;  ///< by rank: of the numbers of all its items
     std::string closures_;             ///< of all classes
-    std::string encoded_;              ///< the closure that is looked up
+    std::string encoded_;              ///< set and used in one call
+    Itemset decoded_;                  ///< likewise
     std::vector<Class> classes_;
     std::vector<Slot> slots_;                ///< open addressing
     std::vector<EssentialTree::Node> next_;  ///< by node: another essential itemset of the same class

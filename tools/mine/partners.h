@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "mine/ranked_items.h"
@@ -48,6 +49,55 @@ private:
     std::size_t size_ = 0;                        ///< of all lists
     std::size_t most_ = 0;                        ///< the largest size of all lists together
     bool is_complete_ = true;
+};
+
+/// Finds what an itemset may cover, from what is known of its partners alone.
+class PartnerSearch {
+public:
+    /// `items` must outlive the search.
+    explicit PartnerSearch(const RankedItems& items) : items_(items), met_(items.size()) {}
+
+    /// Calls `visit` with each item that the itemset may cover, once, in no certain order; of the items of
+    /// the itemset with some. The itemset has at most Partners::least_share items, and all partners are kept.
+    template <typename Visit>
+    void for_each_open(const Partners& partners, std::span<const Rank> itemset, Visit visit) {
+        meet(partners, itemset);
+        for (const Rank other : met_ranks_) {
+            const Met met = std::exchange(met_[other], {});
+            const Count support = items_.supports[other];
+            // Each item of which it is no partner is in less than an eighth of its transactions.
+            const std::uint64_t most =
+                met.together * Partners::least_share + std::uint64_t{support} * (itemset.size() - met.items);
+            if (most >= std::uint64_t{support} * Partners::least_share) {
+                visit(other);
+            }
+        }
+        met_ranks_.clear();
+    }
+
+private:
+    /// What partners of an itemset say of an item.
+    struct Met {
+        std::uint64_t together = 0;  ///< the sum of the transactions of the item with each of them
+        std::size_t items = 0;       ///< how many of the itemset it is a partner of
+    };
+
+    void meet(const Partners& partners, std::span<const Rank> itemset) {
+        for (const Rank rank : itemset) {
+            for (const Partners::Partner& partner : partners.of(rank)) {
+                Met& met = met_[partner.rank];
+                if (met.items == 0) {
+                    met_ranks_.push_back(partner.rank);
+                }
+                met.together += partner.together;
+                ++met.items;
+            }
+        }
+    }
+
+    const RankedItems& items_;
+    std::vector<Met> met_;         ///< by rank: set and used in one call, otherwise 0
+    std::vector<Rank> met_ranks_;  ///< those whose `met_` is not 0
 };
 
 }  // namespace korv::tools

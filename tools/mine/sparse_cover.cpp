@@ -17,13 +17,13 @@ SparseCover::SparseCover(const RankedItems& items)
     : items_(items),
       index_(items),
       partners_(items),
+      partner_search_(items),
       is_in_itemset_(items.size()),
       row_of_(items.size(), no_row),
       closure_ends_(1),
       is_in_closure_(items.size()),
       covered_(words_for(items.lines)),
       together_(items.frequent),
-      met_(items.size()),
       looked_at_(items.size()) {
     for (Rank rare = items.frequent; rare < items.size(); ++rare) {
         count_below(items.frequent, lines(rare));
@@ -132,30 +132,11 @@ void SparseCover::find_gain() {
 }
 
 void SparseCover::find_gain_among_partners() {
-    for (const Rank rank : itemset_) {
-        for (const Partners::Partner& partner : partners_.of(rank)) {
-            Met& met = met_[partner.rank];
-            if (met.items == 0) {
-                met_ranks_.push_back(partner.rank);
-            }
-            met.together += partner.together;
-            ++met.items;
-        }
-    }
-    for (const Rank other : met_ranks_) {
-        const Met met = std::exchange(met_[other], {});
-        if (is_in_closure_[other] != 0 || is_in_itemset_[other] != 0) {
-            continue;
-        }
-        const Count support = items_.supports[other];
-        // Each item of which it is no partner is in less than an eighth of its transactions.
-        const std::uint64_t most =
-            met.together * Partners::least_share + std::uint64_t{support} * (itemset_.size() - met.items);
-        if (most >= std::uint64_t{support} * Partners::least_share && covers(other)) {
+    partner_search_.for_each_open(partners_, itemset_, [this](Rank other) {
+        if (is_in_closure_[other] == 0 && is_in_itemset_[other] == 0 && covers(other)) {
             gained_.push_back(other);
         }
-    }
-    met_ranks_.clear();
+    });
 }
 
 /// Whether each line of an item holds an item of the itemset.

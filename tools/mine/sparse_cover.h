@@ -41,12 +41,6 @@ private:
         bool is_made = false;
     };
 
-    /// What partners of the itemset say of an item.
-    struct Met {
-        std::uint64_t together = 0;  ///< the sum of the transactions of the item with each of them
-        std::size_t items = 0;       ///< how many of the itemset it is a partner of
-    };
-
     std::span<const Transaction> lines(Rank rank) const { return items_.transactions[rank]; }
     void count_below(Rank rank, std::span<const Transaction> of_lines);
     void forget_counts();
@@ -64,6 +58,7 @@ private:
     const RankedItems& items_;
     LineIndex index_;
     Partners partners_;
+    PartnerSearch partner_search_;
     bool knows_partners_ = false;  ///< of all items
     std::vector<Rank> itemset_;
     std::vector<char> is_in_itemset_;    ///< by rank
@@ -85,8 +80,6 @@ private:
 
     std::vector<Count> together_;           ///< by rank: set and used in one call, otherwise 0
     std::vector<Rank> touched_;             ///< ranks whose `together_` is not 0
-    std::vector<Met> met_;                  ///< by rank: set and used in one call, otherwise 0
-    std::vector<Rank> met_ranks_;           ///< those whose `met_` is not 0
     std::vector<std::uint64_t> looked_at_;  ///< by rank: the last search for gains that looked at it
     std::uint64_t search_ = 0;              ///< the number of the current one
 };

@@ -36,13 +36,12 @@ bool DensePart::counts_own(std::size_t size) const {
            CandidateSearch::looks(size) * nanoseconds_of_a_look > nanoseconds_of_own_;
 }
 
-bool DensePart::tell_closure(Rank rank, bool is_entered, std::vector<Rank>&, BitStream& outside) {
+void DensePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
     if (!is_entered) {
         // Whoever enters an item overwrites this.
         put_outside(cover_.gain(rank), outside_[size_], outside_[size_ + 1]);
     }
     outside.append(outside_[is_entered ? size_ : size_ + 1]);
-    return true;
 }
 
 void DensePart::put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) {

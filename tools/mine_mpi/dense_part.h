@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "mine/cover.h"
@@ -29,7 +30,10 @@ public:
     void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
     Count own(Rank rank) { return cover_.own(rank); }
     bool counts_own(std::size_t size) const;
-    bool tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside);
+    static bool asks_all(std::size_t) { return true; }
+    static void put_open(std::span<const Rank>, std::vector<Rank>&) {}
+    void tell_outside(Rank rank, bool is_entered, BitStream& outside);
+    static void tell_outside_of(std::span<const Rank>, Rank, bool, BitStream&) {}
 
 private:
     using Ranks = std::vector<BitWord>;

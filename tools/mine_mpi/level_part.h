@@ -20,11 +20,14 @@ namespace korv::tools {
 /// - own(rank): the number of transactions here that hold this item and no item of the itemset.
 /// - counts_own(size): whether own counts tell the supports of extensions of itemsets of this size faster
 ///   than inclusion and exclusion does; the same in all processes.
-/// - tell_closure(rank, is_entered, asked, outside): tells of the ranks that may be in the closure of the
-///   itemset with this item (its last one where it was entered, one behind it otherwise) which are not, as
-///   the lines here show. Either appends these ranks to `asked`, and a bit for each to `outside`, and returns
-///   false; or appends a bit for each rank in whole words, and returns true. Which one, and which ranks, is
-///   the same in all processes.
+/// - asks_all(size): whether it is asked of all ranks whether they are in the closure of an itemset of this
+///   size; the same in all processes.
+/// - put_open(itemset, open): appends to `open` the other ranks that may be in the closure of an itemset, as
+///   the numbers of all processes tell, where not all are asked for; in no certain order.
+/// - tell_outside(rank, is_entered, outside): appends, in whole words, a bit for each rank: whether a line
+///   here shows that it is outside the closure of the itemset with this item (its last one where it was
+///   entered, one behind it otherwise).
+/// - tell_outside_of(open, rank, is_entered, outside): the same, bit by bit, for these ranks alone.
 class DensePart;
 class SparsePart;
 

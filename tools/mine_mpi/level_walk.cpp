@@ -1,15 +1,19 @@
 #include "mine_mpi/level_walk.h"
 
 #include <algorithm>
-#include <deque>
-#include <optional>
+#include <cstdint>
+#include <iterator>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "mine/candidate_search.h"
 #include "mine_mpi/bit_stream.h"
 #include "mine_mpi/dense_part.h"
+#include "mine_mpi/level_stretches.h"
+#include "mine_mpi/pair_sums.h"
+#include "mine_mpi/rank_items.h"
 #include "mine_mpi/sparse_part.h"
 
 namespace korv::tools {
@@ -19,27 +23,52 @@ namespace {
 using Node = EssentialTree::Node;
 using Numbers = std::vector<std::uint32_t>;
 
-/// So much is told at once, in numbers and in words of bits.
-constexpr std::size_t numbers_of_batch = std::size_t{1} << 16;
-constexpr std::size_t words_of_batch = std::size_t{1} << 15;
+/// What is asked of the lines of all processes about an itemset.
+struct Question {
+    std::span<const Rank> candidates;  ///< whose joint supports with it are asked for, ascending
+    std::span<const Rank> open;        ///< which may be in its closure, where not all are asked for
+};
 
-/// What is asked of all processes at once.
-struct Batch {
-    /// An itemset: its candidates, and what may be in its closure.
-    struct Asked {
-        Node node;
-        std::uint32_t candidates;
-        std::uint32_t ranks;  ///< without meaning where all are asked for
-        bool asks_all;
+/// Questions one behind the other, as processes tell them each other: for each itemset two sizes, the
+/// candidates, and what is open.
+class QuestionReader {
+public:
+    explicit QuestionReader(const Numbers& numbers) : left_(numbers) {}
+
+    std::uint32_t take_number() { return take(1).front(); }
+
+    Question take_question() {
+        const std::span<const std::uint32_t> sizes = take(2);
+        const std::span<const Rank> candidates = take(sizes[0]);
+        return {candidates, take(sizes[1])};
+    }
+
+private:
+    std::span<const std::uint32_t> take(std::size_t size) {
+        const std::span<const std::uint32_t> taken = left_.first(size);
+        left_ = left_.subspan(size);
+        return taken;
+    }
+
+    std::span<const std::uint32_t> left_;
+};
+
+/// What the lines of a process, or of all, say of some stretches of itemsets.
+struct Answers {
+    Numbers counts;  ///< for each itemset: joint supports, then own counts where they are asked for
+    std::vector<BitWord> outside;       ///< for each itemset: what is outside its closure
+    std::vector<int> sizes_of_counts;   ///< by stretch
+    std::vector<int> sizes_of_outside;  ///< by stretch
+};
+
+/// Closures of some itemsets, one behind the other.
+struct Closures {
+    struct Head {
+        std::uint32_t bytes;
+        std::uint32_t rare_bytes;  ///< see MinedClasses
     };
-
-    std::vector<Asked> itemsets;
-    std::vector<Candidate> candidates;
-    Numbers counts;  ///< joint supports, own counts where they are asked for, and whether to stop
-    std::vector<Rank> ranks;
-    BitStream outside;
-    Processes::Pending sum;
-    Processes::Pending united;
+    std::vector<Head> heads;
+    std::string bytes;  ///< as append_encoded writes them
 };
 
 /// Goes along paths of a tree: enters and leaves items until a path is that of a node.
@@ -86,9 +115,11 @@ public:
           part_(items, static_cast<std::size_t>(processes.size())),
           tree_(std::span(items.ranked.supports).first(items.ranked.frequent)),
           asking_(tree_, items.ranked.supports),
-          answering_(tree_, items.ranked.supports),
+          concluding_(tree_, items.ranked.supports),
           asking_path_(tree_),
           answering_path_(tree_),
+          concluding_path_(tree_),
+          rank_items_(items.ranked.items),
           classes_(items.ranked.items, options.max_classes) {}
 
     MiningResult run(const KeptLevels* kept) {
@@ -105,141 +136,71 @@ public:
 private:
     // Pairs.
 
-    /// Tells all processes the pairs of all items. Each process sums up those of some rows.
     void find_pairs() {
+        PairSums<Part> sums(processes_, part_, items_.frequent, min_joint_);
         const Rank rows = options_.max_size > 1 || Part::closes_by_pairs ? part_.rows() : 0;
         const auto width = std::max<std::size_t>(items_.frequent, 1);
         const auto at_once =
             static_cast<Rank>(std::clamp<std::size_t>((std::size_t{1} << 22) / width, 1, 4096));
         for (Rank begin = 0; begin < rows; begin += at_once) {
-            const Rank end = std::min(rows, begin + at_once);
-            add_pairs(begin, end, sums_of_pairs(begin, end));
+            sums.for_each_row(begin, std::min(rows, begin + at_once),
+                              [this](Rank row, std::span<const Candidate> pairs) { add_row(row, pairs); });
         }
     }
 
-    /// The process that sums up a row.
-    std::size_t owner(Rank row) const { return row % static_cast<std::size_t>(processes_.size()); }
-
-    /// The pairs of some rows that any process needs to know, as numbers: row, size, and for each pair the
-    /// other item and its joint support.
-    Numbers sums_of_pairs(Rank begin, Rank end) {
-        std::vector<Numbers> for_each(static_cast<std::size_t>(processes_.size()));
-        std::vector<Candidate> pairs;
-        for (Rank row = begin; row < end; ++row) {
-            part_.pairs_of(row, pairs);
-            Numbers& to = for_each[owner(row)];
-            put_pairs(row, pairs, to);
-        }
-        const std::vector<Numbers> from_each = processes_.exchange(for_each);
-        std::vector<std::size_t> positions(from_each.size());
-        Numbers sums;
-        for (Rank row = begin; row < end; ++row) {
-            if (owner(row) == static_cast<std::size_t>(processes_.number())) {
-                sum_up(row, from_each, positions, pairs);
-                put_pairs(row, pairs, sums);
-            }
-        }
-        return processes_.all_of(sums);
-    }
-
-    static void put_pairs(Rank row, const std::vector<Candidate>& pairs, Numbers& numbers) {
-        numbers.push_back(row);
-        numbers.push_back(static_cast<std::uint32_t>(pairs.size()));
+    void add_row(Rank row, std::span<const Candidate> pairs) {
         for (const Candidate& pair : pairs) {
-            numbers.push_back(pair.rank);
-            numbers.push_back(pair.joint);
+            part_.add_pair(row, pair.rank, pair.joint);
+        }
+        if (row < items_.frequent && options_.max_size > 1) {
+            report_.candidates += row;
+            add_pairs_to_tree(row, pairs);
         }
     }
 
-    /// Replaces `pairs` by those of a row that are needed, with the sums of what all processes told.
-    void sum_up(Rank row, const std::vector<Numbers>& from_each, std::vector<std::size_t>& positions,
-                std::vector<Candidate>& pairs) {
-        together_.resize(items_.frequent);
-        std::vector<Rank>& touched = touched_;
-        touched.clear();
-        for (std::size_t process = 0; process < from_each.size(); ++process) {
-            const Numbers& numbers = from_each[process];
-            std::size_t& position = positions[process];
-            const std::size_t size = numbers[position + 1];
-            position += 2;
-            for (const std::size_t end = position + 2 * size; position < end; position += 2) {
-                const Rank below = numbers[position];
-                if (together_[below] == 0) {
-                    touched.push_back(below);
-                }
-                together_[below] += numbers[position + 1];
-            }
-        }
-        std::ranges::sort(touched);
-        pairs.clear();
-        for (const Rank below : touched) {
-            const Count together = std::exchange(together_[below], 0);
-            if ((row < items_.frequent && together >= min_joint_) || part_.is_wanted(row, below, together)) {
-                pairs.push_back({below, together});
-            }
-        }
-    }
-
-    /// Adds the pairs of some rows to the tree, row by row.
-    void add_pairs(Rank begin, Rank end, const Numbers& numbers) {
-        std::vector<std::size_t> begins(end - begin);
-        for (std::size_t position = 0; position < numbers.size();) {
-            begins[numbers[position] - begin] = position;
-            position += 2 + 2 * std::size_t{numbers[position + 1]};
-        }
-        for (Rank row = begin; row < end; ++row) {
-            const std::size_t position = begins[row - begin];
-            const auto pairs =
-                std::span(numbers).subspan(position + 2, std::size_t{2} * numbers[position + 1]);
-            for (std::size_t i = 0; i < pairs.size(); i += 2) {
-                part_.add_pair(row, pairs[i], pairs[i + 1]);
-            }
-            if (row < items_.frequent && options_.max_size > 1) {
-                add_pairs_to_tree(row, pairs);
-            }
-        }
-    }
-
-    void add_pairs_to_tree(Rank row, std::span<const std::uint32_t> pairs) {
-        report_.candidates += row;
+    void add_pairs_to_tree(Rank row, std::span<const Candidate> pairs) {
         if (min_joint_ > 0) {
-            for (std::size_t i = 0; i < pairs.size(); i += 2) {
-                add_pair(row, pairs[i], pairs[i + 1]);
+            for (const Candidate& pair : pairs) {
+                add_pair(row, pair.rank, pair.joint);
             }
             return;
         }
-        std::size_t i = 0;
+        auto pair = pairs.begin();
         for (Rank below = 0; below < row; ++below) {
-            const bool is_together = i < pairs.size() && pairs[i] == below;
-            add_pair(row, below, is_together ? pairs[i + 1] : 0);
-            i += is_together ? 2 : 0;
+            const bool is_together = pair != pairs.end() && pair->rank == below;
+            add_pair(row, below, is_together ? pair->joint : 0);
+            pair += is_together ? 1 : 0;
         }
     }
 
     void add_pair(Rank row, Rank below, Count joint) {
-        if (joint < min_joint_) {
-            return;
-        }
         const Count support = items_.supports[below];
-        add_if_essential(row, {below, joint, support, support}, items_.supports[row] + support - joint);
+        const Count of_both = items_.supports[row] + support - joint;
+        if (joint >= min_joint_ && is_essential(row, {below, joint, support, support}, of_both)) {
+            tree_.add(row, below, joint, of_both);
+        }
     }
 
-    void add_if_essential(Node node, const Candidate& candidate, Count support) {
-        ++report_.frequent;
+    /// Whether an itemset is essential: that of a node with a frequent candidate. Counts it for the report.
+    bool is_essential(Node node, const Candidate& candidate, Count support) {
         const Count without_one = std::max(tree_.support(node), candidate.largest_part);
-        if (support - without_one >= options_.min_own) {
-            ++report_.essential;
-            tree_.add(node, candidate.rank, candidate.joint, support);
-        }
+        const bool is_essential = support - without_one >= options_.min_own;
+        ++report_.frequent;
+        report_.essential += is_essential ? 1 : 0;
+        return is_essential;
     }
 
     // Levels.
 
     void begin_level() { report_ = {.size = size_}; }
 
-    /// Ends a level, whose numbers are told in all processes.
     void end_level() {
         const Processes::Usage usage = processes_.usage_since();
+        if (size_ > 1) {  // of the pairs, all processes count all
+            report_.candidates = processes_.sum(report_.candidates);
+            report_.frequent = processes_.sum(report_.frequent);
+            report_.essential = processes_.sum(report_.essential);
+        }
         report_.bytes = usage.bytes;
         report_.slowest = usage.slowest;
         report_.fastest = usage.fastest;
@@ -252,24 +213,13 @@ private:
     /// Looks at the itemsets of one size: their closures, and those with one item more.
     void walk_level() {
         const Node end = end_of_level_;
-        std::optional<Batch> before;
-        Node node = begin_of_level_;
-        while (node < end && !is_stopped_) {
-            Batch batch;
-            node = ask(node, end, batch);
-            begin_to_tell(batch);
-            if (before) {
-                answer(*before);
-            }
-            before = std::move(batch);
+        const auto processes = static_cast<std::size_t>(processes_.size());
+        const std::size_t words = part_.asks_all(size_) ? words_for(items_.size()) : 1;
+        const std::vector<Node> begins = stretches_of_level(tree_, begin_of_level_, end, words, processes);
+        for (std::size_t first = 0; first + 1 < begins.size() && !is_stopped_; first += processes) {
+            walk_round(std::span(begins).subspan(first, processes + 1));
         }
-        if (before) {
-            answer(*before);
-        }
-        asking_path_.move_to(
-            EssentialTree::none, [](Node) {}, [this] { leave_asking(); });
-        answering_path_.move_to(
-            EssentialTree::none, [](Node) {}, [this] { answering_.leave(); });
+        leave_paths();
         end_level();
         keep_level();
         begin_of_level_ = end;
@@ -278,172 +228,281 @@ private:
         begin_level();
     }
 
-    /// Asks for itemsets from `node` on, as many as fit into a batch. Returns the next one.
-    Node ask(Node node, Node end, Batch& batch) {
-        for (; node < end && batch.candidates.size() < numbers_of_batch &&
-               batch.outside.words().size() < words_of_batch;
-             ++node) {
-            ask_for(node, batch);
+    /// Looks at a stretch of itemsets for each process, which begins at one of `begins` and ends at the next.
+    /// Each process asks about its own, all answer from their lines, and each concludes what becomes of its
+    /// own.
+    void walk_round(std::span<const Node> begins) {
+        const auto number = static_cast<std::size_t>(processes_.number());
+        const Node begin = begins[number];
+        const Node end = begins[number + 1];
+        const Numbers own = ask(begin, end);
+        Answers answers = answer(processes_.all_of(own), begins);
+        if (is_stopped_) {
+            return;
         }
-        batch.counts.push_back(wants_to_stop_ ? 1 : 0);
-        return node;
+        answers.counts = processes_.sums(answers.counts, answers.sizes_of_counts);
+        answers.outside = processes_.unions(answers.outside, answers.sizes_of_outside);
+        Numbers nodes;
+        Closures closures;
+        conclude(begin, end, own, answers, nodes, closures);
+        add_nodes(begins.front(), begins.back(), processes_.all_of(nodes));
+        closures.heads = processes_.gathered(closures.heads);
+        closures.bytes = processes_.gathered(closures.bytes);
+        if (processes_.is_first()) {
+            add_classes(begins.front(), closures);
+            go_on(begins.back());
+        }
     }
 
-    void ask_for(Node node, Batch& batch) {
-        const Node parent = tree_.parent(node);
+    void leave_paths() {
+        const auto enter = [](Node) {};
+        asking_path_.move_to(EssentialTree::none, enter, [this] { asking_.leave(); });
+        answering_path_.move_to(EssentialTree::none, enter, [this] { part_.leave(); });
+        concluding_path_.move_to(EssentialTree::none, enter, [this] { concluding_.leave(); });
+    }
+
+    // Asking.
+
+    /// The questions about itemsets: first whether to stop, then one for each of them. Keeps the candidates.
+    Numbers ask(Node begin, Node end) {
+        Numbers questions = {wants_to_stop_ ? 1U : 0U};
+        candidates_.clear();
+        for (Node node = begin; node < end; ++node) {
+            const std::vector<Candidate>& found = find_candidates(node);
+            open_.clear();
+            if (!part_.asks_all(size_)) {
+                put_itemset(node);
+                part_.put_open(itemset_, open_);
+            }
+            questions.push_back(static_cast<std::uint32_t>(found.size()));
+            questions.push_back(static_cast<std::uint32_t>(open_.size()));
+            std::ranges::transform(found, std::back_inserter(questions), &Candidate::rank);
+            questions.insert(questions.end(), open_.begin(), open_.end());
+            candidates_.insert(candidates_.end(), found.begin(), found.end());
+            asking_.leave();
+        }
+        return questions;
+    }
+
+    /// Enters a node, and returns its candidates.
+    const std::vector<Candidate>& find_candidates(Node node) {
         asking_path_.move_to(
-            parent, [this](Node each) { enter_asking(each); }, [this] { leave_asking(); });
+            tree_.parent(node),
+            [this](Node each) {
+                asking_.enter();
+                asking_.find_largest_parts(each);
+            },
+            [this] { asking_.leave(); });
         asking_.enter();
         if (size_ > 1 && size_ < options_.max_size) {
             asking_.find_candidates(node);
         }
-        std::vector<Candidate>& candidates = asking_.candidates();
-        const bool is_entered = !candidates.empty();
-        if (is_entered) {
-            part_.enter(tree_.rank(node));
-            part_.count(candidates);
-            for (const Candidate& candidate : candidates) {
-                batch.counts.push_back(candidate.joint);
-            }
-            if (part_.counts_own(size_)) {
-                for (const Candidate& candidate : candidates) {
-                    batch.counts.push_back(part_.own(candidate.rank));
-                }
-            }
-            batch.candidates.insert(batch.candidates.end(), candidates.begin(), candidates.end());
+        return asking_.candidates();
+    }
+
+    /// Sets `itemset_`.
+    void put_itemset(Node node) {
+        itemset_.clear();
+        for (Node each = node; each != EssentialTree::none; each = tree_.parent(each)) {
+            itemset_.push_back(tree_.rank(each));
         }
-        const std::size_t ranks_before = batch.ranks.size();
-        const bool asks_all = part_.tell_closure(tree_.rank(node), is_entered, batch.ranks, batch.outside);
-        batch.itemsets.push_back({node, static_cast<std::uint32_t>(candidates.size()),
-                                  static_cast<std::uint32_t>(batch.ranks.size() - ranks_before), asks_all});
+    }
+
+    // Answering.
+
+    Answers answer(const Numbers& questions, std::span<const Node> begins) {
+        Answers answers;
+        QuestionReader reader(questions);
+        for (std::size_t process = 0; process + 1 < begins.size(); ++process) {
+            is_stopped_ = is_stopped_ || reader.take_number() > 0;
+            if (is_stopped_) {
+                break;
+            }
+            const std::size_t counts_before = answers.counts.size();
+            BitStream outside;
+            for (Node node = begins[process]; node < begins[process + 1]; ++node) {
+                answer(node, reader.take_question(), answers.counts, outside);
+            }
+            answers.sizes_of_counts.push_back(static_cast<int>(answers.counts.size() - counts_before));
+            answers.sizes_of_outside.push_back(static_cast<int>(outside.words().size()));
+            answers.outside.insert(answers.outside.end(), outside.words().begin(), outside.words().end());
+        }
+        return answers;
+    }
+
+    void answer(Node node, const Question& question, Numbers& counts, BitStream& outside) {
+        const bool asks_all = part_.asks_all(size_);
+        if (question.candidates.empty() && question.open.empty() && !asks_all) {
+            return;
+        }
+        answering_path_.move_to(
+            tree_.parent(node), [this](Node each) { enter_answering(each); }, [this] { part_.leave(); });
+        const Rank rank = tree_.rank(node);
+        const bool is_entered = !question.candidates.empty();
+        if (is_entered) {
+            part_.enter(rank);
+            count(question.candidates, counts);
+        }
+        if (asks_all) {
+            part_.tell_outside(rank, is_entered, outside);
+        } else {
+            part_.tell_outside_of(question.open, rank, is_entered, outside);
+        }
         if (is_entered) {
             part_.leave();
         }
-        asking_.leave();
     }
 
-    void enter_asking(Node node) {
+    void enter_answering(Node node) {
         if (tree_.parent(node) == EssentialTree::none) {
             part_.set_root(node, tree_);
         }
         part_.enter(tree_.rank(node));
-        asking_.enter();
-        asking_.find_largest_parts(node);
     }
 
-    void leave_asking() {
-        part_.leave();
-        asking_.leave();
-    }
-
-    void begin_to_tell(Batch& batch) {
-        batch.sum = processes_.begin_sum(batch.counts);
-        batch.united = processes_.begin_union(batch.outside.words());
-    }
-
-    /// Makes nodes and closures of what all processes told.
-    void answer(Batch& batch) {
-        processes_.wait(batch.sum);
-        processes_.wait(batch.united);
-        is_stopped_ = is_stopped_ || batch.counts.back() > 0;
-        if (is_stopped_) {
-            return;
+    void count(std::span<const Rank> candidates, Numbers& counts) {
+        counted_.clear();
+        for (const Rank rank : candidates) {
+            counted_.push_back({rank});
         }
-        add_nodes(batch);
-        if (processes_.is_first() && !wants_to_stop_) {
-            close(batch);
-            go_on(batch.itemsets.back().node);
+        part_.count(counted_);
+        std::ranges::transform(counted_, std::back_inserter(counts), &Candidate::joint);
+        if (part_.counts_own(size_)) {
+            std::ranges::transform(candidates, std::back_inserter(counts),
+                                   [this](Rank rank) { return part_.own(rank); });
         }
     }
 
-    void add_nodes(Batch& batch) {
-        auto candidate = batch.candidates.begin();
-        auto count = batch.counts.begin();
-        const bool has_own = part_.counts_own(size_);
-        for (const Batch::Asked& asked : batch.itemsets) {
-            report_.candidates += asked.candidates;
-            const auto own = count + asked.candidates;
-            for (std::uint32_t i = 0; i < asked.candidates; ++i, ++candidate) {
-                candidate->joint = count[i];
-                if (candidate->joint >= min_joint_) {
-                    const Count support = has_own ? tree_.support(asked.node) + own[i]
-                                                  : support_by_parts(asked.node, *candidate);
-                    add_if_essential(asked.node, *candidate, support);
-                }
+    // Concluding.
+
+    /// What becomes of itemsets, by the answers of all lines. Appends to `nodes`, for each itemset, how many
+    /// children it has, and the rank, the joint support and the support of each.
+    void conclude(Node begin, Node end, const Numbers& questions, const Answers& answers, Numbers& nodes,
+                  Closures& closures) {
+        QuestionReader reader(questions);
+        reader.take_number();
+        std::span<const std::uint32_t> counts = answers.counts;
+        std::span<const Candidate> candidates = candidates_;
+        std::size_t bit = 0;
+        for (Node node = begin; node < end; ++node) {
+            const Question question = reader.take_question();
+            const std::size_t size = question.candidates.size();
+            const std::size_t numbers = size * (part_.counts_own(size_) ? 2 : 1);
+            find_children(node, candidates.first(size), counts.first(numbers), nodes);
+            candidates = candidates.subspan(size);
+            counts = counts.subspan(numbers);
+            bit = find_closure(node, question.open, answers.outside, bit);
+            put_closure(closures);
+        }
+    }
+
+    void find_children(Node node, std::span<const Candidate> candidates,
+                       std::span<const std::uint32_t> counts, Numbers& nodes) {
+        const std::size_t before = nodes.size();
+        nodes.push_back(0);
+        for (std::size_t i = 0; i < candidates.size(); ++i) {
+            Candidate candidate = candidates[i];
+            candidate.joint = counts[i];
+            if (candidate.joint < min_joint_) {
+                continue;
             }
-            count += std::ptrdiff_t{asked.candidates} * (has_own ? 2 : 1);
+            const Count support = part_.counts_own(size_)
+                                      ? tree_.support(node) + counts[candidates.size() + i]
+                                      : support_by_parts(node, candidate);
+            if (is_essential(node, candidate, support)) {
+                ++nodes[before];
+                nodes.insert(nodes.end(), {candidate.rank, candidate.joint, support});
+            }
         }
+        report_.candidates += candidates.size();
     }
 
     Count support_by_parts(Node node, const Candidate& candidate) {
-        answering_path_.move_to(
+        concluding_path_.move_to(
             node,
             [this](Node each) {
-                answering_.enter();
-                answering_.find_parts(each);
+                concluding_.enter();
+                concluding_.find_parts(each);
             },
-            [this] { answering_.leave(); });
-        return answering_.support_by_parts(node, candidate);
+            [this] { concluding_.leave(); });
+        return concluding_.support_by_parts(node, candidate);
     }
 
-    void close(const Batch& batch) {
-        std::size_t bit = 0;
-        auto rank = batch.ranks.begin();
-        for (const Batch::Asked& asked : batch.itemsets) {
-            closure_ranks_.clear();
-            if (asked.asks_all) {
-                bit = BitStream::next_word(bit);
-                put_inside(batch.outside.words(), bit / word_bits);
-                bit += words_for(items_.size()) * word_bits;
-            } else {
-                put_itemset(asked.node);
-                for (const auto end = rank + asked.ranks; rank != end; ++rank, ++bit) {
-                    if (!batch.outside[bit]) {
-                        closure_ranks_.push_back(*rank);
-                    }
-                }
+    /// Sets `closure_` to the ranks of a closure, whose first bit is at `bit`. Returns where the next one
+    /// begins.
+    std::size_t find_closure(Node node, std::span<const Rank> open, std::span<const BitWord> outside,
+                             std::size_t bit) {
+        closure_.clear();
+        if (part_.asks_all(size_)) {
+            put_inside(outside.subspan(bit / word_bits, words_for(items_.size())));
+            return bit + words_for(items_.size()) * word_bits;
+        }
+        put_itemset(node);
+        closure_ = itemset_;
+        for (const Rank rank : open) {
+            if ((outside[word_of(bit)] & bit_of(bit)) == 0) {
+                closure_.push_back(rank);
             }
-            add_class(asked.node);
+            ++bit;
+        }
+        return bit;
+    }
+
+    /// Appends the ranks whose bits are 0 to `closure_`.
+    void put_inside(std::span<const BitWord> outside) {
+        for (std::size_t word = 0; word < outside.size(); ++word) {
+            const std::size_t behind = items_.size() - word * word_bits;
+            const BitWord all = behind >= word_bits ? ~BitWord{0} : bit_of(behind) - 1;
+            for (BitWord inside = ~outside[word] & all; inside != 0; inside &= inside - 1) {
+                closure_.push_back(static_cast<Rank>(lowest_number(word, inside)));
+            }
+        }
+    }
+
+    /// Appends what `closure_` holds.
+    void put_closure(Closures& closures) {
+        std::size_t rare_bytes = 0;
+        for (const Rank rank : closure_) {
+            rare_bytes += items_.supports[rank] < options_.min_support ? classes_.closure_bytes(rank) : 0;
+        }
+        const std::size_t before = closures.bytes.size();
+        append_encoded(rank_items_.of(closure_), closures.bytes);
+        closures.heads.push_back({static_cast<std::uint32_t>(closures.bytes.size() - before),
+                                  static_cast<std::uint32_t>(rare_bytes)});
+    }
+
+    // What all know then, and what the first process knows.
+
+    /// Adds the children of itemsets to the tree. `numbers`: see conclude.
+    void add_nodes(Node begin, Node end, const Numbers& numbers) {
+        std::size_t i = 0;
+        for (Node node = begin; node < end; ++node) {
+            for (std::uint32_t left = numbers[i++]; left > 0; --left, i += 3) {
+                tree_.add(node, numbers[i], numbers[i + 1], numbers[i + 2]);
+            }
+        }
+    }
+
+    void add_classes(Node node, const Closures& closures) {
+        std::string_view left = closures.bytes;
+        for (const Closures::Head& head : closures.heads) {
+            const std::string_view closure = left.substr(0, head.bytes);
+            left.remove_prefix(head.bytes);
+            wants_to_stop_ = !classes_.add_encoded(node, tree_, closure, head.rare_bytes);
             if (wants_to_stop_) {
                 return;
             }
-        }
-    }
-
-    void put_itemset(Node node) {
-        for (Node each = node; each != EssentialTree::none; each = tree_.parent(each)) {
-            closure_ranks_.push_back(tree_.rank(each));
-        }
-    }
-
-    /// Appends the ranks whose bits are 0.
-    void put_inside(const std::vector<BitWord>& words, std::size_t first) {
-        for (std::size_t word = 0; word < words_for(items_.size()); ++word) {
-            const std::size_t behind = items_.size() - word * word_bits;
-            const BitWord all = behind >= word_bits ? ~BitWord{0} : bit_of(behind) - 1;
-            for (BitWord inside = ~words[first + word] & all; inside != 0; inside &= inside - 1) {
-                closure_ranks_.push_back(static_cast<Rank>(lowest_number(word, inside)));
+            if (events_.keeps_closures) {
+                closures_.emplace_back(closure);
             }
+            ++node;
         }
     }
 
-    void add_class(Node node) {
-        closure_.clear();
-        std::size_t rare_bytes = 0;
-        for (const Rank rank : closure_ranks_) {
-            closure_.insert(closure_.end(), items_.items[rank].begin(), items_.items[rank].end());
-            rare_bytes += items_.supports[rank] < options_.min_support ? classes_.closure_bytes(rank) : 0;
-        }
-        std::ranges::sort(closure_);
-        wants_to_stop_ = !classes_.add(node, tree_, closure_, rare_bytes);
-        if (events_.keeps_closures) {
-            append_encoded(closure_, closures_.emplace_back());
-        }
-    }
-
-    void go_on(Node last) {
+    /// Asks whether to go on. `end`: behind the last itemset that was looked at.
+    void go_on(Node end) {
         const LevelProgress progress = {.size = size_,
-                                        .itemsets = last + 1 - begin_of_level_,
+                                        .itemsets = end - begin_of_level_,
                                         .of_itemsets = end_of_level_ - begin_of_level_,
                                         .essentials = classes_.essentials(),
                                         .classes = classes_.size(),
@@ -480,8 +539,7 @@ private:
         }
         if (kept != nullptr) {
             for (Node node = 0; node < end_of_level_; ++node) {
-                decode(kept->closures[node], closure_);
-                classes_.add(node, tree_, closure_);
+                classes_.add_encoded(node, tree_, kept->closures[node]);
             }
         }
         begin_of_level_ = end_of_level_;
@@ -497,24 +555,27 @@ private:
     const LevelEvents& events_;
     Part part_;
     EssentialTree tree_;
-    CandidateSearch asking_;     ///< for candidates
-    CandidateSearch answering_;  ///< for parts
+    CandidateSearch asking_;      ///< for candidates
+    CandidateSearch concluding_;  ///< for parts
     Path asking_path_;
     Path answering_path_;
+    Path concluding_path_;
+    RankItems rank_items_;
     MinedClasses classes_;  ///< in the first process
 
     std::size_t size_ = 1;        ///< of the itemsets that are looked at
     Node begin_of_level_ = 0;     ///< the first of them
     Node end_of_level_ = 0;       ///< behind the last of them
-    bool wants_to_stop_ = false;  ///< in the first process: the others are told with the next batch
+    bool wants_to_stop_ = false;  ///< in the first process: the others are told with the next questions
     bool is_stopped_ = false;     ///< all processes know it
-    LevelReport report_;
+    LevelReport report_;          ///< until the end of a level, of what this process counts
     std::vector<std::string> closures_;  ///< of this level, where they are kept
 
-    std::vector<Count> together_;      ///< by rank: set and used in one call, otherwise 0
-    std::vector<Rank> touched_;        ///< set and used in one call
-    std::vector<Rank> closure_ranks_;  ///< set and used in one call
-    Itemset closure_;                  ///< set and used in one call
+    std::vector<Candidate> candidates_;  ///< of this round, in the order of the questions of this process
+    std::vector<Rank> itemset_;          ///< set and used in one call
+    std::vector<Rank> open_;             ///< likewise
+    std::vector<Candidate> counted_;     ///< likewise
+    std::vector<Rank> closure_;          ///< likewise
 };
 
 }  // namespace

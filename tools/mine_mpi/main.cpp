@@ -78,9 +78,7 @@ RunStatus run(Processes& processes, int argc, char** argv, const CommandLine& li
         }
         return static_cast<RunStatus>(end->status);
     }
-    const RunStatus status = mine_in_parts(processes, std::get<MpiArguments>(line), start);
-    processes.require_quiet();
-    return status;
+    return mine_in_parts(processes, std::get<MpiArguments>(line), start);
 }
 
 /// Ends all processes, since this one cannot go on.

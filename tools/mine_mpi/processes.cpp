@@ -63,14 +63,6 @@ private:
     double begin_;
 };
 
-Processes::Pending::Pending(Pending&& other) noexcept
-    : request_(std::exchange(other.request_, MPI_REQUEST_NULL)) {}
-
-Processes::Pending& Processes::Pending::operator=(Pending&& other) noexcept {
-    request_ = std::exchange(other.request_, MPI_REQUEST_NULL);
-    return *this;
-}
-
 Processes::Processes() {
     MPI_Comm_size(MPI_COMM_WORLD, &size_);
     MPI_Comm_rank(MPI_COMM_WORLD, &number_);
@@ -96,7 +88,7 @@ void Processes::broadcast_bytes(void* bytes, std::size_t size, int from) {
         return;
     }
     const Waiting waiting(*this);
-    bytes_ += number_ == from ? size : 0;
+    bytes_ += number_ == from ? size * others() : 0;
     for_each_piece(size, [&](std::size_t begin, int count) {
         MPI_Bcast(static_cast<char*>(bytes) + begin, count, MPI_BYTE, from, MPI_COMM_WORLD);
     });
@@ -120,7 +112,7 @@ void Processes::receive_bytes(void* bytes, std::size_t size, int from) {
 
 void Processes::all_bytes(const void* mine, std::size_t size, void* all) {
     const Waiting waiting(*this);
-    bytes_ += size_ == 1 ? 0 : size;
+    bytes_ += size * others();
     MPI_Allgather(mine, count_of(size), MPI_BYTE, all, count_of(size), MPI_BYTE, MPI_COMM_WORLD);
 }
 
@@ -131,7 +123,7 @@ std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& v
     const std::vector<int> counts = all_of(count_of(values.size()));
     std::vector<std::uint32_t> all(total_of(counts));
     const Waiting waiting(*this);
-    bytes_ += values.size() * sizeof(std::uint32_t);
+    bytes_ += values.size() * sizeof(std::uint32_t) * others();
     MPI_Allgatherv(values.data(), count_of(values.size()), MPI_UINT32_T, all.data(), counts.data(),
                    begins_of(counts).data(), MPI_UINT32_T, MPI_COMM_WORLD);
     return all;
@@ -150,7 +142,7 @@ std::vector<std::vector<std::uint32_t>> Processes::exchange(
     }
     std::vector<int> taken(given.size());
     const Waiting waiting(*this);
-    bytes_ += out.size() * sizeof(std::uint32_t);
+    bytes_ += (out.size() - for_each[static_cast<std::size_t>(number_)].size()) * sizeof(std::uint32_t);
     MPI_Alltoall(given.data(), 1, MPI_INT, taken.data(), 1, MPI_INT, MPI_COMM_WORLD);
     total_of(given);  // which is not too much
     std::vector<std::uint32_t> in(total_of(taken));
@@ -170,38 +162,28 @@ std::uint64_t Processes::sum(std::uint64_t value) {
     return std::accumulate(values.begin(), values.end(), std::uint64_t{0});
 }
 
-Processes::Pending Processes::begin_sum(std::vector<std::uint32_t>& values) {
-    Pending pending;
-    if (size_ > 1) {
-        const Waiting waiting(*this);
-        bytes_ += values.size() * sizeof(std::uint32_t);
-        MPI_Iallreduce(MPI_IN_PLACE, values.data(), count_of(values.size()), MPI_UINT32_T, MPI_SUM,
-                       MPI_COMM_WORLD, &pending.request_);
-        ++open_;
-    }
-    return pending;  // NOLINT(clang-analyzer-optin.mpi.MPI-Checker): wait() gets it
+std::vector<std::uint32_t> Processes::sums(const std::vector<std::uint32_t>& values,
+                                           const std::vector<int>& sizes) {
+    return reduced(values, sizes, MPI_UINT32_T, MPI_SUM);
 }
 
-Processes::Pending Processes::begin_union(std::vector<std::uint64_t>& words) {
-    Pending pending;
-    if (size_ > 1) {
-        const Waiting waiting(*this);
-        bytes_ += is_first() ? 0 : words.size() * sizeof(std::uint64_t);
-        MPI_Ireduce(is_first() ? MPI_IN_PLACE : words.data(), is_first() ? words.data() : nullptr,
-                    count_of(words.size()), MPI_UINT64_T, MPI_BOR, 0, MPI_COMM_WORLD, &pending.request_);
-        ++open_;
-    }
-    return pending;  // NOLINT(clang-analyzer-optin.mpi.MPI-Checker): likewise
+std::vector<std::uint64_t> Processes::unions(const std::vector<std::uint64_t>& words,
+                                             const std::vector<int>& sizes) {
+    return reduced(words, sizes, MPI_UINT64_T, MPI_BOR);
 }
 
-void Processes::wait(Pending& pending) {
-    if (pending.request_ == MPI_REQUEST_NULL) {
-        return;
+template <typename T>
+std::vector<T> Processes::reduced(const std::vector<T>& values, const std::vector<int>& sizes,
+                                  MPI_Datatype type, MPI_Op operation) {
+    if (size_ == 1) {
+        return values;
     }
+    count_of(values.size());
+    std::vector<T> result(static_cast<std::size_t>(sizes[static_cast<std::size_t>(number_)]));
     const Waiting waiting(*this);
-    // NOLINTNEXTLINE(clang-analyzer-optin.mpi.MPI-Checker): begin_sum or begin_union began it
-    MPI_Wait(&pending.request_, MPI_STATUS_IGNORE);
-    --open_;
+    bytes_ += (values.size() - result.size()) * sizeof(T);
+    MPI_Reduce_scatter(values.data(), result.data(), sizes.data(), type, operation, MPI_COMM_WORLD);
+    return result;
 }
 
 void Processes::throw_first(const std::string& complaint) {
@@ -224,12 +206,6 @@ Processes::Usage Processes::usage_since() {
     bytes_before_ = bytes_;
     busy_before_ = busy;
     return usage;
-}
-
-void Processes::require_quiet() const {
-    if (open_ > 0) {
-        throw std::logic_error("what was told between processes was not waited for");
-    }
 }
 
 }  // namespace korv::tools

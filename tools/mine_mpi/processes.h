@@ -25,21 +25,6 @@ public:
 /// in MPI ends all of them. Numbers are told as bytes, so all machines must represent them alike.
 class Processes {
 public:
-    /// A sum or a union that is on its way. It must be waited for.
-    class Pending {
-    public:
-        Pending() = default;
-        Pending(const Pending&) = delete;
-        Pending& operator=(const Pending&) = delete;
-        Pending(Pending&& other) noexcept;
-        Pending& operator=(Pending&& other) noexcept;
-        ~Pending() = default;
-
-    private:
-        friend class Processes;
-        MPI_Request request_ = MPI_REQUEST_NULL;
-    };
-
     /// All processes of MPI, which was initialised.
     Processes();
 
@@ -75,13 +60,17 @@ public:
 
     std::uint64_t sum(std::uint64_t value);
 
-    /// Begins to replace `values` by their sums over all processes. They must stay where they are.
-    Pending begin_sum(std::vector<std::uint32_t>& values);
+    /// The sums, over all processes, of the values that are for this one. `values`: for each process, one
+    /// behind the other; `sizes`: how many, by process; they are the same in all.
+    std::vector<std::uint32_t> sums(const std::vector<std::uint32_t>& values, const std::vector<int>& sizes);
 
-    /// Begins to replace `words`, in the first process, by their unions over all processes.
-    Pending begin_union(std::vector<std::uint64_t>& words);
+    /// The same with unions of words of bits.
+    std::vector<std::uint64_t> unions(const std::vector<std::uint64_t>& words, const std::vector<int>& sizes);
 
-    void wait(Pending& pending);
+    /// The values of each process, in their order, in the first one; nothing in the others. Values: a vector
+    /// or a string.
+    template <typename Values>
+    Values gathered(const Values& values);
 
     /// Does `work` in each process. Where it throws Error in some of them, throws that of the first one in
     /// all, as a SharedError. Memory that does not suffice counts as an Error.
@@ -90,16 +79,13 @@ public:
 
     /// What all processes did between two times at which all of them asked.
     struct Usage {
-        std::uint64_t bytes = 0;  ///< that they gave away
+        std::uint64_t bytes = 0;  ///< that they gave to each other
         double slowest = 0.0;     ///< busy seconds of the process that took longest
         double fastest = 0.0;     ///< and of the one that took the least
     };
 
     /// What they did since they asked last, or since the beginning.
     Usage usage_since();
-
-    /// Throws std::logic_error when something is on its way.
-    void require_quiet() const;
 
 private:
     /// Counts the processor time within its scope as that of waiting.
@@ -111,13 +97,19 @@ private:
     void all_bytes(const void* mine, std::size_t size, void* all);
     void throw_first(const std::string& complaint);
 
+    /// How many other processes there are.
+    std::size_t others() const { return static_cast<std::size_t>(size_) - 1; }
+
+    template <typename T>
+    std::vector<T> reduced(const std::vector<T>& values, const std::vector<int>& sizes, MPI_Datatype type,
+                           MPI_Op operation);
+
     int size_ = 1;
     int number_ = 0;
     std::uint64_t bytes_ = 0;
     double waited_ = 0.0;
     std::uint64_t bytes_before_ = 0;  ///< when all asked for the usage last
     double busy_before_ = 0.0;        ///< likewise
-    std::size_t open_ = 0;            ///< what was begun and not waited for
 };
 
 template <typename T>
@@ -151,6 +143,21 @@ std::vector<T> Processes::receive(int from) {
     std::vector<T> values(size);
     receive_bytes(values.data(), size * sizeof(T), from);
     return values;
+}
+
+template <typename Values>
+Values Processes::gathered(const Values& values) {
+    using Value = typename Values::value_type;
+    if (!is_first()) {
+        send(std::span<const Value>(values), 0);
+        return {};
+    }
+    Values all = values;
+    for (int other = 1; other < size_; ++other) {
+        const std::vector<Value> received = receive<Value>(other);
+        all.insert(all.end(), received.begin(), received.end());
+    }
+    return all;
 }
 
 template <typename T>

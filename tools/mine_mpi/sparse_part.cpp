@@ -28,12 +28,12 @@ SparsePart::SparsePart(const PartItems& items, std::size_t processes)
       processes_(processes),
       index_(items.ranked),
       partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
+      partner_search_(items.ranked),
       is_in_itemset_(items.ranked.size()),
       row_of_(items.ranked.size(), no_row),
       marked_(words_for(items.ranked.lines)),
       ranks_here_(words_for(items.ranked.size())),
-      together_(items.ranked.frequent),
-      met_(items.ranked.size()) {
+      together_(items.ranked.frequent) {
     for (Rank rank = 0; rank < items_.size(); ++rank) {
         ranks_here_[word_of(rank)] |= lines(rank).empty() ? 0 : bit_of(rank);
     }
@@ -179,64 +179,49 @@ bool SparsePart::counts_own(std::size_t size) {
     return !CandidateSearch::has_parts(size);
 }
 
-bool SparsePart::tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside) {
+void SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open) {
+    partner_search_.for_each_open(partners_, itemset, [&](Rank other) {
+        if (std::ranges::find(itemset, other) == itemset.end()) {
+            open.push_back(other);
+        }
+    });
+}
+
+void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside) {
+    if (open.empty()) {
+        return;
+    }
     if (!is_entered) {
         push(rank);
     }
-    const bool asks_all = !partners_.is_complete() || itemset_.size() > Partners::least_share;
-    if (asks_all) {
-        tell_of_all(outside);
-    } else {
-        tell_of_partners(asked, outside);
+    for (const Rank other : open) {
+        outside.push_back(
+            !std::ranges::all_of(lines(other), [this](Transaction line) { return is_covered(line); }));
     }
     if (!is_entered) {
         pop();
     }
-    return asks_all;
-}
-
-void SparsePart::tell_of_partners(std::vector<Rank>& asked, BitStream& outside) {
-    for (const Rank rank : itemset_) {
-        for (const Partners::Partner& partner : partners_.of(rank)) {
-            Met& met = met_[partner.rank];
-            if (met.items == 0) {
-                met_ranks_.push_back(partner.rank);
-            }
-            met.together += partner.together;
-            ++met.items;
-        }
-    }
-    for (const Rank other : met_ranks_) {
-        const Met met = std::exchange(met_[other], {});
-        if (is_in_itemset_[other] != 0) {
-            continue;
-        }
-        const Count support = items_.supports[other];
-        // Each item of which it is no partner is in less than an eighth of its transactions.
-        const std::uint64_t most =
-            met.together * Partners::least_share + std::uint64_t{support} * (itemset_.size() - met.items);
-        if (most >= std::uint64_t{support} * Partners::least_share) {
-            asked.push_back(other);
-            outside.push_back(
-                !std::ranges::all_of(lines(other), [this](Transaction line) { return is_covered(line); }));
-        }
-    }
-    met_ranks_.clear();
 }
 
 /// An item can only be in the closure here if one of its lines holds an item of the itemset, so only these
 /// are looked at where the itemset has fewer lines than there are items.
-void SparsePart::tell_of_all(BitStream& outside) {
+void SparsePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
+    if (!is_entered) {
+        push(rank);
+    }
     const std::vector<Transaction> covered = mark_lines();
+    if (!is_entered) {
+        pop();
+    }
     std::vector<BitWord> ranks = ranks_here_;
-    const auto look_at = [&](Rank rank) {
-        if (std::ranges::all_of(lines(rank), [this](Transaction line) { return is_marked(line); })) {
-            ranks[word_of(rank)] &= ~bit_of(rank);
+    const auto look_at = [&](Rank other) {
+        if (std::ranges::all_of(lines(other), [this](Transaction line) { return is_marked(line); })) {
+            ranks[word_of(other)] &= ~bit_of(other);
         }
     };
     if (covered.size() >= items_.size()) {
-        for (Rank rank = 0; rank < items_.size(); ++rank) {
-            look_at(rank);
+        for (Rank other = 0; other < items_.size(); ++other) {
+            look_at(other);
         }
     } else {
         std::vector<BitWord> looked_at(ranks.size());

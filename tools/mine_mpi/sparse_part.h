@@ -39,15 +39,12 @@ public:
     void count(std::vector<Candidate>& candidates);
     Count own(Rank rank) const;
     static bool counts_own(std::size_t size);
-    bool tell_closure(Rank rank, bool is_entered, std::vector<Rank>& asked, BitStream& outside);
+    bool asks_all(std::size_t size) const { return !partners_.is_complete() || size > Partners::least_share; }
+    void put_open(std::span<const Rank> itemset, std::vector<Rank>& open);
+    void tell_outside(Rank rank, bool is_entered, BitStream& outside);
+    void tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside);
 
 private:
-    /// What partners of the itemset say of an item: see SparseCover.
-    struct Met {
-        std::uint64_t together = 0;
-        std::size_t items = 0;
-    };
-
     /// The lines that hold all of a prefix of the itemset, among those of the root item.
     struct Together {
         JointLines::Set lines;
@@ -61,8 +58,6 @@ private:
     const JointLines& joint_lines();
     const JointLines::Set& all(std::size_t size);
     bool is_covered(Transaction line) const;
-    void tell_of_partners(std::vector<Rank>& asked, BitStream& outside);
-    void tell_of_all(BitStream& outside);
     std::vector<Transaction> mark_lines();
     bool is_marked(Transaction line) const { return (marked_[word_of(line)] & bit_of(line)) != 0; }
 
@@ -70,6 +65,7 @@ private:
     std::size_t processes_;
     LineIndex index_;
     Partners partners_;
+    PartnerSearch partner_search_;
     std::vector<Rank> itemset_;
     std::vector<char> is_in_itemset_;  ///< by rank
 
@@ -88,8 +84,6 @@ private:
     std::vector<BitWord> ranks_here_;  ///< those that have lines here
 
     std::vector<Count> together_;  ///< by rank: set and used in one call, otherwise 0
-    std::vector<Met> met_;         ///< by rank: set and used in one call, otherwise 0
-    std::vector<Rank> met_ranks_;  ///< those whose `met_` is not 0
 };
 
 }  // namespace korv::tools
