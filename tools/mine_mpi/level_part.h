@@ -23,7 +23,7 @@ namespace korv::tools {
 /// - asks_all(size): whether it is asked of all ranks whether they are in the closure of an itemset of this
 ///   size; the same in all processes.
 /// - put_open(itemset, open): appends to `open` the other ranks that may be in the closure of an itemset, as
-///   the numbers of all processes tell, where not all are asked for; in no certain order.
+///   the lines here and the numbers of all processes tell, where not all are asked for; in no certain order.
 /// - tell_outside(rank, is_entered, outside): appends, in whole words, a bit for each rank: whether a line
 ///   here shows that it is outside the closure of the itemset with this item (its last one where it was
 ///   entered, one behind it otherwise).

@@ -30,6 +30,7 @@ SparsePart::SparsePart(const PartItems& items, std::size_t processes)
       partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
       partner_search_(items.ranked),
       is_in_itemset_(items.ranked.size()),
+      is_asked_about_(items.ranked.size()),
       row_of_(items.ranked.size(), no_row),
       marked_(words_for(items.ranked.lines)),
       ranks_here_(words_for(items.ranked.size())),
@@ -166,25 +167,38 @@ const JointLines::Set& SparsePart::all(std::size_t size) {
 Count SparsePart::own(Rank rank) const {
     Count sum = 0;
     for (const Transaction line : lines(rank)) {
-        sum += is_covered(line) ? 0 : items_.weight(line);
+        sum += is_covered(is_in_itemset_, line) ? 0 : items_.weight(line);
     }
     return sum;
 }
 
-bool SparsePart::is_covered(Transaction line) const {
-    return std::ranges::any_of(index_[line], [this](Rank held) { return is_in_itemset_[held] != 0; });
+/// Whether a line here holds an item of the itemset with these marks.
+bool SparsePart::is_covered(const std::vector<char>& is_in, Transaction line) const {
+    return std::ranges::any_of(index_[line], [&](Rank held) { return is_in[held] != 0; });
+}
+
+/// Whether all lines here of this item do.
+bool SparsePart::covers(const std::vector<char>& is_in, Rank rank) const {
+    return std::ranges::all_of(lines(rank), [&](Transaction line) { return is_covered(is_in, line); });
 }
 
 bool SparsePart::counts_own(std::size_t size) {
     return !CandidateSearch::has_parts(size);
 }
 
+/// Most items are in a line here that none of the itemset is in, so that nobody else is asked about them.
 void SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open) {
+    for (const Rank rank : itemset) {
+        is_asked_about_[rank] = 1;
+    }
     partner_search_.for_each_open(partners_, itemset, [&](Rank other) {
-        if (std::ranges::find(itemset, other) == itemset.end()) {
+        if (is_asked_about_[other] == 0 && covers(is_asked_about_, other)) {
             open.push_back(other);
         }
     });
+    for (const Rank rank : itemset) {
+        is_asked_about_[rank] = 0;
+    }
 }
 
 void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside) {
@@ -195,8 +209,7 @@ void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_
         push(rank);
     }
     for (const Rank other : open) {
-        outside.push_back(
-            !std::ranges::all_of(lines(other), [this](Transaction line) { return is_covered(line); }));
+        outside.push_back(!covers(is_in_itemset_, other));
     }
     if (!is_entered) {
         pop();

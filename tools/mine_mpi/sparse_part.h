@@ -57,7 +57,8 @@ private:
     void make_joint_lines(JointLines& joint_lines);
     const JointLines& joint_lines();
     const JointLines::Set& all(std::size_t size);
-    bool is_covered(Transaction line) const;
+    bool is_covered(const std::vector<char>& is_in, Transaction line) const;
+    bool covers(const std::vector<char>& is_in, Rank rank) const;
     std::vector<Transaction> mark_lines();
     bool is_marked(Transaction line) const { return (marked_[word_of(line)] & bit_of(line)) != 0; }
 
@@ -67,7 +68,8 @@ private:
     Partners partners_;
     PartnerSearch partner_search_;
     std::vector<Rank> itemset_;
-    std::vector<char> is_in_itemset_;  ///< by rank
+    std::vector<char> is_in_itemset_;   ///< by rank
+    std::vector<char> is_asked_about_;  ///< by rank: set and used in one call, otherwise 0
 
     Rank root_ = 0;
     std::vector<Rank> children_;         ///< of the root item, ascending
