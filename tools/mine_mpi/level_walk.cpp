@@ -320,8 +320,9 @@ private:
             }
             const std::size_t counts_before = answers.counts.size();
             BitStream outside;
+            const bool is_own = process == static_cast<std::size_t>(processes_.number());
             for (Node node = begins[process]; node < begins[process + 1]; ++node) {
-                answer(node, reader.take_question(), answers.counts, outside);
+                answer(node, reader.take_question(), is_own, answers.counts, outside);
             }
             answers.sizes_of_counts.push_back(static_cast<int>(answers.counts.size() - counts_before));
             answers.sizes_of_outside.push_back(static_cast<int>(outside.words().size()));
@@ -330,23 +331,26 @@ private:
         return answers;
     }
 
-    void answer(Node node, const Question& question, Numbers& counts, BitStream& outside) {
+    /// `is_own`: whether this process asked. Then its lines show nothing of what it left open.
+    void answer(Node node, const Question& question, bool is_own, Numbers& counts, BitStream& outside) {
         const bool asks_all = part_.asks_all(size_);
-        if (question.candidates.empty() && question.open.empty() && !asks_all) {
-            return;
-        }
-        answering_path_.move_to(
-            tree_.parent(node), [this](Node each) { enter_answering(each); }, [this] { part_.leave(); });
-        const Rank rank = tree_.rank(node);
         const bool is_entered = !question.candidates.empty();
+        const bool looks = asks_all || (!is_own && !question.open.empty());
+        if (is_entered || looks) {
+            answering_path_.move_to(
+                tree_.parent(node), [this](Node each) { enter_answering(each); }, [this] { part_.leave(); });
+        }
+        const Rank rank = tree_.rank(node);
         if (is_entered) {
             part_.enter(rank);
             count(question.candidates, counts);
         }
         if (asks_all) {
             part_.tell_outside(rank, is_entered, outside);
-        } else {
+        } else if (looks) {
             part_.tell_outside_of(question.open, rank, is_entered, outside);
+        } else {
+            outside.append_zeros(question.open.size());
         }
         if (is_entered) {
             part_.leave();

@@ -202,9 +202,6 @@ void SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open
 }
 
 void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside) {
-    if (open.empty()) {
-        return;
-    }
     if (!is_entered) {
         push(rank);
     }
