@@ -107,17 +107,23 @@ bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
                        std::size_t rare_bytes) {
     encoded_.clear();
     append_encoded(closure, encoded_);
-    return insert(node, tree, encoded_, &closure, rare_bytes);
+    return insert(node, tree, encoded_, [&] {
+        std::size_t text_bytes = closure.size();
+        for (const Item item : closure) {
+            text_bytes += digits_of(item);
+        }
+        return EncodedClosure{encoded_, closure.size(), text_bytes, rare_bytes};
+    });
 }
 
-bool MinedClasses::add_encoded(EssentialTree::Node node, const EssentialTree& tree, std::string_view closure,
-                               std::size_t rare_bytes) {
-    return insert(node, tree, closure, nullptr, rare_bytes);
+bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure) {
+    return insert(node, tree, closure.bytes, [&] { return closure; });
 }
 
-/// `closure`: its items, or nothing, where they are still to be decoded.
+/// `describe` is only asked for the closure where it is that of a new class.
+template <typename Describe>
 bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
-                          const Itemset* closure, std::size_t rare_bytes) {
+                          Describe describe) {
     const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded));
     Slot& slot = slot_of(hash, encoded);
     if (slot.position == empty_slot && classes_.size() == most_) {
@@ -132,18 +138,16 @@ bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, s
         next_[node] = std::exchange(known.last, node);
         return true;
     }
-    if (closure == nullptr) {
-        decode(encoded, decoded_);
-        closure = &decoded_;
-    }
+    const EncodedClosure closure = describe();
     slot = {hash, static_cast<std::uint32_t>(classes_.size())};
     const Count support = tree.support(node);
     classes_.push_back({closures_.size(), static_cast<std::uint32_t>(encoded.size()),
-                        static_cast<std::uint32_t>(closure->size()), node, support});
+                        static_cast<std::uint32_t>(closure.items), node, support});
     closures_ += encoded;
-    largest_closure_ = std::max(largest_closure_, closure->size());
-    count_bytes_of_closure(*closure, support);
-    rare_bytes_ += rare_bytes;
+    largest_closure_ = std::max(largest_closure_, closure.items);
+    // "1 2 3", TAB, the support, TAB and a line end.
+    file_bytes_ = sum(file_bytes_, closure.text_bytes - 1 + 1 + digits_of(support) + 1 + 1);
+    rare_bytes_ += closure.rare_bytes;
     if (classes_.size() * 2 > slots_.size()) {
         grow_slots();
     }
@@ -174,15 +178,6 @@ void MinedClasses::grow_slots() {
             slots_[i] = slot;
         }
     }
-}
-
-/// Adds the bytes of "1 2 3", TAB, the support, TAB and a line end.
-void MinedClasses::count_bytes_of_closure(const Itemset& closure, Count support) {
-    std::size_t bytes = closure.size() - 1 + 1 + digits_of(support) + 1 + 1;
-    for (const Item item : closure) {
-        bytes += digits_of(item);
-    }
-    file_bytes_ = sum(file_bytes_, bytes);
 }
 
 /// Counts each itemset that takes one item of each rank of the node, and the bytes of " 1 2,".

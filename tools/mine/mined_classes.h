@@ -22,6 +22,14 @@ struct MinedClass {
     bool operator==(const MinedClass&) const = default;
 };
 
+/// A closure as classes keep it.
+struct EncodedClosure {
+    std::string_view bytes;      ///< as append_encoded writes them
+    std::size_t items = 0;       ///< how many it has
+    std::size_t text_bytes = 0;  ///< that they take in a class file, with a blank for each
+    std::size_t rare_bytes = 0;  ///< of these, those of items that are not frequent
+};
+
 /// Classes as they are found, in little memory: closures as strings of bytes, one behind the other, and
 /// essential itemsets as nodes of a prefix tree.
 class MinedClasses {
@@ -36,9 +44,8 @@ public:
     bool add(EssentialTree::Node node, const EssentialTree& tree, const Itemset& closure,
              std::size_t rare_bytes = 0);
 
-    /// The same for a closure as append_encoded writes it.
-    bool add_encoded(EssentialTree::Node node, const EssentialTree& tree, std::string_view closure,
-                     std::size_t rare_bytes = 0);
+    /// The same where all that is needed of the closure is known.
+    bool add(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure);
 
     /// Puts the classes in the order in which they are visited: by size of the closure, then
     /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.
@@ -79,11 +86,11 @@ private:
     std::string_view encoded_closure(const Class& each) const {
         return std::string_view(closures_).substr(each.closure, each.bytes);
     }
+    template <typename Describe>
     bool insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
-                const Itemset* closure, std::size_t rare_bytes);
+                Describe describe);
     Slot& slot_of(std::uint32_t hash, std::string_view bytes);
     void grow_slots();
-    void count_bytes_of_closure(const Itemset& closure, Count support);
     void count_essentials(EssentialTree::Node node, const EssentialTree& tree);
     void put_essentials(EssentialTree::Node node, std::size_t& position,
                         std::vector<Itemset>& essentials) const;
@@ -93,7 +100,6 @@ private:
     std::vector<std::size_t> digits_;  ///< by rank: of the numbers of all its items
     std::string closures_;             ///< of all classes
     std::string encoded_;              ///< set and used in one call
-    Itemset decoded_;                  ///< likewise
     std::vector<Class> classes_;
     std::vector<Slot> slots_;                ///< open addressing
     std::vector<EssentialTree::Node> next_;  ///< by node: another essential itemset of the same class

@@ -22,7 +22,7 @@ SparseCover::SparseCover(const RankedItems& items)
       row_of_(items.size(), no_row),
       closure_ends_(1),
       is_in_closure_(items.size()),
-      covered_(words_for(items.lines)),
+      covered_(items),
       together_(items.frequent),
       looked_at_(items.size()) {
     for (Rank rare = items.frequent; rare < items.size(); ++rare) {
@@ -109,13 +109,6 @@ void SparseCover::push(Rank rank) {
 
 void SparseCover::pop() {
     is_in_itemset_[itemset_.back()] = 0;
-    if (covered_ends_.size() == itemset_.size()) {
-        covered_ends_.pop_back();
-        const std::size_t left = covered_ends_.empty() ? 0 : covered_ends_.back();
-        for (; covered_lines_.size() > left; covered_lines_.pop_back()) {
-            covered_[word_of(covered_lines_.back())] &= ~bit_of(covered_lines_.back());
-        }
-    }
     itemset_.pop_back();
 }
 
@@ -148,40 +141,26 @@ bool SparseCover::covers(Rank rank) const {
 
 /// An item is only gained if it is in a line that no other item of the itemset is in.
 void SparseCover::find_gain_in_new_lines() {
-    cover_lines();
-    const std::size_t size = itemset_.size();
-    const std::size_t first_new = size == 1 ? 0 : covered_ends_[size - 2];
-    for (std::size_t i = first_new; i < covered_lines_.size(); ++i) {
-        for (const Rank other : index_[covered_lines_[i]]) {
+    covered_.cover(itemset_);
+    for (const Transaction added : covered_.added_last()) {
+        for (const Rank other : index_[added]) {
             if (is_in_closure_[other] != 0 || looked_at_[other] == search_) {
                 continue;
             }
             looked_at_[other] = search_;
-            if (std::ranges::all_of(lines(other), [this](Transaction line) { return is_marked(line); })) {
+            if (std::ranges::all_of(lines(other),
+                                    [this](Transaction line) { return covered_.holds(line); })) {
                 gained_.push_back(other);
             }
         }
     }
 }
 
-/// Marks the lines of all items of the itemset.
-void SparseCover::cover_lines() {
-    while (covered_ends_.size() < itemset_.size()) {
-        for (const Transaction line : lines(itemset_[covered_ends_.size()])) {
-            if (!is_marked(line)) {
-                covered_[word_of(line)] |= bit_of(line);
-                covered_lines_.push_back(line);
-            }
-        }
-        covered_ends_.push_back(covered_lines_.size());
-    }
-}
-
 Count SparseCover::own(Rank rank) {
-    cover_lines();
+    covered_.cover(itemset_);
     Count sum = 0;
     for (const Transaction line : lines(rank)) {
-        sum += is_marked(line) ? 0 : items_.weight(line);
+        sum += covered_.holds(line) ? 0 : items_.weight(line);
     }
     return sum;
 }

@@ -7,6 +7,7 @@
 
 #include "base/bit_words.h"
 #include "mine/cover.h"
+#include "mine/covered_lines.h"
 #include "mine/joint_lines.h"
 #include "mine/line_index.h"
 #include "mine/partners.h"
@@ -33,8 +34,6 @@ public:
     std::size_t own_nanoseconds(Rank rank) const { return items_.transactions[rank].size(); }
 
 private:
-    using Lines = std::vector<Transaction>;
-
     /// The lines that hold all of a prefix of the itemset, among those of its first item.
     struct Together {
         JointLines::Set lines;
@@ -50,8 +49,6 @@ private:
     void find_gain_among_partners();
     void find_gain_in_new_lines();
     bool covers(Rank rank) const;
-    void cover_lines();
-    bool is_marked(Transaction line) const { return (covered_[word_of(line)] & bit_of(line)) != 0; }
     void make_joint_lines();
     const JointLines::Set& all(std::size_t size);
 
@@ -74,9 +71,7 @@ private:
     std::vector<std::size_t> closure_ends_;  ///< by size of a prefix: how much of `closure_` is its closure
     std::vector<char> is_in_closure_;        ///< by rank
 
-    std::vector<BitWord> covered_;           ///< lines that hold one of the first items of the itemset
-    Lines covered_lines_;                    ///< the same lines, as they came in
-    std::vector<std::size_t> covered_ends_;  ///< by position of these first items: how many lines came so far
+    CoveredLines covered_;  ///< of the itemset, where they are asked for
 
     std::vector<Count> together_;           ///< by rank: set and used in one call, otherwise 0
     std::vector<Rank> touched_;             ///< ranks whose `together_` is not 0

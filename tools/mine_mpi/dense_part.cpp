@@ -7,12 +7,13 @@ namespace korv::tools {
 
 DensePart::DensePart(const PartItems& items, std::size_t processes)
     : cover_(items.ranked),
+      places_(items.places),
       frequent_(items.ranked.frequent),
       nanoseconds_of_own_(words_for(items.lines / processes) / 2),
       outside_(2, Ranks(words_for(items.ranked.size()))) {
     for (Rank rank = 0; rank < items.ranked.size(); ++rank) {
         if (!items.ranked.transactions[rank].empty()) {
-            outside_.front()[word_of(rank)] |= bit_of(rank);
+            outside_.front()[word_of(places_[rank])] |= bit_of(places_[rank]);
         }
     }
 }
@@ -44,10 +45,10 @@ void DensePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
     outside.append(outside_[is_entered ? size_ : size_ + 1]);
 }
 
-void DensePart::put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) {
+void DensePart::put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) const {
     after = before;
     for (const Rank rank : gained) {
-        after[word_of(rank)] &= ~bit_of(rank);
+        after[word_of(places_[rank])] &= ~bit_of(places_[rank]);
     }
 }
 

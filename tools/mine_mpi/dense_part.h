@@ -30,17 +30,18 @@ public:
     void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
     Count own(Rank rank) { return cover_.own(rank); }
     bool counts_own(std::size_t size) const;
-    static bool asks_all(std::size_t) { return true; }
-    static void put_open(std::span<const Rank>, std::vector<Rank>&) {}
+    std::size_t words_of_closure() const { return outside_.front().size(); }
+    static bool put_open(std::span<const Rank>, std::vector<Rank>&) { return false; }
     void tell_outside(Rank rank, bool is_entered, BitStream& outside);
     static void tell_outside_of(std::span<const Rank>, Rank, bool, BitStream&) {}
 
 private:
-    using Ranks = std::vector<BitWord>;
+    using Ranks = std::vector<BitWord>;  ///< a bit for each, in the order of their first items
 
-    static void put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after);
+    void put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) const;
 
     DenseCover cover_;
+    const std::vector<Rank>& places_;
     Rank frequent_;
     std::size_t nanoseconds_of_own_;
     std::size_t size_ = 0;

@@ -20,14 +20,15 @@ namespace korv::tools {
 /// - own(rank): the number of transactions here that hold this item and no item of the itemset.
 /// - counts_own(size): whether own counts tell the supports of extensions of itemsets of this size faster
 ///   than inclusion and exclusion does; the same in all processes.
-/// - asks_all(size): whether it is asked of all ranks whether they are in the closure of an itemset of this
-///   size; the same in all processes.
+/// - words_of_closure(): what is told of a closure takes about so many numbers of 64 bits.
 /// - put_open(itemset, open): appends to `open` the other ranks that may be in the closure of an itemset, as
-///   the lines here and the numbers of all processes tell, where not all are asked for; in no certain order.
-/// - tell_outside(rank, is_entered, outside): appends, in whole words, a bit for each rank: whether a line
-///   here shows that it is outside the closure of the itemset with this item (its last one where it was
-///   entered, one behind it otherwise).
-/// - tell_outside_of(open, rank, is_entered, outside): the same, bit by bit, for these ranks alone.
+///   the lines here and the numbers of all processes tell, in no certain order, and returns true. Or returns
+///   false, and appends nothing, where it has to be asked for all ranks.
+/// - tell_outside(rank, is_entered, outside): appends, in whole words, a bit for each rank, in the order of
+///   the first items of ranks: whether a line here shows that it is outside the closure of the itemset with
+///   this item (its last one where it was entered, one behind it otherwise).
+/// - tell_outside_of(open, rank, is_entered, outside): the same, bit by bit, for these ranks alone, in their
+///   order.
 class DensePart;
 class SparsePart;
 

@@ -10,10 +10,10 @@
 
 #include "mine/candidate_search.h"
 #include "mine_mpi/bit_stream.h"
+#include "mine_mpi/closure_builder.h"
 #include "mine_mpi/dense_part.h"
 #include "mine_mpi/level_stretches.h"
 #include "mine_mpi/pair_sums.h"
-#include "mine_mpi/rank_items.h"
 #include "mine_mpi/sparse_part.h"
 
 namespace korv::tools {
@@ -26,13 +26,17 @@ using Numbers = std::vector<std::uint32_t>;
 /// What is asked of the lines of all processes about an itemset.
 struct Question {
     std::span<const Rank> candidates;  ///< whose joint supports with it are asked for, ascending
-    std::span<const Rank> open;        ///< which may be in its closure, where not all are asked for
+    std::span<const Rank> open;        ///< which may be in its closure
+    bool asks_all = false;             ///< whether it is about all ranks instead
 };
 
 /// Questions one behind the other, as processes tell them each other: for each itemset two sizes, the
 /// candidates, and what is open.
 class QuestionReader {
 public:
+    /// Takes the place of the second size where all ranks are asked for.
+    static constexpr std::uint32_t all = ~std::uint32_t{0};
+
     explicit QuestionReader(const Numbers& numbers) : left_(numbers) {}
 
     std::uint32_t take_number() { return take(1).front(); }
@@ -40,7 +44,8 @@ public:
     Question take_question() {
         const std::span<const std::uint32_t> sizes = take(2);
         const std::span<const Rank> candidates = take(sizes[0]);
-        return {candidates, take(sizes[1])};
+        const bool asks_all = sizes[1] == all;
+        return {candidates, take(asks_all ? 0 : sizes[1]), asks_all};
     }
 
 private:
@@ -63,12 +68,8 @@ struct Answers {
 
 /// Closures of some itemsets, one behind the other.
 struct Closures {
-    struct Head {
-        std::uint32_t bytes;
-        std::uint32_t rare_bytes;  ///< see MinedClasses
-    };
-    std::vector<Head> heads;
-    std::string bytes;  ///< as append_encoded writes them
+    std::vector<ClosureSizes> sizes;
+    std::string bytes;
 };
 
 /// Goes along paths of a tree: enters and leaves items until a path is that of a node.
@@ -109,6 +110,7 @@ public:
               const LevelEvents& events)
         : processes_(processes),
           items_(items.ranked),
+          by_item_(items.by_item),
           options_(options),
           min_joint_(options.min_joint.value_or(options.min_support)),
           events_(events),
@@ -119,7 +121,7 @@ public:
           asking_path_(tree_),
           answering_path_(tree_),
           concluding_path_(tree_),
-          rank_items_(items.ranked.items),
+          closure_(items.ranked, options.min_support),
           classes_(items.ranked.items, options.max_classes) {}
 
     MiningResult run(const KeptLevels* kept) {
@@ -214,8 +216,8 @@ private:
     void walk_level() {
         const Node end = end_of_level_;
         const auto processes = static_cast<std::size_t>(processes_.size());
-        const std::size_t words = part_.asks_all(size_) ? words_for(items_.size()) : 1;
-        const std::vector<Node> begins = stretches_of_level(tree_, begin_of_level_, end, words, processes);
+        const std::vector<Node> begins =
+            stretches_of_level(tree_, begin_of_level_, end, part_.words_of_closure(), processes);
         for (std::size_t first = 0; first + 1 < begins.size() && !is_stopped_; first += processes) {
             walk_round(std::span(begins).subspan(first, processes + 1));
         }
@@ -246,7 +248,7 @@ private:
         Closures closures;
         conclude(begin, end, own, answers, nodes, closures);
         add_nodes(begins.front(), begins.back(), processes_.all_of(nodes));
-        closures.heads = processes_.gathered(closures.heads);
+        closures.sizes = processes_.gathered(closures.sizes);
         closures.bytes = processes_.gathered(closures.bytes);
         if (processes_.is_first()) {
             add_classes(begins.front(), closures);
@@ -269,13 +271,11 @@ private:
         candidates_.clear();
         for (Node node = begin; node < end; ++node) {
             const std::vector<Candidate>& found = find_candidates(node);
+            put_itemset(node);
             open_.clear();
-            if (!part_.asks_all(size_)) {
-                put_itemset(node);
-                part_.put_open(itemset_, open_);
-            }
+            const bool asks_all = !part_.put_open(itemset_, open_);
             questions.push_back(static_cast<std::uint32_t>(found.size()));
-            questions.push_back(static_cast<std::uint32_t>(open_.size()));
+            questions.push_back(asks_all ? QuestionReader::all : static_cast<std::uint32_t>(open_.size()));
             std::ranges::transform(found, std::back_inserter(questions), &Candidate::rank);
             questions.insert(questions.end(), open_.begin(), open_.end());
             candidates_.insert(candidates_.end(), found.begin(), found.end());
@@ -300,12 +300,13 @@ private:
         return asking_.candidates();
     }
 
-    /// Sets `itemset_`.
+    /// Sets `itemset_`, from the root item on.
     void put_itemset(Node node) {
         itemset_.clear();
         for (Node each = node; each != EssentialTree::none; each = tree_.parent(each)) {
             itemset_.push_back(tree_.rank(each));
         }
+        std::ranges::reverse(itemset_);
     }
 
     // Answering.
@@ -333,9 +334,8 @@ private:
 
     /// `is_own`: whether this process asked. Then its lines show nothing of what it left open.
     void answer(Node node, const Question& question, bool is_own, Numbers& counts, BitStream& outside) {
-        const bool asks_all = part_.asks_all(size_);
         const bool is_entered = !question.candidates.empty();
-        const bool looks = asks_all || (!is_own && !question.open.empty());
+        const bool looks = question.asks_all || (!is_own && !question.open.empty());
         if (is_entered || looks) {
             answering_path_.move_to(
                 tree_.parent(node), [this](Node each) { enter_answering(each); }, [this] { part_.leave(); });
@@ -345,7 +345,7 @@ private:
             part_.enter(rank);
             count(question.candidates, counts);
         }
-        if (asks_all) {
+        if (question.asks_all) {
             part_.tell_outside(rank, is_entered, outside);
         } else if (looks) {
             part_.tell_outside_of(question.open, rank, is_entered, outside);
@@ -395,8 +395,8 @@ private:
             find_children(node, candidates.first(size), counts.first(numbers), nodes);
             candidates = candidates.subspan(size);
             counts = counts.subspan(numbers);
-            bit = find_closure(node, question.open, answers.outside, bit);
-            put_closure(closures);
+            bit = find_closure(node, question, answers.outside, bit);
+            closures.sizes.push_back(closure_.finish(closures.bytes));
         }
     }
 
@@ -432,47 +432,38 @@ private:
         return concluding_.support_by_parts(node, candidate);
     }
 
-    /// Sets `closure_` to the ranks of a closure, whose first bit is at `bit`. Returns where the next one
+    /// Adds the ranks of a closure, whose first bit is at `bit`, to `closure_`. Returns where the next one
     /// begins.
-    std::size_t find_closure(Node node, std::span<const Rank> open, std::span<const BitWord> outside,
+    std::size_t find_closure(Node node, const Question& question, std::span<const BitWord> outside,
                              std::size_t bit) {
-        closure_.clear();
-        if (part_.asks_all(size_)) {
-            put_inside(outside.subspan(bit / word_bits, words_for(items_.size())));
-            return bit + words_for(items_.size()) * word_bits;
+        if (question.asks_all) {
+            const std::size_t first = words_for(bit);
+            const std::size_t words = words_for(items_.size());
+            add_inside(outside.subspan(first, words));
+            return (first + words) * word_bits;
         }
         put_itemset(node);
-        closure_ = itemset_;
-        for (const Rank rank : open) {
+        for (const Rank rank : itemset_) {
+            closure_.add(rank);
+        }
+        for (const Rank rank : question.open) {
             if ((outside[word_of(bit)] & bit_of(bit)) == 0) {
-                closure_.push_back(rank);
+                closure_.add(rank);
             }
             ++bit;
         }
         return bit;
     }
 
-    /// Appends the ranks whose bits are 0 to `closure_`.
-    void put_inside(std::span<const BitWord> outside) {
+    /// Adds the ranks whose bits are 0.
+    void add_inside(std::span<const BitWord> outside) {
         for (std::size_t word = 0; word < outside.size(); ++word) {
             const std::size_t behind = items_.size() - word * word_bits;
             const BitWord all = behind >= word_bits ? ~BitWord{0} : bit_of(behind) - 1;
             for (BitWord inside = ~outside[word] & all; inside != 0; inside &= inside - 1) {
-                closure_.push_back(static_cast<Rank>(lowest_number(word, inside)));
+                closure_.add(by_item_[lowest_number(word, inside)]);
             }
         }
-    }
-
-    /// Appends what `closure_` holds.
-    void put_closure(Closures& closures) {
-        std::size_t rare_bytes = 0;
-        for (const Rank rank : closure_) {
-            rare_bytes += items_.supports[rank] < options_.min_support ? classes_.closure_bytes(rank) : 0;
-        }
-        const std::size_t before = closures.bytes.size();
-        append_encoded(rank_items_.of(closure_), closures.bytes);
-        closures.heads.push_back({static_cast<std::uint32_t>(closures.bytes.size() - before),
-                                  static_cast<std::uint32_t>(rare_bytes)});
     }
 
     // What all know then, and what the first process knows.
@@ -489,10 +480,11 @@ private:
 
     void add_classes(Node node, const Closures& closures) {
         std::string_view left = closures.bytes;
-        for (const Closures::Head& head : closures.heads) {
-            const std::string_view closure = left.substr(0, head.bytes);
-            left.remove_prefix(head.bytes);
-            wants_to_stop_ = !classes_.add_encoded(node, tree_, closure, head.rare_bytes);
+        for (const ClosureSizes& sizes : closures.sizes) {
+            const std::string_view closure = left.substr(0, sizes.bytes);
+            left.remove_prefix(sizes.bytes);
+            wants_to_stop_ =
+                !classes_.add(node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
             if (wants_to_stop_) {
                 return;
             }
@@ -542,8 +534,10 @@ private:
             tree_.add(nodes[i].parent, nodes[i].rank, nodes[i].joint, nodes[i].support);
         }
         if (kept != nullptr) {
+            Itemset closure;
             for (Node node = 0; node < end_of_level_; ++node) {
-                classes_.add_encoded(node, tree_, kept->closures[node]);
+                decode(kept->closures[node], closure);
+                classes_.add(node, tree_, closure);
             }
         }
         begin_of_level_ = end_of_level_;
@@ -554,6 +548,7 @@ private:
 
     Processes& processes_;
     const RankedItems& items_;
+    const std::vector<Rank>& by_item_;
     const MiningOptions& options_;
     Count min_joint_;
     const LevelEvents& events_;
@@ -564,8 +559,8 @@ private:
     Path asking_path_;
     Path answering_path_;
     Path concluding_path_;
-    RankItems rank_items_;
-    MinedClasses classes_;  ///< in the first process
+    ClosureBuilder closure_;  ///< what find_closure found
+    MinedClasses classes_;    ///< in the first process
 
     std::size_t size_ = 1;        ///< of the itemsets that are looked at
     Node begin_of_level_ = 0;     ///< the first of them
@@ -579,7 +574,6 @@ private:
     std::vector<Rank> itemset_;          ///< set and used in one call
     std::vector<Rank> open_;             ///< likewise
     std::vector<Candidate> counted_;     ///< likewise
-    std::vector<Rank> closure_;          ///< likewise
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <numeric>
 #include <span>
 #include <unordered_map>
 #include <utility>
@@ -101,6 +102,17 @@ std::vector<Twins> twins_of(const std::vector<Group>& groups) {
     return twins;
 }
 
+void put_in_order_of_items(PartItems& items) {
+    const std::vector<Itemset>& itemsets = items.ranked.items;
+    items.by_item.resize(itemsets.size());
+    std::iota(items.by_item.begin(), items.by_item.end(), Rank{0});
+    std::ranges::sort(items.by_item, {}, [&](Rank rank) { return itemsets[rank].front(); });
+    items.places.resize(itemsets.size());
+    for (Rank place = 0; place < items.by_item.size(); ++place) {
+        items.places[items.by_item[place]] = place;
+    }
+}
+
 }  // namespace
 
 PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count least_in_essentials,
@@ -130,6 +142,7 @@ PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count leas
         ranked.supports.push_back(wanted.supports[twins.front()]);
         occurrences += transactions.size();
     }
+    put_in_order_of_items(items);
     items.lines = processes.sum(database.lines);
     items.occurrences = processes.sum(occurrences);
     return items;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "mine/ranked_items.h"
 #include "mine_mpi/part_reading.h"
@@ -13,6 +14,8 @@ struct PartItems {
     /// Items, supports and order are those of the whole database, lines and transactions those of this
     /// process; so an item can have no transactions here.
     RankedItems ranked;
+    std::vector<Rank> by_item;      ///< the ranks in the order of their first items
+    std::vector<Rank> places;       ///< by rank: where it is in this order
     std::uint64_t lines = 0;        ///< of the whole database
     std::uint64_t occurrences = 0;  ///< of these items in them
 };

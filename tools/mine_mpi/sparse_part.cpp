@@ -25,6 +25,7 @@ bool are_often_together(Count together, Count support) {
 
 SparsePart::SparsePart(const PartItems& items, std::size_t processes)
     : items_(items.ranked),
+      places_(items.places),
       processes_(processes),
       index_(items.ranked),
       partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
@@ -32,11 +33,16 @@ SparsePart::SparsePart(const PartItems& items, std::size_t processes)
       is_in_itemset_(items.ranked.size()),
       is_asked_about_(items.ranked.size()),
       row_of_(items.ranked.size(), no_row),
-      marked_(words_for(items.ranked.lines)),
-      ranks_here_(words_for(items.ranked.size())),
+      covered_(items.ranked),
+      present_(words_for(items.ranked.size())),
+      looked_at_(items.ranked.size()),
       together_(items.ranked.frequent) {
     for (Rank rank = 0; rank < items_.size(); ++rank) {
-        ranks_here_[word_of(rank)] |= lines(rank).empty() ? 0 : bit_of(rank);
+        if (lines(rank).empty()) {
+            absent_.push_back(rank);
+        } else {
+            present_[word_of(places_[rank])] |= bit_of(places_[rank]);
+        }
     }
 }
 
@@ -102,9 +108,10 @@ void SparsePart::leave() {
 }
 
 void SparsePart::count(std::vector<Candidate>& candidates) {
+    const JointLines& joint_lines = this->joint_lines();
     const JointLines::Set& together = all(itemset_.size());
     for (Candidate& candidate : candidates) {
-        candidate.joint = joint_lines().joint(together, row_of_[candidate.rank]);
+        candidate.joint = joint_lines.joint(together, row_of_[candidate.rank]);
     }
 }
 
@@ -164,10 +171,11 @@ const JointLines::Set& SparsePart::all(std::size_t size) {
     return together.lines;
 }
 
-Count SparsePart::own(Rank rank) const {
+Count SparsePart::own(Rank rank) {
+    covered_.cover(itemset_);
     Count sum = 0;
     for (const Transaction line : lines(rank)) {
-        sum += is_covered(is_in_itemset_, line) ? 0 : items_.weight(line);
+        sum += covered_.holds(line) ? 0 : items_.weight(line);
     }
     return sum;
 }
@@ -187,18 +195,44 @@ bool SparsePart::counts_own(std::size_t size) {
 }
 
 /// Most items are in a line here that none of the itemset is in, so that nobody else is asked about them.
-void SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open) {
+bool SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open) {
+    // Their numbers take no more bits than all ranks, or are few anyway.
+    const std::size_t most = std::max<std::size_t>(items_.size() / 32, 16);
     for (const Rank rank : itemset) {
         is_asked_about_[rank] = 1;
     }
+    if (partners_.is_complete() && itemset.size() <= Partners::least_share) {
+        put_open_partners(itemset, open);
+    } else {
+        put_open_by_lines(itemset, open);
+    }
+    for (const Rank rank : itemset) {
+        is_asked_about_[rank] = 0;
+    }
+    if (open.size() > most) {
+        open.clear();
+        return false;
+    }
+    return true;
+}
+
+void SparsePart::put_open_partners(std::span<const Rank> itemset, std::vector<Rank>& open) {
     partner_search_.for_each_open(partners_, itemset, [&](Rank other) {
         if (is_asked_about_[other] == 0 && covers(is_asked_about_, other)) {
             open.push_back(other);
         }
     });
-    for (const Rank rank : itemset) {
-        is_asked_about_[rank] = 0;
-    }
+}
+
+void SparsePart::put_open_by_lines(std::span<const Rank> itemset, std::vector<Rank>& open) {
+    covered_.cover(itemset);
+    const auto put = [&](Rank other) {
+        if (is_asked_about_[other] == 0) {
+            open.push_back(other);
+        }
+    };
+    std::ranges::for_each(absent_, put);
+    for_each_covered(put);
 }
 
 void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside) {
@@ -213,55 +247,44 @@ void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_
     }
 }
 
-/// An item can only be in the closure here if one of its lines holds an item of the itemset, so only these
-/// are looked at where the itemset has fewer lines than there are items.
 void SparsePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
     if (!is_entered) {
         push(rank);
     }
-    const std::vector<Transaction> covered = mark_lines();
+    covered_.cover(itemset_);
     if (!is_entered) {
         pop();
     }
-    std::vector<BitWord> ranks = ranks_here_;
-    const auto look_at = [&](Rank other) {
-        if (std::ranges::all_of(lines(other), [this](Transaction line) { return is_marked(line); })) {
-            ranks[word_of(other)] &= ~bit_of(other);
-        }
-    };
-    if (covered.size() >= items_.size()) {
-        for (Rank other = 0; other < items_.size(); ++other) {
-            look_at(other);
-        }
-    } else {
-        std::vector<BitWord> looked_at(ranks.size());
-        for (const Transaction line : covered) {
-            for (const Rank other : index_[line]) {
-                if ((looked_at[word_of(other)] & bit_of(other)) == 0) {
-                    looked_at[word_of(other)] |= bit_of(other);
-                    look_at(other);
-                }
-            }
-        }
-    }
-    for (const Transaction line : covered) {
-        marked_[word_of(line)] = 0;
-    }
+    std::vector<BitWord> ranks = present_;
+    for_each_covered([&](Rank other) { ranks[word_of(places_[other])] &= ~bit_of(places_[other]); });
     outside.append(ranks);
 }
 
-/// Marks the lines here that hold an item of the itemset, and returns them.
-std::vector<Transaction> SparsePart::mark_lines() {
-    std::vector<Transaction> covered;
-    for (const Rank held : itemset_) {
-        for (const Transaction line : lines(held)) {
-            if (!is_marked(line)) {
-                marked_[word_of(line)] |= bit_of(line);
-                covered.push_back(line);
+/// Calls `visit` with each rank that has lines here, all of which are covered. One of them is, so only
+/// covered lines are looked through where there are fewer of them than items.
+template <typename Visit>
+void SparsePart::for_each_covered(Visit visit) {
+    ++search_;
+    const auto look_at = [&](Rank other) {
+        if (std::ranges::all_of(lines(other), [this](Transaction line) { return covered_.holds(line); })) {
+            visit(other);
+        }
+    };
+    if (covered_.lines().size() >= items_.size()) {
+        for (Rank other = 0; other < items_.size(); ++other) {
+            if (!lines(other).empty()) {
+                look_at(other);
+            }
+        }
+        return;
+    }
+    for (const Transaction line : covered_.lines()) {
+        for (const Rank other : index_[line]) {
+            if (std::exchange(looked_at_[other], search_) != search_) {
+                look_at(other);
             }
         }
     }
-    return covered;
 }
 
 }  // namespace korv::tools

@@ -8,6 +8,7 @@
 
 #include "base/bit_words.h"
 #include "mine/cover.h"
+#include "mine/covered_lines.h"
 #include "mine/essential_tree.h"
 #include "mine/joint_lines.h"
 #include "mine/line_index.h"
@@ -21,8 +22,8 @@ namespace korv::tools {
 /// A level part (see level_part.h) of items that are in few lines.
 ///
 /// What may be in a closure is seen from the partners of its items (see partners.h), which are those of the
-/// whole database and the same in all processes. For larger itemsets, and where there are too many partners,
-/// all ranks are asked for.
+/// whole database and the same in all processes; for larger itemsets, and where there are too many partners,
+/// from the lines of one process. Where that leaves many ranks open, all are asked for.
 class SparsePart {
 public:
     /// `items` must outlive it. `processes`: how many there are.
@@ -37,10 +38,10 @@ public:
     void enter(Rank rank);
     void leave();
     void count(std::vector<Candidate>& candidates);
-    Count own(Rank rank) const;
+    Count own(Rank rank);
     static bool counts_own(std::size_t size);
-    bool asks_all(std::size_t size) const { return !partners_.is_complete() || size > Partners::least_share; }
-    void put_open(std::span<const Rank> itemset, std::vector<Rank>& open);
+    static std::size_t words_of_closure() { return 1; }
+    bool put_open(std::span<const Rank> itemset, std::vector<Rank>& open);
     void tell_outside(Rank rank, bool is_entered, BitStream& outside);
     void tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside);
 
@@ -59,10 +60,13 @@ private:
     const JointLines::Set& all(std::size_t size);
     bool is_covered(const std::vector<char>& is_in, Transaction line) const;
     bool covers(const std::vector<char>& is_in, Rank rank) const;
-    std::vector<Transaction> mark_lines();
-    bool is_marked(Transaction line) const { return (marked_[word_of(line)] & bit_of(line)) != 0; }
+    void put_open_partners(std::span<const Rank> itemset, std::vector<Rank>& open);
+    void put_open_by_lines(std::span<const Rank> itemset, std::vector<Rank>& open);
+    template <typename Visit>
+    void for_each_covered(Visit visit);
 
     const RankedItems& items_;
+    const std::vector<Rank>& places_;
     std::size_t processes_;
     LineIndex index_;
     Partners partners_;
@@ -82,8 +86,11 @@ private:
     bool has_other_lines_ = false;
     std::vector<Together> all_;  ///< by size of a prefix, from 2 on
 
-    std::vector<BitWord> marked_;      ///< by line: set and used in one call, otherwise 0
-    std::vector<BitWord> ranks_here_;  ///< those that have lines here
+    CoveredLines covered_;                  ///< of the itemset that was looked at last
+    std::vector<Rank> absent_;              ///< ranks without lines here, ascending
+    std::vector<BitWord> present_;          ///< the others, as tell_outside tells ranks
+    std::vector<std::uint64_t> looked_at_;  ///< by rank: the last search in lines that looked at it
+    std::uint64_t search_ = 0;              ///< the number of the current one
 
     std::vector<Count> together_;  ///< by rank: set and used in one call, otherwise 0
 };
