@@ -116,6 +116,21 @@ TEST(MinedClasses, CountsTheBytesOfTheClassFile) {
     }
 }
 
+TEST(MinedClasses, TakesEncodedClosures) {
+    EssentialTree tree(std::vector<Count>{1, 20});
+    MinedClasses classes(std::vector<Itemset>{{7}, {300}});
+    const std::string bytes = encoded({3, 4, 300});
+    const EncodedClosure closure = {bytes, 3, std::string("3 4 300 ").size(), std::string("3 4 ").size()};
+    EXPECT_TRUE(classes.add_encoded(1, tree, closure));
+    EXPECT_TRUE(classes.add_encoded(0, tree, closure));
+    EXPECT_EQ(classes.size(), 1U);
+    EXPECT_EQ(classes.largest_closure(), 3U);
+    EXPECT_EQ(classes.rare_bytes(), 4U);
+    EXPECT_EQ(classes.file_bytes(), std::string("3 4 300\t20\t 7, 300,\n").size());
+    classes.finish(std::move(tree));
+    EXPECT_EQ(list_of(classes), (std::vector<MinedClass>{{{3, 4, 300}, 20, {{7}, {300}}}}));
+}
+
 TEST(MinedClasses, TakesNoMoreClassesThanItMay) {
     const EssentialTree tree(std::vector<Count>{1, 2, 3});
     MinedClasses classes({{7}, {8}, {9}}, 1);

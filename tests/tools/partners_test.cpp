@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace korv::tools {
 namespace {
 
@@ -50,6 +53,38 @@ TEST(Partners, AreGivenUpWhereThereAreMoreThanLines) {
             ASSERT_EQ(partners.is_complete(), told <= 100);
         }
     }
+}
+
+std::vector<Rank> open_of(PartnerSearch& search, const Partners& partners, const std::vector<Rank>& itemset) {
+    std::vector<Rank> open;
+    search.for_each_open(partners, itemset, [&](Rank rank) { open.push_back(rank); });
+    std::ranges::sort(open);
+    return open;
+}
+
+TEST(PartnerSearch, FindsItemsWhoseTransactionsMayAllHoldAPartner) {
+    const RankedItems items = items_of({8, 8, 8}, 3);
+    Partners partners(items);
+    partners.add(2, 0, 4);
+    partners.add(1, 0, 3);
+    PartnerSearch search(items);
+    EXPECT_EQ(open_of(search, partners, {2, 1}), std::vector<Rank>{});  // 7 of 8
+    Partners more(items);
+    more.add(2, 0, 4);
+    more.add(1, 0, 4);
+    EXPECT_EQ(open_of(search, more, {2, 1}), std::vector<Rank>{0});
+    EXPECT_EQ(open_of(search, partners, {2, 1}), std::vector<Rank>{});
+}
+
+TEST(PartnerSearch, LeavesUpToAnEighthToEachItemThatIsNoPartner) {
+    const RankedItems items = items_of({16, 16, 40, 40}, 4);
+    Partners partners(items);
+    partners.add(3, 0, 13);
+    partners.add(3, 1, 14);
+    partners.add(2, 1, 1);  // less than an eighth of 16
+    PartnerSearch search(items);
+    EXPECT_EQ(open_of(search, partners, {3, 2}), std::vector<Rank>{1});  // 14 + 2 of 16, and 13 + 2
+    EXPECT_EQ(open_of(search, partners, {3}), std::vector<Rank>{});
 }
 
 }  // namespace

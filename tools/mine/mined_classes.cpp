@@ -116,7 +116,8 @@ bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
     });
 }
 
-bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure) {
+bool MinedClasses::add_encoded(EssentialTree::Node node, const EssentialTree& tree,
+                               const EncodedClosure& closure) {
     return insert(node, tree, closure.bytes, [&] { return closure; });
 }
 

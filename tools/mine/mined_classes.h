@@ -45,7 +45,7 @@ public:
              std::size_t rare_bytes = 0);
 
     /// The same where all that is needed of the closure is known.
-    bool add(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure);
+    bool add_encoded(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure);
 
     /// Puts the classes in the order in which they are visited: by size of the closure, then
     /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.

@@ -483,8 +483,8 @@ private:
         for (const ClosureSizes& sizes : closures.sizes) {
             const std::string_view closure = left.substr(0, sizes.bytes);
             left.remove_prefix(sizes.bytes);
-            wants_to_stop_ =
-                !classes_.add(node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
+            wants_to_stop_ = !classes_.add_encoded(
+                node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
             if (wants_to_stop_) {
                 return;
             }

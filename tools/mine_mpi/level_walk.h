@@ -72,10 +72,12 @@ struct KeptLevels {
 /// Finds what mine() finds, in a database that is divided among processes. The classes are in the first one.
 ///
 /// The walk goes by levels, over the essential itemsets of one item, of two, and so on; all processes hold
-/// the same tree of them. Joint supports of candidates, and own counts where these are faster than inclusion
-/// and exclusion, are summed up over all processes; whether an item is outside a closure is a union. Both are
-/// told in batches, while the next batch is counted. A node of the tree takes 24 bytes in each process, and
-/// in the first one 4 more, besides its class.
+/// the same tree of them. A level is divided into rounds, and a round among the processes. Each process finds
+/// the candidates of its own itemsets; all count them in their lines, and tell which items these show to be
+/// outside a closure; and the sums and unions go to the process that asked. It makes nodes of them, which all
+/// add to their trees, and closures, which the first process collects.
+///
+/// A node of the tree takes 24 bytes in each process, and in the first one 4 more, besides its class.
 MiningResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
                             const LevelEvents& events, const KeptLevels* kept = nullptr);
 
