@@ -53,6 +53,21 @@ TEST(ClassNotes, NameIntersectionsOfClassesWithinNoOther) {
         "1:1 note missing-intersection: found no class \"2\", which this one and line 2 have in common");
 }
 
+TEST(ClassNotes, SayWhereThereAreMorePairsThanAreLookedAt) {
+    const auto singles = [](int classes) {
+        std::string text;
+        for (int item = 1; item <= classes; ++item) {
+            text += std::to_string(item) + "\t1\t " + std::to_string(item) + ",\n";
+        }
+        return text;
+    };
+    EXPECT_EQ(found_in(singles(3162)), Lines());  // 4,997,541 pairs
+    EXPECT_EQ(
+        found_in(singles(3163)),  // 5,000,703
+        (Lines{"1:1 note missing-intersection: found more pairs of classes than 5,000,000, of which the "
+               "others were not looked at"}));
+}
+
 TEST(ClassNotes, CountTheSupportsThatAreOpen) {
     // Within the first class, the support of 3 without 1 2 is from 0 to 9.
     EXPECT_EQ(found_in("1 2 3\t9\t 1 2,\n"),
