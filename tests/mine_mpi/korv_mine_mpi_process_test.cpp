@@ -205,6 +205,25 @@ TEST_F(KorvMineMpi, GoesOnFromEachLevelWithAnyNumberOfProcesses) {
     EXPECT_GE(levels, 2U);
 }
 
+TEST_F(KorvMineMpi, CountsClassesThatWereKept) {
+    // Two classes of one item, and one of two.
+    put("a.dat", "1 100 101 102 103 104 105\n1 2\n1 2\n2 200 201 202 203\n2\n");
+    std::vector<std::string> arguments = {"a.dat",     "-s",           "2",   "--closure-items", "all", "-o",
+                                          "b.classes", "--checkpoint", "kept"};
+    std::vector<std::string> stopped = arguments;
+    stopped.insert(stopped.end(), {"--max-classes", "2"});
+    ASSERT_EQ(mine_by(2, stopped).ending, exited(3));
+    arguments.emplace_back("--resume");
+    const Outcome resumed = mine_by(2, arguments);
+    EXPECT_EQ(files().at("b.classes"),
+              "2 200 201 202 203\t4\t 2,\n"
+              "1 100 101 102 103 104 105\t3\t 1,\n"
+              "1 2 100 101 102 103 104 105 200 201 202 203\t5\t 1 2,\n");
+    EXPECT_NE(resumed.err.find("Items in fewer than 2 transactions make up 80 bytes of the class file"),
+              std::string::npos)
+        << resumed.err;
+}
+
 TEST_F(KorvMineMpi, RefusesACheckpointOfSomethingElse) {
     put("a.dat", random_database(7, 12, 60));
     put("b.dat", random_database(8, 12, 60));

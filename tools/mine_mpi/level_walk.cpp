@@ -534,16 +534,30 @@ private:
             tree_.add(nodes[i].parent, nodes[i].rank, nodes[i].joint, nodes[i].support);
         }
         if (kept != nullptr) {
-            Itemset closure;
             for (Node node = 0; node < end_of_level_; ++node) {
-                decode(kept->closures[node], closure);
-                classes_.add(node, tree_, closure);
+                take_up_class(node, kept->closures[node]);
             }
         }
         begin_of_level_ = end_of_level_;
         end_of_level_ = static_cast<Node>(tree_.size());
         size_ = size + 1;
         begin_level();
+    }
+
+    void take_up_class(Node node, std::string_view bytes) {
+        Itemset closure;
+        decode(bytes, closure);
+        auto next = by_item_.begin();
+        const auto first_item = [this](Rank rank) { return items_.items[rank].front(); };
+        for (const Item item : closure) {
+            next = std::ranges::lower_bound(next, by_item_.end(), item, {}, first_item);
+            if (next != by_item_.end() && first_item(*next) == item) {
+                closure_.add(*next);
+            }
+        }
+        std::string encoded;
+        const ClosureSizes sizes = closure_.finish(encoded);
+        classes_.add_encoded(node, tree_, {encoded, sizes.items, sizes.text_bytes, sizes.rare_bytes});
     }
 
     Processes& processes_;
