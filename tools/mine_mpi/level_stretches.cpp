@@ -26,15 +26,15 @@ std::uint64_t work_of(const EssentialTree& tree, Node node, std::size_t words_of
 
 std::vector<Node> stretches_of_level(const EssentialTree& tree, Node begin, Node end,
                                      std::size_t words_of_closure, std::size_t processes) {
-    if (begin == end) {
-        return {end};
-    }
     std::uint64_t all = 0;
     for (Node node = begin; node < end; ++node) {
         all += work_of(tree, node, words_of_closure);
     }
     const std::uint64_t of_round = std::max(work_of_round, least_work_of_stretch * processes);
     const std::uint64_t stretches = (all + of_round - 1) / of_round * processes;
+    if (stretches == 0) {
+        return {end};
+    }
     const std::uint64_t of_stretch = (all + stretches - 1) / stretches;
     std::vector<Node> begins;
     std::uint64_t before = 0;
