@@ -125,3 +125,33 @@ test("paper has all shown rules as a plain table, and no controls", async () => 
     await page.evaluate(() => dispatchEvent(new Event("afterprint")));
     expect(await page.locator(".print-only tbody tr").count()).toBe(0);
 });
+
+test("on paper the lattice is drawn with brackets that reach its class, whatever the width of the paper", async () => {
+    const classes = [
+        { count: 470, ownItems: [5], lowers: [], essentials: [] },
+        { count: 837, ownItems: [9], lowers: [0], essentials: [] },
+    ];
+    const page = await browser.open(madeBlob({ ...titanic, classes }), { fragment: "rule=3" });
+    await page.emulateMedia({ media: "print" });
+    await page.setViewportSize({ width: 680, height: 900 });
+    expect(await page.locator(".lattice .lines").isVisible()).toBe(false);
+    const gaps = await page.locator(".lattice").evaluate((lattice) => {
+        const box = (selector: string) => lattice.querySelector(selector)!.getBoundingClientRect();
+        const centre = lattice.querySelector(".centre")!;
+        const [above, below] = ["::before", "::after"].map((part) =>
+            parseFloat(getComputedStyle(centre, part).height),
+        );
+        const { top, bottom } = centre.getBoundingClientRect();
+        // 1 for the border of the class, within which its lines begin.
+        return [top - box("ul").bottom - above! + 1, box("ul:last-of-type").top - bottom - below! + 1];
+    });
+    expect(gaps.map(Math.round)).toEqual([0, 0]);
+});
+
+test("on paper the pairs that exclude each other have all of their numbers", async () => {
+    const exclusions = [{ first: 2, second: 5, together: 1, p: 7 }];
+    const page = await browser.open(madeBlob({ ...titanic, exclusions }), { fragment: "view=exclusions" });
+    await page.emulateMedia({ media: "print" });
+    await page.setViewportSize({ width: 680, height: 900 });
+    expect(await page.locator(".exclusions-view thead th:visible").count()).toBe(6);
+});
