@@ -1,5 +1,5 @@
 import { tickIncrement, ticks } from "d3-array";
-import { countText } from "./number_words.ts";
+import { countText, plainText } from "./number_words.ts";
 import type { ValueColumn } from "./quantities.ts";
 
 /** How the values of a quantity are laid out on a line: 0 is its beginning, 1 its end. */
@@ -115,11 +115,7 @@ export function ticksOf(axis: Axis, about: number): number[] {
 /** A round value as a label: no more digits than it has. */
 export function tickText(value: number): string {
     const size = Math.abs(value);
-    if (size !== 0 && (size < 1e-4 || size >= 1e9)) {
-        return value.toExponential().replace("e+", "e");
-    }
-    const text = String(Number(value.toPrecision(12)));
-    return size >= 1_000 ? countText(value) : text;
+    return size >= 1_000 && size < 1e9 ? countText(value) : plainText(Number(value.toPrecision(12)));
 }
 
 /** A value in so many digits that neighbours which can be told apart on the axis differ. */

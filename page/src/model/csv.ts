@@ -42,7 +42,7 @@ export class CsvWriter {
     row(rule: number): string {
         const { rules, header, transactions } = this.#book;
         const ranges = (names: readonly string[]) =>
-            names.flatMap((name) => boundsCells(this.#quantities.bounds(name, rule)));
+            names.flatMap((name) => boundsCells(this.#told(name, rule)));
         const form = rules.forms === undefined ? "" : (header.forms[rules.forms[rule]!]?.label ?? "");
         return line([
             ...[String(rule + 1), form, kindOf(this.#book, rule)],
@@ -52,8 +52,14 @@ export class CsvWriter {
             ...ranges(["support", ...usual, ...counts]),
             ...[transactions, itemsOfRule(this.#book, rule), rules.wordings[rule]!].map(String),
             ...ranges(this.#further),
-            ...this.#inHoldout.map((name) => numberCell(this.#quantities.bounds(name, rule).low)),
+            ...this.#inHoldout.map((name) => numberCell(this.#told(name, rule).low)),
         ]);
+    }
+
+    /** Bounds as the program tells them: of a probability, -log10. */
+    #told(name: string, rule: number): Bounds {
+        const { low, high } = this.#quantities.bounds(name, rule);
+        return this.#quantities.get(name).isProbability ? { low: 0 - high, high: 0 - low } : { low, high };
     }
 }
 

@@ -13,6 +13,7 @@ import {
     type RangeTerm,
     type Term,
 } from "./search_terms.ts";
+import { keptOf } from "./shown_units.ts";
 import { TypedTerms, type TypedTerm } from "./typed_terms.ts";
 
 /** What rules are asked for: all terms must hold, and neither form nor kind may be switched off. */
@@ -174,8 +175,10 @@ export class RuleFilter {
     }
 
     #value(quantity: string, limit: Limit | undefined): number | undefined {
-        const { isCount } = this.#quantities.get(quantity);
-        return limit === undefined ? undefined : amountOf(limit, isCount, this.#book.transactions);
+        const unit = this.#quantities.get(quantity);
+        return limit === undefined
+            ? undefined
+            : keptOf(unit, amountOf(limit, unit.isCount, this.#book.transactions));
     }
 
     #leaveOutForms(passes: Passes, off: readonly string[]): void {

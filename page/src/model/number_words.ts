@@ -26,8 +26,11 @@ export function measureText(number: number): string {
         return "–";
     }
     const size = Math.abs(number);
+    if (size === Infinity) {
+        return number < 0 ? "-∞" : "∞";
+    }
     if (size >= 1e15) {
-        return size === Infinity ? (number < 0 ? "-∞" : "∞") : String(number);
+        return digitsWithPower(number, 1);
     }
     if (size >= 999.5) {
         return (number < 0 ? "-" : "") + countText(Math.round(size));
@@ -85,12 +88,46 @@ export function decimals(number: number, places: number): string {
     return ((below % 2 === 0 ? below : below + 1) / 10 ** places).toFixed(places);
 }
 
-/** Two significant digits: "0.00012", "1.2e-05". */
+/** Two significant digits: "0.00012", "1.2·10⁻⁵". */
 function twoDigits(number: number): string {
-    const [digits, exponent] = number.toExponential(1).split("e") as [string, string];
-    const size = Math.abs(Number(exponent));
-    if (size <= 4) {
-        return String(Number(number.toPrecision(2)));
-    }
-    return `${String(Number(digits))}e-${String(size).padStart(2, "0")}`;
+    return Math.abs(number) >= leastPlain
+        ? String(Number(number.toPrecision(2)))
+        : digitsWithPower(number, 1);
 }
+
+/** What is smaller is said with a power of ten. */
+const leastPlain = 1e-4;
+
+/** A probability by its decimal logarithm, so that none is too small: "0.023", "4.7·10⁻²⁴". */
+export function probabilityText(logarithm: number): string {
+    if (Number.isNaN(logarithm) || logarithm === -Infinity) {
+        return Number.isNaN(logarithm) ? "–" : "0";
+    }
+    if (logarithm >= Math.log10(leastPlain)) {
+        return measureText(Number((10 ** logarithm).toPrecision(12)));
+    }
+    const exponent = Math.floor(logarithm);
+    const digits = Number((10 ** (logarithm - exponent)).toPrecision(2));
+    return digits < 10 ? powerText(digits, exponent) : powerText(1, exponent + 1);
+}
+
+/** A number with all of its digits: "0.25", "20000", "3·10⁻⁷". */
+export function plainText(number: number): string {
+    const size = Math.abs(number);
+    const isPlain = size === 0 || (size >= leastPlain && size < 1e15) || size === Infinity;
+    return isPlain ? String(number) : digitsWithPower(number);
+}
+
+function digitsWithPower(number: number, places?: number): string {
+    const [digits, exponent] = number.toExponential(places).split("e") as [string, string];
+    return powerText(Number(digits), Number(exponent));
+}
+
+/** "4.7·10⁻²⁴"; of 1, the power alone: "10⁻²⁴". */
+function powerText(digits: number, exponent: number): string {
+    const raised = Array.from(String(exponent), (sign) => (sign === "-" ? "⁻" : superscripts[Number(sign)]!));
+    return `${digits === 1 ? "" : `${digits}·`}10${raised.join("")}`;
+}
+
+/** The digits of exponents, from 0. */
+export const superscripts = "⁰¹²³⁴⁵⁶⁷⁸⁹";

@@ -1,7 +1,8 @@
 import type { Book, Holdout } from "../data/book.ts";
 import { boundsOf, tableAt, type Bounds } from "./bounds.ts";
 import { measures, type MeasureOfCounts } from "./measures.ts";
-import { countText, distinctText, measureText } from "./number_words.ts";
+import { countText, distinctText, measureText, probabilityText } from "./number_words.ts";
+import { surprise } from "./fisher.ts";
 import { itemsOfRule, turnOf } from "./rules.ts";
 import { ratio } from "./table.ts";
 
@@ -12,6 +13,8 @@ export interface Quantity {
     /** As the page says it: "added value". */
     readonly title: string;
     readonly isCount: boolean;
+    /** Its values are decimal logarithms of what is shown and typed. */
+    readonly isProbability: boolean;
     readonly formula: string;
     readonly explanation: string;
     /** Whether values spread over magnitudes, so that a logarithmic axis shows them better. */
@@ -31,7 +34,24 @@ export interface ValueColumn {
 const wide = new Set(["lift", "conviction", "odds_ratio", "relative_risk", "chi2"]);
 
 /** Not shares or the like, between -1 and 1, and so said with as many decimals each. */
-const unlimited = new Set([...wide, "p", "holdout_p"]);
+const unlimited = wide;
+
+/** Kept as logarithms, as they may be smaller than any number; the program tells them the other way round: -log10. */
+const probabilities = new Set(["p", "holdout_p"]);
+
+/** What is said of p in the place of the program's words on its logarithm. */
+const textOfP = {
+    formula: "Fisher's exact test, one-sided",
+    explanation:
+        "how probable it is that chance alone gives so many with both sides; 0.001 is once in 1,000 times",
+};
+
+/** Measures as they are kept. */
+const keptMeasures: Readonly<Record<string, MeasureOfCounts>> = { ...measures, p: logarithmOfP };
+
+function logarithmOfP(x: number, y: number, a: number, n: number): number {
+    return 0 - surprise(x, y, a, n);
+}
 
 /** The quantities of what other transactions say, in the order of the program's columns. */
 export const holdoutNames: ReadonlySet<string> = new Set([
@@ -124,7 +144,7 @@ function fill(book: Book, name: string, column: ValueColumn, begin: number, end:
         column.high.set(counts.subarray(begin, end), begin);
         return;
     }
-    const measure = name === "support" ? undefined : measures[name];
+    const measure = name === "support" ? undefined : keptMeasures[name];
     if (measure !== undefined && first === second) {
         const n = book.transactions;
         for (let rule = begin; rule < end; ++rule) {
@@ -175,7 +195,7 @@ function boundsFunction(book: Book, name: string): (rule: number) => Bounds {
                 const { holdout } = book.rules;
                 return (rule) => known(holdoutValue(holdout, name, rule));
             }
-            return measureFunction(book, name, measures[name] ?? (() => NaN));
+            return measureFunction(book, name, keptMeasures[name] ?? (() => NaN));
     }
 }
 
@@ -187,7 +207,10 @@ function measureFunction(book: Book, name: string, measure: MeasureOfCounts): (r
 }
 
 function count(name: string, title: string, formula: string, explanation: string): Quantity {
-    return { name, title, formula, explanation, isCount: true, isWide: true, most: Infinity, say: countText };
+    return {
+        ...{ name, title, formula, explanation, say: countText },
+        ...{ isCount: true, isProbability: false, isWide: true, most: Infinity },
+    };
 }
 
 function catalogueOf(book: Book): Quantity[] {
@@ -201,20 +224,29 @@ function catalogueOf(book: Book): Quantity[] {
     ];
     const ofRules = book.header.measures
         .filter((measure) => measure.name !== "support" && measure.name in measures)
-        .map(({ name, formula, explanation }) => ({
-            name,
-            title: name.replaceAll("_", " "),
-            formula,
-            explanation,
-            isCount: false,
-            isWide: wide.has(name),
-            most: unlimited.has(name) ? Infinity : 1,
-            say: wayToSay(name),
-        }));
+        .map(({ name, formula, explanation }) =>
+            measured(name, name === "p" ? textOfP : { formula, explanation }),
+        );
     return [...counts, ...ofRules, ...holdoutQuantities(book)];
 }
 
+function measured(name: string, text: { formula: string; explanation: string }): Quantity {
+    return {
+        name,
+        title: name.replaceAll("_", " "),
+        ...text,
+        isCount: false,
+        isProbability: probabilities.has(name),
+        isWide: wide.has(name),
+        most: unlimited.has(name) ? Infinity : 1,
+        say: wayToSay(name),
+    };
+}
+
 function wayToSay(name: string): (value: number) => string {
+    if (probabilities.has(name)) {
+        return probabilityText;
+    }
     const places = name === "leverage" ? 4 : 3;
     return unlimited.has(name)
         ? measureText
@@ -229,7 +261,7 @@ function holdoutValue({ premises, supports, ps }: Holdout, name: string, rule: n
         case "holdout_confidence":
             return ratio(supports[rule]!, premises[rule]!);
         default:
-            return ps[rule]!;
+            return 0 - ps[rule]!;
     }
 }
 
@@ -238,22 +270,13 @@ function holdoutQuantities(book: Book): Quantity[] {
         return [];
     }
     const others = `the ${countText(book.header.holdout.transactions)} other transactions`;
-    const measure = (name: string, explanation: string) => ({
-        name,
-        title: name.replaceAll("_", " "),
-        formula: "",
-        explanation,
-        isCount: false,
-        isWide: false,
-        most: unlimited.has(name) ? Infinity : 1,
-        say: wayToSay(name),
-    });
+    const measure = (name: string, explanation: string) => measured(name, { formula: "", explanation });
     return [
         count("holdout_support", "holdout support", "", `how many of ${others} meet both sides`),
         measure("holdout_confidence", `how often the conclusion holds where the premise does, in ${others}`),
         measure(
             "holdout_p",
-            `how rarely chance gives that in ${others}, corrected for the number of rules: 3 is once in 1,000 times`,
+            `how probable it is that chance alone gives that in ${others}, corrected for the number of rules`,
         ),
     ];
 }

@@ -1,6 +1,9 @@
 import { axisOf, positionsOn, type Axis } from "./axis.ts";
 import type { Quantities } from "./quantities.ts";
 
+/** The logarithm of the smallest probability that a range can tell from others: smaller ones are no numbers. */
+const least = -300;
+
 /** The axis of each quantity, and where each rule stands on it; made when first asked for. */
 export class Scales {
     readonly #quantities: Quantities;
@@ -13,9 +16,13 @@ export class Scales {
 
     /** The axis of all values of a quantity. O(rules) the first time. */
     axis(name: string): Axis {
-        return kept(this.#axes, name, () =>
-            axisOf(this.#quantities.column(name), this.#quantities.get(name).isWide),
-        );
+        const { isWide, isProbability } = this.#quantities.get(name);
+        return kept(this.#axes, name, () => {
+            const axis = axisOf(this.#quantities.column(name), isWide);
+            return isProbability
+                ? { ...axis, from: Math.max(axis.from, least), to: Math.min(axis.to, 0) }
+                : axis;
+        });
     }
 
     /** Where each rule stands on the axis, by the lower end of what is known; NaN for nowhere. */

@@ -1,3 +1,5 @@
+import { superscripts } from "./number_words.ts";
+
 /** A number as it is typed into a field of a range; `problem` says what is expected where it is none. */
 export type TypedNumber =
     | { readonly kind: "open" }
@@ -5,11 +7,11 @@ export type TypedNumber =
     | { readonly kind: "problem"; readonly problem: string };
 
 /**
- * Reads a number of a quantity: `0.5`, `0,5`, `1,250`, `50%`. A comma before groups of three digits parts thousands; any
- * other is a decimal one. `whole`: of how many a percentage is one; 1 beside a share. `most`: nothing is beyond it.
+ * Reads a number of a quantity: `0.5`, `0,5`, `1,250`, `50%`, `3·10⁻⁷`. A comma before groups of three digits parts
+ * thousands; any other is a decimal one. `whole`: of how many a percentage is one; 1 beside a share. `most`: nothing is beyond it.
  */
 export function typedNumber(text: string, whole: number, most: number): TypedNumber {
-    const typed = text.replace(/\s/gu, "");
+    const typed = withoutPower(text.replace(/\s/gu, ""));
     if (typed === "") {
         return { kind: "open" };
     }
@@ -24,4 +26,12 @@ export function typedNumber(text: string, whole: number, most: number): TypedNum
     return Math.abs(value) > most
         ? { kind: "problem", problem: `found ${text.trim()}; expected at most ${most}, such as ${example}` }
         : { kind: "number", value };
+}
+
+/** "3.5·10⁻⁷" as "3.5e-7", as the page says such numbers. */
+function withoutPower(text: string): string {
+    return text.replace(/^(?:(.*)·)?10(⁻?)([⁰¹²³⁴⁵⁶⁷⁸⁹]+)$/u, (_, digits = "1", sign, power: string) => {
+        const exponent = Array.from(power, (digit) => superscripts.indexOf(digit)).join("");
+        return `${String(digits)}e${sign === "" ? "" : "-"}${exponent}`;
+    });
 }

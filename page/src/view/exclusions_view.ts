@@ -5,7 +5,7 @@ import {
     type Exclusion,
     type ExclusionOrder,
 } from "../model/exclusion_list.ts";
-import { countText, measureText, percentText } from "../model/number_words.ts";
+import { countText, measureText, percentText, probabilityText } from "../model/number_words.ts";
 import { itemText } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
@@ -75,7 +75,7 @@ export class ExclusionsView implements Component {
             head("lift", "Seen / expected", "how many times as often as by chance they meet"),
             head("expected", "Expected", "how many transactions would have both by chance"),
             head("covered", "One of them", "the share of all transactions that have one of the two"),
-            head("p", "p", "how rarely chance gives so few: 3 is once in 1,000 times"),
+            head("p", "p", "how probable it is that chance alone gives so few; 0.001 is once in 1,000 times"),
         );
         return h("table", { class: "plain" }, h("thead", {}, heads), this.#rows);
     }
@@ -97,7 +97,7 @@ export class ExclusionsView implements Component {
         });
         refill(this.#more, left > 0 ? more : undefined);
         this.#heads.forEach((head, order) => {
-            const direction = order === "lift" ? "ascending" : "descending";
+            const direction = order === "lift" || order === "p" ? "ascending" : "descending";
             setAttributes(head, { "aria-sort": order === this.#order ? direction : undefined });
         });
     }
@@ -135,7 +135,7 @@ export class ExclusionsView implements Component {
             number(measureText(lift)),
             number(measureText(expected)),
             number(percentText(covered)),
-            number(measureText(p)),
+            number(probabilityText(0 - p)),
         );
     }
 }

@@ -15,7 +15,7 @@ const searches: readonly (readonly [string, string])[] = [
     ["beer|wine", "either"],
     ["class=*", "a whole name, with * for any signs: here a column"],
     ["#17", "the item of this number"],
-    ["lift>1.2  support>=5%", "numbers; a percentage beside a count is one of all transactions"],
+    ["lift>1.2  p<0.001  support>=5%", "numbers; a percentage beside a count is one of all transactions"],
     ["confidence:0.8..0.9", "a range"],
 ];
 

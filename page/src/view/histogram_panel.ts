@@ -1,8 +1,10 @@
-import { roundedOn, tickText, ticksOf, valueAt, positionOn, type Axis } from "../model/axis.ts";
+import { valueAt, positionOn, type Axis } from "../model/axis.ts";
 import type { Passes } from "../model/filter.ts";
 import { countsOfBins, numberOfBins } from "../model/histogram.ts";
+import { plainText } from "../model/number_words.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { rangeText } from "../model/search_terms.ts";
+import { roundedShown, shownOf, tickLabel, ticksFor } from "../model/shown_units.ts";
 import { typedNumber, type TypedNumber } from "../model/typed_number.ts";
 import type { Context } from "./component.ts";
 import { h, newId, refill, setAttributes, svg } from "./dom.ts";
@@ -39,7 +41,10 @@ export class HistogramPanel {
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
         this.root = h(
             "section",
-            { class: "histogram", "aria-labelledby": title.id },
+            {
+                class: quantity.isProbability ? "histogram wide-fields" : "histogram",
+                "aria-labelledby": title.id,
+            },
             title,
             fields,
             this.#problem,
@@ -108,10 +113,14 @@ export class HistogramPanel {
         if (end - begin >= 0.01) {
             // An end of the axis leaves the range open.
             this.#choose(
-                begin === 0 ? undefined : roundedOn(this.#axis, valueAt(this.#axis, begin)),
-                end === 1 ? undefined : roundedOn(this.#axis, valueAt(this.#axis, end)),
+                begin === 0 ? undefined : this.#roundedAt(begin),
+                end === 1 ? undefined : this.#roundedAt(end),
             );
         }
+    }
+
+    #roundedAt(position: number): number {
+        return roundedShown(this.#quantity, this.#axis, valueAt(this.#axis, position));
     }
 
     #choose(from: number | undefined, to: number | undefined): void {
@@ -149,8 +158,10 @@ export class HistogramPanel {
             width: Math.max(0.4, (end - begin) * numberOfBins),
             visibility: range === undefined ? "hidden" : "visible",
         });
-        setField(this.#from, from);
-        setField(this.#to, to);
+        const shown = (end: number | undefined) =>
+            end === undefined ? undefined : shownOf(this.#quantity, end);
+        setField(this.#from, shown(from));
+        setField(this.#to, shown(to));
     }
 
     /** The height of a bar is the root of its count, so that rare values are seen. */
@@ -168,13 +179,11 @@ export class HistogramPanel {
 
     #scale(): HTMLElement {
         const axis = this.#axis;
-        const labels = ticksOf(axis, 4)
-            .filter((tick) => !this.#quantity.isCount || Number.isInteger(tick))
-            .map((tick) => {
-                const label = h("span", {}, tickText(tick));
-                label.style.left = `${100 * positionOn(axis, tick)}%`;
-                return label;
-            });
+        const labels = ticksFor(this.#quantity, axis, 4).map((tick) => {
+            const label = h("span", {}, tickLabel(this.#quantity, tick));
+            label.style.left = `${100 * positionOn(axis, tick)}%`;
+            return label;
+        });
         const scale = h("div", { class: "scale", "aria-hidden": "true" });
         refill(scale, ...labels, axis.hasInfinite ? h("span", { class: "infinite" }, "∞") : undefined);
         return scale;
@@ -191,6 +200,6 @@ function valueOf(typed: TypedNumber): number | undefined {
 
 function setField(field: HTMLInputElement, value: number | undefined): void {
     if (document.activeElement !== field) {
-        field.value = value === undefined ? "" : String(value);
+        field.value = value === undefined ? "" : plainText(value);
     }
 }

@@ -52,7 +52,8 @@ export class PageHeader implements Component {
 
     /** How many rules, of how many, about what, and what they have in common. */
     #about(): (string | HTMLElement)[] {
-        const { header, transactions } = this.#context.book;
+        const { quantities, book } = this.#context;
+        const { header, transactions } = book;
         const {
             count,
             left,
@@ -63,7 +64,9 @@ export class PageHeader implements Component {
         } = header.rules;
         const rules = h("strong", {}, numberOfRules(count));
         const of = left > count ? ` of ${countText(left)}` : "";
-        const order = `${ascending ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
+        // The program ranks by -log10 of a probability, of which the page shows the probability itself.
+        const isLowest = ascending !== (quantities.named(sort)?.isProbability ?? false);
+        const order = `${isLowest ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
         const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}.`;
         const limits = `Each has a support of at least ${countText(support)} and a confidence of at least ${confidence}`;
         const confirmed =

@@ -1,10 +1,11 @@
 import { amountOf, type Limit, type RangeTerm } from "../model/search_terms.ts";
+import { keptOf } from "../model/shown_units.ts";
 import type { Context } from "./component.ts";
 
 /** What says how terms are read, and in what counts are. */
 type Reader = Pick<Context, "book" | "filter" | "quantities">;
 
-/** A range of a quantity, in its own unit; an open end is missing. */
+/** A range of a quantity, as its values are kept; an open end is missing. */
 export interface Range {
     readonly from: number | undefined;
     readonly to: number | undefined;
@@ -16,9 +17,11 @@ export function rangeOn(reader: Reader, terms: readonly string[], quantity: stri
     if (term === undefined) {
         return undefined;
     }
-    const { isCount } = reader.quantities.get(quantity);
+    const unit = reader.quantities.get(quantity);
     const amount = (limit: Limit | undefined) =>
-        limit === undefined ? undefined : amountOf(limit, isCount, reader.book.transactions);
+        limit === undefined
+            ? undefined
+            : keptOf(unit, amountOf(limit, unit.isCount, reader.book.transactions));
     return { from: amount(term.from), to: amount(term.to) };
 }
 

@@ -176,7 +176,7 @@ export class RulePanel implements Component {
         if (holdout === undefined || alpha === undefined) {
             return undefined;
         }
-        const p = measureText(holdout.ps[rule]!);
+        const p = this.#context.quantities.get("holdout_p").say(0 - holdout.ps[rule]!);
         const remark = `So it is confirmed, with a holdout p of ${p}. Chance alone would confirm any rule of this page in at most ${percentText(alpha)} of cases.`;
         return section(
             "In other transactions",
@@ -301,20 +301,24 @@ export class RulePanel implements Component {
     }
 
     #measures(rule: number): HTMLElement {
-        const rows = this.#context.book.header.measures.map(({ name, formula, explanation }) =>
-            h(
+        const { book, quantities } = this.#context;
+        const rows = book.header.measures.map((measure) => {
+            const { name } = measure;
+            const quantity = quantities.named(name);
+            const { formula, explanation } = quantity?.isProbability === true ? quantity : measure;
+            const value =
+                quantity?.isProbability === true
+                    ? boundsText(quantities.bounds(name, rule), quantity.say)
+                    : boundsText(measureOf(book, rule, name), measureText);
+            return h(
                 "div",
                 {},
                 h("dt", {}, name.replaceAll("_", " "), h("code", {}, formula)),
-                h(
-                    "dd",
-                    { class: "value" },
-                    boundsText(measureOf(this.#context.book, rule, name), measureText),
-                ),
+                h("dd", { class: "value" }, value),
                 h("dd", { class: "quiet" }, explanation),
-            ),
-        );
-        const { symbols } = this.#context.book.header;
+            );
+        });
+        const { symbols } = book.header;
         return section(
             "All measures",
             h("dl", { class: "measures" }, ...rows),

@@ -156,10 +156,11 @@ export class RuleTable implements Component {
         this.#rows = [];
     }
 
-    /** Numbers begin with the largest, sides with the first; once more turns the order round. */
+    /** Numbers begin with the largest, probabilities with the smallest, sides with the first; again turns it round. */
     #sortBy(by: string, isNumber: boolean): void {
         const sorting = this.#sight?.state.sorting;
-        const isAscending = sorting?.by === by ? !sorting.isAscending : !isNumber;
+        const isSmallFirst = !isNumber || this.#context.quantities.get(by).isProbability;
+        const isAscending = sorting?.by === by ? !sorting.isAscending : isSmallFirst;
         this.#context.change({ sorting: by === "" ? undefined : { by, isAscending } });
     }
 
@@ -242,8 +243,11 @@ export class RuleTable implements Component {
         bar.style.setProperty("--high", at(bounds.high));
     }
 
-    /** Nothing as long as the values of all rules are not there. */
+    /** Nothing as long as the values of all rules are not there, and for probabilities, which no length stands for. */
     #axisOf(quantity: Quantity): Axis | undefined {
+        if (quantity.isProbability) {
+            return undefined;
+        }
         let axis = this.#axes.get(quantity.name);
         if (axis === undefined && !this.#context.quantities.isSlow(quantity.name)) {
             axis = fromZero(this.#context.scales.axis(quantity.name));

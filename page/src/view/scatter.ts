@@ -1,8 +1,9 @@
-import { positionOn, roundedOn, tickText, ticksOf, valueAt } from "../model/axis.ts";
+import { positionOn, valueAt } from "../model/axis.ts";
 import { densityOf, reachOfLifts, shadesOf, type ScatterValues } from "../model/density.ts";
 import { countText } from "../model/number_words.ts";
 import { plainSentence, sentenceOf } from "../model/rule_words.ts";
 import { rangeText } from "../model/search_terms.ts";
+import { roundedShown, tickLabel, ticksFor } from "../model/shown_units.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { h, newId, refill, shortened } from "./dom.ts";
 import { withRange } from "./ranges.ts";
@@ -160,16 +161,21 @@ export class Scatter implements Component {
         };
         refill(
             this.#marks,
-            ...ticksOf(xAxis, area.width / 90).map((tick) =>
+            ...ticksFor(x, xAxis, area.width / 90).map((tick) =>
                 mark(
                     "x",
-                    tickText(tick),
+                    tickLabel(x, tick),
                     area.left + positionOn(xAxis, tick) * area.width,
                     area.top + area.height,
                 ),
             ),
-            ...ticksOf(yAxis, area.height / 45).map((tick) =>
-                mark("y", tickText(tick), area.left, area.top + (1 - positionOn(yAxis, tick)) * area.height),
+            ...ticksFor(y, yAxis, area.height / 45).map((tick) =>
+                mark(
+                    "y",
+                    tickLabel(y, tick),
+                    area.left,
+                    area.top + (1 - positionOn(yAxis, tick)) * area.height,
+                ),
             ),
         );
         this.#canvas.setAttribute(
@@ -253,7 +259,7 @@ export class Scatter implements Component {
             const quantity = quantities.get(name);
             const axis = this.#context.scales.axis(name);
             const end = (position: number, isOpen: boolean, round: (value: number) => number) => {
-                const value = roundedOn(axis, valueAt(axis, position));
+                const value = roundedShown(quantity, axis, valueAt(axis, position));
                 return isOpen ? undefined : quantity.isCount ? round(value) : value;
             };
             const [low, high] = [Math.min(one, other), Math.max(one, other)];

@@ -68,7 +68,7 @@ test("the order of the program comes back", async () => {
 });
 
 test("what other transactions say of the rules is in the table, and can be searched for", async () => {
-    const page = await browser.open(madeBlob(confirmed), { fragment: "q=holdout_p>10" });
+    const page = await browser.open(madeBlob(confirmed), { fragment: "q=holdout_p<1e-10" });
     expect(await page.locator(".what p").first().textContent()).toContain(
         "; 440 other transactions confirm it.",
     );
@@ -82,7 +82,7 @@ test("what other transactions say of the rules is in the table, and can be searc
         "1.16",
         "0.0988",
         "0.907",
-        "12.3",
+        "5·10⁻¹³",
     ]);
 });
 
@@ -157,4 +157,25 @@ test("one can scroll over neighbouring rows of a million", async () => {
         element.scrollTop += 420; // ten rows
     });
     await expect.poll(first).toBe(before + 10);
+});
+
+test("p is shown as the probability it is, sorted from the smallest, and chosen in the same unit", async () => {
+    const page = await browser.open(madeBlob(confirmed), { fragment: "columns=holdout_p&rule=1" });
+    const column = page.getByRole("columnheader", { name: "holdout p" });
+    await column.getByRole("button").click();
+    expect(await column.getAttribute("aria-sort")).toBe("ascending");
+    const shown = await page
+        .locator(".row:visible")
+        .evaluateAll((rows) =>
+            rows
+                .sort((one, other) => Number(one.ariaRowIndex) - Number(other.ariaRowIndex))
+                .map((row) => row.querySelector(".number span")!.textContent),
+        );
+    expect(shown).toEqual(["5·10⁻¹³", "5·10⁻¹²", "5·10⁻¹¹", "5·10⁻¹⁰", "5·10⁻⁹", "5·10⁻⁸"]);
+    await page.getByRole("textbox", { name: "holdout p to" }).fill("10⁻¹¹");
+    await page.getByRole("textbox", { name: "holdout p to" }).press("Tab");
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("holdout p ≤ 10⁻¹¹");
+    expect(await page.locator(".row:visible").count()).toBe(2);
+    const measures = await page.locator(".measures > div").allInnerTexts();
+    expect(measures.at(-1)).toMatch(/^p\s*Fisher's exact test, one-sided\s+\S*10⁻/u);
 });

@@ -97,7 +97,7 @@ test("labels have no more digits than they need", () => {
         "0.2",
         "0.3",
         "20,000",
-        "1e-7",
+        "10⁻⁷",
     ]);
 });
 

@@ -4,7 +4,7 @@ import { passing, RuleFilter, type Filter } from "../../src/model/filter.ts";
 import { givenOrder } from "../../src/model/order.ts";
 import { Quantities } from "../../src/model/quantities.ts";
 import { madeBlob } from "../support/made_book.ts";
-import { titanicBook } from "../support/titanic.ts";
+import { confirmedBook, titanicBook } from "../support/titanic.ts";
 
 const titanic = titanicBook();
 const filter = new RuleFilter(titanic, new Quantities(titanic));
@@ -149,4 +149,15 @@ test("a value that is not defined is in no range", () => {
     for (const term of ["lift>0", "lift<5", "lift>=0"]) {
         expect(of.passes({ terms: [term], formsOff: [], kindsOff: [] })[0], term).toBe(0);
     }
+});
+
+test("a probability is asked for as it is shown", () => {
+    // 88 of 97, and p falls by the rules: 10^-12.3, 10^-11.3, ... as the other transactions give them.
+    const book = confirmedBook();
+    const of = new RuleFilter(book, new Quantities(book));
+    const passes = (term: string) => [...of.passes({ terms: [term], formsOff: [], kindsOff: [] })];
+    expect(passes("holdout_p<1e-10")).toEqual([1, 1, 1, 0, 0, 0]);
+    expect(passes("holdout_p>=1e-10")).toEqual([0, 0, 0, 1, 1, 1]);
+    expect(passes("p<=1")).toEqual([1, 1, 1, 1, 1, 1]);
+    expect(passes("p<0")).toEqual([0, 0, 0, 0, 0, 0]);
 });

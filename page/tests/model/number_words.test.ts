@@ -6,6 +6,8 @@ import {
     distinctText,
     measureText,
     percentText,
+    plainText,
+    probabilityText,
 } from "../../src/model/number_words.ts";
 
 test("counts have commas", () => {
@@ -36,7 +38,9 @@ test.each([
     [1.001, "<1.01"],
     [0.9996, ">0.999"],
     [0.00012, "0.00012"],
-    [0.0000123, "1.2e-05"],
+    [0.0000123, "1.2·10⁻⁵"],
+    [-1e-12, "-1·10⁻¹²"],
+    [2.5e15, "2.5·10¹⁵"],
     [-0.25, "-0.250"],
     [NaN, "–"],
     [Infinity, "∞"],
@@ -59,4 +63,29 @@ test("ties go to the even digit, and only ties", () => {
 test("bounds are said once where they sound alike", () => {
     expect(boundsText({ low: 0.561, high: 0.564 }, percentText)).toBe("56 %");
     expect(boundsText({ low: 0.5, high: 0.75 }, percentText)).toBe("50 % to 75 %");
+});
+
+test.each([
+    [0, "1.00"],
+    [Math.log10(0.5), "0.500"],
+    [Math.log10(0.023), "0.023"],
+    [-4, "0.0001"],
+    [-23.3, "5·10⁻²⁴"], // 10^0.7 = 5.01
+    [-4.0001, "10⁻⁴"],
+    [-1234.5, "3.2·10⁻¹²³⁵"], // 10^0.5 = 3.16
+    [-Infinity, "0"],
+    [NaN, "–"],
+])("the probability of the logarithm %d is said as %s", (logarithm, text) => {
+    expect(probabilityText(logarithm)).toBe(text);
+});
+
+test("a plain number has all of its digits, and a power of ten where it is far from 1", () => {
+    expect([0, 0.25, 20_000, 3.25e-7, 1e-9, 4e21].map(plainText)).toEqual([
+        "0",
+        "0.25",
+        "20000",
+        "3.25·10⁻⁷",
+        "10⁻⁹",
+        "4·10²¹",
+    ]);
 });

@@ -40,6 +40,7 @@ test("what other transactions say of rules are quantities, too", () => {
     const quantities = new Quantities(confirmedBook());
     expect(quantities.column("holdout_support").low[1]).toBe(87);
     expect(quantities.bounds("holdout_confidence", 1).high).toBeCloseTo(87 / 98, 15);
-    expect(quantities.bounds("holdout_p", 1)).toEqual({ low: 11.3, high: 11.3 });
+    expect(quantities.bounds("holdout_p", 1)).toEqual({ low: -11.3, high: -11.3 });
+    expect(quantities.get("holdout_p").say(-11.3)).toBe("5·10⁻¹²");
     expect(new Quantities(titanicBook()).named("holdout_p")).toBeUndefined();
 });

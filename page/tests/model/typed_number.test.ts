@@ -34,3 +34,7 @@ test("what is no number, or more than can be, is told with what is expected", ()
     });
     expect(typedNumber("1,2,3", 1, Infinity).kind).toBe("problem");
 });
+
+test("powers of ten are read as the page says them", () => {
+    expect(["3.5·10⁻⁷", "10⁻²⁴", "2·10¹⁵"].map((text) => value(text))).toEqual([3.5e-7, 1e-24, 2e15]);
+});

@@ -96,6 +96,12 @@ function isClose(one: number, other: number, share: number): boolean {
     );
 }
 
+/** Bounds as the program tells them: of a probability, -log10. */
+function toldBounds(quantities: Quantities, name: string, rule: number) {
+    const { low, high } = quantities.bounds(name, rule);
+    return quantities.get(name).isProbability ? { low: 0 - high, high: 0 - low } : { low, high };
+}
+
 describe.skipIf(program === "").each(Object.entries(runs))("%s", (_, options) => {
     test("has the same numbers as jsonl", () => {
         const book = bookOfRun(options);
@@ -108,7 +114,7 @@ describe.skipIf(program === "").each(Object.entries(runs))("%s", (_, options) =>
         lines.forEach((line, rule) => {
             const told = JSON.parse(line) as Record<string, unknown>;
             for (const name of [...names, ...[...holdoutNames].filter((each) => each in told)]) {
-                const { low, high } = quantities.bounds(name, rule);
+                const { low, high } = toldBounds(quantities, name, rule);
                 const share = shares[name] ?? 1e-13;
                 const most = told[`${name}_max`] ?? told[name] ?? null;
                 expect(isClose(low, numberOf(told[name]), share), `${line}: ${name} ${low}`).toBe(true);

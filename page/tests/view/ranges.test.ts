@@ -24,3 +24,7 @@ test("another range takes the place of all terms on its quantity", () => {
     expect(withRange(reader, terms, "lift", "lift:2..")).toEqual(["milk", "support>9", "lift:2.."]);
     expect(withRange(reader, terms, "lift", undefined)).toEqual(["milk", "support>9"]);
 });
+
+test("a range of probabilities is kept as one of their logarithms", () => {
+    expect(rangeOn(reader, ["p:0.0001..1%"], "p")).toEqual({ from: -4, to: -2 });
+});
