@@ -54,6 +54,11 @@ export function readingsOf(book: Book, rule: number): Reading[] {
     ];
 }
 
+/** The first reading that names the items as terms ask, where the rule as it is does not; nothing elsewhere. */
+export function otherReading(mask: number): number | undefined {
+    return mask === 0 || (mask & 1) === 1 ? undefined : Math.log2(mask & -mask);
+}
+
 /** The number of the rule with these sides; nothing where the book has none. */
 export function findRule(book: Book, premise: SideItems, conclusion: SideItems): number | undefined {
     const from = findSide(book, premise);

@@ -1,7 +1,7 @@
 import { listAt } from "../data/lists.ts";
 import { relatedRules, type Related } from "../model/dominance.ts";
 import { boundsText, countText, measureText, percentText } from "../model/number_words.ts";
-import { readingsOf } from "../model/readings.ts";
+import { otherReading, readingsOf, type Reading } from "../model/readings.ts";
 import { holdoutSentence, sentenceOf } from "../model/rule_words.ts";
 import { kindOf, measureOf, tablesOf } from "../model/rules.ts";
 import { itemText } from "../model/search_terms.ts";
@@ -24,8 +24,11 @@ export class RulePanel implements Component {
     });
     readonly #context: Context;
     readonly #walk: LatticeWalk;
-    /** Beside each reading: that it is the one that fits the search. */
-    #marks: readonly HTMLElement[] = [];
+    /** The readings of the rule, and of each the mark that it is the one that fits the search. */
+    #readings: readonly { readonly said: string; readonly row: HTMLElement; readonly mark: HTMLElement }[] =
+        [];
+    /** Of a rule that only another reading lets fit the search, that reading. */
+    readonly #foundAs = h("p", { class: "found-as" });
     readonly #step: (by: number) => void;
 
     /** `step` moves to a neighbouring rule of the table. */
@@ -67,7 +70,7 @@ export class RulePanel implements Component {
             this.#numbers(rule),
             section("Four counts", mosaicOf(first, second)),
             this.#holdout(rule),
-            this.#readings(rule),
+            this.#readingList(rule),
             this.#wordings(rule),
             this.#related(rule),
             this.#lattice(rule),
@@ -125,6 +128,7 @@ export class RulePanel implements Component {
                 h("b", {}, shortened(conclusion, mostLetters)),
             ),
             h("p", {}, unbroken(counts)),
+            this.#foundAs,
             h(
                 "p",
                 { class: "quiet" },
@@ -185,24 +189,9 @@ export class RulePanel implements Component {
         );
     }
 
-    #readings(rule: number): HTMLElement {
-        const rows = readingsOf(this.#context.book, rule).map((reading) => {
-            const text = `${this.#side(reading.premise)} → ${this.#side(reading.conclusion)}`;
-            const isOwn = reading.rule === rule;
-            const said =
-                reading.rule === undefined || isOwn ? h("span", {}, text) : this.#linkTo(reading.rule, text);
-            const mark = h("span", { class: "fits", hidden: true }, " (fits the search)");
-            const numbers = `${boundsText(reading.confidence, percentText)}, lift ${boundsText(reading.lift, measureText)}`;
-            const value = h("span", { class: "value" }, unbroken(numbers));
-            const row = h(
-                "li",
-                { "aria-current": isOwn ? "true" : undefined },
-                h("span", {}, said, mark),
-                value,
-            );
-            return { row, mark };
-        });
-        this.#marks = rows.map(({ mark }) => mark);
+    #readingList(rule: number): HTMLElement {
+        const rows = readingsOf(this.#context.book, rule).map((reading) => this.#reading(rule, reading));
+        this.#readings = rows;
         const remark = "They tell of one association, and all follow from the four counts.";
         return section(
             "Four ways to read it",
@@ -211,12 +200,35 @@ export class RulePanel implements Component {
         );
     }
 
+    #reading(rule: number, reading: Reading): { said: string; row: HTMLElement; mark: HTMLElement } {
+        const text = `${this.#side(reading.premise)} → ${this.#side(reading.conclusion)}`;
+        const isOwn = reading.rule === rule;
+        const words =
+            reading.rule === undefined || isOwn ? h("span", {}, text) : this.#linkTo(reading.rule, text);
+        const mark = h("span", { class: "fits", hidden: true }, " (fits the search)");
+        const confidence = boundsText(reading.confidence, percentText);
+        const numbers = unbroken(`${confidence}, lift ${boundsText(reading.lift, measureText)}`);
+        const row = h(
+            "li",
+            { "aria-current": isOwn ? "true" : undefined },
+            h("span", {}, words, mark),
+            h("span", { class: "value" }, numbers),
+        );
+        return { said: `${text}, ${numbers}`, row, mark };
+    }
+
     /** Of a rule that fits the search by other readings only, says by which. `mask`: a bit for each that does. */
     #markReadings(mask: number): void {
-        const fitsAsShown = (mask & 1) === 1;
-        this.#marks.forEach((mark, reading) => {
-            mark.hidden = fitsAsShown || ((mask >> reading) & 1) === 0;
+        const other = otherReading(mask);
+        this.#readings.forEach(({ row, mark }, reading) => {
+            mark.hidden = other === undefined || ((mask >> reading) & 1) === 0;
+            row.classList.toggle("found", !mark.hidden);
         });
+        this.#foundAs.hidden = other === undefined;
+        this.#foundAs.textContent =
+            other === undefined
+                ? ""
+                : `⇄ The search found another reading of it: ${this.#readings[other]!.said}`;
     }
 
     #side(side: SideItems): string {

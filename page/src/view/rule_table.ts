@@ -3,6 +3,7 @@ import { positionOn } from "../model/axis.ts";
 import { boundsText, countText } from "../model/number_words.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { plainSentence, sentenceOf } from "../model/rule_words.ts";
+import { otherReading } from "../model/readings.ts";
 import type { ViewState } from "../model/view_state.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
@@ -192,7 +193,8 @@ export class RuleTable implements Component {
         refill(this.#body, ...this.#rows);
     }
 
-    #place(row: HTMLElement, position: number, { rules, state }: Sight, isAnew: boolean): void {
+    #place(row: HTMLElement, position: number, sight: Sight, isAnew: boolean): void {
+        const { rules, state } = sight;
         const rule = rules[position]!;
         const y = position * this.#rowHeight - this.#window.top;
         row.style.transform = `translateY(${y}px)`;
@@ -203,7 +205,7 @@ export class RuleTable implements Component {
         if (isAnew || row.dataset["position"] !== String(position)) {
             row.dataset["position"] = String(position);
             setAttributes(row, { "aria-rowindex": position + 2 });
-            this.#write(row, rule, state);
+            this.#write(row, rule, sight);
         }
     }
 
@@ -211,11 +213,14 @@ export class RuleTable implements Component {
         return this.#narrow.matches ? 92 : 42;
     }
 
-    #write(row: HTMLElement, rule: number, { columns }: ViewState): void {
+    #write(row: HTMLElement, rule: number, { state: { columns, byReadings }, found }: Sight): void {
         const { book, words } = this.#context;
         const [id, premise, conclusion, ...numbers] = [...row.children] as HTMLElement[];
         id!.textContent = countText(rule + 1);
         this.#writeSide(premise!, words.text(book.rules.premises[rule]!));
+        if (byReadings && otherReading(found.masks[rule]!) !== undefined) {
+            premise!.prepend(markOfReading());
+        }
         this.#writeSide(conclusion!, words.text(book.rules.conclusions[rule]!));
         columns.forEach((name, i) => {
             this.#writeNumber(numbers[i]!, this.#context.quantities.get(name), rule);
@@ -322,6 +327,12 @@ export class RuleTable implements Component {
             this.#open();
         }
     }
+}
+
+/** Says that a filter found a rule by another reading than the one in its row. */
+function markOfReading(): HTMLElement {
+    const words = "Found by another reading: turned round, or with both sides denied";
+    return h("span", { class: "by-reading", role: "img", "aria-label": words, title: words }, "⇄");
 }
 
 function emptyRow(slot: number, numbers: number): HTMLElement {

@@ -72,9 +72,14 @@ test("rules that another reading lets fit are counted, shown on a click, and say
     const page = await browser.open(only, { fragment: "q=if:survived%3Dno" });
     await page.locator(".no-rules").getByText("1 rule fits").waitFor();
     await page.getByRole("button", { name: "Show", exact: true }).click();
-    expect(await shownRules(page)).toEqual(["sex=female => survived=yes"]);
+    expect(await shownRules(page)).toEqual(["⇄sex=female => survived=yes"]);
     await page.waitForURL(/readings=all/u);
+    const mark = page.locator(".row").first().getByRole("img");
+    expect(await mark.getAttribute("aria-label")).toContain("Found by another reading");
     await page.locator(".row").first().click();
+    expect(await page.locator(".found-as").innerText()).toBe(
+        "⇄ The search found another reading of it: survived=no → sex=male, 92\u00a0%, lift 1.16",
+    );
     expect(await page.locator(".panel li:has(.fits:visible)").allInnerTexts()).toEqual([
         "survived=no → sex=male (fits the search)\n92\u00a0%, lift 1.16",
     ]);
@@ -184,4 +189,13 @@ test("a click on a point of the map looks at its rule", async () => {
     // The only point is in the middle of both axes.
     await page.mouse.click(box.x + 52 + (box.width - 66) / 2, box.y + 10 + (box.height - 34) / 2);
     expect(await page.locator(".said").innerText()).toContain("class not crew");
+});
+
+test("a rule that fits the search as it stands has no mark of another reading", async () => {
+    const page = await browser.open(blob, { fragment: "q=if:female&readings=all&rule=3" });
+    // Rule 1 is read as "sex=female => class not crew and survived=yes", too.
+    expect(await page.locator(".row:visible:has(.by-reading) .id").allInnerTexts()).toEqual(["1"]);
+    expect(await page.locator(".row:visible").count()).toBe(4);
+    expect(await page.locator(".found-as").isVisible()).toBe(false);
+    expect(await page.locator(".panel .fits:visible").count()).toBe(0);
 });

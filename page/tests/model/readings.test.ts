@@ -1,5 +1,5 @@
 import { expect, test } from "vitest";
-import { findRule, readingsOf } from "../../src/model/readings.ts";
+import { findRule, otherReading, readingsOf } from "../../src/model/readings.ts";
 import { SideWords } from "../../src/model/side_words.ts";
 import { titanicBook } from "../support/titanic.ts";
 
@@ -27,4 +27,15 @@ test("a rule is found by its sides", () => {
     const child = { items: [7], isNegated: false };
     expect(findRule(book, child, { items: [3], isNegated: true })).toBe(4);
     expect(findRule(book, child, { items: [9], isNegated: false })).toBeUndefined();
+});
+
+test("the reading that a filter found is another one only where the rule as it is does not fit", () => {
+    expect([0b0000, 0b0001, 0b1111, 0b0010, 0b1100, 0b1000].map(otherReading)).toEqual([
+        undefined,
+        undefined,
+        undefined,
+        1,
+        2,
+        3,
+    ]);
 });
