@@ -32,6 +32,9 @@ export interface Found {
     readonly masks: Uint8Array;
     /** How many rules only another reading lets pass; they do where `byReadings` says so. None without item terms. */
     readonly others: number;
+    /** How many rules of each form would be shown if it alone were switched on or off, and how many of each kind. */
+    readonly forms: Uint32Array;
+    readonly kinds: Uint32Array;
 }
 
 /** One byte for each rule: 1 where it passes. */
@@ -51,6 +54,7 @@ export class RuleFilter {
     #named: Lists | undefined;
     #denied: Lists | undefined;
     #kinds: Uint8Array | undefined;
+    #cellsOfRules: Uint16Array | undefined;
 
     constructor(book: Book, quantities: Quantities) {
         this.#book = book;
@@ -76,26 +80,81 @@ export class RuleFilter {
 
     /** The rules that pass, and by which of their readings. One reading must name all items that are asked for. */
     found({ terms, formsOff, kindsOff, byReadings = false }: Filter): Found {
-        const masks = new Uint8Array(this.#book.rules.count).fill(allReadings);
-        let asksForItems = false;
-        for (const text of terms) {
-            const term = this.term(text);
-            if (term !== undefined) {
-                keepBoth(masks, this.#masksOfTerm(text, term));
-                asksForItems ||= term.kind === "items" && !term.isExcluded;
-            }
-        }
-        const passes = new Uint8Array(masks.length).fill(1);
-        this.#leaveOutForms(passes, formsOff);
-        this.#leaveOutKinds(passes, kindsOff);
+        const read = terms.map((text) => ({ text, term: this.term(text) }));
+        const masks = this.#masksOfTerms(read);
+        const asksForItems = read.some(({ term }) => term?.kind === "items" && !term.isExcluded);
+        const takesAny = byReadings && asksForItems;
+        const cells = this.#cells;
+        const isOn = this.#cellsOn(formsOff, kindsOff);
+        const counts = new Uint32Array(isOn.length);
+        const passes = new Uint8Array(masks.length);
         let others = 0;
         for (let rule = 0; rule < masks.length; ++rule) {
+            const cell = cells[rule]!;
             const asShown = masks[rule]! & 1;
             const inAny = masks[rule]! === 0 ? 0 : 1;
-            others += passes[rule]! & (inAny ^ asShown);
-            passes[rule]! &= byReadings && asksForItems ? inAny : asShown;
+            const fits = takesAny ? inAny : asShown;
+            counts[cell]! += fits;
+            passes[rule] = fits & isOn[cell]!;
+            others += isOn[cell]! & (inAny ^ asShown);
         }
-        return { passes, masks, others: asksForItems ? others : 0 };
+        return {
+            passes,
+            masks,
+            others: asksForItems ? others : 0,
+            ...this.#facets(counts, formsOff, kindsOff),
+        };
+    }
+
+    #masksOfTerms(read: readonly { readonly text: string; readonly term: Term | undefined }[]): Uint8Array {
+        const all = read.flatMap(({ text, term }) =>
+            term === undefined ? [] : [this.#masksOfTerm(text, term)],
+        );
+        if (all.length < 2) {
+            return all[0] ?? new Uint8Array(this.#book.rules.count).fill(allReadings);
+        }
+        const masks = all[0]!.slice();
+        for (const others of all.slice(1)) {
+            keepBoth(masks, others);
+        }
+        return masks;
+    }
+
+    /** The form and the kind of each rule as one number; rules without forms have one form. */
+    get #cells(): Uint16Array {
+        if (this.#cellsOfRules === undefined) {
+            const { count, forms } = this.#book.rules;
+            this.#cellsOfRules = new Uint16Array(this.kinds);
+            for (let rule = 0; forms !== undefined && rule < count; ++rule) {
+                this.#cellsOfRules[rule]! += kinds.length * forms[rule]!;
+            }
+        }
+        return this.#cellsOfRules;
+    }
+
+    /** Of each such number, whether neither its form nor its kind is switched off. */
+    #cellsOn(formsOff: readonly string[], kindsOff: readonly Kind[]): Uint8Array {
+        const forms = this.#book.rules.forms === undefined ? [undefined] : this.#book.header.forms;
+        return Uint8Array.from(
+            forms.flatMap((form) =>
+                kinds.map((kind) =>
+                    (form !== undefined && formsOff.includes(form.label)) || kindsOff.includes(kind) ? 0 : 1,
+                ),
+            ),
+        );
+    }
+
+    /** How many rules of each form there would be with the kinds that are on, and the other way round. */
+    #facets(counts: Uint32Array, formsOff: readonly string[], kindsOff: readonly Kind[]) {
+        const ofForms = new Uint32Array(this.#book.header.forms.length);
+        const ofKinds = new Uint32Array(kinds.length);
+        const ofAnyKind = this.#cellsOn(formsOff, []);
+        const ofAnyForm = this.#cellsOn([], kindsOff);
+        counts.forEach((count, cell) => {
+            ofForms[Math.trunc(cell / kinds.length)]! += count * ofAnyForm[cell]!;
+            ofKinds[cell % kinds.length]! += count * ofAnyKind[cell]!;
+        });
+        return { forms: ofForms, kinds: ofKinds };
     }
 
     /** How a text is read; nothing where it asks for nothing. */
@@ -179,28 +238,6 @@ export class RuleFilter {
         return limit === undefined
             ? undefined
             : keptOf(unit, amountOf(limit, unit.isCount, this.#book.transactions));
-    }
-
-    #leaveOutForms(passes: Passes, off: readonly string[]): void {
-        const { forms } = this.#book.rules;
-        if (off.length === 0 || forms === undefined) {
-            return;
-        }
-        const isOn = Uint8Array.from(this.#book.header.forms, (form) => (off.includes(form.label) ? 0 : 1));
-        for (let rule = 0; rule < passes.length; ++rule) {
-            passes[rule]! &= isOn[forms[rule]!]!;
-        }
-    }
-
-    #leaveOutKinds(passes: Passes, off: readonly Kind[]): void {
-        if (off.length === 0) {
-            return;
-        }
-        const isOn = Uint8Array.from(kinds, (kind) => (off.includes(kind) ? 0 : 1));
-        const all = this.kinds;
-        for (let rule = 0; rule < passes.length; ++rule) {
-            passes[rule]! &= isOn[all[rule]!]!;
-        }
     }
 }
 

@@ -21,14 +21,14 @@ const groupWords = [
 interface Switch {
     readonly name: string;
     readonly words: string;
-    readonly count: number;
 }
 
-/** Kinds and forms of rules, each with how many rules of the page are of it; what is unticked is left out. */
+/** Kinds and forms of rules; what is unticked is left out. Each with how many rules of it the other filters leave. */
 export class Switches implements Component {
     readonly root: HTMLElement;
     readonly #context: Context;
     readonly #boxes = new Map<string, HTMLInputElement>();
+    readonly #counts = new Map<string, HTMLElement>();
 
     constructor(context: Context) {
         this.#context = context;
@@ -36,18 +36,35 @@ export class Switches implements Component {
         refill(this.root, this.#kindSwitches(), this.#formSwitches());
     }
 
-    update({ state }: Sight, before: Sight | undefined): void {
+    update({ state, found }: Sight, before: Sight | undefined): void {
         if (state.formsOff !== before?.state.formsOff || state.kindsOff !== before.state.kindsOff) {
             const off = new Set<string>([...state.formsOff, ...state.kindsOff]);
             this.#boxes.forEach((box, name) => (box.checked = !off.has(name)));
+        }
+        if (found !== before?.found) {
+            const { forms } = this.#context.book.header;
+            forms.forEach(({ label }, i) => {
+                this.#showCount(label, found.forms[i]!);
+            });
+            kinds.forEach((kind, i) => {
+                this.#showCount(kind, found.kinds[i]!);
+            });
+        }
+    }
+
+    #showCount(name: string, count: number): void {
+        const shown = this.#counts.get(name);
+        if (shown !== undefined) {
+            shown.textContent = countText(count);
+            shown.parentElement!.classList.toggle("none", count === 0);
         }
     }
 
     #kindSwitches(): HTMLElement | undefined {
         const counts = countedPositions(this.#context.filter.kinds, kinds.length);
         const present = kinds
-            .map((kind, i) => ({ name: kind, words: kindWords[kind], count: counts[i]! }))
-            .filter((kind) => kind.count > 0);
+            .filter((_, i) => counts[i]! > 0)
+            .map((kind) => ({ name: kind, words: kindWords[kind] }));
         return present.length < 2 ? undefined : this.#group("Certainty", present);
     }
 
@@ -59,9 +76,8 @@ export class Switches implements Component {
         const counts = countedPositions(rules.forms, header.forms.length);
         const groups = groupWords.map((words, i) => {
             const forms = header.forms
-                .map((form, position) => ({ ...form, count: counts[position]! }))
-                .filter((form) => form.group === i + 1 && form.count > 0)
-                .map(({ label, text, count }) => ({ name: label, words: text, count }));
+                .filter((form, position) => form.group === i + 1 && counts[position]! > 0)
+                .map(({ label, text }) => ({ name: label, words: text }));
             return forms.length === 0 ? undefined : this.#group(words, forms);
         });
         const present = groups.filter((group) => group !== undefined);
@@ -72,19 +88,21 @@ export class Switches implements Component {
         return h("fieldset", {}, h("legend", {}, title), ...switches.map((each) => this.#switch(each)));
     }
 
-    #switch({ name, words, count }: Switch): HTMLElement {
+    #switch({ name, words }: Switch): HTMLElement {
         const box = h("input", { type: "checkbox", checked: true });
         box.addEventListener("change", () => {
             this.#tell();
         });
+        const count = h("span", { class: "count" });
         this.#boxes.set(name, box);
+        this.#counts.set(name, count);
         const isForm = name.startsWith("R");
         return h(
             "label",
             {},
             box,
             h("span", { class: isForm ? "form" : "" }, isForm ? `${name}  ${words}` : words),
-            h("span", { class: "count" }, countText(count)),
+            count,
         );
     }
 

@@ -158,8 +158,12 @@ test("what is no number is told beside the field, and in the search", async () =
 
 test("kinds and forms can be switched off", async () => {
     const page = await browser.open(blob);
+    const counts = () => page.locator(".switches fieldset").first().locator(".count").allInnerTexts();
+    expect(await counts()).toEqual(["1", "5"]);
     await page.getByRole("checkbox", { name: "with exceptions" }).uncheck();
     expect(await shownRules(page)).toEqual(["age=child => class not crew"]);
+    await field(page).fill("child");
+    expect(await counts()).toEqual(["1", "2"]);
     await page.getByText("Clear filters").click();
     await page.getByText("Forms of rules").click();
     await page.getByRole("checkbox", { name: /R111/u }).uncheck();

@@ -161,3 +161,26 @@ test("a probability is asked for as it is shown", () => {
     expect(passes("p<=1")).toEqual([1, 1, 1, 1, 1, 1]);
     expect(passes("p<0")).toEqual([0, 0, 0, 0, 0, 0]);
 });
+
+test("switches count what each would show if it alone were changed", () => {
+    // Rules 0 to 5: R131, R122, R111, R112, R311, R111; rule 4 is exact, the others are approximative.
+    const counts = (changes: Partial<Filter>) => {
+        const { forms, kinds } = filter.found({ terms: [], formsOff: [], kindsOff: [], ...changes });
+        const labels = titanic.header.forms.map(({ label }) => label);
+        const present = labels.flatMap((label, i) => (forms[i]! > 0 ? [`${label}: ${forms[i]!}`] : []));
+        return [present.join(), kinds.join()];
+    };
+    expect(counts({})).toEqual(["R111: 2,R112: 1,R122: 1,R131: 1,R311: 1", "1,5,0"]);
+    expect(counts({ terms: ["child"] })).toEqual(["R112: 1,R122: 1,R311: 1", "1,2,0"]);
+    // Without its form, the exact rule would not be there; the form itself would bring it back.
+    expect(counts({ formsOff: ["R311", "R111"] })).toEqual([
+        "R111: 2,R112: 1,R122: 1,R131: 1,R311: 1",
+        "0,3,0",
+    ]);
+    expect(counts({ kindsOff: ["approximative"] })).toEqual(["R311: 1", "1,5,0"]);
+    // Rule 2 is read as "survived=no => sex=male", too; so are rules 1 and 5 (see above).
+    expect(counts({ terms: ["if:survived=no", "then:sex=male"], byReadings: true })).toEqual([
+        "R111: 2,R122: 1,R131: 1",
+        "0,4,0",
+    ]);
+});
