@@ -67,3 +67,14 @@ export function reachOfLifts(lifts: Float64Array): number {
     sizes.sort((one, other) => one - other);
     return Math.max(least, sizes[Math.floor(0.95 * (sizes.length - 1))] ?? 2);
 }
+
+/** Whether there are lifts below chance, and above it. */
+export interface SidesOfChance {
+    readonly isBelow: boolean;
+    readonly isAbove: boolean;
+}
+
+/** On which sides of chance lifts lie; those that are not defined lie on neither. */
+export function sidesOfChance(lifts: Float64Array): SidesOfChance {
+    return { isBelow: lifts.some((lift) => lift < 1), isAbove: lifts.some((lift) => lift > 1) };
+}

@@ -1,5 +1,12 @@
 import { positionOn, valueAt } from "../model/axis.ts";
-import { densityOf, reachOfLifts, shadesOf, type ScatterValues } from "../model/density.ts";
+import {
+    densityOf,
+    reachOfLifts,
+    shadesOf,
+    sidesOfChance,
+    type ScatterValues,
+    type SidesOfChance,
+} from "../model/density.ts";
 import { countText } from "../model/number_words.ts";
 import { plainSentence, sentenceOf } from "../model/rule_words.ts";
 import { rangeText } from "../model/search_terms.ts";
@@ -47,7 +54,7 @@ export class Scatter implements Component {
             { class: "controls" },
             h("label", {}, "up ", this.#yChoice),
             h("label", {}, "across ", this.#xChoice),
-            legend(),
+            legend(sidesOfChance(lifts)),
         );
         this.root = h(
             "section",
@@ -322,14 +329,17 @@ function pointsOf(rules: Uint32Array, values: ScatterValues) {
     );
 }
 
-function legend(): HTMLElement {
+/** What the colours mean that occur: not all pages have rules with less than chance. */
+function legend({ isBelow, isAbove }: SidesOfChance): HTMLElement {
     const id = newId("legend");
+    const ends = { both: ["less", "more than chance"], above: ["chance", "more"], below: ["less", "chance"] };
+    const present = isBelow && isAbove ? "both" : isAbove ? "above" : isBelow ? "below" : undefined;
     return h(
         "div",
-        { class: "legend", "aria-labelledby": id, role: "group" },
+        { class: "legend", "aria-labelledby": id, role: "group", hidden: present === undefined },
         h("span", { id }, "lift"),
-        h("span", { class: "end" }, "less"),
-        h("span", { class: "ramp" }),
-        h("span", { class: "end" }, "more than chance"),
+        h("span", { class: "end" }, present && ends[present][0]),
+        h("span", { class: `ramp ${present ?? ""}` }),
+        h("span", { class: "end" }, present && ends[present][1]),
     );
 }

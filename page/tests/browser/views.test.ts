@@ -71,8 +71,8 @@ test("exclusions are told with what is seen and what is expected", async () => {
     const page = await browser.open(blob);
     await page.getByRole("button", { name: "Exclusions" }).click();
     expect(await rowTexts(page, ".exclusions-view tbody tr")).toEqual([
-        "sex=male less often than expected with survived=yes\t367 of 559\t0.656\t559\t94 %\t95.5",
-        "class=crew less often than expected with sex=female\t23 of 189\t0.122\t189\t61 %\t84.2",
+        "sex=male less often than expected with survived=yes\t367 of 559\t0.656\t559\t94 %\t3.2·10⁻⁹⁶",
+        "class=crew less often than expected with sex=female\t23 of 189\t0.122\t189\t61 %\t6.3·10⁻⁸⁵",
     ]);
     await page.getByRole("columnheader", { name: "Seen / expected" }).getByRole("button").click();
     expect(await page.locator(".exclusions-view tbody tr").first().innerText()).toContain(
@@ -108,4 +108,17 @@ test("without transactions the page says what brings exclusions", async () => {
         fragment: "view=exclusions",
     });
     expect(await page.locator(".exclusions-view").innerText()).toContain("--database FILE counts them.");
+});
+
+test("the key of the map has the colours that occur, and no others", async () => {
+    const key = async (page: Page) =>
+        (await page.locator(".legend").innerText()).replace(/\s+/gu, " ").trim();
+    expect(await key(await browser.open(blob))).toBe("lift chance more");
+    // 1 of 4 with the premise has the conclusion, against 5 of 10 in general: a lift of 0.5.
+    const rule = { premise: { items: [0], count: 4 }, conclusion: { items: [1], count: 5 }, exceptions: 3 };
+    const rare = { transactions: 10, names: ["a", "b"], rules: [rule] };
+    expect(await key(await browser.open(madeBlob(rare)))).toBe("lift less chance");
+    const common = { ...rule, conclusion: { items: [0, 1], count: 2 }, exceptions: 2 };
+    const both = madeBlob({ ...rare, rules: [rule, common] });
+    expect(await key(await browser.open(both))).toBe("lift less more than chance");
 });

@@ -1,5 +1,5 @@
 import { expect, test } from "vitest";
-import { densityOf, reachOfLifts, shadesOf } from "../../src/model/density.ts";
+import { densityOf, reachOfLifts, shadesOf, sidesOfChance } from "../../src/model/density.ts";
 
 test("rules that pass are counted by cells from below, with the mean of their shades", () => {
     const values = {
@@ -22,4 +22,10 @@ test("the strongest shade is that of nearly the largest lift, above or below cha
     expect(reachOfLifts(Float64Array.of(0.1, 0.2, 0.1))).toBe(10);
     expect(reachOfLifts(Float64Array.of(1, 1, NaN, Infinity))).toBe(1.1);
     expect(reachOfLifts(new Float64Array(0))).toBe(2);
+});
+
+test("lifts lie on the sides of chance that occur", () => {
+    expect(sidesOfChance(Float64Array.of(1, 1.2, NaN))).toEqual({ isBelow: false, isAbove: true });
+    expect(sidesOfChance(Float64Array.of(0, 1))).toEqual({ isBelow: true, isAbove: false });
+    expect(sidesOfChance(Float64Array.of(0.5, Infinity))).toEqual({ isBelow: true, isAbove: true });
 });
