@@ -82,7 +82,7 @@ export class RuleFilter {
     found({ terms, formsOff, kindsOff, byReadings = false }: Filter): Found {
         const read = terms.map((text) => ({ text, term: this.term(text) }));
         const masks = this.#masksOfTerms(read);
-        const asksForItems = read.some(({ term }) => term?.kind === "items" && !term.isExcluded);
+        const asksForItems = read.some(({ term }) => asksForItem(term));
         const takesAny = byReadings && asksForItems;
         const cells = this.#cells;
         const isOn = this.#cellsOn(formsOff, kindsOff);
@@ -155,6 +155,28 @@ export class RuleFilter {
             ofKinds[cell % kinds.length]! += count * ofAnyKind[cell]!;
         });
         return { forms: ofForms, kinds: ofKinds };
+    }
+
+    /** The filter without what leaves a rule out: of terms that do so only together, the later ones. */
+    loosenedFor(rule: number, filter: Filter): Filter {
+        const asksForItems = filter.terms.some((text) => asksForItem(this.term(text)));
+        const readings = filter.byReadings === true && asksForItems ? allReadings : 1;
+        let mask = readings;
+        const terms = filter.terms.filter((text) => {
+            const term = this.term(text);
+            const rest = term === undefined ? mask : mask & this.#masksOfTerm(text, term)[rule]!;
+            mask = rest === 0 ? mask : rest;
+            return rest !== 0;
+        });
+        const { forms } = this.#book.rules;
+        const form = forms === undefined ? undefined : this.#book.header.forms[forms[rule]!]?.label;
+        const kind = kinds[this.kinds[rule]!];
+        return {
+            ...filter,
+            terms,
+            formsOff: filter.formsOff.filter((each) => each !== form),
+            kindsOff: filter.kindsOff.filter((each) => each !== kind),
+        };
     }
 
     /** How a text is read; nothing where it asks for nothing. */
@@ -242,6 +264,11 @@ export class RuleFilter {
 }
 
 const allReadings = 15;
+
+/** Whether a term asks for rules that name an item, for which it may matter how they are read. */
+function asksForItem(term: Term | undefined): boolean {
+    return term?.kind === "items" && !term.isExcluded;
+}
 
 /** Which readings hold for each of the 16 ways in which a premise and a conclusion, or their contraries, name items. */
 function masksOfSides({ place, isExcluded }: ItemTerm): Uint8Array {

@@ -24,7 +24,7 @@ const keys: readonly (readonly [string, string])[] = [
     ["Enter", "in the search: keep what is typed as a filter; in the table: look at the rule"],
     ["↑ ↓ Page Up Page Down Home End", "move in the table"],
     ["Esc", "close the rule, clear what is typed, then the filters one by one"],
-    ["j k", "next and previous rule, from anywhere"],
+    ["j k", "look at the first rule, then at the next and the previous one, from anywhere"],
     ["1 2 3", "rules, items, exclusions"],
     ["?", "this help"],
 ];

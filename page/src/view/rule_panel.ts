@@ -8,6 +8,7 @@ import { itemText } from "../model/search_terms.ts";
 import { sideItems, type SideItems } from "../model/side_lookup.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, newId, refill, shortened, unbroken, type Child } from "./dom.ts";
+import { HiddenNote } from "./hidden_note.ts";
 import { LatticeWalk } from "./lattice_walk.ts";
 import { mosaicOf } from "./mosaic.ts";
 
@@ -24,6 +25,7 @@ export class RulePanel implements Component {
     });
     readonly #context: Context;
     readonly #walk: LatticeWalk;
+    readonly #hiddenNote: HiddenNote;
     /** The readings of the rule, and of each the mark that it is the one that fits the search. */
     #readings: readonly { readonly said: string; readonly row: HTMLElement; readonly mark: HTMLElement }[] =
         [];
@@ -35,10 +37,12 @@ export class RulePanel implements Component {
     constructor(context: Context, step: (by: number) => void) {
         this.#context = context;
         this.#walk = new LatticeWalk(context);
+        this.#hiddenNote = new HiddenNote(context);
         this.#step = step;
     }
 
-    update({ state, found }: Sight, before: Sight | undefined): void {
+    update(now: Sight, before: Sight | undefined): void {
+        const { state, found } = now;
         const { rule, node } = state;
         this.root.hidden = rule === undefined;
         if (rule === undefined) {
@@ -53,6 +57,9 @@ export class RulePanel implements Component {
             }
         }
         this.#markReadings(found.masks[rule]!);
+        if (rule !== before?.state.rule || found !== before.found) {
+            this.#hiddenNote.update(now);
+        }
         if (rule !== before?.state.rule || node !== before.state.node) {
             const position = node ?? this.#walk.home;
             if (position !== undefined) {
@@ -66,6 +73,7 @@ export class RulePanel implements Component {
         const [first, second] = tablesOf(book, rule);
         return [
             this.#bar(rule),
+            this.#hiddenNote.root,
             this.#sentence(rule),
             this.#numbers(rule),
             section("Four counts", mosaicOf(first, second)),

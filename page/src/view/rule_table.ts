@@ -88,15 +88,17 @@ export class RuleTable implements Component {
         this.#grid.focus();
     }
 
-    /** Moves to the rule so many rows further, and looks at it. */
+    /** Looks at the rule so many rows further; at the active one where no rule of the table is looked at yet. */
     step(by: number): void {
-        const rules = this.#sight?.rules;
-        if (rules !== undefined && rules.length > 0) {
-            const isOpen = this.#sight?.state.rule !== undefined;
+        const { rules, state } = this.#sight!;
+        if (rules.length === 0) {
+            return;
+        }
+        if (rules[this.#active] === state.rule) {
             this.#activate(this.#active + by);
-            if (!isOpen) {
-                this.#open();
-            }
+        } else {
+            this.#show(this.#active);
+            this.#open();
         }
     }
 

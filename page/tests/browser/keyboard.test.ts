@@ -114,3 +114,14 @@ test("the licences of libraries are in the help", async () => {
     await page.getByText(/^d3-array/u).click();
     expect(await page.locator("dialog pre").first().innerText()).toContain("Copyright");
 });
+
+test("the first j looks at the first rule, the next ones at those behind it, and k at those before", async () => {
+    const page = await browser.open(blob, { fragment: "sort=lift" });
+    const shown = () => page.locator(".panel h2").innerText();
+    await press(page, "j");
+    expect(await shown()).toBe("Rule 3");
+    await press(page, "j");
+    expect(await shown()).toBe("Rule 4");
+    await press(page, "k");
+    expect(await shown()).toBe("Rule 3");
+});

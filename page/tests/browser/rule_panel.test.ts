@@ -138,3 +138,23 @@ test("arrows of the panel step through the table", async () => {
     await page.getByRole("button", { name: "Close this rule" }).click();
     expect(await page.locator(".panel").isVisible()).toBe(false);
 });
+
+test("a rule that the filters leave out says so, and what to give up for it", async () => {
+    const page = await browser.open(blob, {
+        fragment: "rule=3&q=female&q=lift<2&without=approximative&typed=p<1",
+    });
+    const note = page.locator(".hidden-note");
+    expect(await note.innerText()).toContain("The filters leave this rule out of the table.");
+    await note
+        .getByRole("button", { name: "Show it there, without “lift < 2” and a choice of certainty" })
+        .click();
+    expect(await note.isVisible()).toBe(false);
+    expect(await page.locator(".chips .chip > span").allInnerTexts()).toEqual(["female", "p < 1"]);
+    expect(await page.locator(".row[aria-selected=true]").count()).toBe(1);
+});
+
+test("from a rule that the filters leave out, the next one is the first of the table", async () => {
+    const page = await browser.open(blob, { fragment: "rule=3&q=child" });
+    await page.getByRole("button", { name: "Next rule in the table" }).click();
+    expect(await page.locator(".panel h2").innerText()).toBe("Rule 2");
+});

@@ -184,3 +184,19 @@ test("switches count what each would show if it alone were changed", () => {
         "0,4,0",
     ]);
 });
+
+test("a filter is loosened by what leaves a rule out, and by nothing else", () => {
+    const loosened = (changes: Partial<Filter>) =>
+        filter.loosenedFor(2, { terms: [], formsOff: [], kindsOff: [], ...changes });
+    expect(
+        loosened({ terms: ["female", "crew", "lift>9", "then:"], formsOff: ["R111", "R112"] }),
+    ).toMatchObject({
+        terms: ["female", "then:"],
+        formsOff: ["R112"],
+    });
+    expect(loosened({ kindsOff: ["exact", "approximative"] }).kindsOff).toEqual(["exact"]);
+    // Its readings have survived=no before "sex=male", and sex=female before survived=yes, but not both.
+    const terms = ["if:survived=no", "if:sex=female"];
+    expect(loosened({ terms }).terms).toEqual(["if:sex=female"]);
+    expect(loosened({ terms, byReadings: true }).terms).toEqual(["if:survived=no"]);
+});
