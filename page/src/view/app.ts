@@ -91,6 +91,7 @@ export class App {
             follow: (changes) => {
                 this.#change(changes, false);
             },
+            address: () => addressWith(fragmentOf(this.#state, this.#context.first)),
             say: (text) => {
                 this.#heard.textContent = text;
             },
@@ -178,7 +179,7 @@ export class App {
         if (fragment === location.hash.slice(1)) {
             return;
         }
-        const address = `${location.href.replace(/#.*$/su, "")}#${fragment}`;
+        const address = addressWith(fragment);
         if (isStep) {
             history.pushState(null, "", address);
         } else {
@@ -282,6 +283,11 @@ export class App {
         this.#sideValues.set("premise", ofRules(premises));
         this.#sideValues.set("conclusion", ofRules(conclusions));
     }
+}
+
+function addressWith(fragment: string): string {
+    const page = location.href.replace(/#.*$/su, "");
+    return fragment === "" ? page : `${page}#${fragment}`;
 }
 
 function keepFew(orders: Map<string, Uint32Array>, key: string, order: Uint32Array): void {

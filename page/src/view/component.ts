@@ -23,6 +23,8 @@ export interface Context {
     readonly change: (changes: Partial<ViewState>) => void;
     /** Changes what is seen, perhaps many times a second: nothing of it is such a step. */
     readonly follow: (changes: Partial<ViewState>) => void;
+    /** The address of what is seen now. */
+    readonly address: () => string;
     /** Tells people who do not see the page what happened. */
     readonly say: (text: string) => void;
 }

@@ -1,4 +1,6 @@
 import { CsvWriter } from "../model/csv.ts";
+import { csvName } from "../model/file_name.ts";
+import { countText } from "../model/number_words.ts";
 import type { Context, Sight } from "./component.ts";
 import { h } from "./dom.ts";
 
@@ -14,10 +16,11 @@ export async function downloadCsv(context: Context, { rules, state }: Sight): Pr
         await nextTask();
     }
     const address = URL.createObjectURL(new Blob(parts, { type: "text/csv" }));
-    const link = h("a", { href: address, download: "rules.csv" });
+    const name = csvName(book.header.title);
+    const link = h("a", { href: address, download: name });
     link.click();
     URL.revokeObjectURL(address);
-    say(`${rules.length} rules are saved as rules.csv`);
+    say(`${countText(rules.length)} ${rules.length === 1 ? "rule is" : "rules are"} saved as ${name}`);
 }
 
 /** Lets the page answer what came in meanwhile. */

@@ -1,6 +1,7 @@
 import { countText } from "../model/number_words.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h } from "./dom.ts";
+import { LinkCopy } from "./link_copy.ts";
 
 /** How many rules are shown, the choice of columns, and what can be done with what is shown. */
 export class Toolbar implements Component {
@@ -36,8 +37,13 @@ export class Toolbar implements Component {
             this.#readings,
             this.#clear,
             hint,
-            this.#columns(),
-            save,
+            h(
+                "div",
+                { class: "actions" },
+                this.#columns(),
+                save,
+                new LinkCopy(context.address, context.say).root,
+            ),
         );
     }
 

@@ -61,7 +61,7 @@ test("what is shown is saved as CSV, in its order", async () => {
     const download = page.waitForEvent("download");
     await page.getByRole("button", { name: "Save as CSV" }).click();
     const saved = await download;
-    expect(saved.suggestedFilename()).toBe("rules.csv");
+    expect(saved.suggestedFilename()).toBe("made-rules.csv");
     const lines = readFileSync(await saved.path(), "utf8").split("\n");
     expect(lines[0]).toMatch(/^id,form,kind,premise,conclusion,support,support_max,/u);
     expect(lines.slice(1).map((line) => line.split(",").slice(0, 5).join())).toEqual([
@@ -70,4 +70,33 @@ test("what is shown is saved as CSV, in its order", async () => {
         "2,R122,approximative,sex=female or age=child,class=3rd or survived=yes",
         "",
     ]);
+});
+
+test("the link of what one sees is copied", async () => {
+    const page = await browser.open(blob, {
+        fragment: "q=child",
+        options: { permissions: ["clipboard-read", "clipboard-write"] },
+    });
+    await page.getByRole("columnheader", { name: "lift" }).getByRole("button").click();
+    await page.getByRole("button", { name: "Copy link" }).click();
+    await page.getByRole("button", { name: "Copied" }).waitFor();
+    const link = await page.evaluate(() => navigator.clipboard.readText());
+    expect(link).toBe(`${page.url().replace(/#.*/u, "")}#q=child&sort=lift`);
+    expect(await page.locator(".heard").textContent()).toBe("The link is copied");
+});
+
+test("where the browser does not let the page copy, the link is selected in a field until one goes on", async () => {
+    const page = await browser.open(blob, {
+        fragment: "q=child",
+        before: () => {
+            Object.defineProperty(navigator, "clipboard", { value: undefined });
+        },
+    });
+    await page.getByRole("button", { name: "Copy link" }).click();
+    const field = page.getByRole("textbox", { name: "Link" });
+    expect(await field.inputValue()).toBe(page.url());
+    expect(await page.evaluate(() => getSelection()?.toString())).toBe(page.url());
+    await page.keyboard.press("Escape");
+    expect(await field.isVisible()).toBe(false);
+    expect(await shownCount(page)).toBe("3 of 6 rules");
 });
