@@ -26,7 +26,7 @@ export class HistogramPanel {
     readonly #plot: SVGSVGElement;
     readonly #from = numberField("from");
     readonly #to = numberField("to");
-    readonly #problem = h("p", { class: "problem-of-field", role: "alert" });
+    readonly #problem = h("p", { class: "problem-of-field", role: "alert", id: newId("problem") });
     #terms: readonly string[] = [];
     #dragFrom: number | undefined;
 
@@ -54,6 +54,7 @@ export class HistogramPanel {
         for (const field of [this.#from, this.#to]) {
             setAttributes(field, {
                 "aria-label": `${quantity.title} ${field === this.#from ? "from" : "to"}`,
+                "aria-describedby": this.#problem.id,
             });
             field.addEventListener("change", () => {
                 this.#read();

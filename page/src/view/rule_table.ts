@@ -9,7 +9,8 @@ import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened } from "./dom.ts";
 import { RowWindow } from "./row_window.ts";
 
-const narrow = "(max-width: 700px)";
+/** A table that is narrower, in pixels, has a card for each rule in the place of a row. */
+const leastWidth = 640;
 const mostLetters = 300;
 const spareRows = 4;
 
@@ -24,10 +25,10 @@ export class RuleTable implements Component {
     readonly #nothing = h("div", { class: "nothing", hidden: true });
     readonly #window = new RowWindow();
     readonly #axes = new Map<string, Axis>();
-    readonly #narrow = matchMedia(narrow);
     #rows: HTMLElement[] = [];
     #sight: Sight | undefined;
     #active = 0;
+    #isNarrow = false;
 
     constructor(context: Context, nothing: HTMLElement) {
         this.#context = context;
@@ -114,6 +115,8 @@ export class RuleTable implements Component {
 
     #layOut(): void {
         const count = this.#sight?.rules.length ?? 0;
+        this.#isNarrow = this.root.clientWidth < leastWidth;
+        this.root.classList.toggle("is-narrow", this.#isNarrow);
         const rowHeight = this.#rowHeight;
         const viewHeight = Math.max(rowHeight, this.#grid.clientHeight - this.#head.offsetHeight);
         this.#window.resize(count, rowHeight, viewHeight);
@@ -212,7 +215,7 @@ export class RuleTable implements Component {
     }
 
     get #rowHeight(): number {
-        return this.#narrow.matches ? 92 : 42;
+        return this.#isNarrow ? 92 : 42;
     }
 
     #write(row: HTMLElement, rule: number, { state: { columns, byReadings }, found }: Sight): void {

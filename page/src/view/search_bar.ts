@@ -1,7 +1,7 @@
 import { countText, measureText } from "../model/number_words.ts";
 import { quoted, type Limit, type Pattern, type Term } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
-import { button, h, newId, refill, shortened } from "./dom.ts";
+import { button, h, newId, refill, setAttributes, shortened } from "./dom.ts";
 
 const mostLetters = 40;
 const mostSuggestions = 8;
@@ -12,7 +12,7 @@ export class SearchBar implements Component {
     readonly #context: Context;
     readonly #chips = h("ul", { class: "chips", "aria-label": "Filters" });
     readonly #field: HTMLInputElement;
-    readonly #problem = h("p", { class: "problem-of-field", role: "status" });
+    readonly #problem = h("p", { class: "problem-of-field", role: "status", id: newId("problem") });
     readonly #suggestions = h("datalist", { id: newId("names") });
     #terms: readonly string[] = [];
 
@@ -27,6 +27,7 @@ export class SearchBar implements Component {
             autocapitalize: "off",
             spellcheck: "false",
             list: this.#suggestions.id,
+            "aria-describedby": this.#problem.id,
         });
         this.#field.addEventListener("input", () => {
             this.#suggest();
@@ -51,7 +52,11 @@ export class SearchBar implements Component {
         }
         const { filter } = this.#context;
         const problems = filter.termsOf(state.draft).flatMap((text) => filter.problem(text) ?? []);
-        this.#problem.textContent = problems.join("; ");
+        const problem = problems.join("; ");
+        if (this.#problem.textContent !== problem) {
+            this.#problem.textContent = problem;
+            setAttributes(this.#field, { "aria-invalid": problem === "" ? undefined : "true" });
+        }
         if (state.terms !== this.#terms) {
             this.#terms = state.terms;
             refill(this.#chips, ...state.terms.map((term, position) => this.#chip(term, position)));

@@ -155,3 +155,51 @@ test("on paper the pairs that exclude each other have all of their numbers", asy
     await page.setViewportSize({ width: 680, height: 900 });
     expect(await page.locator(".exclusions-view thead th:visible").count()).toBe(6);
 });
+
+test.each([768, 1024])(
+    "at a width of %i a rule stands beside the table, which goes on to work",
+    async (width) => {
+        const page = await browser.open(blob, {
+            fragment: "rule=3",
+            options: { viewport: { width, height: 800 } },
+        });
+        const [table, panel] = [page.locator(".rule-table"), page.locator(".panel")];
+        const [left, right] = [(await table.boundingBox())!, (await panel.boundingBox())!];
+        expect(left.x + left.width).toBeLessThanOrEqual(right.x);
+        expect(right.x + right.width).toBe(width);
+        expect([left.width >= 320, right.width >= 310]).toEqual([true, true]);
+        const inSight = await page
+            .locator(".row:visible")
+            .first()
+            .evaluate((row) =>
+                [...row.children].every((cell) => cell.getBoundingClientRect().right <= innerWidth),
+            );
+        expect(inSight).toBe(true);
+        await page.locator(".row:visible", { hasText: "class=crew" }).first().click();
+        expect(await panel.locator("h2").innerText()).toBe("Rule 1");
+        await page.getByRole("button", { name: "Close this rule" }).click();
+        expect(await page.locator(".filters").isVisible()).toBe(true);
+    },
+);
+
+test.each([
+    "rule=3&q=female&q=p<0",
+    "without=exact&rule=2",
+    "view=items&item=6",
+    "view=exclusions",
+    "q=nothing",
+])("what fingers touch is at least 32 pixels high: #%s", async (fragment) => {
+    for (const width of [360, 800]) {
+        const options = { hasTouch: true, isMobile: true, viewport: { width, height: 900 } };
+        const page = await browser.open(blob, { fragment, options });
+        const low = await page
+            .locator("button, select, summary, label:has([type=checkbox]), input:not([type=checkbox])")
+            .evaluateAll((elements) =>
+                elements
+                    .filter((element) => element.checkVisibility() && element.clientWidth > 0)
+                    .filter((element) => Math.round(element.getBoundingClientRect().height) < 32)
+                    .map((element) => element.outerHTML.slice(0, 120)),
+            );
+        expect(low).toEqual([]);
+    }
+});
