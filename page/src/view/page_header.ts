@@ -1,3 +1,4 @@
+import type { Header } from "../data/header.ts";
 import { countText } from "../model/number_words.ts";
 import { views, type View } from "../model/view_state.ts";
 import type { Component, Context, Sight } from "./component.ts";
@@ -112,10 +113,11 @@ export class PageHeader implements Component {
             "details",
             { class: "choice" },
             h("summary", {}, "How these were chosen"),
+            h("p", { class: "in-words" }, choiceInWords(this.#context.book.header)),
             h(
                 "div",
                 { class: "wide-table" },
-                tableOf(["Rules", "", "This undoes it"], rows),
+                tableOf(["Rules", "", "Undone by"], rows),
                 tableOf(["Setting", "", "Option"], settings),
             ),
             ...notes.filter((note) => note !== "").map((note) => h("p", { class: "quiet" }, note)),
@@ -130,6 +132,20 @@ function tableOf(heads: readonly string[], rows: readonly HTMLElement[]): HTMLEl
         ...heads.map((text) => (text === "" ? h("td") : h("th", { scope: "col" }, text))),
     );
     return h("table", { class: "plain" }, h("thead", {}, head), h("tbody", {}, ...rows));
+}
+
+/** How the rules were chosen, for who has only the page. */
+function choiceInWords({ summary, program }: Header): string {
+    const { derived, left_out: leftOut } = summary;
+    const steps =
+        leftOut.length === 0
+            ? ""
+            : " Those that tell a reader too little, or the same as another rule, were left out step by step.";
+    const name = program.replace(/ .*$/u, "");
+    return (
+        `${numberOfRules(derived)} can be derived from the data.${steps} ` +
+        `What is in the last columns is for whoever runs ${name} again: the options that choose otherwise.`
+    );
 }
 
 function numberOfRules(count: number): string {

@@ -1,5 +1,6 @@
 import { listAt } from "../data/lists.ts";
 import { relatedRules, type Related } from "../model/dominance.ts";
+import { formWords } from "../model/form_words.ts";
 import { boundsText, countText, measureText, percentText } from "../model/number_words.ts";
 import { otherReading, readingsOf, type Reading } from "../model/readings.ts";
 import { holdoutSentence, sentenceOf } from "../model/rule_words.ts";
@@ -12,6 +13,11 @@ import { HiddenNote } from "./hidden_note.ts";
 import { LatticeWalk } from "./lattice_walk.ts";
 import { mosaicOf } from "./mosaic.ts";
 
+const kindWords = {
+    exact: "No exception",
+    approximative: "With exceptions",
+    bounded: "Not known exactly",
+};
 const mostOfAList = 5;
 const mostLetters = 400;
 
@@ -108,19 +114,6 @@ export class RulePanel implements Component {
         );
     }
 
-    #formWords(rule: number): string {
-        const { book } = this.#context;
-        const words = {
-            exact: "No exception",
-            approximative: "With exceptions",
-            bounded: "Not known exactly",
-        };
-        const form = book.rules.forms === undefined ? undefined : book.header.forms[book.rules.forms[rule]!];
-        return [words[kindOf(book, rule)], form === undefined ? "" : `form ${form.label}, ${form.text}`]
-            .filter((text) => text !== "")
-            .join(" · ");
-    }
-
     #sentence(rule: number): HTMLElement {
         const { book, words } = this.#context;
         const { premise, howOften, conclusion, counts, others } = sentenceOf(book, words, rule);
@@ -140,7 +133,7 @@ export class RulePanel implements Component {
             h(
                 "p",
                 { class: "quiet" },
-                [this.#formWords(rule), others].filter((text) => text !== "").join(" · "),
+                [kindWords[kindOf(book, rule)], others].filter((text) => text !== "").join(" · "),
             ),
             this.#items(rule),
         );
@@ -315,9 +308,33 @@ export class RulePanel implements Component {
         if (this.#walk.home === undefined) {
             const why = book.header.lattice.why;
             const remark = "The class that this rule comes from is not on the page.";
-            return section("In the lattice", h("p", { class: "quiet" }, [remark, why].join(" ").trim()));
+            const said = h("p", { class: "quiet" }, [remark, why].join(" ").trim());
+            return section("In the lattice", this.#form(rule), said);
         }
-        return section("In the lattice", this.#walk.root);
+        const explained =
+            "A class has all items that can join it without another transaction coming in. Above stand the next " +
+            "larger classes, with what they add; below the next smaller ones, with what they lack; each with its " +
+            "number of transactions. A click walks there.";
+        return section(
+            "In the lattice",
+            h("p", { class: "quiet" }, explained),
+            this.#form(rule),
+            this.#walk.root,
+        );
+    }
+
+    /** Between what of the lattice the rule leads. */
+    #form(rule: number): HTMLElement | undefined {
+        const { rules, header } = this.#context.book;
+        const form = rules.forms === undefined ? undefined : header.forms[rules.forms[rule]!];
+        return form === undefined
+            ? undefined
+            : h(
+                  "p",
+                  { class: "quiet form" },
+                  `This rule: ${formWords(form.text)} `,
+                  h("span", { title: form.text }, `(form ${form.label})`),
+              );
     }
 
     #measures(rule: number): HTMLElement {

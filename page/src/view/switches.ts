@@ -1,3 +1,4 @@
+import { formWords } from "../model/form_words.ts";
 import { kinds } from "../model/rules.ts";
 import { countText } from "../model/number_words.ts";
 import type { Component, Context, Sight } from "./component.ts";
@@ -21,6 +22,8 @@ const groupWords = [
 interface Switch {
     readonly name: string;
     readonly words: string;
+    /** How the program calls a form. */
+    readonly detail?: string;
 }
 
 /** Kinds and forms of rules; what is unticked is left out. Each with how many rules of it the other filters leave. */
@@ -77,18 +80,31 @@ export class Switches implements Component {
         const groups = groupWords.map((words, i) => {
             const forms = header.forms
                 .filter((form, position) => form.group === i + 1 && counts[position]! > 0)
-                .map(({ label, text }) => ({ name: label, words: text }));
+                .map(({ label, text }) => ({
+                    name: label,
+                    words: formWords(text),
+                    detail: `${label}: ${text}`,
+                }));
             return forms.length === 0 ? undefined : this.#group(words, forms);
         });
         const present = groups.filter((group) => group !== undefined);
-        return h("details", {}, h("summary", {}, "Forms of rules"), ...present);
+        const remark =
+            "A class has all items that can join it without another transaction coming in. " +
+            "Its fewest items say the same as all of them.";
+        return h(
+            "details",
+            { class: "forms" },
+            h("summary", {}, "Forms of rules"),
+            h("p", { class: "quiet" }, remark),
+            ...present,
+        );
     }
 
     #group(title: string, switches: readonly Switch[]): HTMLElement {
         return h("fieldset", {}, h("legend", {}, title), ...switches.map((each) => this.#switch(each)));
     }
 
-    #switch({ name, words }: Switch): HTMLElement {
+    #switch({ name, words, detail }: Switch): HTMLElement {
         const box = h("input", { type: "checkbox", checked: true });
         box.addEventListener("change", () => {
             this.#tell();
@@ -96,12 +112,16 @@ export class Switches implements Component {
         const count = h("span", { class: "count" });
         this.#boxes.set(name, box);
         this.#counts.set(name, count);
-        const isForm = name.startsWith("R");
         return h(
             "label",
             {},
             box,
-            h("span", { class: isForm ? "form" : "" }, isForm ? `${name}  ${words}` : words),
+            h(
+                "span",
+                {},
+                words,
+                detail === undefined ? undefined : h("small", { title: detail }, ` ${name}`),
+            ),
             count,
         );
     }

@@ -158,3 +158,24 @@ test("from a rule that the filters leave out, the next one is the first of the t
     await page.getByRole("button", { name: "Next rule in the table" }).click();
     expect(await page.locator(".panel h2").innerText()).toBe("Rule 2");
 });
+
+test("forms are said in words, with the program's names as a detail, and the lattice in a sentence", async () => {
+    const form = { label: "R111", text: "e1-->(f1-e1)", group: 1 };
+    const rules = titanic.rules.filter(({ form: label }) => label === "R111");
+    const page = await browser.open(madeBlob({ ...titanic, rules, classes, header: { forms: [form] } }), {
+        fragment: "rule=1",
+    });
+    const section = page.getByRole("region", { name: "In the lattice" });
+    expect(await section.locator(".form").innerText()).toBe(
+        "This rule: the fewest items of a class → its other items (form R111)",
+    );
+    expect(await section.innerText()).toContain("Above stand the next larger classes");
+    await page.getByText("Forms of rules").click();
+    const box = page.getByRole("checkbox", { name: "the fewest items of a class → its other items R111" });
+    expect(await box.isVisible()).toBe(true);
+    await page.getByText("How these were chosen").click();
+    expect(await page.locator(".in-words").innerText()).toBe(
+        "2 rules can be derived from the data. What is in the last columns is for whoever runs korv-rules again: " +
+            "the options that choose otherwise.",
+    );
+});
