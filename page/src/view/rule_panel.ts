@@ -8,7 +8,7 @@ import { kindOf, measureOf, tablesOf } from "../model/rules.ts";
 import { itemText } from "../model/search_terms.ts";
 import { sideItems, type SideItems } from "../model/side_lookup.ts";
 import type { Component, Context, Sight } from "./component.ts";
-import { button, h, newId, refill, shortened, unbroken, type Child } from "./dom.ts";
+import { button, h, newId, refill, setAttributes, shortened, unbroken, type Child } from "./dom.ts";
 import { HiddenNote } from "./hidden_note.ts";
 import { LatticeWalk } from "./lattice_walk.ts";
 import { mosaicOf } from "./mosaic.ts";
@@ -32,6 +32,9 @@ export class RulePanel implements Component {
     readonly #context: Context;
     readonly #walk: LatticeWalk;
     readonly #hiddenNote: HiddenNote;
+    /** By the terms that the items of the rule stand for. */
+    #chips = new Map<string, HTMLElement>();
+    #terms: readonly string[] = [];
     /** The readings of the rule, and of each the mark that it is the one that fits the search. */
     #readings: readonly { readonly said: string; readonly row: HTMLElement; readonly mark: HTMLElement }[] =
         [];
@@ -63,6 +66,10 @@ export class RulePanel implements Component {
             }
         }
         this.#markReadings(found.masks[rule]!);
+        this.#terms = state.terms;
+        this.#chips.forEach((chip, term) => {
+            setAttributes(chip, { "aria-pressed": state.terms.includes(term) ? "true" : "false" });
+        });
         if (rule !== before?.state.rule || found !== before.found) {
             this.#hiddenNote.update(now);
         }
@@ -139,23 +146,37 @@ export class RulePanel implements Component {
         );
     }
 
-    /** The items of both sides; each filters. */
+    /** The items of both sides; each asks for the rules with it on the same side, or no longer. */
     #items(rule: number): HTMLElement {
         const { book, named } = this.#context;
         const { premises, conclusions } = book.rules;
-        const of = (side: number) => listAt(named(), side);
-        const items = new Set([...of(premises[rule]!), ...of(conclusions[rule]!)]);
-        const most = 24;
-        const chips = [...items].slice(0, most).map((item) =>
-            button(
-                shortened(book.items.names[item]!, 60),
-                { class: "chip", title: "Filter by this item" },
-                () => {
-                    this.#context.change({ terms: [itemText(book.items.numbers[item]!)], draft: "" });
-                },
-            ),
+        this.#chips = new Map();
+        const of = (place: "if" | "then", side: number) => {
+            const most = 12;
+            const items = [...listAt(named(), side)].slice(0, most);
+            return [h("span", { class: "quiet" }, place), ...items.map((item) => this.#chip(item, place))];
+        };
+        return h(
+            "p",
+            { class: "items-of-rule" },
+            h("span", { class: "quiet" }, "All rules with"),
+            ...of("if", premises[rule]!),
+            ...of("then", conclusions[rule]!),
         );
-        return h("p", { class: "items-of-rule" }, h("span", { class: "quiet" }, "All rules with "), ...chips);
+    }
+
+    #chip(item: number, place: "if" | "then"): HTMLElement {
+        const { items } = this.#context.book;
+        const term = itemText(items.numbers[item]!, place);
+        const side = place === "if" ? "premise" : "conclusion";
+        const title = `Rules with this item in the ${side}; once more takes the filter away`;
+        const chip = button(shortened(items.names[item]!, 60), { class: "chip", title }, () => {
+            const others = this.#terms.filter((each) => each !== term);
+            const isNew = others.length === this.#terms.length;
+            this.#context.change({ terms: isNew ? [...others, term] : others });
+        });
+        this.#chips.set(term, chip);
+        return chip;
     }
 
     #numbers(rule: number): HTMLElement {

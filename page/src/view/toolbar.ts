@@ -1,7 +1,9 @@
+import { leastCases, rulesOfFewCases } from "../model/few_cases.ts";
 import { countText } from "../model/number_words.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h } from "./dom.ts";
 import { LinkCopy } from "./link_copy.ts";
+import { rangeOn } from "./ranges.ts";
 
 /** How many rules are shown, the choice of columns, and what can be done with what is shown. */
 export class Toolbar implements Component {
@@ -10,7 +12,9 @@ export class Toolbar implements Component {
     readonly #count = h("p", { class: "count", role: "status" });
     readonly #clear: HTMLButtonElement;
     readonly #readings: HTMLButtonElement;
+    readonly #few: HTMLButtonElement;
     #byReadings = false;
+    #terms: readonly string[] = [];
     readonly #boxes = new Map<string, HTMLInputElement>();
 
     constructor(context: Context, exportRules: () => void) {
@@ -24,6 +28,16 @@ export class Toolbar implements Component {
         this.#readings = button("", { class: "link", title }, () => {
             context.change({ byReadings: !this.#byReadings });
         });
+        this.#few = button(
+            "",
+            {
+                class: "link",
+                title: `Of so few cases hardly anything follows: leave out rules that fewer than ${leastCases} support`,
+            },
+            () => {
+                context.change({ terms: [...this.#terms, `support>=${leastCases}`] });
+            },
+        );
         const save = button(
             "Save as CSV",
             { title: "Save the rules that are shown as a table" },
@@ -35,6 +49,7 @@ export class Toolbar implements Component {
             { class: "toolbar" },
             this.#count,
             this.#readings,
+            this.#few,
             this.#clear,
             hint,
             h(
@@ -47,7 +62,12 @@ export class Toolbar implements Component {
         );
     }
 
-    update({ state, found, rules, busy }: Sight): void {
+    update(now: Sight, before: Sight | undefined): void {
+        const { state, found, rules, busy } = now;
+        this.#terms = state.terms;
+        if (now.passes !== before?.passes) {
+            this.#offerMore(now);
+        }
         this.#byReadings = state.byReadings;
         this.#readings.hidden = found.others === 0 || rules.length === 0;
         this.#readings.textContent = readingWords(found.others, state.byReadings);
@@ -57,6 +77,17 @@ export class Toolbar implements Component {
             state.terms.length + state.draft.length + state.formsOff.length + state.kindsOff.length > 0;
         this.#clear.hidden = !isFiltered;
         this.#boxes.forEach((box, name) => (box.checked = state.columns.includes(name)));
+    }
+
+    /** Where many rules rest on few cases, offers to leave these out. */
+    #offerMore({ passes, rules, state }: Sight): void {
+        const { book } = this.#context;
+        const many = 0.1;
+        const isAsked = rangeOn(this.#context, state.terms, "support") !== undefined;
+        const few =
+            isAsked || book.header.rules.min_support >= leastCases ? 0 : rulesOfFewCases(book, passes);
+        this.#few.hidden = few === 0 || few < many * rules.length;
+        this.#few.textContent = `Leave out ${countText(few)} of fewer than ${leastCases} cases`;
     }
 
     #columns(): HTMLElement {

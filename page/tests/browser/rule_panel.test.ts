@@ -119,14 +119,19 @@ test("a rule whose class is not on the page says so", async () => {
     );
 });
 
-test("an item of a rule leads to all rules with it", async () => {
+test("an item of a rule leads to all rules with it on the same side, and back", async () => {
     const page = await browser.open(blob, { fragment: "rule=4" });
-    await page.locator(".items-of-rule").getByRole("button", { name: "age=child" }).click();
+    const item = page.locator(".items-of-rule").getByRole("button", { name: "age=child" });
+    await item.click();
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("if: age=child");
+    expect(await item.getAttribute("aria-pressed")).toBe("true");
     expect(await shownRules(page)).toEqual([
         "sex=female or age=child => class=3rd or survived=yes",
         "age=child => class=3rd",
         "age=child => class not crew",
     ]);
+    await item.click();
+    expect(await shownRules(page)).toHaveLength(6);
 });
 
 test("arrows of the panel step through the table", async () => {

@@ -1,7 +1,7 @@
 import type { Page } from "playwright-core";
 import { expect, test } from "vitest";
 import { shownCount, shownRules, TestBrowser } from "../support/browser.ts";
-import { madeBlob } from "../support/made_book.ts";
+import { madeBlob, madeHeader } from "../support/made_book.ts";
 import { titanic } from "../support/titanic.ts";
 
 const browser = new TestBrowser();
@@ -202,4 +202,21 @@ test("a rule that fits the search as it stands has no mark of another reading", 
     expect(await page.locator(".row:visible").count()).toBe(4);
     expect(await page.locator(".found-as").isVisible()).toBe(false);
     expect(await page.locator(".panel .fits:visible").count()).toBe(0);
+});
+
+test("where many rules rest on few cases, these can be left out", async () => {
+    const rule = (premise: number) => ({
+        premise: { items: [0, premise], count: premise },
+        conclusion: { items: [1], count: 20 },
+        exceptions: 0,
+    });
+    const names = Array.from({ length: 10 }, (_, item) => `item ${item}`);
+    const rules = [rule(3), rule(4), rule(5)];
+    const header = madeHeader({ transactions: 40, names, rules }, { all: [], plain: 0 });
+    const least = { rules: { ...header.rules, min_support: 3 } };
+    const page = await browser.open(madeBlob({ transactions: 40, names, rules, header: least }));
+    await page.getByRole("button", { name: "Leave out 2 of fewer than 5 cases" }).click();
+    expect(await shownCount(page)).toBe("1 of 3 rules");
+    expect(await page.locator(".chips .chip > span").innerText()).toBe("support ≥ 5");
+    expect(await page.getByRole("button", { name: /fewer than 5/u }).isVisible()).toBe(false);
 });
