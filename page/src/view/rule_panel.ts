@@ -154,15 +154,14 @@ export class RulePanel implements Component {
         const of = (place: "if" | "then", side: number) => {
             const most = 12;
             const items = [...listAt(named(), side)].slice(0, most);
-            return [h("span", { class: "quiet" }, place), ...items.map((item) => this.#chip(item, place))];
+            return h(
+                "p",
+                { class: "items-of-rule" },
+                h("span", { class: "quiet" }, `Rules with ${place}`),
+                ...items.map((item) => this.#chip(item, place)),
+            );
         };
-        return h(
-            "p",
-            { class: "items-of-rule" },
-            h("span", { class: "quiet" }, "All rules with"),
-            ...of("if", premises[rule]!),
-            ...of("then", conclusions[rule]!),
-        );
+        return h("div", {}, of("if", premises[rule]!), of("then", conclusions[rule]!));
     }
 
     #chip(item: number, place: "if" | "then"): HTMLElement {
