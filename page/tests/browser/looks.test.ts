@@ -203,3 +203,16 @@ test.each([
         expect(low).toEqual([]);
     }
 });
+
+test.each([768, 1024])("at a width of %i names of items have room beside the chosen one", async (width) => {
+    const page = await browser.open(blob, {
+        fragment: "view=items&item=6",
+        options: { viewport: { width, height: 800 } },
+    });
+    const narrowest = await page
+        .locator(".items-view tbody .name")
+        .evaluateAll((names) => Math.min(...names.map((name) => name.getBoundingClientRect().width)));
+    expect(narrowest).toBeGreaterThanOrEqual(120);
+    const panel = (await page.locator(".partners").boundingBox())!;
+    expect(panel.x + panel.width).toBeLessThanOrEqual(width);
+});
