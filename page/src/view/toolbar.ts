@@ -40,7 +40,7 @@ export class Toolbar implements Component {
         );
         const save = button(
             "Save as CSV",
-            { title: "Save the rules that are shown as a table" },
+            { title: "Save the rules that are shown as a table, as the program writes it (a p as -log10)" },
             exportRules,
         );
         const hint = h("p", { class: "hint" }, "A click on a rule shows what is behind it.");
