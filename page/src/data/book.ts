@@ -84,6 +84,8 @@ export interface Exclusions {
     readonly ps: Float64Array;
 }
 
+const noValues = new Uint32Array(0);
+
 /** Stands for the count of an item that is not known. */
 export const unknownCount = 0xffff_ffff;
 
@@ -92,13 +94,17 @@ export function bookOf(buffer: ArrayBuffer): Book {
     const data = new Unpacked(buffer);
     const { header } = data;
     const sides = sidesOf(data);
+    let classes: Classes | undefined;
     return {
         header,
         transactions: header.transactions,
         items: itemsOf(data),
         sides,
         rules: rulesOf(data, sides),
-        classes: classesOf(data),
+        // Of many rules, they take long enough to let people wait for them until they are looked at.
+        get classes() {
+            return (classes ??= classesOf(data));
+        },
         exclusions: exclusionsOf(data),
     };
 }
@@ -177,7 +183,7 @@ function classesOf(data: Unpacked): Classes {
     const count = data.header.lattice.shown;
     const lowers = storedLists(data, "class_lower_sizes", "class_lowers", count);
     const numbersOfEssentials = data.numbers("class_essential_sizes", count);
-    const { starts } = listsOf(numbersOfEssentials, new Uint32Array(0));
+    const { starts } = listsOf(numbersOfEssentials, noValues);
     return {
         count,
         counts: data.numbers("class_counts", count),
@@ -212,6 +218,14 @@ function exclusionsOf(data: Unpacked): Exclusions {
     };
 }
 
+/** Lists of the data. Their values are put into 32 bits when they are first asked for: of sides, there are many. */
 function storedLists(data: Unpacked, sizes: string, values: string, count: number): Lists {
-    return listsOf(data.numbers(sizes, count), new Uint32Array(data.array(values)));
+    const { starts } = listsOf(data.numbers(sizes, count), noValues);
+    let wide: Uint32Array | undefined;
+    return {
+        starts,
+        get values() {
+            return (wide ??= new Uint32Array(data.array(values)));
+        },
+    };
 }

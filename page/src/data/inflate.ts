@@ -7,8 +7,16 @@ export function canInflate(): boolean {
     }
 }
 
-/** Unpacks raw deflate. Rejects where the bytes are damaged. */
+/**
+ * Unpacks raw deflate. Rejects where the bytes are damaged. The stream is made by hand, as that of a Blob comes through
+ * another process of the browser.
+ */
 export async function inflated(bytes: Uint8Array<ArrayBuffer>): Promise<ArrayBuffer> {
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("deflate-raw"));
-    return new Response(stream).arrayBuffer();
+    const packed = new ReadableStream<Uint8Array<ArrayBuffer>>({
+        start: (controller) => {
+            controller.enqueue(bytes);
+            controller.close();
+        },
+    });
+    return new Response(packed.pipeThrough(new DecompressionStream("deflate-raw"))).arrayBuffer();
 }

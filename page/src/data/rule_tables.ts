@@ -35,37 +35,29 @@ export function tablesOfRules(
     sides: SideCounts,
     odd: OddRules,
 ): Tables {
+    const isOpen = odd.rules.length > 0 || sides.spreads.some((spread) => spread > 0);
     const first = noCounts(premises.length);
+    const second = isOpen ? noCounts(premises.length) : first;
     for (let rule = 0; rule < premises.length; ++rule) {
-        first.x[rule] = sides.counts[premises[rule]!]!;
-        first.y[rule] = sides.counts[conclusions[rule]!]!;
-        first.a[rule] = first.x[rule]! - exceptions[rule]!;
+        const premise = premises[rule]!;
+        const conclusion = conclusions[rule]!;
+        const x = sides.counts[premise]!;
+        const y = sides.counts[conclusion]!;
+        const a = x - exceptions[rule]!;
+        first.x[rule] = x;
+        first.y[rule] = y;
+        first.a[rule] = a;
+        if (isOpen) {
+            const ofPremise = sides.spreads[premise]!;
+            const ofConclusion = sides.spreads[conclusion]!;
+            second.x[rule] = x + ofPremise;
+            second.y[rule] = y + ofConclusion;
+            second.a[rule] = a + slopes[rule]! * Math.max(ofPremise, ofConclusion);
+        }
     }
-    if (odd.rules.length === 0 && sides.spreads.every((spread) => spread === 0)) {
-        return { first, second: first };
-    }
-    const second = secondTables(first, premises, conclusions, slopes, sides.spreads);
     setOddCounts(odd, first, 0);
     setOddCounts(odd, second, 3);
     return { first, second };
-}
-
-function secondTables(
-    first: Counts,
-    premises: Uint32Array,
-    conclusions: Uint32Array,
-    slopes: Int8Array,
-    spreads: Uint32Array,
-): Counts {
-    const second = noCounts(premises.length);
-    for (let rule = 0; rule < premises.length; ++rule) {
-        const ofPremise = spreads[premises[rule]!]!;
-        const ofConclusion = spreads[conclusions[rule]!]!;
-        second.x[rule] = first.x[rule]! + ofPremise;
-        second.y[rule] = first.y[rule]! + ofConclusion;
-        second.a[rule] = first.a[rule]! + slopes[rule]! * Math.max(ofPremise, ofConclusion);
-    }
-    return second;
 }
 
 function setOddCounts(odd: OddRules, counts: Counts, begin: number): void {

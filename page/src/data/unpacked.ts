@@ -51,13 +51,17 @@ export class Unpacked {
      * one type of array.
      */
     numbers(name: string, length: number, missing = 0): Uint32Array<ArrayBuffer> {
-        if (!this.has(name)) {
+        const header = this.#arrays.get(name);
+        if (header === undefined) {
             return new Uint32Array(length).fill(missing);
         }
-        const array = this.array(name);
-        if (array.length !== length) {
-            throw new Error(`${name} has ${array.length} elements where ${length} are expected`);
+        if (header.length !== length) {
+            throw new Error(`${name} has ${header.length} elements where ${length} are expected`);
         }
+        if (header.layout === "planes" && header.delta !== true && header.type.startsWith("u")) {
+            return numbersFromPlanes(bytesOf(header, this.#buffer, this.#begin), length);
+        }
+        const array = this.array(name);
         return array instanceof Uint32Array && array.buffer instanceof ArrayBuffer
             ? (array as Uint32Array<ArrayBuffer>)
             : new Uint32Array(array);
@@ -65,13 +69,15 @@ export class Unpacked {
 }
 
 function decoded(header: ArrayHeader, buffer: ArrayBuffer, begin: number): NumericArray {
-    const type = arrayTypes[header.type];
-    const offset = begin + header.offset;
     const array =
         header.layout === "planes"
-            ? fromPlanes(header, new Uint8Array(buffer, offset, header.length * type.BYTES_PER_ELEMENT))
-            : new type(buffer, offset, header.length);
+            ? fromPlanes(header, bytesOf(header, buffer, begin))
+            : new arrayTypes[header.type](buffer, begin + header.offset, header.length);
     return header.delta === true ? summed(array) : array;
+}
+
+function bytesOf({ type, length, offset }: ArrayHeader, buffer: ArrayBuffer, begin: number): Uint8Array {
+    return new Uint8Array(buffer, begin + offset, length * arrayTypes[type].BYTES_PER_ELEMENT);
 }
 
 /** First the lowest bytes of all elements, then all second bytes, and so on. */
@@ -87,6 +93,27 @@ function fromPlanes(header: ArrayHeader, bytes: Uint8Array): NumericArray {
         }
     }
     return array;
+}
+
+/** The same for unsigned numbers, at once in 32 bits: most of what a page holds is stored so. */
+function numbersFromPlanes(bytes: Uint8Array, length: number): Uint32Array<ArrayBuffer> {
+    const numbers = new Uint32Array(bytes.subarray(0, length));
+    const second = bytes.subarray(length, 2 * length);
+    const third = bytes.subarray(2 * length, 3 * length);
+    const fourth = bytes.subarray(3 * length);
+    if (second.length === 0) {
+        return numbers;
+    }
+    if (third.length === 0) {
+        for (let i = 0; i < length; ++i) {
+            numbers[i] = numbers[i]! | (second[i]! << 8);
+        }
+        return numbers;
+    }
+    for (let i = 0; i < length; ++i) {
+        numbers[i] = numbers[i]! | (second[i]! << 8) | (third[i]! << 16) | (fourth[i]! << 24);
+    }
+    return numbers;
 }
 
 /** The running sums; they wrap at the width of the type, as the differences did. */

@@ -20,11 +20,13 @@ export function axisOf(column: ValueColumn, isWide: boolean): Axis {
     let to = -Infinity;
     let leastPositive = Infinity;
     let hasInfinite = false;
-    for (const values of new Set([column.low, column.high])) {
-        for (const value of values) {
+    for (const values of column.low === column.high ? [column.low] : [column.low, column.high]) {
+        for (let rule = 0; rule < values.length; ++rule) {
+            const value = values[rule]!;
             if (value === Infinity) {
                 hasInfinite = true;
-            } else if (!Number.isNaN(value)) {
+            } else {
+                // No comparison holds for NaN.
                 from = value < from ? value : from;
                 to = value > to ? value : to;
                 leastPositive = value > 0 && value < leastPositive ? value : leastPositive;

@@ -57,15 +57,17 @@ export function reachOfLifts(lifts: Float64Array): number {
     const mostLooked = 20_000;
     const least = 1.1;
     const step = Math.max(1, Math.floor(lifts.length / mostLooked));
-    const sizes: number[] = [];
+    const looked = new Float64Array(Math.ceil(lifts.length / step));
+    let count = 0;
     for (let rule = 0; rule < lifts.length; rule += step) {
         const size = Math.max(lifts[rule]!, 1 / lifts[rule]!);
         if (Number.isFinite(size)) {
-            sizes.push(size);
+            looked[count] = size;
+            count += 1;
         }
     }
-    sizes.sort((one, other) => one - other);
-    return Math.max(least, sizes[Math.floor(0.95 * (sizes.length - 1))] ?? 2);
+    const sizes = looked.subarray(0, count).sort();
+    return Math.max(least, sizes[Math.floor(0.95 * (count - 1))] ?? 2);
 }
 
 /** Whether there are lifts below chance, and above it. */

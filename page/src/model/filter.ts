@@ -3,7 +3,7 @@ import type { Lists } from "../data/lists.ts";
 import { matchingItems } from "./item_matching.ts";
 import { namedItems } from "./named_items.ts";
 import type { Quantities } from "./quantities.ts";
-import { kindOf, kinds, type Kind } from "./rules.ts";
+import { kinds, kindsOfRules, type Kind } from "./rules.ts";
 import {
     amountOf,
     problemOf,
@@ -191,14 +191,7 @@ export class RuleFilter {
 
     /** The kind of each rule, as its position among all kinds. */
     get kinds(): Uint8Array {
-        if (this.#kinds === undefined) {
-            const all = new Uint8Array(this.#book.rules.count);
-            for (let rule = 0; rule < all.length; ++rule) {
-                all[rule] = kinds.indexOf(kindOf(this.#book, rule));
-            }
-            this.#kinds = all;
-        }
-        return this.#kinds;
+        return (this.#kinds ??= kindsOfRules(this.#book));
     }
 
     #masksOfTerm(text: string, term: Term): Uint8Array {

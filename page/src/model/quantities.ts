@@ -1,8 +1,8 @@
 import type { Book, Holdout } from "../data/book.ts";
-import { boundsOf, tableAt, type Bounds } from "./bounds.ts";
+import { surprise } from "./fisher.ts";
+import { fillBounds, type Bounds } from "./bounds.ts";
 import { measures, type MeasureOfCounts } from "./measures.ts";
 import { countText, distinctText, measureText, probabilityText } from "./number_words.ts";
-import { surprise } from "./fisher.ts";
 import { itemsOfRule, turnOf } from "./rules.ts";
 import { ratio } from "./table.ts";
 
@@ -94,9 +94,8 @@ export class Quantities {
     column(name: string): ValueColumn {
         let column = this.#columns.get(name);
         if (column === undefined) {
-            const part = newColumn(this.#book);
-            fill(this.#book, name, part, 0, this.#book.rules.count);
-            column = part;
+            column = newColumn(this.#book);
+            fill(this.#book, name, 0, column);
             this.#columns.set(name, column);
         }
         return column;
@@ -108,7 +107,10 @@ export class Quantities {
         if (column !== undefined) {
             return { low: column.low[rule]!, high: column.high[rule]! };
         }
-        return boundsFunction(this.#book, name)(rule);
+        const low = new Float64Array(1);
+        const high = new Float64Array(1);
+        fill(this.#book, name, rule, { low, high });
+        return { low: low[0]!, high: high[0]! };
     }
 
     /** Whether `column` would take long enough to be noticed. */
@@ -123,7 +125,9 @@ export class Quantities {
         const { count } = this.#book.rules;
         const column = newColumn(this.#book);
         for (let begin = 0; begin < count; begin += piece) {
-            fill(this.#book, name, column, begin, Math.min(count, begin + piece));
+            const low = column.low.subarray(begin, begin + piece);
+            const high = column.high.subarray(begin, begin + piece);
+            fill(this.#book, name, begin, { low, high });
             await pause(begin / count);
         }
         this.#columns.set(name, column);
@@ -136,74 +140,70 @@ function newColumn(book: Book): ValueColumn {
     return { low, high: tables.first === tables.second ? low : new Float64Array(count) };
 }
 
-function fill(book: Book, name: string, column: ValueColumn, begin: number, end: number): void {
-    const { first, second } = book.rules.tables;
-    const counts = countsOf(book, name);
-    if (counts !== undefined) {
-        column.low.set(counts.subarray(begin, end), begin);
-        column.high.set(counts.subarray(begin, end), begin);
-        return;
-    }
-    const measure = name === "support" ? undefined : keptMeasures[name];
-    if (measure !== undefined && first === second) {
-        const n = book.transactions;
-        for (let rule = begin; rule < end; ++rule) {
-            column.low[rule] = measure(first.x[rule]!, first.y[rule]!, first.a[rule]!, n);
-        }
-        return;
-    }
-    const bounds = boundsFunction(book, name);
-    for (let rule = begin; rule < end; ++rule) {
-        const { low, high } = bounds(rule);
-        column.low[rule] = low;
-        column.high[rule] = high;
-    }
-}
-
-/** What the book has of each rule as it is; nothing for what must be computed, or is not known exactly. */
-function countsOf({ rules }: Book, name: string): Uint32Array | undefined {
-    const { first, second } = rules.tables;
-    const ofTables = { support: first.a, premise_count: first.x, conclusion_count: first.y };
-    const ofRules = { wordings: rules.wordings, readings: rules.readings };
-    const all: Readonly<Record<string, Uint32Array>> =
-        first === second ? { ...ofTables, ...ofRules } : ofRules;
-    return Object.hasOwn(all, name) ? all[name] : undefined;
-}
-
-function boundsFunction(book: Book, name: string): (rule: number) => Bounds {
-    const { first, second } = book.rules.tables;
-    const between = (one: number, other: number) => ({
-        low: Math.min(one, other),
-        high: Math.max(one, other),
-    });
-    const known = (value: number) => ({ low: value, high: value });
+/** Puts the values of as many rules as the column has room for into it, from the rule `begin` on. */
+function fill(book: Book, name: string, begin: number, { low, high }: ValueColumn): void {
+    const { wordings, readings, holdout, tables } = book.rules;
+    const { first, second } = tables;
     switch (name) {
         case "support":
-            return (rule) => between(first.a[rule]!, second.a[rule]!);
+            fillBetween(first.a, second.a, begin, low, high);
+            break;
         case "premise_count":
-            return (rule) => between(first.x[rule]!, second.x[rule]!);
+            fillBetween(first.x, second.x, begin, low, high);
+            break;
         case "conclusion_count":
-            return (rule) => between(first.y[rule]!, second.y[rule]!);
-        case "items":
-            return (rule) => known(itemsOfRule(book, rule));
+            fillBetween(first.y, second.y, begin, low, high);
+            break;
         case "wordings":
-            return (rule) => known(book.rules.wordings[rule]!);
+            fillBetween(wordings, wordings, begin, low, high);
+            break;
         case "readings":
-            return (rule) => known(book.rules.readings[rule]!);
-        default:
-            if (book.rules.holdout !== undefined && holdoutNames.has(name)) {
-                const { holdout } = book.rules;
-                return (rule) => known(holdoutValue(holdout, name, rule));
+            fillBetween(readings, readings, begin, low, high);
+            break;
+        case "items":
+            for (let i = 0; i < low.length; ++i) {
+                low[i] = itemsOfRule(book, begin + i);
             }
-            return measureFunction(book, name, keptMeasures[name] ?? (() => NaN));
+            high.set(low);
+            break;
+        default:
+            if (holdout !== undefined && holdoutNames.has(name)) {
+                for (let i = 0; i < low.length; ++i) {
+                    low[i] = holdoutValue(holdout, name, begin + i);
+                }
+                high.set(low);
+                break;
+            }
+            fillBounds(
+                keptMeasures[name] ?? notDefined,
+                turnOf(book, name),
+                tables,
+                book.transactions,
+                begin,
+                low,
+                high,
+            );
     }
 }
 
-function measureFunction(book: Book, name: string, measure: MeasureOfCounts): (rule: number) => Bounds {
-    const { first, second } = book.rules.tables;
-    const turn = turnOf(book, name);
-    const n = book.transactions;
-    return (rule) => boundsOf(measure, turn, tableAt(first, rule, n), tableAt(second, rule, n));
+/** The bounds of counts that lie between two, whichever is the larger one. */
+function fillBetween(
+    one: Uint32Array,
+    other: Uint32Array,
+    begin: number,
+    low: Float64Array,
+    high: Float64Array,
+): void {
+    for (let i = 0; i < low.length; ++i) {
+        const first = one[begin + i]!;
+        const second = other[begin + i]!;
+        low[i] = Math.min(first, second);
+        high[i] = Math.max(first, second);
+    }
+}
+
+function notDefined(): number {
+    return NaN;
 }
 
 function count(name: string, title: string, formula: string, explanation: string): Quantity {

@@ -1,7 +1,6 @@
 import type { Book } from "../data/book.ts";
 import { boundsOf, type Bounds } from "./bounds.ts";
 import type { MeasureOfCounts } from "./measures.ts";
-import { tablesOf } from "./rules.ts";
 import { complement, findSide, sideItems, type SideItems } from "./side_lookup.ts";
 import { ratio } from "./table.ts";
 
@@ -33,7 +32,8 @@ export function readingsOf(book: Book, rule: number): Reading[] {
     const conclusion = sideItems(book, conclusions[rule]!);
     const noPremise = complement(book, premise);
     const noConclusion = complement(book, conclusion);
-    const [first, second] = tablesOf(book, rule);
+    const bounds = (measure: MeasureOfCounts) =>
+        boundsOf(measure, "", book.rules.tables, book.transactions, rule);
     const reading = (
         from: SideItems,
         to: SideItems,
@@ -42,8 +42,8 @@ export function readingsOf(book: Book, rule: number): Reading[] {
     ): Reading => ({
         premise: from,
         conclusion: to,
-        confidence: boundsOf(confidence, "", first, second),
-        lift: boundsOf(lift, "", first, second),
+        confidence: bounds(confidence),
+        lift: bounds(lift),
         rule: findRule(book, from, to),
     });
     return [

@@ -1,6 +1,7 @@
 import { isNegated, type Book } from "../data/book.ts";
 import { sizeOfList } from "../data/lists.ts";
-import { boundsOf, isKnown, tableAt, type Bounds, type Turn } from "./bounds.ts";
+import type { Tables } from "../data/rule_tables.ts";
+import { boundsOf, tableAt, type Bounds, type Turn } from "./bounds.ts";
 import { measures } from "./measures.ts";
 import type { Table } from "./table.ts";
 
@@ -17,13 +18,25 @@ export function tablesOf(book: Book, rule: number): readonly [Table, Table] {
 
 /** The kind of a rule. One of which only the count of the conclusion is open is not bounded. */
 export function kindOf(book: Book, rule: number): Kind {
-    const { first, second } = book.rules.tables;
+    return kinds[kindPosition(book.rules.tables, rule)]!;
+}
+
+/** The kind of each rule, as its position among all kinds. */
+export function kindsOfRules({ rules }: Book): Uint8Array {
+    const positions = new Uint8Array(rules.count);
+    for (let rule = 0; rule < positions.length; ++rule) {
+        positions[rule] = kindPosition(rules.tables, rule);
+    }
+    return positions;
+}
+
+function kindPosition({ first, second }: Tables, rule: number): 0 | 1 | 2 {
     const x = first.x[rule]!;
     const a = first.a[rule]!;
     if (x !== second.x[rule] || a !== second.a[rule]) {
-        return "bounded";
+        return 2;
     }
-    return a === x && a !== 0 ? "exact" : "approximative";
+    return a === x && a !== 0 ? 0 : 1;
 }
 
 /** The bounds of a measure, by its name in the catalogue. */
@@ -32,12 +45,7 @@ export function measureOf(book: Book, rule: number, name: string): Bounds {
     if (measure === undefined) {
         return { low: NaN, high: NaN };
     }
-    const [first, second] = tablesOf(book, rule);
-    if (isKnown(book.rules.tables, rule)) {
-        const value = measure(first.x, first.y, first.a, first.n);
-        return { low: value, high: value };
-    }
-    return boundsOf(measure, turnOf(book, name), first, second);
+    return boundsOf(measure, turnOf(book, name), book.rules.tables, book.transactions, rule);
 }
 
 /** Where a measure turns between two tables, by the catalogue of the program. */

@@ -54,7 +54,7 @@ export class App {
             quantities: this.#context.quantities.all.map(({ name }) => name),
             forms: book.header.forms.map(({ label }) => label),
             rules: book.rules.count,
-            classes: book.classes.count,
+            classes: book.header.lattice.shown,
             items: book.items.count,
         };
         this.#state = stateOf(location.hash, this.#context.first, this.#known);
@@ -234,7 +234,8 @@ export class App {
             this.#passesOf = filterText;
             this.#found = this.#context.filter.found(filter);
         }
-        this.#rules = passing(this.#order, this.#found.passes);
+        const isAnyAsked = filter.terms.length + formsOff.length + kindsOff.length > 0;
+        this.#rules = isAnyAsked ? passing(this.#order, this.#found.passes) : this.#order;
     }
 
     #sorted(): Uint32Array {

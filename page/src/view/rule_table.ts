@@ -26,6 +26,7 @@ export class RuleTable implements Component {
     readonly #window = new RowWindow();
     readonly #axes = new Map<string, Axis>();
     #rows: HTMLElement[] = [];
+    #laidOutFor = "";
     #sight: Sight | undefined;
     #active = 0;
     #isNarrow = false;
@@ -57,7 +58,9 @@ export class RuleTable implements Component {
             this.#onClick(event);
         });
         new ResizeObserver(() => {
-            this.#layOut();
+            if (this.#sizes !== this.#laidOutFor) {
+                this.#layOut();
+            }
         }).observe(this.#grid);
     }
 
@@ -70,9 +73,11 @@ export class RuleTable implements Component {
         if (before === undefined || now.rules !== before.rules || columnsChanged) {
             this.#active = Math.max(0, now.state.rule === undefined ? 0 : now.rules.indexOf(now.state.rule));
             this.#window.scrollTo(0);
-            this.#grid.scrollTop = 0;
+            if (before !== undefined) {
+                this.#grid.scrollTop = 0; // which would have a new page laid out twice
+            }
             this.#layOut();
-            if (before === undefined) {
+            if (before === undefined && this.#active > 0) {
                 this.#show(this.#active);
             }
         } else if (now.state.rule !== before.state.rule) {
@@ -117,14 +122,22 @@ export class RuleTable implements Component {
         const count = this.#sight?.rules.length ?? 0;
         this.#isNarrow = this.root.clientWidth < leastWidth;
         this.root.classList.toggle("is-narrow", this.#isNarrow);
+        this.#laidOutFor = this.#sizes;
         const rowHeight = this.#rowHeight;
-        const viewHeight = Math.max(rowHeight, this.#grid.clientHeight - this.#head.offsetHeight);
+        const headHeight = this.#head.offsetHeight;
+        const viewHeight = Math.max(rowHeight, this.#grid.clientHeight - headHeight);
         this.#window.resize(count, rowHeight, viewHeight);
         this.root.style.setProperty("--row-height", `${rowHeight}px`);
         this.#spacer.style.height = `${this.#window.height}px`;
         this.#body.style.height = `${Math.min(viewHeight, this.#window.height)}px`;
-        this.#body.style.top = `${this.#head.offsetHeight}px`;
+        this.#body.style.top = `${headHeight}px`;
         this.#fill(true);
+    }
+
+    /** What the layout follows from, as text. */
+    get #sizes(): string {
+        const isNarrow = this.root.clientWidth < leastWidth;
+        return [isNarrow, this.#grid.clientHeight, this.#head.offsetHeight].join();
     }
 
     #fillHead({ columns, sorting }: ViewState): void {

@@ -41,6 +41,8 @@ export class Scatter implements Component {
     #sight: Sight | undefined;
     #dragFrom: Place | undefined;
     #isDue = false;
+    #drawnWidth = 0;
+    #drawnHeight = 0;
 
     constructor(context: Context) {
         this.#context = context;
@@ -64,7 +66,10 @@ export class Scatter implements Component {
         );
         this.#listen();
         new ResizeObserver(() => {
-            this.#drawSoon();
+            const { clientWidth, clientHeight } = this.#plot;
+            if (clientWidth !== this.#drawnWidth || clientHeight !== this.#drawnHeight) {
+                this.#drawSoon();
+            }
         }).observe(this.#plot);
         matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
             this.#drawSoon();
@@ -140,6 +145,8 @@ export class Scatter implements Component {
         }
         const area = this.#area();
         const { clientWidth, clientHeight } = this.#plot;
+        this.#drawnWidth = clientWidth;
+        this.#drawnHeight = clientHeight;
         const pixels = devicePixelRatio;
         this.#canvas.width = clientWidth * pixels;
         this.#canvas.height = clientHeight * pixels;

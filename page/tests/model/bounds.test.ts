@@ -1,7 +1,18 @@
 import { expect, test } from "vitest";
-import { boundsOf, type Turn } from "../../src/model/bounds.ts";
+import type { Tables } from "../../src/data/rule_tables.ts";
+import { boundsOf, fillBounds, type Turn } from "../../src/model/bounds.ts";
 import { measures } from "../../src/model/measures.ts";
 import type { Table } from "../../src/model/table.ts";
+
+/** The tables of rules, of each the first and the second. */
+function tablesOf(pairs: readonly (readonly [Table, Table])[]): Tables {
+    const counts = (end: 0 | 1) => ({
+        x: Uint32Array.from(pairs, (pair) => pair[end].x),
+        y: Uint32Array.from(pairs, (pair) => pair[end].y),
+        a: Uint32Array.from(pairs, (pair) => pair[end].a),
+    });
+    return { first: counts(0), second: counts(1) };
+}
 
 const turns: Readonly<Record<string, Turn>> = { chi2: "chance", imbalance: "equal_sides" };
 
@@ -47,24 +58,44 @@ function* openTables(n: number): Generator<[Table, Table]> {
 test.each(Object.keys(measures).filter((name) => name !== "p"))(
     "the bounds of %s are its extremes over all tables between, for all up to 9 transactions",
     (name) => {
-        for (const [first, second] of openTables(9)) {
-            const bounds = boundsOf(measures[name]!, turns[name] ?? "", first, second);
+        const pairs = [...openTables(9)];
+        const tables = tablesOf(pairs);
+        pairs.forEach(([first, second], rule) => {
+            const bounds = boundsOf(measures[name]!, turns[name] ?? "", tables, 9, rule);
             expect(bounds, JSON.stringify([first, second])).toEqual(extremes(name, first, second));
-        }
+        });
     },
 );
 
 test("the bounds of a known table are its value", () => {
     const table = { x: 8, y: 10, a: 6, n: 20 };
-    expect(boundsOf(measures["confidence"]!, "", table, table)).toEqual({ low: 0.75, high: 0.75 });
+    const bounds = boundsOf(measures["confidence"]!, "", tablesOf([[table, table]]), 20, 0);
+    expect(bounds).toEqual({ low: 0.75, high: 0.75 });
 });
 
 test("an infinite value at an end is the upper bound", () => {
-    const bounds = boundsOf(
-        measures["conviction"]!,
-        "",
+    const pair = [
         { x: 4, y: 5, a: 3, n: 10 },
         { x: 4, y: 5, a: 4, n: 10 },
-    );
+    ] as const;
+    const bounds = boundsOf(measures["conviction"]!, "", tablesOf([pair]), 10, 0);
     expect(bounds).toEqual({ low: 2, high: Infinity });
+});
+
+test("what is defined for no table has no bounds", () => {
+    const none = { x: 0, y: 5, a: 0, n: 10 };
+    const bounds = boundsOf(measures["confidence"]!, "", tablesOf([[none, none]]), 10, 0);
+    expect(bounds).toEqual({ low: NaN, high: NaN });
+});
+
+test("bounds of some rules are those from the first asked for, as many as there is room for", () => {
+    const table = (a: number): Table => ({ x: 4, y: 5, a, n: 10 });
+    const pairs = [1, 2, 3, 4].map((a) => [table(a - 1), table(a)] as const);
+    const low = new Float64Array(2);
+    const high = new Float64Array(2);
+    fillBounds(measures["confidence"]!, "", tablesOf(pairs), 10, 1, low, high);
+    expect([[...low], [...high]]).toEqual([
+        [0.25, 0.5],
+        [0.5, 0.75],
+    ]);
 });
