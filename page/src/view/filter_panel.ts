@@ -33,8 +33,9 @@ export class FilterPanel implements Component {
         const isSame =
             passes === before?.passes && state.columns === before.state.columns && busy === before.busy;
         if (!isSame || state.terms !== before.state.terms) {
+            const areAllShown = now.rules.length === passes.length;
             for (const panel of this.#shown) {
-                panel.update(passes, state.terms);
+                panel.update(areAllShown ? undefined : passes, state.terms);
             }
         }
         this.#switches.update(now, before);

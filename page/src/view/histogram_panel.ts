@@ -1,6 +1,6 @@
 import { valueAt, positionOn, type Axis } from "../model/axis.ts";
 import type { Passes } from "../model/filter.ts";
-import { countsOfBins, numberOfBins } from "../model/histogram.ts";
+import { binsOf, countsOfBins, numberOfBins } from "../model/histogram.ts";
 import { plainText } from "../model/number_words.ts";
 import type { Quantity } from "../model/quantities.ts";
 import { rangeText } from "../model/search_terms.ts";
@@ -18,7 +18,8 @@ export class HistogramPanel {
     readonly #context: Context;
     readonly #quantity: Quantity;
     readonly #axis: Axis;
-    readonly #positions: Float32Array;
+    /** In which bin each rule is. */
+    readonly #bins: Uint8Array;
     readonly #all: Uint32Array;
     readonly #allBars = svg("path", { class: "all" });
     readonly #shownBars = svg("path", { class: "shown" });
@@ -34,8 +35,8 @@ export class HistogramPanel {
         this.#context = context;
         this.#quantity = quantity;
         this.#axis = context.scales.axis(quantity.name);
-        this.#positions = context.scales.positions(quantity.name);
-        this.#all = countsOfBins(this.#positions, new Uint8Array(this.#positions.length).fill(1));
+        this.#bins = binsOf(context.scales.positions(quantity.name));
+        this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
         this.#plot = this.#makePlot();
         const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
@@ -63,9 +64,10 @@ export class HistogramPanel {
         this.#allBars.setAttribute("d", this.#bars(this.#all));
     }
 
-    /** Shows the rules that pass, and the range that the terms ask for. */
-    update(passes: Passes, terms: readonly string[]): void {
-        this.#shownBars.setAttribute("d", this.#bars(countsOfBins(this.#positions, passes)));
+    /** Shows the rules that pass (nothing said: all do), and the range that the terms ask for. */
+    update(passes: Passes | undefined, terms: readonly string[]): void {
+        const shown = passes === undefined ? this.#all : countsOfBins(this.#bins, passes);
+        this.#shownBars.setAttribute("d", this.#bars(shown));
         this.#terms = terms;
         this.#showRange();
     }

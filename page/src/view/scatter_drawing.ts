@@ -74,25 +74,27 @@ export function drawCells(
 ): void {
     const palette = paletteOf(drawing.canvas);
     drawFrame(drawing, area, palette);
+    const picture = new OffscreenCanvas(columns, rows);
+    picture.getContext("2d")?.putImageData(pictureOf({ columns, rows, counts, means }, palette), 0, 0);
+    drawing.imageSmoothingEnabled = false;
+    drawing.drawImage(picture, area.left, area.top, area.width, area.height);
+    drawChosen(drawing, area, chosen, palette);
+}
+
+/** A picture with a pixel for each cell, which is drawn much faster than a rectangle for each. */
+function pictureOf({ columns, rows, counts, means }: Density, palette: Palette): ImageData {
+    const picture = new ImageData(columns, rows);
     const most = Math.log1p(counts.reduce((one, other) => Math.max(one, other), 1));
-    const width = area.width / columns;
-    const height = area.height / rows;
     for (let cell = 0; cell < counts.length; ++cell) {
         const count = counts[cell]!;
         if (count > 0) {
-            const [red, green, blue] = mixed(palette, means[cell]!);
-            const density = 0.4 + (0.6 * Math.log1p(count)) / most;
-            drawing.fillStyle = `rgb(${red} ${green} ${blue} / ${density.toFixed(3)})`;
-            const row = Math.floor(cell / columns);
-            drawing.fillRect(
-                area.left + (cell % columns) * width,
-                area.top + area.height - (row + 1) * height,
-                width,
-                height,
-            );
+            const row = rows - 1 - Math.floor(cell / columns);
+            const opacity = 0.4 + (0.6 * Math.log1p(count)) / most;
+            const colour = [...mixed(palette, means[cell]!), Math.round(255 * opacity)];
+            picture.data.set(colour, 4 * (row * columns + (cell % columns)));
         }
     }
-    drawChosen(drawing, area, chosen, palette);
+    return picture;
 }
 
 function drawFrame(drawing: CanvasRenderingContext2D, area: Area, { line }: Palette): void {
