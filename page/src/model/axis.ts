@@ -18,26 +18,41 @@ const finitePart = 0.94;
 export function axisOf(column: ValueColumn, isWide: boolean): Axis {
     let from = Infinity;
     let to = -Infinity;
-    let leastPositive = Infinity;
     let hasInfinite = false;
-    for (const values of column.low === column.high ? [column.low] : [column.low, column.high]) {
+    const all = column.low === column.high ? [column.low] : [column.low, column.high];
+    for (const values of all) {
         for (let rule = 0; rule < values.length; ++rule) {
-            const value = values[rule]!;
+            const value = values[rule]!; // no comparison holds for NaN
             if (value === Infinity) {
                 hasInfinite = true;
-            } else {
-                // No comparison holds for NaN.
-                from = value < from ? value : from;
-                to = value > to ? value : to;
-                leastPositive = value > 0 && value < leastPositive ? value : leastPositive;
+                continue;
+            }
+            if (value < from) {
+                from = value;
+            }
+            if (value > to) {
+                to = value;
             }
         }
     }
-    const isFar = to / leastPositive > 20;
-    if (isWide && isFar && from >= 0) {
-        return { from: leastPositive, to, isLogarithmic: true, hasInfinite };
+    if (isWide && from >= 0) {
+        const least = from > 0 ? from : Math.min(...all.map(leastPositive));
+        if (to / least > 20) {
+            return { from: least, to, isLogarithmic: true, hasInfinite };
+        }
     }
     return { ...roundEnds(from, to), isLogarithmic: false, hasInfinite };
+}
+
+function leastPositive(values: Float64Array): number {
+    let least = Infinity;
+    for (let rule = 0; rule < values.length; ++rule) {
+        const value = values[rule]!;
+        if (value > 0 && value < least) {
+            least = value;
+        }
+    }
+    return least;
 }
 
 /** Ends at round numbers, and some room where all values are one. */

@@ -1,9 +1,9 @@
 import type { Book, Holdout } from "../data/book.ts";
-import { surprise } from "./fisher.ts";
 import { fillBounds, type Bounds } from "./bounds.ts";
+import { surprise } from "./fisher.ts";
 import { measures, type MeasureOfCounts } from "./measures.ts";
 import { countText, distinctText, measureText, probabilityText } from "./number_words.ts";
-import { itemsOfRule, turnOf } from "./rules.ts";
+import { turnOf } from "./rules.ts";
 import { ratio } from "./table.ts";
 
 /** A number that every rule has: a count or a measure. */
@@ -161,9 +161,7 @@ function fill(book: Book, name: string, begin: number, { low, high }: ValueColum
             fillBetween(readings, readings, begin, low, high);
             break;
         case "items":
-            for (let i = 0; i < low.length; ++i) {
-                low[i] = itemsOfRule(book, begin + i);
-            }
+            fillItems(book, begin, low);
             high.set(low);
             break;
         default:
@@ -199,6 +197,17 @@ function fillBetween(
         const second = other[begin + i]!;
         low[i] = Math.min(first, second);
         high[i] = Math.max(first, second);
+    }
+}
+
+/** How many items both sides of rules name, as `itemsOfRule` says of one. */
+function fillItems({ sides, rules }: Book, begin: number, values: Float64Array): void {
+    const { starts } = sides.items;
+    const { premises, conclusions } = rules;
+    for (let i = 0; i < values.length; ++i) {
+        const premise = premises[begin + i]!;
+        const conclusion = conclusions[begin + i]!;
+        values[i] = starts[premise + 1]! - starts[premise]! + starts[conclusion + 1]! - starts[conclusion]!;
     }
 }
 

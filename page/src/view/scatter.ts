@@ -37,7 +37,7 @@ export class Scatter implements Component {
     readonly #plot: HTMLElement;
     readonly #xChoice: HTMLSelectElement;
     readonly #yChoice: HTMLSelectElement;
-    readonly #shades: Float32Array;
+    #shades: Float32Array | undefined;
     #sight: Sight | undefined;
     #dragFrom: Place | undefined;
     #isDue = false;
@@ -46,8 +46,6 @@ export class Scatter implements Component {
 
     constructor(context: Context) {
         this.#context = context;
-        const lifts = context.quantities.column("lift").low;
-        this.#shades = shadesOf(lifts, reachOfLifts(lifts));
         this.#plot = h("div", { class: "plot" }, this.#canvas, this.#marks, this.#selection, this.#tip);
         this.#xChoice = this.#choice("across", (xAxis) => ({ xAxis }));
         this.#yChoice = this.#choice("up", (yAxis) => ({ yAxis }));
@@ -56,7 +54,7 @@ export class Scatter implements Component {
             { class: "controls" },
             h("label", {}, "up ", this.#yChoice),
             h("label", {}, "across ", this.#xChoice),
-            legend(sidesOfChance(lifts)),
+            legend(sidesOfChance(context.quantities.column("lift").low)),
         );
         this.root = h(
             "section",
@@ -122,8 +120,13 @@ export class Scatter implements Component {
         return {
             across: scales.positions(state.xAxis),
             up: scales.positions(state.yAxis),
-            shades: this.#shades,
+            shades: (this.#shades ??= this.#shadesOfLifts()),
         };
+    }
+
+    #shadesOfLifts(): Float32Array {
+        const lifts = this.#context.quantities.column("lift").low;
+        return shadesOf(lifts, reachOfLifts(lifts));
     }
 
     #area(): Area {

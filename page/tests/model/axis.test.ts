@@ -37,6 +37,26 @@ test("values of different magnitudes are laid out by their logarithms where that
     expect(axis([-1, 1_000], true).isLogarithmic).toBe(false);
 });
 
+test("a logarithmic axis begins at the least value above 0, and zeros lie at its beginning", () => {
+    const of = axis([0, 2, 1_000, 0], true);
+    expect(of).toMatchObject({ from: 2, to: 1_000, isLogarithmic: true });
+    expect(positionOn(of, 0)).toBe(0);
+});
+
+test.each([[], [NaN], [Infinity, NaN]])(
+    "an axis without a finite value goes from 0 to 1: %j",
+    (...values) => {
+        for (const isWide of [true, false]) {
+            expect(axis(values, isWide)).toMatchObject({ from: 0, to: 1, isLogarithmic: false });
+        }
+    },
+);
+
+test("an axis of bounds has room for both ends", () => {
+    const column = { low: Float64Array.of(0.2, 0.4), high: Float64Array.of(0.9, Infinity) };
+    expect(axisOf(column, false)).toEqual({ from: 0.2, to: 0.9, isLogarithmic: false, hasInfinite: true });
+});
+
 test("positions of a logarithm are even steps of factors", () => {
     const of = axis([1, 1_000], true);
     expect([1, 10, 100, 1_000, 0].map((value) => positionOn(of, value).toFixed(3))).toEqual([
