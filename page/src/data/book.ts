@@ -197,11 +197,11 @@ function classesOf(data: Unpacked): Classes {
 }
 
 /** Neighbours are stored as how far before the class they stand. */
-function positionsOfLowers(distances: Lists): Uint32Array {
-    const positions = new Uint32Array(distances.values.length);
-    for (let each = 0; each + 1 < distances.starts.length; ++each) {
-        for (let i = distances.starts[each]!; i < distances.starts[each + 1]!; ++i) {
-            positions[i] = each - distances.values[i]!;
+function positionsOfLowers({ starts, values: distances }: Lists): Uint32Array {
+    const positions = new Uint32Array(distances.length);
+    for (let each = 0; each + 1 < starts.length; ++each) {
+        for (let i = starts[each]!; i < starts[each + 1]!; ++i) {
+            positions[i] = each - distances[i]!;
         }
     }
     return positions;

@@ -128,6 +128,8 @@ export class Lattice {
     /** For each class, 1 where it holds all of these items. Classes ascend by size, so subsets come first. */
     #holding(items: readonly number[]): Uint8Array {
         const { count, ownItems, lowers } = this.#book.classes;
+        const [ownStarts, owns] = [ownItems.starts, ownItems.values];
+        const [lowerStarts, lowerClasses] = [lowers.starts, lowers.values];
         const holds = new Uint8Array(count).fill(1);
         const mostBits = 31;
         for (let begin = 0; begin < items.length; begin += mostBits) {
@@ -137,11 +139,11 @@ export class Lattice {
             const masks = new Uint32Array(count);
             for (let each = 0; each < count; ++each) {
                 let mask = 0;
-                for (let i = ownItems.starts[each]!; i < ownItems.starts[each + 1]!; ++i) {
-                    mask |= bits[ownItems.values[i]!]!;
+                for (let i = ownStarts[each]!; i < ownStarts[each + 1]!; ++i) {
+                    mask |= bits[owns[i]!]!;
                 }
-                for (let i = lowers.starts[each]!; i < lowers.starts[each + 1]!; ++i) {
-                    mask |= masks[lowers.values[i]!]!;
+                for (let i = lowerStarts[each]!; i < lowerStarts[each + 1]!; ++i) {
+                    mask |= masks[lowerClasses[i]!]!;
                 }
                 masks[each] = mask;
                 holds[each]! &= mask === all ? 1 : 0;

@@ -12,6 +12,7 @@ export function namedItems(book: Book, isDenied = false): Lists {
     if (!book.header.columns.some((column) => column.exhaustive)) {
         return sides.items;
     }
+    const { starts: sideStarts, values: items } = sides.items;
     const words = new SideWords(book);
     const turns = new TurnTest(book);
     const starts = new Uint32Array(sides.count + 1);
@@ -21,8 +22,8 @@ export function namedItems(book: Book, isDenied = false): Lists {
         if (turns.hasTurnedGroup(side, negated)) {
             values.push(...words.namedItems({ items: listAt(sides.items, side), isNegated: negated }));
         } else {
-            for (let i = sides.items.starts[side]!; i < sides.items.starts[side + 1]!; ++i) {
-                values.push(sides.items.values[i]!);
+            for (let i = sideStarts[side]!; i < sideStarts[side + 1]!; ++i) {
+                values.push(items[i]!);
             }
         }
         starts[side + 1] = values.length;

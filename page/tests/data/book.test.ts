@@ -79,3 +79,9 @@ test("a book without rules is one", () => {
     const { rules, sides } = bookOf(madeBlob({ transactions: 0, names: [], rules: [] }).buffer);
     expect([rules.count, sides.count]).toEqual([0, 0]);
 });
+
+test("classes and items of sides are put together once", () => {
+    const book = bookOf(madeBlob(small).buffer);
+    expect(book.classes).toBe(book.classes);
+    expect(book.sides.items.values).toBe(book.sides.items.values);
+});

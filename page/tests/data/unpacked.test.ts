@@ -58,3 +58,17 @@ test("data of another format are refused", () => {
     const blob = blobOf({ ...header, format: 2 }, []);
     expect(() => new Unpacked(blob.buffer)).toThrow("format 2");
 });
+
+test.each([
+    ["of two bytes", [0x0102, 0xff00, 7]],
+    ["of four bytes", [0x0102_0304, 0xff00_0000, 7]],
+    ["of one byte", [1, 255]],
+])("numbers in planes %s are put together in 32 bits", (_, values) => {
+    const numbers = unpacked({ name: "numbers", values, isInPlanes: true }).numbers("numbers", values.length);
+    expect(numbers).toEqual(Uint32Array.from(values));
+});
+
+test("numbers in planes are as many as expected, too", () => {
+    const data = unpacked({ name: "premises", values: [300, 2, 3], isInPlanes: true });
+    expect(() => data.numbers("premises", 2)).toThrow("premises has 3 elements where 2 are expected");
+});

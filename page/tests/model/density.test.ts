@@ -29,3 +29,21 @@ test("lifts lie on the sides of chance that occur", () => {
     expect(sidesOfChance(Float64Array.of(0, 1))).toEqual({ isBelow: true, isAbove: false });
     expect(sidesOfChance(Float64Array.of(0.5, Infinity))).toEqual({ isBelow: true, isAbove: true });
 });
+
+test("no rules fill no cell", () => {
+    const none = new Float32Array(0);
+    const { counts, means } = densityOf(new Uint8Array(0), { across: none, up: none, shades: none }, [2, 1]);
+    expect([[...counts], [...means]]).toEqual([
+        [0, 0],
+        [0, 0],
+    ]);
+});
+
+test("a rule without a place in one direction is left out, and one at the very end is in the last cell", () => {
+    const values = {
+        across: Float32Array.of(1, NaN, 0),
+        up: Float32Array.of(1, 0, NaN),
+        shades: Float32Array.of(0.5, 1, 1),
+    };
+    expect([...densityOf(new Uint8Array(3).fill(1), values, [2, 2]).counts]).toEqual([0, 0, 0, 1]);
+});

@@ -80,3 +80,11 @@ test("of what is not known exactly, the ends that are certain are compared", () 
     expect(relatedRules(book, 1)).toMatchObject({ weaker: [], special: [0] });
     expect(relatedRules(book, 2)).toMatchObject({ weaker: [0], special: [] });
 });
+
+test("a rule alone is neither stronger nor weaker than any", () => {
+    const side = (item: number): MadeSide => ({ items: [item], count: 10 });
+    const rules = [{ premise: side(0), conclusion: side(1), exceptions: 2 }];
+    const book = bookOf(madeBlob({ transactions: 20, names: ["a", "b"], rules }).buffer);
+    const none: Related = { stronger: [], wouldBeStronger: [], weaker: [], special: [] };
+    expect(relatedRules(book, 0)).toEqual(none);
+});

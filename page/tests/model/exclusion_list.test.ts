@@ -25,3 +25,8 @@ test("the smallest lift comes first, the largest of all others", () => {
     expect(orderedExclusions(all, "lift")).toEqual([all[1], all[0]]);
     expect(orderedExclusions(all, "expected")).toEqual([all[0], all[1]]);
 });
+
+test("a book without pairs has none to choose from", () => {
+    expect(exclusionsOf(titanicBook({ exclusions: [] }))).toEqual([]);
+    expect(orderedExclusions([], "covered")).toEqual([]);
+});

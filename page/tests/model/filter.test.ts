@@ -200,3 +200,24 @@ test("a filter is loosened by what leaves a rule out, and by nothing else", () =
     expect(loosened({ terms }).terms).toEqual(["if:sex=female"]);
     expect(loosened({ terms, byReadings: true }).terms).toEqual(["if:survived=no"]);
 });
+
+test("a filter that asks for nothing lets every rule pass by every reading", () => {
+    const { passes, masks, others } = filter.found({ terms: [], formsOff: [], kindsOff: [] });
+    expect([[...new Set(passes)], [...new Set(masks)], others]).toEqual([[1], [15], 0]);
+});
+
+test("of no rules, none pass", () => {
+    const book = bookOf(madeBlob({ transactions: 0, names: [], rules: [] }).buffer);
+    const of = new RuleFilter(book, new Quantities(book));
+    const { passes, others } = of.found({ terms: ["milk", "lift>1"], formsOff: [], kindsOff: ["exact"] });
+    expect([passes.length, others, of.kinds.length]).toEqual([0, 0, 0]);
+});
+
+test("a rule without a value is in no range of it", () => {
+    const never = { items: [0], count: 0 };
+    const rules = [{ premise: never, conclusion: { items: [1], count: 5 }, exceptions: 0 }];
+    const book = bookOf(madeBlob({ transactions: 10, names: ["a", "b"], rules }).buffer);
+    const of = new RuleFilter(book, new Quantities(book));
+    const passes = (term: string) => of.passes({ terms: [term], formsOff: [], kindsOff: [] })[0];
+    expect([passes("confidence>=0"), passes("confidence<=1"), passes("support=0")]).toEqual([0, 0, 1]);
+});

@@ -15,3 +15,8 @@ test("rules are counted by bins, those without one nowhere, and only those that 
     expect(counts.reduce((one, other) => one + other)).toBe(4);
     expect(countsOfBins(bins, Uint8Array.of(0, 1, 0, 1, 0))[0]).toBe(1);
 });
+
+test("no rules are in no bin", () => {
+    expect(binsOf(new Float32Array(0))).toHaveLength(0);
+    expect(countsOfBins(new Uint8Array(0), new Uint8Array(0))).toEqual(new Uint32Array(48));
+});

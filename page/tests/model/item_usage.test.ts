@@ -38,3 +38,10 @@ test("an item that a rule denies goes with the other one as often as the counts 
         ["sex=male", 1, 1.162],
     ]);
 });
+
+test("without rules, no item is used, and none has a partner", () => {
+    const none = new Uint32Array(0);
+    const { premises, conclusions } = usageOf(book, named, none);
+    expect([Math.max(...premises), Math.max(...conclusions)]).toEqual([0, 0]);
+    expect(partnersOf(book, named, none, 5)).toEqual([]);
+});

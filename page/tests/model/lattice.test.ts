@@ -92,3 +92,9 @@ test("more items than fit one word of bits are looked for, too", () => {
     expect(new Lattice(large).classAround(all, 6)).toBe(1);
     expect(new Lattice(large).classAround(all.slice(0, 69), 5)).toBe(0);
 });
+
+test("without classes, no rule has one, and no side has other wordings", () => {
+    const lattice = new Lattice(titanicBook({ classes: [] }));
+    expect(lattice.classOfRule(2)).toBeUndefined();
+    expect(lattice.wordingsOf({ items: [5], isNegated: false }, 470, [])).toEqual([]);
+});

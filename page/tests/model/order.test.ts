@@ -33,3 +33,8 @@ test("upwards the upper end decides, downwards the lower one", () => {
 test("no rules are in order", () => {
     expect(ordered([], true)).toEqual([]);
 });
+
+test("one rule is in order, and so are rules without a value", () => {
+    expect(ordered([NaN], true)).toEqual([0]);
+    expect(ordered([NaN, NaN, NaN], false)).toEqual([0, 1, 2]);
+});

@@ -40,3 +40,8 @@ test("many sides get each rank once, in pieces", async () => {
     expect([...ranks].sort((one, other) => one - other)).toEqual([...ranks.keys()]);
     expect(pauses).toBeGreaterThan(2);
 });
+
+test("no sides have no ranks", async () => {
+    const book = bookOf(madeBlob({ transactions: 0, names: [], rules: [] }).buffer);
+    expect(await sideRanks(book, noPause)).toHaveLength(0);
+});
