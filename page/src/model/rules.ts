@@ -1,4 +1,4 @@
-import { isNegated, type Book } from "../data/book.ts";
+import type { Book } from "../data/book.ts";
 import { sizeOfList } from "../data/lists.ts";
 import type { Tables } from "../data/rule_tables.ts";
 import { boundsOf, tableAt, type Bounds, type Turn } from "./bounds.ts";
@@ -65,13 +65,4 @@ export function countOf(book: Book, rule: number, count: "x" | "y" | "a"): Bound
 export function itemsOfRule(book: Book, rule: number): number {
     const { sides, rules } = book;
     return sizeOfList(sides.items, rules.premises[rule]!) + sizeOfList(sides.items, rules.conclusions[rule]!);
-}
-
-/** Which of the four groups of forms the signs of the sides make. */
-export function signsOf(book: Book, rule: number): { premise: boolean; conclusion: boolean } {
-    const { sides, rules } = book;
-    return {
-        premise: isNegated(sides, rules.premises[rule]!),
-        conclusion: isNegated(sides, rules.conclusions[rule]!),
-    };
 }
