@@ -78,5 +78,11 @@ export interface SidesOfChance {
 
 /** On which sides of chance lifts lie; those that are not defined lie on neither. */
 export function sidesOfChance(lifts: Float64Array): SidesOfChance {
-    return { isBelow: lifts.some((lift) => lift < 1), isAbove: lifts.some((lift) => lift > 1) };
+    let isBelow = false;
+    let isAbove = false;
+    for (let rule = 0; rule < lifts.length && !(isBelow && isAbove); ++rule) {
+        isBelow ||= lifts[rule]! < 1;
+        isAbove ||= lifts[rule]! > 1;
+    }
+    return { isBelow, isAbove };
 }

@@ -3,7 +3,7 @@ import type { Lists } from "../data/lists.ts";
 import { matchingItems } from "./item_matching.ts";
 import { namedItems } from "./named_items.ts";
 import type { Quantities } from "./quantities.ts";
-import { kinds, kindsOfRules, type Kind } from "./rules.ts";
+import { kindOf, kinds, kindsOfRules, type Kind } from "./rules.ts";
 import {
     amountOf,
     problemOf,
@@ -53,8 +53,8 @@ export class RuleFilter {
     readonly #typed: TypedTerms;
     #named: Lists | undefined;
     #denied: Lists | undefined;
-    #kinds: Uint8Array | undefined;
     #cellsOfRules: Uint16Array | undefined;
+    #all: Found | undefined;
 
     constructor(book: Book, quantities: Quantities) {
         this.#book = book;
@@ -73,13 +73,23 @@ export class RuleFilter {
         return this.typed(text).map((term) => term.text);
     }
 
+    /** What a filter finds that asks for nothing: all rules. Looked for once. */
+    get all(): Found {
+        return (this.#all ??= this.#look({ terms: [], formsOff: [], kindsOff: [] }));
+    }
+
     /** The rules that pass. */
     passes(filter: Filter): Passes {
         return this.found(filter).passes;
     }
 
     /** The rules that pass, and by which of their readings. One reading must name all items that are asked for. */
-    found({ terms, formsOff, kindsOff, byReadings = false }: Filter): Found {
+    found(filter: Filter): Found {
+        const { terms, formsOff, kindsOff } = filter;
+        return terms.length + formsOff.length + kindsOff.length === 0 ? this.all : this.#look(filter);
+    }
+
+    #look({ terms, formsOff, kindsOff, byReadings = false }: Filter): Found {
         const read = terms.map((text) => ({ text, term: this.term(text) }));
         const masks = this.#masksOfTerms(read);
         const asksForItems = read.some(({ term }) => asksForItem(term));
@@ -124,7 +134,7 @@ export class RuleFilter {
     get #cells(): Uint16Array {
         if (this.#cellsOfRules === undefined) {
             const { count, forms } = this.#book.rules;
-            this.#cellsOfRules = new Uint16Array(this.kinds);
+            this.#cellsOfRules = new Uint16Array(kindsOfRules(this.#book));
             for (let rule = 0; forms !== undefined && rule < count; ++rule) {
                 this.#cellsOfRules[rule]! += kinds.length * forms[rule]!;
             }
@@ -170,7 +180,7 @@ export class RuleFilter {
         });
         const { forms } = this.#book.rules;
         const form = forms === undefined ? undefined : this.#book.header.forms[forms[rule]!]?.label;
-        const kind = kinds[this.kinds[rule]!];
+        const kind = kindOf(this.#book, rule);
         return {
             ...filter,
             terms,
@@ -187,11 +197,6 @@ export class RuleFilter {
     /** What is wrong with a text that begins as a comparison does; such a text asks for nothing. */
     problem(text: string): string | undefined {
         return problemOf(text, this.#names);
-    }
-
-    /** The kind of each rule, as its position among all kinds. */
-    get kinds(): Uint8Array {
-        return (this.#kinds ??= kindsOfRules(this.#book));
     }
 
     #masksOfTerm(text: string, term: Term): Uint8Array {

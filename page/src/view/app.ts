@@ -59,7 +59,7 @@ export class App {
         };
         this.#state = stateOf(location.hash, this.#context.first, this.#known);
         this.#order = givenOrder(book.rules.count);
-        this.#found = this.#context.filter.found({ terms: [], formsOff: [], kindsOff: [] });
+        this.#found = this.#context.filter.all;
         this.#rules = this.#order;
         this.#components = this.#makeComponents(licences);
         document.body.classList.toggle("is-empty", book.rules.count === 0);

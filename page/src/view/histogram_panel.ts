@@ -36,7 +36,7 @@ export class HistogramPanel {
         this.#quantity = quantity;
         this.#axis = context.scales.axis(quantity.name);
         this.#bins = binsOf(context.scales.positions(quantity.name));
-        this.#all = countsOfBins(this.#bins, new Uint8Array(this.#bins.length).fill(1));
+        this.#all = countsOfBins(this.#bins, context.filter.all.passes);
         this.#plot = this.#makePlot();
         const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
         const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);

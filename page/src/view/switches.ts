@@ -64,7 +64,7 @@ export class Switches implements Component {
     }
 
     #kindSwitches(): HTMLElement | undefined {
-        const counts = countedPositions(this.#context.filter.kinds, kinds.length);
+        const counts = this.#context.filter.all.kinds;
         const present = kinds
             .filter((_, i) => counts[i]! > 0)
             .map((kind) => ({ name: kind, words: kindWords[kind] }));
@@ -72,11 +72,12 @@ export class Switches implements Component {
     }
 
     #formSwitches(): HTMLElement | undefined {
-        const { rules, header } = this.#context.book;
+        const { filter, book } = this.#context;
+        const { rules, header } = book;
         if (rules.forms === undefined) {
             return undefined;
         }
-        const counts = countedPositions(rules.forms, header.forms.length);
+        const counts = filter.all.forms;
         const groups = groupWords.map((words, i) => {
             const forms = header.forms
                 .filter((form, position) => form.group === i + 1 && counts[position]! > 0)
@@ -134,12 +135,4 @@ export class Switches implements Component {
             formsOff: off.filter((name) => !kinds.some((kind) => kind === name)),
         });
     }
-}
-
-function countedPositions(positions: Iterable<number>, length: number): Uint32Array {
-    const counts = new Uint32Array(length);
-    for (const position of positions) {
-        counts[position]! += 1;
-    }
-    return counts;
 }
