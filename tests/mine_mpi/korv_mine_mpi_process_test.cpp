@@ -224,6 +224,39 @@ TEST_F(KorvMineMpi, CountsClassesThatWereKept) {
         << resumed.err;
 }
 
+TEST_F(KorvMineMpi, RefusesMoreClassesThanAskedForAmongThoseThatWereKept) {
+    put("a.dat", small_database);
+    const std::vector<std::string> arguments = {"a.dat", "-s", "1", "-q", "--checkpoint", "kept", "-o"};
+    std::vector<std::string> full = arguments;
+    full.emplace_back("/dev/full");
+    ASSERT_EQ(mine_by(2, full).ending, exited(1));  // when all levels are kept
+    std::vector<std::string> resumed = arguments;
+    resumed.insert(resumed.end(), {"a.classes", "--resume"});
+    std::vector<std::string> few = resumed;
+    few.insert(few.end(), {"--max-classes", "3"});
+    const Outcome outcome = mine_by(2, few);
+    EXPECT_EQ(outcome.ending, exited(3));
+    EXPECT_TRUE(outcome.err.starts_with("korv-mine-mpi: there are more than 3 classes (--max-classes) when "))
+        << outcome.err;
+    EXPECT_EQ(files().count("a.classes"), 0U);
+    EXPECT_EQ(mine_by(2, resumed).ending, exited(0));
+    EXPECT_EQ(files().at("a.classes"), small_classes);
+}
+
+TEST_F(KorvMineMpi, KeepsTheLevelAtTheEndOfWhichTheTimeIsOver) {
+    put("a.dat", small_database);
+    std::vector<std::string> arguments = {"a.dat", "-s",           "1",    "-q", "--max-seconds",
+                                          "0.001", "--checkpoint", "kept", "-o", "a.classes"};
+    // Each level of so few itemsets is looked at in one go: two of them, and then there is none.
+    EXPECT_EQ(mine_by(2, arguments).ending, exited(3));
+    EXPECT_TRUE(std::filesystem::exists(directory_.path() / "kept/level-1"));
+    arguments.emplace_back("--resume");
+    EXPECT_EQ(mine_by(2, arguments).ending, exited(3));
+    EXPECT_TRUE(std::filesystem::exists(directory_.path() / "kept/level-2"));
+    EXPECT_EQ(mine_by(2, arguments).ending, exited(0));
+    EXPECT_EQ(files().at("a.classes"), small_classes);
+}
+
 TEST_F(KorvMineMpi, RefusesACheckpointOfSomethingElse) {
     put("a.dat", random_database(7, 12, 60));
     put("b.dat", random_database(8, 12, 60));

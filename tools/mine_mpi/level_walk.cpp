@@ -209,8 +209,11 @@ private:
         if (processes_.is_first() && events_.level_done) {
             events_.level_done(report_);
         }
-        is_stopped_ = processes_.sum((is_stopped_ || wants_to_stop_) ? 1 : 0) > 0;
+        share_stop();
     }
+
+    /// Tells all processes whether the first one wants to stop.
+    void share_stop() { is_stopped_ = processes_.sum((is_stopped_ || wants_to_stop_) ? 1 : 0) > 0; }
 
     /// Looks at the itemsets of one size: their closures, and those with one item more.
     void walk_level() {
@@ -222,8 +225,9 @@ private:
             walk_round(std::span(begins).subspan(first, processes + 1));
         }
         leave_paths();
+        const bool is_whole = !is_stopped_ && !has_too_many_classes_;
         end_level();
-        keep_level();
+        keep_level(is_whole);
         begin_of_level_ = end;
         end_of_level_ = static_cast<Node>(tree_.size());
         ++size_;
@@ -483,9 +487,7 @@ private:
         for (const ClosureSizes& sizes : closures.sizes) {
             const std::string_view closure = left.substr(0, sizes.bytes);
             left.remove_prefix(sizes.bytes);
-            wants_to_stop_ = !classes_.add_encoded(
-                node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
-            if (wants_to_stop_) {
+            if (!add_class(node, closure, sizes)) {
                 return;
             }
             if (events_.keeps_closures) {
@@ -493,6 +495,13 @@ private:
             }
             ++node;
         }
+    }
+
+    /// Returns false when there are too many classes then.
+    bool add_class(Node node, std::string_view closure, const ClosureSizes& sizes) {
+        has_too_many_classes_ =
+            !classes_.add_encoded(node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
+        return !has_too_many_classes_;
     }
 
     /// Asks whether to go on. `end`: behind the last itemset that was looked at.
@@ -503,13 +512,14 @@ private:
                                         .essentials = classes_.essentials(),
                                         .classes = classes_.size(),
                                         .file_bytes = classes_.file_bytes()};
-        wants_to_stop_ = (events_.go_on && !events_.go_on(progress)) || wants_to_stop_;
+        wants_to_stop_ = (events_.go_on && !events_.go_on(progress)) || has_too_many_classes_;
     }
 
     // What is kept for another run.
 
-    void keep_level() {
-        if (processes_.is_first() && events_.level_kept && !is_stopped_) {
+    /// `is_whole`: whether all of the level was done, and has its classes.
+    void keep_level(bool is_whole) {
+        if (processes_.is_first() && events_.level_kept && is_whole) {
             events_.level_kept(tree_, {.size = size_, .closed = end_of_level_}, closures_);
         }
         closures_.clear();
@@ -534,13 +544,17 @@ private:
             tree_.add(nodes[i].parent, nodes[i].rank, nodes[i].joint, nodes[i].support);
         }
         if (kept != nullptr) {
-            for (Node node = 0; node < end_of_level_; ++node) {
+            for (Node node = 0; node < end_of_level_ && !has_too_many_classes_; ++node) {
                 take_up_class(node, kept->closures[node]);
             }
         }
         begin_of_level_ = end_of_level_;
         end_of_level_ = static_cast<Node>(tree_.size());
         size_ = size + 1;
+        if (has_too_many_classes_) {
+            go_on(begin_of_level_);
+        }
+        share_stop();  // now, since there may be no level left
         begin_level();
     }
 
@@ -557,7 +571,7 @@ private:
         }
         std::string encoded;
         const ClosureSizes sizes = closure_.finish(encoded);
-        classes_.add_encoded(node, tree_, {encoded, sizes.items, sizes.text_bytes, sizes.rare_bytes});
+        add_class(node, encoded, sizes);
     }
 
     Processes& processes_;
@@ -576,9 +590,10 @@ private:
     ClosureBuilder closure_;  ///< what find_closure found
     MinedClasses classes_;    ///< in the first process
 
-    std::size_t size_ = 1;        ///< of the itemsets that are looked at
-    Node begin_of_level_ = 0;     ///< the first of them
-    Node end_of_level_ = 0;       ///< behind the last of them
+    std::size_t size_ = 1;               ///< of the itemsets that are looked at
+    Node begin_of_level_ = 0;            ///< the first of them
+    Node end_of_level_ = 0;              ///< behind the last of them
+    bool has_too_many_classes_ = false;  ///< in the first process
     bool wants_to_stop_ = false;  ///< in the first process: the others are told with the next questions
     bool is_stopped_ = false;     ///< all processes know it
     LevelReport report_;          ///< until the end of a level, of what this process counts

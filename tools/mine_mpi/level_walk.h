@@ -47,8 +47,9 @@ struct LevelEvents {
     std::function<bool(const LevelProgress&)> go_on = {};
     /// Told when a level is done.
     std::function<void(const LevelReport&)> level_done = {};
-    /// Told behind that, unless the walk ends there. `closures`: as append_encoded writes them, of the nodes
-    /// that were closed on this level, in their order; empty without keeps_closures.
+    /// Told behind that, where all of the level was done and has its classes. `closures`: as append_encoded
+    /// writes them, of the nodes that were closed on this level, in their order; empty without
+    /// keeps_closures.
     std::function<void(const EssentialTree& tree, const LevelState& state,
                        const std::vector<std::string>& closures)>
         level_kept = {};
