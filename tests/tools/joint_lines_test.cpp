@@ -84,6 +84,17 @@ TEST_P(JointLinesTest, AgreeWithSetsOfNumbers) {
     }
 }
 
+TEST(JointLinesBytes, AreThoseOfBitsOrOfLists) {
+    JointLines joint_lines;
+    joint_lines.reset(Rows::bits, 3, 100, {});
+    EXPECT_EQ(joint_lines.bytes(), 3 * 2 * sizeof(BitWord));
+    JointLines lists;
+    lists.reset(Rows::lists, 3, 100'000, {});
+    const std::size_t empty = lists.bytes();
+    lists.insert(1, 99'999);
+    EXPECT_EQ(lists.bytes(), empty + 4);
+}
+
 TEST(SuitableRows, AreListsWhereBitsTakeMuchMemoryAndMoreThanLists) {
     constexpr std::size_t lines = std::size_t{1} << 20;
     EXPECT_EQ(suitable_rows(128, lines, 0), Rows::bits);  // 16 MiB

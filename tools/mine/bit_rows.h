@@ -20,6 +20,8 @@ public:
     void insert(std::size_t row, std::size_t line) { bits_[row * words_ + word_of(line)] |= bit_of(line); }
 
     std::size_t words() const { return words_; }
+    /// What the sets and the weights take in memory.
+    std::size_t bytes() const { return (bits_.capacity() + weight_bits_.capacity()) * sizeof(BitWord); }
     /// How often a count goes over a set: once for each bit of the weights.
     std::size_t passes() const { return weight_bits_.empty() ? 1 : weight_bits_.size() / words_; }
     const BitWord* operator[](std::size_t row) const { return bits_.data() + row * words_; }

@@ -64,6 +64,14 @@ Count JointLines::joint(const Set& set, std::size_t row) const {
     return sum;
 }
 
+std::size_t JointLines::bytes() const {
+    std::size_t bytes = bits_.bytes() + weights_.capacity() * sizeof(Count);
+    for (const std::vector<std::uint32_t>& list : lists_) {
+        bytes += sizeof list + list.capacity() * sizeof list.front();
+    }
+    return bytes;
+}
+
 JointLines::Rows suitable_rows(std::size_t rows, std::size_t lines, std::uint64_t entries) {
     constexpr std::uint64_t bits_of_an_entry = 32;
     constexpr std::uint64_t most_bits = std::uint64_t{8} << 24;

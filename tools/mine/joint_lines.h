@@ -40,6 +40,9 @@ public:
     /// The weight of the lines of a set that are in a row, too.
     Count joint(const Set& set, std::size_t row) const;
 
+    /// What the rows and the weights take in memory. O(rows).
+    std::size_t bytes() const;
+
 private:
     Rows kind_ = Rows::bits;
     BitRows bits_;

@@ -121,28 +121,27 @@ const JointLines& SparsePart::joint_lines() {
     if (kept != kept_lines_.end()) {
         return kept->second;
     }
-    const std::size_t bits = children_.size() * lines(root_).size();
-    const std::size_t bytes = std::min<std::size_t>(bits / 8, joint_supports_ / processes_ * 4);
-    if (!has_other_lines_ && kept_bytes_ + bytes <= most_kept_bytes) {
+    if (has_other_lines_) {
+        return other_lines_;
+    }
+    JointLines made = made_joint_lines();
+    const std::size_t bytes = made.bytes();
+    if (kept_bytes_ + bytes <= most_kept_bytes) {
         kept_bytes_ += bytes;
-        JointLines& joint_lines = kept_lines_[root_];
-        make_joint_lines(joint_lines);
-        return joint_lines;
+        return kept_lines_[root_] = std::move(made);
     }
-    if (!has_other_lines_) {
-        make_joint_lines(other_lines_);
-        has_other_lines_ = true;
-    }
-    return other_lines_;
+    has_other_lines_ = true;
+    return other_lines_ = std::move(made);
 }
 
-void SparsePart::make_joint_lines(JointLines& joint_lines) {
+JointLines SparsePart::made_joint_lines() const {
     const std::span<const Transaction> of_root = lines(root_);
     std::vector<Count> weights;
     if (!items_.weights.empty()) {
         std::ranges::transform(of_root, std::back_inserter(weights),
                                [this](Transaction line) { return items_.weight(line); });
     }
+    JointLines joint_lines;
     joint_lines.reset(suitable_rows(children_.size(), of_root.size(), joint_supports_ / processes_),
                       children_.size(), of_root.size(), weights);
     std::size_t number = 0;
@@ -154,6 +153,7 @@ void SparsePart::make_joint_lines(JointLines& joint_lines) {
         }
         ++number;
     });
+    return joint_lines;
 }
 
 /// The lines that hold all items of the prefix of this size, which is at least 2, among those of the root.

@@ -55,7 +55,7 @@ private:
     std::span<const Transaction> lines(Rank rank) const { return items_.transactions[rank]; }
     void push(Rank rank);
     void pop();
-    void make_joint_lines(JointLines& joint_lines);
+    JointLines made_joint_lines() const;
     const JointLines& joint_lines();
     const JointLines::Set& all(std::size_t size);
     bool is_covered(const std::vector<char>& is_in, Transaction line) const;
