@@ -5,7 +5,6 @@
 #include <span>
 #include <vector>
 
-#include "base/bit_words.h"
 #include "mine/cover.h"
 #include "mine/covered_lines.h"
 #include "mine/joint_lines.h"

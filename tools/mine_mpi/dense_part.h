@@ -30,7 +30,7 @@ public:
     void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
     Count own(Rank rank) { return cover_.own(rank); }
     bool counts_own(std::size_t size) const;
-    std::size_t words_of_closure() const { return outside_.front().size(); }
+    std::size_t words_of_closure(std::size_t) const { return outside_.front().size(); }
     static bool put_open(std::span<const Rank>, std::vector<Rank>&) { return false; }
     void tell_outside(Rank rank, bool is_entered, BitStream& outside);
     static void tell_outside_of(std::span<const Rank>, Rank, bool, BitStream&) {}

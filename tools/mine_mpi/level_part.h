@@ -20,7 +20,8 @@ namespace korv::tools {
 /// - own(rank): the number of transactions here that hold this item and no item of the itemset.
 /// - counts_own(size): whether own counts tell the supports of extensions of itemsets of this size faster
 ///   than inclusion and exclusion does; the same in all processes.
-/// - words_of_closure(): what is told of a closure takes about so many numbers of 64 bits.
+/// - words_of_closure(size): what is told of the closure of an itemset of this size takes about so many
+///   numbers of 64 bits; the same in all processes.
 /// - put_open(itemset, open): appends to `open` the other ranks that may be in the closure of an itemset, as
 ///   the lines here and the numbers of all processes tell, in no certain order, and returns true. Or returns
 ///   false, and appends nothing, where it has to be asked for all ranks.

@@ -220,7 +220,7 @@ private:
         const Node end = end_of_level_;
         const auto processes = static_cast<std::size_t>(processes_.size());
         const std::vector<Node> begins =
-            stretches_of_level(tree_, begin_of_level_, end, part_.words_of_closure(), processes);
+            stretches_of_level(tree_, begin_of_level_, end, part_.words_of_closure(size_), processes);
         for (std::size_t first = 0; first + 1 < begins.size() && !is_stopped_; first += processes) {
             walk_round(std::span(begins).subspan(first, processes + 1));
         }

@@ -6,7 +6,6 @@
 #include <numeric>
 #include <span>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "base/itemset_hash.h"

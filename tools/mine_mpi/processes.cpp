@@ -5,7 +5,6 @@
 #include <limits>
 #include <numeric>
 #include <stdexcept>
-#include <utility>
 
 namespace korv::tools {
 

@@ -194,14 +194,28 @@ bool SparsePart::counts_own(std::size_t size) {
     return !CandidateSearch::has_parts(size);
 }
 
+/// Whether partners tell what may be in the closures of itemsets of this size.
+bool SparsePart::asks_partners(std::size_t size) const {
+    return partners_.is_complete() && size <= Partners::least_share;
+}
+
+/// Where lines have to tell it, many items may have none in some process.
+std::size_t SparsePart::words_of_closure(std::size_t size) const {
+    return asks_partners(size) ? 1 : words_for(items_.size());
+}
+
 /// Most items are in a line here that none of the itemset is in, so that nobody else is asked about them.
 bool SparsePart::put_open(std::span<const Rank> itemset, std::vector<Rank>& open) {
     // Their numbers take no more bits than all ranks, or are few anyway.
     const std::size_t most = std::max<std::size_t>(items_.size() / 32, 16);
+    const bool is_for_partners = asks_partners(itemset.size());
+    if (!is_for_partners && absent_.size() > most) {
+        return false;
+    }
     for (const Rank rank : itemset) {
         is_asked_about_[rank] = 1;
     }
-    if (partners_.is_complete() && itemset.size() <= Partners::least_share) {
+    if (is_for_partners) {
         put_open_partners(itemset, open);
     } else {
         put_open_by_lines(itemset, open);

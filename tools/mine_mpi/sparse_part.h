@@ -40,7 +40,7 @@ public:
     void count(std::vector<Candidate>& candidates);
     Count own(Rank rank);
     static bool counts_own(std::size_t size);
-    static std::size_t words_of_closure() { return 1; }
+    std::size_t words_of_closure(std::size_t size) const;
     bool put_open(std::span<const Rank> itemset, std::vector<Rank>& open);
     void tell_outside(Rank rank, bool is_entered, BitStream& outside);
     void tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside);
@@ -58,6 +58,7 @@ private:
     JointLines made_joint_lines() const;
     const JointLines& joint_lines();
     const JointLines::Set& all(std::size_t size);
+    bool asks_partners(std::size_t size) const;
     bool is_covered(const std::vector<char>& is_in, Transaction line) const;
     bool covers(const std::vector<char>& is_in, Rank rank) const;
     void put_open_partners(std::span<const Rank> itemset, std::vector<Rank>& open);
