@@ -162,7 +162,9 @@ TEST_F(KorvMineMpi, EstimatesAsKorvMineDoes) {
 TEST_F(KorvMineMpi, EndsWithoutOutputWhenAProcessDies) {
     put("a.dat", large_database());
     const std::string script =
-        R"sh("$0" -n 3 "$1" a.dat -s 1 -q -o a.classes & launcher=$!
+        R"sh(# So many seconds have the others to remove their files, before the launcher kills them.
+           export OMPI_MCA_odls_base_sigkill_timeout=4
+           "$0" -n 3 "$1" a.dat -s 1 -q -o a.classes & launcher=$!
            for ((i = 0; i < 200; ++i)); do
                compgen -G '.korv-*' >/dev/null && break
                sleep 0.05

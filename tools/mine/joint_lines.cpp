@@ -65,9 +65,10 @@ Count JointLines::joint(const Set& set, std::size_t row) const {
 }
 
 std::size_t JointLines::bytes() const {
-    std::size_t bytes = bits_.bytes() + weights_.capacity() * sizeof(Count);
+    std::size_t bytes = bits_.bytes() + weights_.capacity() * sizeof(Count) +
+                        lists_.capacity() * sizeof(std::vector<std::uint32_t>);
     for (const std::vector<std::uint32_t>& list : lists_) {
-        bytes += sizeof list + list.capacity() * sizeof list.front();
+        bytes += list.capacity() * sizeof(std::uint32_t);
     }
     return bytes;
 }
