@@ -179,3 +179,16 @@ test("p is shown as the probability it is, sorted from the smallest, and chosen 
     const measures = await page.locator(".measures > div").allInnerTexts();
     expect(measures.at(-1)).toMatch(/^p\s*Fisher's exact test, one-sided\s+\S*10⁻/u);
 });
+
+test("rows become cards as soon as the table is narrow, and rows again where it has room", async () => {
+    const page = await browser.open(madeBlob(titanic));
+    const heights = async () => {
+        const boxes = await Promise.all([0, 1].map((row) => page.locator(".row").nth(row).boundingBox()));
+        return boxes[1]!.y - boxes[0]!.y;
+    };
+    expect(await heights()).toBe(42);
+    await page.setViewportSize({ width: 600, height: 800 });
+    await expect.poll(heights).toBe(92);
+    await page.setViewportSize({ width: 1280, height: 800 });
+    await expect.poll(heights).toBe(42);
+});
