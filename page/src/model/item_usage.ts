@@ -1,6 +1,6 @@
-import { isNegated, type Book } from "../data/book.ts";
-import { listAt, sizeOfList, type Lists } from "../data/lists.ts";
-import { tableAt } from "./bounds.ts";
+import type { Book } from "../data/book.ts";
+import { listAt, type Lists } from "../data/lists.ts";
+import type { PairCounts } from "./pair_counts.ts";
 import { ratio } from "./table.ts";
 
 /** In how many rules each item stands. */
@@ -22,72 +22,79 @@ export function usageOf(book: Book, named: Lists, rules: Uint32Array): ItemUsage
     };
 }
 
-/** An item that rules name on the other side of one item. */
+/** An item that rules name on the other side of one item, or of which the page tells how often both go together. */
 export interface Partner {
     readonly item: number;
     /** In how many rules. */
     readonly rules: number;
-    /**
-     * How many times as often as by chance both go together, whether a rule says so or that one goes with the absence
-     * of the other. It is that of the rule with the fewest items, and among these the one furthest from chance.
-     */
-    readonly lift: number;
+    /** How many times as often as by chance both go together; nothing where the page does not tell. */
+    readonly lift: number | undefined;
 }
 
 /**
- * The items on the other side of one item in some rules, the furthest from chance first. Rules that are not known
- * exactly tell by their first table. O(rules + items of the rules with the item).
+ * The items on the other side of one item in some rules, and those of `pairs`, what the page tells of its pairs, but for
+ * other values of its column, which never go together: the furthest from chance first, behind them those of which no
+ * lift is known, the most rules first. O(rules + items of the rules with the item).
  */
-export function partnersOf(book: Book, named: Lists, rules: Uint32Array, item: number): Partner[] {
+export function partnersOf(
+    book: Book,
+    named: Lists,
+    rules: Uint32Array,
+    item: number,
+    pairs: PairCounts,
+): Partner[] {
+    const times = timesOfPartners(book, named, rules, item);
+    for (const other of pairs.keys()) {
+        if (!times.has(other) && !areOfOneColumn(book, item, other)) {
+            times.set(other, 0);
+        }
+    }
+    return [...times]
+        .map(([other, count]) => {
+            const together = pairs.get(other);
+            const lift = together === undefined ? undefined : liftOf(book, item, other, together);
+            return { item: other, rules: count, lift };
+        })
+        .sort(
+            (one, other) =>
+                distance(other.lift) - distance(one.lift) || other.rules - one.rules || one.item - other.item,
+        );
+}
+
+function areOfOneColumn({ items }: Book, item: number, other: number): boolean {
+    return items.columnOf[item] !== -1 && items.columnOf[item] === items.columnOf[other];
+}
+
+/** In how many rules each item stands on the other side of one item. */
+function timesOfPartners(book: Book, named: Lists, rules: Uint32Array, item: number): Map<number, number> {
     const { premises, conclusions } = book.rules;
     const has = sidesWith(named, item);
-    const best = new Map<number, Partner & { readonly size: number }>();
-    const add = (rule: number, own: number, other: number) => {
-        const size = sizeOfList(named, own) + sizeOfList(named, other);
-        const isOwnDenied = isDenied(book, own, item);
-        for (const partner of listAt(named, other)) {
-            const before = best.get(partner);
-            const denials = [isOwnDenied, isDenied(book, other, partner)] as const;
-            const lift = liftOf(book, rule, own === premises[rule] ? denials : [denials[1], denials[0]]);
-            const isBetter =
-                before === undefined ||
-                size < before.size ||
-                (size === before.size && distance(lift) > distance(before.lift));
-            const told = isBetter ? { lift, size } : { lift: before.lift, size: before.size };
-            best.set(partner, { item: partner, rules: (before?.rules ?? 0) + 1, ...told });
+    const times = new Map<number, number>();
+    const add = (side: number) => {
+        for (const partner of listAt(named, side)) {
+            times.set(partner, (times.get(partner) ?? 0) + 1);
         }
     };
     for (const rule of rules) {
         const [premise, conclusion] = [premises[rule]!, conclusions[rule]!];
         if (has[premise] === 1) {
-            add(rule, premise, conclusion);
+            add(conclusion);
         }
         if (has[conclusion] === 1) {
-            add(rule, conclusion, premise);
+            add(premise);
         }
     }
-    best.delete(item);
-    return [...best.values()]
-        .map(({ item: partner, rules: count, lift }) => ({ item: partner, rules: count, lift }))
-        .sort((one, other) => distance(other.lift) - distance(one.lift) || one.item - other.item);
+    times.delete(item);
+    return times;
 }
 
-/** How far from chance a lift is, in either direction. */
-function distance(lift: number): number {
-    return Math.abs(Math.log(lift));
+/** How far from chance a lift is, in either direction; less than any where it is not known. */
+function distance(lift: number | undefined): number {
+    return lift === undefined ? -1 : Math.min(Math.abs(Math.log(lift)), Number.MAX_VALUE);
 }
 
-/** Whether the words of a side deny an item that they name; one that the side does not have is from a column's rest. */
-function isDenied({ sides }: Book, side: number, item: number): boolean {
-    return isNegated(sides, side) === listAt(sides.items, side).includes(item);
-}
-
-/** The lift of a rule with its sides, where these are denied, in the place of their contraries. */
-function liftOf(book: Book, rule: number, [noPremise, noConclusion]: readonly [boolean, boolean]): number {
-    const { x, y, a, n } = tableAt(book.rules.tables.first, rule, book.transactions);
-    const [premise, withPremise] = noPremise ? [n - x, y - a] : [x, a];
-    const [conclusion, together] = noConclusion ? [n - y, premise - withPremise] : [y, withPremise];
-    return ratio(together * n, premise * conclusion);
+function liftOf({ items, transactions }: Book, item: number, other: number, together: number): number {
+    return ratio(together * transactions, items.counts[item]! * items.counts[other]!);
 }
 
 function timesOfSides(sideOf: Uint32Array, rules: Uint32Array, sides: number): Uint32Array {

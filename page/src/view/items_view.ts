@@ -1,6 +1,7 @@
 import { unknownCount } from "../data/book.ts";
 import { partnersOf, usageOf, type ItemUsage, type Partner } from "../model/item_usage.ts";
 import { countText, measureText, percentText } from "../model/number_words.ts";
+import { pairCountsOf, type PairCounts } from "../model/pair_counts.ts";
 import { columnText, itemText, type Place } from "../model/search_terms.ts";
 import type { Component, Context, Sight } from "./component.ts";
 import { button, h, refill, setAttributes, shortened, unbroken } from "./dom.ts";
@@ -166,61 +167,73 @@ export class ItemsView implements Component {
     }
 
     #fillPartners(): void {
-        const { state, rules } = this.#sight!;
-        const { book, named } = this.#context;
-        const { item } = state;
+        const { item } = this.#sight!.state;
         this.#partners.hidden = item === undefined;
         if (item === undefined) {
             return;
         }
-        const partners = partnersOf(book, named(), rules, item);
-        const held = book.items.counts[item]!;
-        const own = itemText(book.items.numbers[item]!);
-        const entry = ({ item: other, rules: count, lift }: Partner) => {
-            const link = button(shortened(book.items.names[other]!, 80), { class: "link" }, () => {
-                this.#showRules([own, itemText(book.items.numbers[other]!)]);
-            });
-            const title = count === 1 ? "in 1 rule" : `in ${countText(count)} rules`;
-            return h("li", {}, link, h("span", { class: "value", title }, `lift ${measureText(lift)}`));
-        };
-        const listOf = (heading: string, some: readonly Partner[]) =>
-            some.length === 0
-                ? []
-                : [
-                      h("h3", {}, heading),
-                      h("ul", { class: "list" }, ...some.slice(0, mostPartners).map(entry)),
-                  ];
+        const { items, transactions } = this.#context.book;
+        const held = items.counts[item]!;
+        const count =
+            held === unknownCount
+                ? "How many transactions hold it is not known."
+                : unbroken(
+                      `In ${countText(held)} of ${countText(transactions)} transactions (${percentText(held / transactions)}).`,
+                  );
+        const name = h("h2", {}, shortened(items.names[item]!, 200));
         refill(
             this.#partners,
-            h(
-                "div",
-                { class: "bar-of-panel" },
-                h("h2", {}, shortened(book.items.names[item]!, 200)),
-                this.#close(),
-            ),
-            h(
-                "p",
-                {},
-                held === unknownCount
-                    ? "How many transactions hold it is not known."
-                    : unbroken(
-                          `In ${countText(held)} of ${countText(book.transactions)} transactions (${percentText(held / book.transactions)}).`,
-                      ),
-            ),
+            h("div", { class: "bar-of-panel" }, name, this.#close()),
+            h("p", {}, count),
             button("Show its rules", { class: "primary" }, () => {
-                this.#showRules([own]);
+                this.#showRules([itemText(items.numbers[item]!)]);
             }),
-            ...listOf(
-                "Goes with",
-                partners.filter(({ lift }) => lift >= 1),
-            ),
-            ...listOf(
-                "Less often with",
-                partners.filter(({ lift }) => lift < 1),
-            ),
-            partners.length === 0
-                ? h("p", { class: "quiet" }, "No shown rule has another item on its other side.")
-                : undefined,
+            ...this.#partnersOf(item),
+        );
+    }
+
+    #partnersOf(item: number): HTMLElement[] {
+        const { book, named } = this.#context;
+        const pairs = pairCountsOf(book, named(), item);
+        const partners = partnersOf(book, named(), this.#sight!.rules, item, pairs);
+        if (partners.length === 0) {
+            return [h("p", { class: "quiet" }, "No shown rule has another item on its other side.")];
+        }
+        const lists: readonly (readonly [string, readonly Partner[]])[] = [
+            ["Goes with", partners.filter(({ lift }) => lift !== undefined && lift >= 1)],
+            ["Less often with", partners.filter(({ lift }) => lift !== undefined && lift < 1)],
+            ["Also in rules with", partners.filter(({ lift }) => lift === undefined)],
+        ];
+        return lists
+            .filter(([, some]) => some.length > 0)
+            .flatMap(([heading, some]) => [
+                h("h3", {}, heading),
+                h(
+                    "ul",
+                    { class: "list" },
+                    ...some.slice(0, mostPartners).map((each) => this.#partner(item, each, pairs)),
+                ),
+            ]);
+    }
+
+    #partner(item: number, { item: other, rules, lift }: Partner, pairs: PairCounts): HTMLElement {
+        const { items } = this.#context.book;
+        const name = shortened(items.names[other]!, 80);
+        const inRules = rules === 1 ? "in 1 rule" : `in ${countText(rules)} rules`;
+        const together = pairs.get(other);
+        const title =
+            together === undefined
+                ? undefined
+                : `${countText(together)} ${together === 1 ? "transaction has" : "transactions have"} both`;
+        const link = button(name, { class: "link", title: `Show the rules with both, ${inRules}` }, () => {
+            this.#showRules([item, other].map((each) => itemText(items.numbers[each]!)));
+        });
+        const value = lift === undefined ? inRules : `lift ${measureText(lift)}`;
+        return h(
+            "li",
+            {},
+            rules === 0 ? h("span", {}, name) : link,
+            h("span", { class: "value", title }, value),
         );
     }
 }

@@ -34,11 +34,18 @@ test("an item is told with its partners", async () => {
     await page.locator(".items-view").getByRole("button", { name: "sex=female" }).click();
     const partners = page.getByRole("complementary", { name: "The chosen item" });
     expect(await partners.innerText()).toContain("In 470 of 2,201 transactions (21\u00a0%).");
-    expect(await partners.locator("li").allInnerTexts()).toEqual([
+    expect(await partners.locator("h3, li").allInnerTexts()).toEqual([
+        "Goes with",
         "survived=yes\nlift 2.27",
-        "class=3rd\nlift 1.70",
+        "age=child\nlift 1.93",
+        "Less often with",
+        "class=crew\nlift 0.122",
+        "survived=no\nlift 0.396",
+        "age=adult\nlift 0.951",
+        "Also in rules with",
+        "class=3rd\nin 2 rules",
     ]);
-    expect(await partners.locator("h3").allInnerTexts()).toEqual(["Goes with"]);
+    expect(await partners.getByText("lift 2.27").getAttribute("title")).toBe("344 transactions have both");
     await partners.getByRole("button", { name: "class=3rd" }).click();
     expect(await shownRules(page)).toHaveLength(2);
 });
@@ -48,9 +55,13 @@ test("what an item goes with, and what it is less often with, are told apart", a
     const partners = page.getByRole("complementary", { name: "The chosen item" });
     expect(await partners.locator("h3, li").allInnerTexts()).toEqual([
         "Goes with",
-        "sex=male\nlift 1.16",
+        "sex=male\nlift 1.24",
+        "survived=no\nlift 1.12",
+        "age=adult\nlift 1.05",
         "Less often with",
         "age=child\nlift 0.000",
+        "sex=female\nlift 0.122",
+        "survived=yes\nlift 0.742",
     ]);
 });
 

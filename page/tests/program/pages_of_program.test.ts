@@ -10,6 +10,8 @@ import { CsvWriter } from "../../src/model/csv.ts";
 import { Lattice } from "../../src/model/lattice.ts";
 import { measures } from "../../src/model/measures.ts";
 import { holdoutNames, Quantities } from "../../src/model/quantities.ts";
+import { namedItems } from "../../src/model/named_items.ts";
+import { pairCountsOf } from "../../src/model/pair_counts.ts";
 import { plainSentence, sentenceOf } from "../../src/model/rule_words.ts";
 import { SideWords } from "../../src/model/side_words.ts";
 
@@ -148,6 +150,32 @@ describe.skipIf(program === "").each(Object.entries(runs))("%s", (_, options) =>
             const others = sentence.others === "" ? "" : ` ${sentence.others}`;
             expect(said).toContain(`${rule + 1}. ${plainSentence(sentence)} ${sentence.counts}${others}`);
         }
+    });
+});
+
+describe.skipIf(program === "").each([
+    ["the sample as it is", [titanic]],
+    ["all rules of the sample", [titanic, ...all]],
+    ["half of the sample, with rules of few cases", [half, "-s", "1", "-c", "0.5"]],
+])("%s", (_, options) => {
+    test("tells of pairs what its rows say", () => {
+        const book = bookOfRun(options);
+        const { names } = book.items;
+        const [head = "", ...rows] = readFileSync(options[0]!, "utf8").trimEnd().split("\n");
+        const columns = head.split(",");
+        const held = rows.map(
+            (row) => new Set(row.split(",").map((value, column) => `${columns[column]!}=${value}`)),
+        );
+        const named = namedItems(book);
+        let told = 0;
+        for (let item = 0; item < book.items.count; ++item) {
+            for (const [other, together] of pairCountsOf(book, named, item)) {
+                const counted = held.filter((row) => row.has(names[item]!) && row.has(names[other]!));
+                expect(together, `${names[item]!} and ${names[other]!}`).toBe(counted.length);
+                ++told;
+            }
+        }
+        expect(told).toBeGreaterThan(40);
     });
 });
 
