@@ -47,6 +47,8 @@ export class RuleTable implements Component {
             this.#spacer,
         );
         this.root = h("div", { class: "rule-table" }, this.#grid, this.#nothing);
+        const lettersOfIds = countText(context.book.rules.count).length;
+        this.root.style.setProperty("--letters-of-ids", String(lettersOfIds));
         this.#grid.addEventListener("scroll", () => {
             this.#window.scrollTo(this.#grid.scrollTop);
             this.#fill();

@@ -181,14 +181,37 @@ test("p is shown as the probability it is, sorted from the smallest, and chosen 
 });
 
 test("rows become cards as soon as the table is narrow, and rows again where it has room", async () => {
-    const page = await browser.open(madeBlob(titanic));
-    const heights = async () => {
+    const page = await browser.open(blob, { options: { viewport: { width: 860, height: 800 } } });
+    const distance = async () => {
         const boxes = await Promise.all([0, 1].map((row) => page.locator(".row").nth(row).boundingBox()));
         return boxes[1]!.y - boxes[0]!.y;
     };
-    expect(await heights()).toBe(42);
-    await page.setViewportSize({ width: 600, height: 800 });
-    await expect.poll(heights).toBe(92);
-    await page.setViewportSize({ width: 1280, height: 800 });
-    await expect.poll(heights).toBe(42);
+    // At these widths, the table is as high as before.
+    expect(await distance()).toBe(42);
+    await page.setViewportSize({ width: 850, height: 800 });
+    await expect.poll(distance).toBe(92);
+    await page.setViewportSize({ width: 860, height: 800 });
+    await expect.poll(distance).toBe(42);
+    await page.setViewportSize({ width: 1024, height: 800 });
+    await page.locator(".row").first().click();
+    await expect.poll(distance).toBe(92);
+    await page.keyboard.press("Escape");
+    await expect.poll(distance).toBe(42);
+});
+
+test("without columns of numbers, sides are beside each other", async () => {
+    const page = await browser.open(blob, { fragment: "columns=" });
+    const boxes = await page.locator(".row").first().locator("[role=gridcell]").all();
+    const places = await Promise.all(boxes.map(async (cell) => (await cell.boundingBox())!));
+    expect(places).toHaveLength(3);
+    expect(places.map(({ x, width }) => Math.round(x + width)).slice(0, 2)).toEqual(
+        places.map(({ x }) => Math.round(x)).slice(1),
+    );
+});
+
+test("the number of a rule is not cut off, however many there are", async () => {
+    const page = await browser.open(largeBlob(200_000), { fragment: "rule=199999" });
+    const id = page.locator(".row[aria-selected=true] .id");
+    expect(await id.innerText()).toBe("199,999");
+    expect(await id.evaluate((cell) => cell.scrollWidth - cell.clientWidth)).toBeLessThanOrEqual(0);
 });
