@@ -9,7 +9,7 @@ namespace korv::tools {
 /// - closes_by_pairs: whether closures need pairs, even where no itemset has two items.
 /// - rows(): of how many ranks the pairs are wanted: of the frequent items, or of all.
 /// - pairs_of(rank, pairs): replaces `pairs` by the frequent items below `rank` that are in lines with it
-///   here, ascending, and in how many transactions.
+///   here, in any order, and in how many transactions.
 /// - is_wanted(rank, below, together): whether the part keeps a pair that is together in so many transactions
 ///   of all processes, besides those that become itemsets. add_pair(rank, below, together): keeps it. The
 ///   same pairs are told in all processes.

@@ -95,7 +95,6 @@ private:
                 together_[below] += numbers[position + 1];
             }
         }
-        std::ranges::sort(touched_);
         pairs_.clear();
         for (const Rank below : touched_) {
             const Count together = std::exchange(together_[below], 0);
@@ -103,6 +102,7 @@ private:
                 pairs_.push_back({below, together});
             }
         }
+        std::ranges::sort(pairs_, {}, &Candidate::rank);
     }
 
     Processes& processes_;

@@ -64,7 +64,6 @@ void SparsePart::pairs_of(Rank rank, std::vector<Candidate>& pairs) {
     for (Candidate& pair : pairs) {
         pair.joint = std::exchange(together_[pair.rank], 0);
     }
-    std::ranges::sort(pairs, {}, &Candidate::rank);
 }
 
 bool SparsePart::is_wanted(Rank rank, Rank below, Count together) const {
