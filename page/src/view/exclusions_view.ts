@@ -104,6 +104,10 @@ export class ExclusionsView implements Component {
 
     #remarkText(count: number): string {
         const { left_out: leftOut, alpha = 0.05 } = this.#context.book.header.exclusions;
+        const all = this.#all?.length ?? 0;
+        if (count === 0 && all > 0) {
+            return `None of the ${countText(all)} pairs that meet less often than by chance has the items that are searched for.`;
+        }
         const pairs = count === 1 ? "1 pair" : `${countText(count)} pairs`;
         const chance = `In at most ${percentText(alpha)} of all files, chance alone would give any pair at all.`;
         const further = leftOut === 0 ? "" : ` ${countText(leftOut)} weaker pairs are not on this page.`;

@@ -39,7 +39,7 @@ export class HistogramPanel {
         this.#all = countsOfBins(this.#bins, context.filter.all.passes);
         this.#plot = this.#makePlot();
         const title = h("h2", { id: newId("histogram"), title: quantity.explanation }, quantity.title);
-        const fields = h("div", { class: "fields" }, this.#from, "to", this.#to);
+        const fields = h("div", { class: "fields" }, this.#from, "–", this.#to);
         this.root = h(
             "section",
             {
@@ -112,9 +112,10 @@ export class HistogramPanel {
     }
 
     #drag(one: number, other: number): void {
-        const [begin, end] = one < other ? [one, other] : [other, one];
-        if (end - begin >= 0.01) {
-            // An end of the axis leaves the range open.
+        if (Math.abs(one - other) >= 0.01) {
+            // Whole bars are chosen, and an end of the axis leaves the range open.
+            const begin = Math.floor(Math.min(one, other) * numberOfBins) / numberOfBins;
+            const end = Math.ceil(Math.max(one, other) * numberOfBins) / numberOfBins;
             this.#choose(
                 begin === 0 ? undefined : this.#roundedAt(begin),
                 end === 1 ? undefined : this.#roundedAt(end),

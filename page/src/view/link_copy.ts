@@ -20,7 +20,9 @@ export class LinkCopy {
     constructor(address: () => string, say: (text: string) => void) {
         this.#address = address;
         this.#say = say;
-        const title = "Copy the address of what you see: rules, filters, order and the chosen rule";
+        const title =
+            "Copy the address of what you see: rules, filters, order and the chosen rule. " +
+            "Who is to open it elsewhere needs this file, too: what begins with # goes behind its address";
         this.#button = button("Copy link", { title }, () => {
             void this.#copy();
         });

@@ -107,6 +107,14 @@ test("exclusions follow the search, and lead to rules", async () => {
     expect(await shownRules(page)).toHaveLength(2);
 });
 
+test("where the search leaves no exclusions, the page says how many there are", async () => {
+    const page = await browser.open(blob, { fragment: "view=exclusions&q=child" });
+    expect(await page.locator(".exclusions-view tbody tr").count()).toBe(0);
+    expect(await page.locator(".exclusions-view").innerText()).toContain(
+        "None of the 2 pairs that meet less often than by chance has the items that are searched for.",
+    );
+});
+
 test("without transactions the page says what brings exclusions", async () => {
     const exclusions = {
         known: false,
