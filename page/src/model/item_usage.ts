@@ -32,9 +32,9 @@ export interface Partner {
 }
 
 /**
- * The items on the other side of one item in some rules, and those of `pairs`, what the page tells of its pairs, but for
- * other values of its column, which never go together: the furthest from chance first, behind them those of which no
- * lift is known, the most rules first. O(rules + items of the rules with the item).
+ * The items on the other side of one item in some rules, and those of `pairs`, what the page tells of its pairs, but
+ * for other values of its column, which never go together: the furthest from chance first, behind them those of which
+ * no lift is known, the most rules first. O(rules + items of the rules with the item).
  */
 export function partnersOf(
     book: Book,

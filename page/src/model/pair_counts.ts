@@ -6,8 +6,8 @@ import { tableAt } from "./bounds.ts";
 export type PairCounts = ReadonlyMap<number, number>;
 
 /**
- * What a page tells exactly of the pairs of an item: in exclusions, in sides of two items, in rules with one item on each
- * side, and in columns of two values, where one value tells of the other. `named`: the items of each side.
+ * What a page tells exactly of the pairs of an item: in exclusions, in sides of two items, in rules with one item on
+ * each side, and in columns of two values, where one value tells of the other. `named`: the items of each side.
  * O(rules + items of all sides + exclusions).
  */
 export function pairCountsOf(book: Book, named: Lists, item: number): PairCounts {

@@ -8,8 +8,8 @@ export type TypedNumber =
 
 /**
  * Reads a number of a quantity: `0.5`, `0,5`, `1,250`, `50%`, `3·10⁻⁷`. A comma before groups of three digits parts
- * thousands; any other is a decimal one. `whole`: of how many a percentage is one; 1 beside a share. `most`: nothing is
- * beyond it.
+ * thousands; any other is a decimal one. `whole`: of how many a percentage is one; 1 beside a share. `most`: nothing
+ * is beyond it.
  */
 export function typedNumber(text: string, whole: number, most: number): TypedNumber {
     const typed = withoutPower(text.replace(/\s/gu, ""));
