@@ -100,7 +100,8 @@ export function problemOf(text: string, quantities: readonly string[]): string |
         return undefined;
     }
     const found = rest === "" ? "nothing" : `“${rest}”`;
-    return `${name}${operator}: found ${found}; expected a number, as in ${quantity}${operator}0.5 or ${quantity}${operator}5%`;
+    const example = `${quantity}${operator}0.5 or ${quantity}${operator}5%`;
+    return `${name}${operator}: found ${found}; expected a number, as in ${example}`;
 }
 
 function rangeOf(text: string, quantities: readonly string[]): RangeTerm | undefined {

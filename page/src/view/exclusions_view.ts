@@ -106,7 +106,8 @@ export class ExclusionsView implements Component {
         const { left_out: leftOut, alpha = 0.05 } = this.#context.book.header.exclusions;
         const all = this.#all?.length ?? 0;
         if (count === 0 && all > 0) {
-            return `None of the ${countText(all)} pairs that meet less often than by chance has the items that are searched for.`;
+            const pairs = `${countText(all)} pairs that meet less often than by chance`;
+            return `None of the ${pairs} has the items that are searched for.`;
         }
         const pairs = count === 1 ? "1 pair" : `${countText(count)} pairs`;
         const chance = `In at most ${percentText(alpha)} of all files, chance alone would give any pair at all.`;
