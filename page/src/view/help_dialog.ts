@@ -41,14 +41,17 @@ export function helpDialog(program: string, licences: readonly Licence[]): HTMLD
         h(
             "p",
             {},
-            "“If A or B, then in 90 % of cases: C”: of the transactions that hold A or B, 90 % hold C. Lift says how many times as often that is as in general; 1 is chance. Nothing here says why it is so.",
+            "“If A or B, then in 90 % of cases: C”: of the transactions that hold A or B, 90 % hold C. " +
+                "Lift says how many times as often that is as in general; 1 is chance. Nothing here says why it is so.",
         ),
         h("h3", {}, "Search"),
         pairs(searches),
         h(
             "p",
             {},
-            "All filters must hold. Dragging over a histogram or over the map chooses a range; a click on a histogram gives it up. Where another of the four readings of a rule (turned round, or with both sides denied) names an item as asked, “more in another reading” shows it.",
+            "All filters must hold. Dragging over a histogram or over the map chooses a range; " +
+                "a click on a histogram gives it up. Where another of the four readings of a rule " +
+                "(turned round, or with both sides denied) names an item as asked, “more in another reading” shows it.",
         ),
         h("h3", {}, "Keys"),
         pairs(keys),

@@ -144,7 +144,9 @@ export class ItemsView implements Component {
     #usageCell(item: number, count: number, place: Place, most: number): HTMLElement {
         const bar = h("i", { class: "bar" });
         bar.style.setProperty("--low", `${(100 * count) / most}%`);
-        const label = `Show the rules with ${shortened(this.#context.book.items.names[item]!, 60)} in the ${place === "if" ? "premise" : "conclusion"}`;
+        const name = shortened(this.#context.book.items.names[item]!, 60);
+        const side = place === "if" ? "premise" : "conclusion";
+        const label = `Show the rules with ${name} in the ${side}`;
         const content =
             count === 0
                 ? h("span", { class: "quiet" }, "–")
@@ -174,12 +176,11 @@ export class ItemsView implements Component {
         }
         const { items, transactions } = this.#context.book;
         const held = items.counts[item]!;
+        const share = percentText(held / transactions);
         const count =
             held === unknownCount
                 ? "How many transactions hold it is not known."
-                : unbroken(
-                      `In ${countText(held)} of ${countText(transactions)} transactions (${percentText(held / transactions)}).`,
-                  );
+                : unbroken(`In ${countText(held)} of ${countText(transactions)} transactions (${share}).`);
         const name = h("h2", {}, shortened(items.names[item]!, 200));
         refill(
             this.#partners,

@@ -58,7 +58,8 @@ export class LatticeWalk {
                 ? h(
                       "span",
                       {},
-                      `The same transactions hold: ${shortened(words.textOf({ items: shortest, isNegated: false }, 8), 160)}`,
+                      "The same transactions hold: " +
+                          shortened(words.textOf({ items: shortest, isNegated: false }, 8), 160),
                   )
                 : undefined,
             home === undefined || position === home

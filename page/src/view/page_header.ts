@@ -69,7 +69,9 @@ export class PageHeader implements Component {
         const isLowest = ascending !== (quantities.named(sort)?.isProbability ?? false);
         const order = `${isLowest ? "lowest" : "highest"} ${sort.replaceAll("_", " ")} first`;
         const about = `${of} about what goes with what in ${countText(transactions)} transactions, ${order}.`;
-        const limits = `Each has a support of at least ${countText(support)} and a confidence of at least ${confidence}`;
+        const limits =
+            `Each has a support of at least ${countText(support)} ` +
+            `and a confidence of at least ${confidence}`;
         const confirmed =
             header.holdout === undefined
                 ? ""

@@ -29,13 +29,10 @@ export class PrintTable {
         ];
         const rows = Array.from(rules.subarray(0, mostRules), (rule) => this.#row(rule, state.columns));
         const left = rules.length - rows.length;
+        const asked = filters.length === 0 ? "" : `: ${shortened(filters.join("; "), mostLetters)}`;
         refill(
             this.root,
-            h(
-                "p",
-                {},
-                `${countText(rules.length)} rules${filters.length === 0 ? "" : `: ${shortened(filters.join("; "), mostLetters)}`}`,
-            ),
+            h("p", {}, `${countText(rules.length)} rules${asked}`),
             h("table", { class: "plain" }, h("thead", {}, h("tr", {}, ...head)), h("tbody", {}, ...rows)),
             left > 0 ? h("p", {}, `and ${countText(left)} more`) : undefined,
         );

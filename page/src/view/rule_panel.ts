@@ -202,7 +202,9 @@ export class RulePanel implements Component {
             return undefined;
         }
         const p = this.#context.quantities.get("holdout_p").say(0 - holdout.ps[rule]!);
-        const remark = `So it is confirmed, with a holdout p of ${p}. Chance alone would confirm any rule of this page in at most ${percentText(alpha)} of cases.`;
+        const remark =
+            `So it is confirmed, with a holdout p of ${p}. ` +
+            `Chance alone would confirm any rule of this page in at most ${percentText(alpha)} of cases.`;
         return section(
             "In other transactions",
             h("p", {}, unbroken(holdoutSentence(book, rule))),
