@@ -40,7 +40,8 @@ test("whether a rule held in other transactions is told", async () => {
     const text = await page.getByRole("region", { name: "In other transactions" }).innerText();
     expect(text.replace(/\u00a0/gu, " ").replace(/\n+/gu, "\n")).toBe(
         "In other transactions\n" +
-            "Of 440 other transactions, 97 meet the premise, and 88 of these the conclusion: 91 %, against 91 % here.\n" +
+            "Of 440 other transactions, 97 meet the premise, and 88 of these the conclusion: " +
+            "91 %, against 91 % here.\n" +
             "So it is confirmed, with a holdout p of 5·10⁻¹³. " +
             "Chance alone would confirm any rule of this page in at most 5.0 % of cases.",
     );

@@ -100,8 +100,8 @@ test("rules are counted, and found, of which another reading names the items so"
         const { passes, masks, others } = filter.found({ terms: [], formsOff: [], kindsOff: [], ...changes });
         return { rules: [...passing(givenOrder(passes.length), passes)], masks: [...masks], others };
     };
-    // Rule 2, "sex=female => survived=yes", is read as "survived=no => sex=male", too, its third reading. That of rule 1
-    // is "class not 3rd and survived=no => sex=male and age=adult", and of rule 5 the same without the age.
+    // Rule 2, "sex=female => survived=yes", is read as "survived=no => sex=male", too, its third reading. That of rule
+    // 1 is "class not 3rd and survived=no => sex=male and age=adult", and of rule 5 the same without the age.
     const terms = ["if:survived=no", "then:sex=male"];
     expect(found({ terms })).toMatchObject({ rules: [0], others: 3 });
     expect(found({ terms }).masks[2]).toBe(0b0100);
