@@ -60,7 +60,7 @@ TEST(BoundedMining, SizeIsAsLargeAsTheEssentialItemsetsAllow) {
     EXPECT_TRUE(by_one.has_too_many_essentials);
     const BoundedMining by_two = mine_bounded(all_subsets(), options(100, 6), {}, 13);
     EXPECT_EQ(by_two.options.max_size, 2U);
-    EXPECT_EQ(by_two.classes.essentials(), 10U);
+    EXPECT_EQ(by_two.classes.figures().essentials, 10U);
 }
 
 TEST(BoundedMining, PairsAreMinedHoweverManyTheirEssentialItemsetsAre) {

@@ -213,6 +213,25 @@ void expect_the_last_to_be_covered_by_all(unsigned size) {
     EXPECT_EQ(cover.enter(3), Ranks{3});
 }
 
+TEST(DenseCover, CountsTheSameWhereNothingElseIsAskedFor) {
+    const Database database = database_of({0b0111, 0b0101, 0b1101, 0b0110, 0b1000});
+    const RankedItems items = ranked_items(database, 1, 0);
+    ASSERT_EQ(items.size(), 4U);
+    DenseCover cover(items);
+    cover.enter(3);
+    const Ranks gain = cover.gain(2);
+    cover.enter_to_count(2);
+    std::vector<Candidate> candidates = {{0}, {1}};
+    cover.keep_frequent(0, candidates);
+    const Counted counted = Counted(items, {3, 2});
+    EXPECT_EQ(candidates[0].joint, counted.with(0).joint());
+    EXPECT_EQ(candidates[1].joint, counted.with(1).joint());
+    EXPECT_EQ(cover.own(0), counted.own(0));
+    cover.leave();
+    EXPECT_EQ(cover.gain(2), gain);
+    EXPECT_EQ(sorted(cover.enter(2)), Counted(items, {3}).gain(2));
+}
+
 TYPED_TEST(CoverTest, SeesWhatLongItemsetsCover) {
     for (unsigned size = 7; size < 14; ++size) {
         expect_the_last_to_be_covered_by_all<TypeParam>(size);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 #include <set>
 
@@ -51,6 +52,63 @@ TEST(EncodedItemset, HasTheOrderOfItemsetsOfOneSize) {
     }
 }
 
+TEST(MinedClasses, KnowsClosuresOfClasses) {
+    const EssentialTree tree(std::vector<Count>{1, 2});
+    MinedClasses classes(std::vector<Itemset>{{7}, {9}});
+    classes.add(0, tree, {7});
+    EXPECT_TRUE(classes.holds(encoded({7})));
+    EXPECT_FALSE(classes.holds(encoded({9})));
+    EXPECT_FALSE(classes.holds(encoded({7, 9})));
+}
+
+TEST(MinedClasses, FindsClassesByTheirKeys) {
+    EssentialTree tree(std::vector<Count>{1, 2, 3, 4});
+    MinedClasses classes({{7}, {9}, {4}, {300}});
+    classes.add(0, tree, {7});
+    classes.add(1, tree, {7, 9});
+    classes.add(2, tree, {4});
+    classes.add(3, tree, {4, 7, 300});
+    classes.finish(std::move(tree));
+    const std::vector<Itemset> closures = {{4}, {7}, {7, 9}, {4, 7, 300}};
+    for (std::size_t position = 0; position < closures.size(); ++position) {
+        const std::string bytes = encoded(closures[position]);
+        const ClassKey key = {static_cast<std::uint32_t>(closures[position].size()), bytes};
+        EXPECT_EQ(classes.key(position), key);
+        EXPECT_EQ(classes.lower_bound(key), position);
+    }
+    const std::string smaller = encoded({4, 7, 9});
+    const std::string larger = encoded({4, 8, 9});
+    EXPECT_EQ(classes.lower_bound({3, smaller}), 3U);
+    EXPECT_EQ(classes.lower_bound({3, larger}), 4U);
+}
+
+TEST(MinedClasses, AreVisitedFromAPositionToAnother) {
+    EssentialTree tree(std::vector<Count>{1, 2, 3});
+    MinedClasses classes({{7}, {9}, {4}});
+    for (Rank rank = 0; rank < 3; ++rank) {
+        classes.add(rank, tree, Itemset{rank == 0 ? Item{7} : rank == 1 ? Item{9} : Item{4}});
+    }
+    classes.finish(std::move(tree));
+    std::vector<Itemset> visited;
+    classes.for_each(1, 3, [&visited](const MinedClass& each) { visited.push_back(each.closure); });
+    EXPECT_EQ(visited, (std::vector<Itemset>{{7}, {9}}));
+}
+
+TEST(ClassFigures, AreSumsAndTheLargestClosure) {
+    ClassFigures figures = {
+        .classes = 2, .essentials = 5, .file_bytes = 40, .rare_bytes = 7, .largest_closure = 3};
+    figures += {.classes = 1,
+                .essentials = std::numeric_limits<std::size_t>::max() - 4,
+                .file_bytes = 10,
+                .rare_bytes = 1,
+                .largest_closure = 2};
+    EXPECT_EQ(figures, (ClassFigures{.classes = 3,
+                                     .essentials = std::numeric_limits<std::size_t>::max(),
+                                     .file_bytes = 50,
+                                     .rare_bytes = 8,
+                                     .largest_closure = 3}));
+}
+
 TEST(MinedClasses, CollectsEssentialItemsetsByClosure) {
     // The ranks stand for 7, for 3 or 4, and for 5.
     EssentialTree tree(std::vector<Count>{1, 2, 3});
@@ -61,8 +119,8 @@ TEST(MinedClasses, CollectsEssentialItemsetsByClosure) {
     classes.add(pair, tree, {3, 4, 5, 7});
     classes.add(0, tree, {7});
     EXPECT_EQ(classes.size(), 3U);
-    EXPECT_EQ(classes.essentials(), 5U);
-    EXPECT_EQ(classes.largest_closure(), 4U);
+    EXPECT_EQ(classes.figures().essentials, 5U);
+    EXPECT_EQ(classes.figures().largest_closure, 4U);
     classes.finish(std::move(tree));
     EXPECT_EQ(list_of(classes),
               (std::vector<MinedClass>{
@@ -111,8 +169,8 @@ TEST(MinedClasses, CountsTheBytesOfTheClassFile) {
             append_class_record(each.closure, each.support, each.essentials, file);
             essentials += each.essentials.size();
         });
-        ASSERT_EQ(classes.file_bytes(), file.size()) << file;
-        ASSERT_EQ(classes.essentials(), essentials);
+        ASSERT_EQ(classes.figures().file_bytes, file.size()) << file;
+        ASSERT_EQ(classes.figures().essentials, essentials);
     }
 }
 
@@ -124,9 +182,9 @@ TEST(MinedClasses, TakesEncodedClosures) {
     EXPECT_TRUE(classes.add_encoded(1, tree, closure));
     EXPECT_TRUE(classes.add_encoded(0, tree, closure));
     EXPECT_EQ(classes.size(), 1U);
-    EXPECT_EQ(classes.largest_closure(), 3U);
-    EXPECT_EQ(classes.rare_bytes(), 4U);
-    EXPECT_EQ(classes.file_bytes(), std::string("3 4 300\t20\t 7, 300,\n").size());
+    EXPECT_EQ(classes.figures().largest_closure, 3U);
+    EXPECT_EQ(classes.figures().rare_bytes, 4U);
+    EXPECT_EQ(classes.figures().file_bytes, std::string("3 4 300\t20\t 7, 300,\n").size());
     classes.finish(std::move(tree));
     EXPECT_EQ(list_of(classes), (std::vector<MinedClass>{{{3, 4, 300}, 20, {{7}, {300}}}}));
 }
@@ -138,8 +196,8 @@ TEST(MinedClasses, TakesNoMoreClassesThanItMay) {
     EXPECT_FALSE(classes.add(2, tree, {9}));
     EXPECT_TRUE(classes.add(1, tree, {7, 8}));
     EXPECT_EQ(classes.size(), 1U);
-    EXPECT_EQ(classes.essentials(), 2U);
-    EXPECT_EQ(classes.file_bytes(), std::string("7 8\t1\t 7, 8,\n").size());
+    EXPECT_EQ(classes.figures().essentials, 2U);
+    EXPECT_EQ(classes.figures().file_bytes, std::string("7 8\t1\t 7, 8,\n").size());
 }
 
 TEST(MinedClasses, CountsUpToTheLargestNumber) {
@@ -158,8 +216,8 @@ TEST(MinedClasses, CountsUpToTheLargestNumber) {
     }
     MinedClasses classes(items);
     classes.add(node, tree, {0});
-    EXPECT_EQ(classes.essentials(), std::numeric_limits<std::size_t>::max());
-    EXPECT_EQ(classes.file_bytes(), std::numeric_limits<std::size_t>::max());
+    EXPECT_EQ(classes.figures().essentials, std::numeric_limits<std::size_t>::max());
+    EXPECT_EQ(classes.figures().file_bytes, std::numeric_limits<std::size_t>::max());
 }
 
 TEST(MinedClasses, FindsEachOfManyClassesAgain) {

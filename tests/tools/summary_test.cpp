@@ -18,7 +18,7 @@ protected:
         return summary({.database = figures_of(database_, options_.min_support),
                         .reading = reading_,
                         .options = options_,
-                        .classes = classes_,
+                        .classes = classes_.figures(),
                         .is_complete = is_complete_,
                         .output = output_,
                         .names = names_,
@@ -197,7 +197,7 @@ TEST_F(SummaryTest, DoesNotCallItemsRareThatAreInTooFewTransactionsOfTheirOwn) {
     const Database wide = database_of({0b1111111111, 0b1111111111, 0b1});
     options_ = {.min_support = 2, .min_own = 3};
     classes_ = mine(wide, options_).classes;
-    EXPECT_EQ(classes_.rare_bytes(), 0U);
+    EXPECT_EQ(classes_.figures().rare_bytes, 0U);
     EXPECT_TRUE(notes().starts_with("To derive rules")) << notes();
 }
 

@@ -31,15 +31,19 @@ void DenseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candid
     }
 }
 
-const std::vector<Rank>& DenseCover::enter(Rank rank) {
-    const std::size_t size = itemset_.size();
+void DenseCover::enter_to_count(Rank rank) {
     itemset_.push_back(rank);
-    if (prefixes_.size() == size + 2) {
+    if (prefixes_.size() == itemset_.size() + 1) {
         prefixes_.emplace_back();
     }
+    prefixes_[itemset_.size()].any.is_made = false;
+    prefixes_[itemset_.size()].all.is_made = false;
+}
+
+const std::vector<Rank>& DenseCover::enter(Rank rank) {
+    const std::size_t size = itemset_.size();
+    enter_to_count(rank);
     Prefix& longer = prefixes_[size + 1];
-    longer.any.is_made = false;
-    longer.all.is_made = false;
     longer.outside.clear();
     gained_.clear();
     for (Outside outside : prefixes_[size].outside) {

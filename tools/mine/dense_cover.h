@@ -21,6 +21,8 @@ public:
 
     void pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) const;
     const std::vector<Rank>& enter(Rank rank);
+    /// The same where nothing but joint supports and own counts is asked for until it is left.
+    void enter_to_count(Rank rank);
     void leave();
     const std::vector<Rank>& gain(Rank rank);
     static void announce(const std::vector<Rank>&, std::uint64_t) {}

@@ -23,9 +23,9 @@ void mine_for(std::chrono::duration<double> time, const Database& database, cons
     const Clock::time_point start = Clock::now();
     const MiningResult result =
         mine(database, options, [&](const MiningProgress&) { return Clock::now() - start < time; });
-    estimate.essentials = result.classes.essentials();
+    estimate.essentials = result.classes.figures().essentials;
     estimate.classes = result.classes.size();
-    estimate.file_bytes = result.classes.file_bytes();
+    estimate.file_bytes = result.classes.figures().file_bytes;
     estimate.is_complete = result.is_complete;
 }
 

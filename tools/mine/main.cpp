@@ -98,7 +98,7 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
             return Status::stopped;
         }
     }
-    require_classes(result.classes, database, options);
+    require_classes(result.classes.figures(), database, options);
     within_memory([&] { write_classes(result.classes, output); },
                   [] { return std::string("while writing the classes"); });
     AtomicOutput::commit_together(names ? std::vector{&*names, &output} : std::vector{&output});
@@ -108,7 +108,7 @@ Status mine_to_files(Arguments arguments, Clock::time_point start, const Databas
         std::cerr << summary({.database = figures_of(database, options.min_support),
                               .reading = report,
                               .options = options,
-                              .classes = result.classes,
+                              .classes = result.classes.figures(),
                               .is_complete = result.is_complete,
                               .output = arguments.output,
                               .names = arguments.names,

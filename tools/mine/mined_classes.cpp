@@ -69,9 +69,22 @@ std::size_t digits_of(Count number) {
     return digits;
 }
 
+std::uint32_t hash_of(std::string_view bytes) {
+    return static_cast<std::uint32_t>(std::hash<std::string_view>()(bytes));
+}
+
 }  // namespace
 
-void append_encoded(const Itemset& itemset, std::string& bytes) {
+ClassFigures& ClassFigures::operator+=(const ClassFigures& others) {
+    classes += others.classes;
+    essentials = sum(essentials, others.essentials);
+    file_bytes = sum(file_bytes, others.file_bytes);
+    rare_bytes += others.rare_bytes;
+    largest_closure = std::max(largest_closure, others.largest_closure);
+    return *this;
+}
+
+void append_encoded(std::span<const Item> itemset, std::string& bytes) {
     const std::size_t before = bytes.size();
     bytes.resize(before + itemset.size() * bounds_by_length.size());
     char* end = bytes.data() + before;
@@ -125,8 +138,8 @@ bool MinedClasses::add_encoded(EssentialTree::Node node, const EssentialTree& tr
 template <typename Describe>
 bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
                           Describe describe) {
-    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded));
-    Slot& slot = slot_of(hash, encoded);
+    const std::uint32_t hash = hash_of(encoded);
+    Slot& slot = slots_[slot_of(hash, encoded)];
     if (slot.position == empty_slot && classes_.size() == most_) {
         return false;
     }
@@ -145,25 +158,30 @@ bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, s
     classes_.push_back({closures_.size(), static_cast<std::uint32_t>(encoded.size()),
                         static_cast<std::uint32_t>(closure.items), node, support});
     closures_ += encoded;
-    largest_closure_ = std::max(largest_closure_, closure.items);
+    ++figures_.classes;
+    figures_.largest_closure = std::max(figures_.largest_closure, closure.items);
     // "1 2 3", TAB, the support, TAB and a line end.
-    file_bytes_ = sum(file_bytes_, closure.text_bytes - 1 + 1 + digits_of(support) + 1 + 1);
-    rare_bytes_ += closure.rare_bytes;
+    figures_.file_bytes = sum(figures_.file_bytes, closure.text_bytes - 1 + 1 + digits_of(support) + 1 + 1);
+    figures_.rare_bytes += closure.rare_bytes;
     if (classes_.size() * 2 > slots_.size()) {
         grow_slots();
     }
     return true;
 }
 
-/// The slot of the class with this closure, or the empty one where it belongs.
-MinedClasses::Slot& MinedClasses::slot_of(std::uint32_t hash, std::string_view bytes) {
+bool MinedClasses::holds(std::string_view encoded) const {
+    return slots_[slot_of(hash_of(encoded), encoded)].position != empty_slot;
+}
+
+/// The position of the slot of the class with this closure, or of the empty one where it belongs.
+std::size_t MinedClasses::slot_of(std::uint32_t hash, std::string_view bytes) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t i = hash & mask;
     while (slots_[i].position != empty_slot &&
            (slots_[i].hash != hash || encoded_closure(classes_[slots_[i].position]) != bytes)) {
         i = (i + 1) & mask;
     }
-    return slots_[i];
+    return i;
 }
 
 void MinedClasses::grow_slots() {
@@ -189,28 +207,34 @@ void MinedClasses::count_essentials(EssentialTree::Node node, const EssentialTre
         itemsets = product(itemsets, items_[tree.rank(each)].size());
         ++size;
     }
-    essentials_ = sum(essentials_, itemsets);
-    file_bytes_ = sum(file_bytes_, product(itemsets, size + 1));
+    figures_.essentials = sum(figures_.essentials, itemsets);
+    figures_.file_bytes = sum(figures_.file_bytes, product(itemsets, size + 1));
     for (EssentialTree::Node each = node; each != EssentialTree::none; each = tree.parent(each)) {
         const Rank rank = tree.rank(each);
-        file_bytes_ = sum(file_bytes_, product(itemsets / items_[rank].size(), digits_[rank]));
+        figures_.file_bytes =
+            sum(figures_.file_bytes, product(itemsets / items_[rank].size(), digits_[rank]));
     }
 }
 
 void MinedClasses::finish(EssentialTree tree) {
     tree_ = std::move(tree);
     slots_ = {};
-    std::ranges::sort(classes_, [this](const Class& a, const Class& b) {
-        return a.items != b.items ? a.items < b.items : encoded_closure(a) < encoded_closure(b);
-    });
+    std::ranges::sort(classes_, [this](const Class& a, const Class& b) { return key_of(a) < key_of(b); });
 }
 
-void MinedClasses::for_each(const std::function<void(const MinedClass&)>& visit) const {
+std::size_t MinedClasses::lower_bound(const ClassKey& key) const {
+    const auto found =
+        std::ranges::lower_bound(classes_, key, {}, [this](const Class& each) { return key_of(each); });
+    return static_cast<std::size_t>(found - classes_.begin());
+}
+
+void MinedClasses::for_each(std::size_t begin, std::size_t end,
+                            const std::function<void(const MinedClass&)>& visit) const {
     // What belongs to a class lies anywhere in memory; so it is asked for some time before it is used.
     constexpr std::size_t ahead = 8;
     MinedClass mined;
-    for (std::size_t i = 0; i < classes_.size(); ++i) {
-        if (i + ahead < classes_.size()) {
+    for (std::size_t i = begin; i < end; ++i) {
+        if (i + ahead < end) {
             tree_.prefetch(classes_[i + ahead].last);
             __builtin_prefetch(&next_[classes_[i + ahead].last]);
             __builtin_prefetch(closures_.data() + classes_[i + ahead].closure);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +32,29 @@ struct EncodedClosure {
     std::size_t rare_bytes = 0;  ///< of these, those of items that are not frequent
 };
 
+/// How many classes there are, and what they take.
+struct ClassFigures {
+    std::size_t classes = 0;
+    std::size_t essentials = 0;       ///< itemsets; where these are too many for 64 bits, the largest number
+    std::size_t file_bytes = 0;       ///< of their records in a class file, likewise
+    std::size_t rare_bytes = 0;       ///< of these bytes, those of items of closures that are not frequent
+    std::size_t largest_closure = 0;  ///< the number of its items
+
+    /// Adds the figures of other classes.
+    ClassFigures& operator+=(const ClassFigures& others);
+
+    bool operator==(const ClassFigures&) const = default;
+};
+
+/// Classes are in the order of their keys.
+struct ClassKey {
+    std::uint32_t items = 0;   ///< of the closure
+    std::string_view closure;  ///< as append_encoded writes it
+
+    std::strong_ordering operator<=>(const ClassKey&) const = default;
+    bool operator==(const ClassKey&) const = default;
+};
+
 /// Classes as they are found, in little memory: closures as strings of bytes, one behind the other, and
 /// essential itemsets as nodes of a prefix tree.
 class MinedClasses {
@@ -47,25 +72,33 @@ public:
     /// The same where all that is needed of the closure is known.
     bool add_encoded(EssentialTree::Node node, const EssentialTree& tree, const EncodedClosure& closure);
 
+    /// Whether there is a class with this closure. Not to be asked behind finish.
+    bool holds(std::string_view encoded) const;
+
     /// Puts the classes in the order in which they are visited: by size of the closure, then
     /// lexicographically. Call this once, behind the last add, with the tree that has all nodes.
     void finish(EssentialTree tree);
 
     /// Calls `visit` with each class, in order. Requires finish.
-    void for_each(const std::function<void(const MinedClass&)>& visit) const;
+    void for_each(const std::function<void(const MinedClass&)>& visit) const { for_each(0, size(), visit); }
+
+    /// The same with the classes at the positions from `begin` up to `end`.
+    void for_each(std::size_t begin, std::size_t end,
+                  const std::function<void(const MinedClass&)>& visit) const;
+
+    /// The key of the class at a position. Valid as long as these classes. Requires finish.
+    ClassKey key(std::size_t position) const { return key_of(classes_[position]); }
+
+    /// The position of the first class whose key is not less than this one; of the end, if there is none.
+    /// Requires finish.
+    std::size_t lower_bound(const ClassKey& key) const;
 
     /// How many classes there are so far.
     std::size_t size() const { return classes_.size(); }
-    /// How many essential itemsets they have; where these are too many for 64 bits, the largest number.
-    std::size_t essentials() const { return essentials_; }
-    /// Bytes of their records in a class file, likewise.
-    std::size_t file_bytes() const { return file_bytes_; }
-    /// How many of these bytes are items of closures that are not frequent: the sum of what add was told.
-    std::size_t rare_bytes() const { return rare_bytes_; }
+    /// Of the classes so far.
+    const ClassFigures& figures() const { return figures_; }
     /// The bytes that the items for which a rank stands take in a closure, with a blank for each.
     std::size_t closure_bytes(Rank rank) const { return digits_[rank] + items_[rank].size(); }
-    /// The number of items of the largest closure.
-    std::size_t largest_closure() const { return largest_closure_; }
 
 private:
     struct Class {
@@ -86,10 +119,11 @@ private:
     std::string_view encoded_closure(const Class& each) const {
         return std::string_view(closures_).substr(each.closure, each.bytes);
     }
+    ClassKey key_of(const Class& each) const { return {each.items, encoded_closure(each)}; }
     template <typename Describe>
     bool insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
                 Describe describe);
-    Slot& slot_of(std::uint32_t hash, std::string_view bytes);
+    std::size_t slot_of(std::uint32_t hash, std::string_view bytes) const;
     void grow_slots();
     void count_essentials(EssentialTree::Node node, const EssentialTree& tree);
     void put_essentials(EssentialTree::Node node, std::size_t& position,
@@ -104,15 +138,12 @@ private:
     std::vector<Slot> slots_;                ///< open addressing
     std::vector<EssentialTree::Node> next_;  ///< by node: another essential itemset of the same class
     EssentialTree tree_;
-    std::size_t essentials_ = 0;
-    std::size_t file_bytes_ = 0;
-    std::size_t rare_bytes_ = 0;
-    std::size_t largest_closure_ = 0;
+    ClassFigures figures_;
 };
 
 /// Appends an ascending itemset as bytes. Those of itemsets with the same number of items are in the
 /// lexicographic order of the itemsets. Small differences between consecutive items take one byte.
-void append_encoded(const Itemset& itemset, std::string& bytes);
+void append_encoded(std::span<const Item> itemset, std::string& bytes);
 
 /// Replaces `itemset` by that from which append_encoded made `bytes`.
 void decode(std::string_view bytes, Itemset& itemset);

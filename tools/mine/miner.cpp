@@ -158,8 +158,8 @@ private:
     }
 
     void ask() {
-        if (go_on_ && !go_on_({roots_done_, items_.frequent, classes_.essentials(), classes_.size(),
-                               classes_.file_bytes()})) {
+        if (go_on_ && !go_on_({roots_done_, items_.frequent, classes_.figures().essentials, classes_.size(),
+                               classes_.figures().file_bytes})) {
             is_stopped_ = true;
         }
     }

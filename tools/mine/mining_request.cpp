@@ -30,7 +30,7 @@ MiningOptions mining_options(const MiningRequest& request, const Threshold& min_
     return options;
 }
 
-void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options) {
+void require_classes(const ClassFigures& classes, const Database& database, const MiningOptions& options) {
     Count most = 0;
     for (const Database::ItemColumn& column : database.items) {
         most = std::max(most, support_of(column, database));
@@ -38,8 +38,8 @@ void require_classes(const MinedClasses& classes, const Database& database, cons
     require_classes(classes, most, options);
 }
 
-void require_classes(const MinedClasses& classes, Count most, const MiningOptions& options) {
-    if (classes.size() > 0) {
+void require_classes(const ClassFigures& classes, Count most, const MiningOptions& options) {
+    if (classes.classes > 0) {
         return;
     }
     const bool is_rare = most < options.min_support;

@@ -37,9 +37,9 @@ public:
 MiningOptions mining_options(const MiningRequest& request, const Threshold& min_support, Count transactions);
 
 /// Throws NoClasses when there are none, since there is nothing to derive rules from.
-void require_classes(const MinedClasses& classes, const Database& database, const MiningOptions& options);
+void require_classes(const ClassFigures& classes, const Database& database, const MiningOptions& options);
 
 /// The same for a database whose most frequent item is in so many transactions.
-void require_classes(const MinedClasses& classes, Count most, const MiningOptions& options);
+void require_classes(const ClassFigures& classes, Count most, const MiningOptions& options);
 
 }  // namespace korv::tools

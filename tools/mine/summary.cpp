@@ -52,10 +52,10 @@ void add_numbers_of_input(const DatabaseFigures& database, const ReadingReport& 
 void add_numbers(const Run& run, std::string& text) {
     add_numbers_of_input(run.database, run.reading, text);
     add("frequent items", with_commas(run.database.frequent_items), text);
-    add("essential itemsets", with_commas(run.classes.essentials()), text);
-    add("classes", with_commas(run.classes.size()) + (run.is_complete ? "" : ", which are not all"), text);
-    add("largest closure", counted(run.classes.largest_closure(), "item"), text);
-    add("class file", size_text(run.classes.file_bytes()), text);
+    add("essential itemsets", with_commas(run.classes.essentials), text);
+    add("classes", with_commas(run.classes.classes) + (run.is_complete ? "" : ", which are not all"), text);
+    add("largest closure", counted(run.classes.largest_closure, "item"), text);
+    add("class file", size_text(run.classes.file_bytes), text);
     add("time", seconds_text(run.seconds), text);
     add("peak memory", with_commas(peak_memory()) + " MiB", text);
 }
@@ -133,9 +133,9 @@ void add_notes_on_input(const ReadingReport& reading, std::string& text) {
 
 void add_notes(const Run& run, std::string& text) {
     add_notes_on_input(run.reading, text);
-    if (run.classes.rare_bytes() > run.classes.file_bytes() / 2) {
+    if (run.classes.rare_bytes > run.classes.file_bytes / 2) {
         text += "Items in fewer than " + with_commas(run.options.min_support) + " transactions make up " +
-                size_text(run.classes.rare_bytes()) +
+                size_text(run.classes.rare_bytes) +
                 " of the class file: --closure-items frequent leaves them out\n";
     }
 }

@@ -23,7 +23,7 @@ struct Run {
     DatabaseFigures database;
     const ReadingReport& reading;
     const MiningOptions& options;
-    const MinedClasses& classes;
+    const ClassFigures& classes;
     bool is_complete;    ///< whether these are all classes
     std::string output;  ///< path of the class file, or "-"
     std::string names;   ///< path of the names file; empty when there is none

@@ -40,7 +40,7 @@ AllClasses all_classes(const Database& database, const MiningOptions& options, c
     if (is_stopped) {
         throw MiningStopped();
     }
-    if (result.classes.essentials() > most_essentials) {
+    if (result.classes.figures().essentials > most_essentials) {
         return {std::nullopt, Excess::essentials};
     }
     if (!result.is_complete) {
@@ -98,7 +98,7 @@ BoundedMining mine_bounded(const Database& database, const MiningOptions& option
     const bool is_small = options.max_size <= smallest_size;
     AllClasses all = all_classes(database, options, go_on, is_small ? any_number : most_essentials);
     if (all.classes) {
-        require_classes(*all.classes, database, options);
+        require_classes(all.classes->figures(), database, options);
         return {std::move(*all.classes), options, false};
     }
     MiningOptions reduced = options;
