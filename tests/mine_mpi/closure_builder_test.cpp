@@ -60,6 +60,24 @@ TEST(ClosureBuilder, CountsWhatAClosureTakes) {
     EXPECT_EQ(sizes.rare_bytes, std::string_view("7 ").size());
 }
 
+TEST(ClosureBuilder, HashesRanksInAnyOrder) {
+    const RankedItems items = items_of({{5}, {20, 21}, {7}}, {3, 2, 2});
+    ClosureBuilder closure(items, 3);
+    const auto hash_of = [&closure](const std::vector<Rank>& ranks) {
+        for (const Rank rank : ranks) {
+            closure.add(rank);
+        }
+        const std::uint32_t hash = closure.hash();
+        std::string bytes;
+        closure.finish(bytes);
+        return hash;
+    };
+    EXPECT_EQ(hash_of({0, 1, 2}), hash_of({2, 0, 1}));
+    EXPECT_NE(hash_of({0, 1, 2}), hash_of({0, 1}));
+    EXPECT_NE(hash_of({0}), hash_of({1}));
+    EXPECT_EQ(hash_of({}), 0U);
+}
+
 TEST(ClosureBuilder, BeginsTheNextClosureBehindTheLast) {
     const RankedItems items = items_of({{5}, {20, 21}}, {3, 2});
     ClosureBuilder closure(items, 3);

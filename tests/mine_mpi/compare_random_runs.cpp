@@ -291,7 +291,7 @@ private:
             if (!mined.is_complete) {
                 return result;
             }
-            require_classes(mined.classes, database, options);
+            require_classes(mined.classes.figures(), database, options);
             AtomicOutput output(arguments.output);
             write_classes(mined.classes, output);
             output.commit();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -52,6 +53,18 @@ TEST_F(KorvMineMpi, WritesTheBytesOfKorvMine) {
     EXPECT_EQ(
         files(),
         (Files{{"a.csv", small_baskets}, {"a.classes", small_basket_classes}, {"a.names", small_names}}));
+}
+
+TEST_F(KorvMineMpi, WritesManyClassesInTheOrderOfKorvMine) {
+    put("a.dat", random_database(3, 19, 400));
+    ASSERT_EQ(mine({"a.dat", "-s", "1", "-q", "-o", "a.classes"}).ending, exited(0));
+    const std::string expected = files().at("a.classes");
+    ASSERT_GT(expected.size(), 1U << 20U);  // more than three processes make at once
+    for (const int processes : {1, 2, 3}) {
+        EXPECT_EQ(mine_by(processes, {"a.dat", "-s", "1", "-q", "-o", "b.classes"}).ending, exited(0));
+        EXPECT_TRUE(files().at("b.classes") == expected) << processes;
+    }
+    EXPECT_EQ(mine_by(3, {"a.dat", "-s", "1", "-q", "-o", "/dev/full"}).ending, exited(1));
 }
 
 TEST_F(KorvMineMpi, RunsWithoutALauncher) {
@@ -124,6 +137,17 @@ TEST_F(KorvMineMpi, EndsWithStatus3WhereThereAreTooManyClasses) {
     EXPECT_TRUE(outcome.err.starts_with("korv-mine-mpi: there are more than 3 classes (--max-classes) when "))
         << outcome.err;
     EXPECT_EQ(names(), (std::vector<std::string>{"a.dat"}));
+}
+
+TEST_F(KorvMineMpi, KeepsAsManyClassesAsAllowedWithAnyNumberOfProcesses) {
+    put("a.dat", random_database(7, 12, 60));
+    const std::vector<std::string> arguments = {"a.dat", "-s",        "1",  "-q",       "--max-classes",
+                                                "100",   "--partial", "-o", "a.classes"};
+    ASSERT_EQ(mine_by(1, arguments).ending, exited(3));
+    const std::string by_one = files().at("a.classes");
+    EXPECT_EQ(std::ranges::count(by_one, '\n'), 100);
+    EXPECT_EQ(mine_by(3, arguments).ending, exited(3));
+    EXPECT_EQ(files().at("a.classes"), by_one);
 }
 
 TEST_F(KorvMineMpi, RefusesProcessesWithOtherArguments) {

@@ -8,9 +8,7 @@ namespace {
 const LevelProgress progress = {.size = 3,
                                 .itemsets = 1200,
                                 .of_itemsets = 8000,
-                                .essentials = 9000,
-                                .classes = 7000,
-                                .file_bytes = 81200};
+                                .found = {.classes = 7000, .essentials = 9000, .file_bytes = 81200}};
 
 TEST(LevelDisplay, TellsHowFarTheLevelIs) {
     EXPECT_EQ(

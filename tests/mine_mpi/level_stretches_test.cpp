@@ -30,21 +30,21 @@ TEST(LevelStretches, AreShorterWhereThereAreMoreCandidates) {
     }
     const Nodes begins = stretches_of_level(tree, 101, 201, 1, 2);
     ASSERT_EQ(begins.size(), 3U);
-    // 10 + 11 + ... + 109 is 5,950, and half of it is reached with the 68th child: 10 + ... + 77 is 2,958,
-    // and 10 + ... + 78 is 3,036.
-    EXPECT_EQ(begins[1], 101U + 69U);
+    // 66 + 67 + ... + 165 is 11,550, and half of it, 5,775, is reached with the 61st child: 66 + ... + 125 is
+    // 5,730, and 66 + ... + 126 is 5,856.
+    EXPECT_EQ(begins[1], 101U + 61U);
 }
 
 TEST(LevelStretches, AreOfSeveralRoundsWhereThereIsMuchToDo) {
-    // 20,000 itemsets of 2,008, and 131,072 in a round: 307 rounds.
+    // 20,000 itemsets of 2,064, and 524,288 in a round: 79 rounds.
     const EssentialTree tree(std::vector<Count>(20'000, 1));
     const Nodes begins = stretches_of_level(tree, 0, 20'000, 1'000, 2);
-    ASSERT_EQ(begins.size(), 2U * 307 + 1);
+    ASSERT_EQ(begins.size(), 2U * 79 + 1);
     EXPECT_EQ(begins.front(), 0U);
     EXPECT_EQ(begins.back(), 20'000U);
     for (std::size_t i = 1; i < begins.size(); ++i) {
         ASSERT_LE(begins[i - 1], begins[i]);
-        ASSERT_LE(begins[i] - begins[i - 1], 33U);  // of 65,408
+        ASSERT_LE(begins[i] - begins[i - 1], 127U);  // of 261,266
     }
 }
 

@@ -12,7 +12,7 @@ namespace korv::tools {
 
 /// How much a closure takes: see EncodedClosure.
 struct ClosureSizes {
-    std::uint32_t bytes;
+    std::uint32_t bytes;  ///< encoded
     std::uint32_t items;
     std::uint32_t text_bytes;
     std::uint32_t rare_bytes;
@@ -30,10 +30,15 @@ public:
         first_items_[ranks_++] = of.first_item;
         text_bytes_ += of.text_bytes;
         rare_bytes_ += of.rare_bytes;
+        hash_ ^= of.hash;
         if (of.has_other_items) {
             add_other_items(rank);
         }
     }
+
+    /// A number that is the same for the same ranks, whatever their order, and as good as random: a Zobrist
+    /// hash.
+    std::uint32_t hash() const { return hash_; }
 
     /// Appends the closure of the ranks that were added, as append_encoded writes it, and begins the next
     /// one.
@@ -45,6 +50,7 @@ private:
         Item first_item;
         std::uint32_t text_bytes;
         std::uint32_t rare_bytes;
+        std::uint32_t hash;
         bool has_other_items;
     };
 
@@ -58,6 +64,7 @@ private:
     Itemset closure_;  ///< set and used in one call
     std::uint32_t text_bytes_ = 0;
     std::uint32_t rare_bytes_ = 0;
+    std::uint32_t hash_ = 0;
 };
 
 }  // namespace korv::tools

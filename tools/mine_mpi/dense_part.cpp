@@ -26,6 +26,11 @@ void DensePart::enter(Rank rank) {
     put_outside(cover_.enter(rank), outside_[size_ - 1], outside_[size_]);
 }
 
+void DensePart::enter_to_count(Rank rank) {
+    ++size_;
+    cover_.enter_to_count(rank);
+}
+
 void DensePart::leave() {
     cover_.leave();
     --size_;
@@ -37,12 +42,10 @@ bool DensePart::counts_own(std::size_t size) const {
            CandidateSearch::looks(size) * nanoseconds_of_a_look > nanoseconds_of_own_;
 }
 
-void DensePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
-    if (!is_entered) {
-        // Whoever enters an item overwrites this.
-        put_outside(cover_.gain(rank), outside_[size_], outside_[size_ + 1]);
-    }
-    outside.append(outside_[is_entered ? size_ : size_ + 1]);
+void DensePart::tell_outside(Rank rank, BitStream& outside) {
+    // Whoever enters an item overwrites this.
+    put_outside(cover_.gain(rank), outside_[size_], outside_[size_ + 1]);
+    outside.append(outside_[size_ + 1]);
 }
 
 void DensePart::put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) const {

@@ -20,20 +20,22 @@ public:
     DensePart(const PartItems& items, std::size_t processes);
 
     static constexpr bool closes_by_pairs = false;
+    static constexpr bool asks_for_all_ranks = true;
     Rank rows() const { return frequent_; }
     void pairs_of(Rank rank, std::vector<Candidate>& pairs) const { cover_.pairs_of(rank, 1, pairs); }
     static bool is_wanted(Rank, Rank, Count) { return false; }
     static void add_pair(Rank, Rank, Count) {}
     static void set_root(Rank, const EssentialTree&) {}
     void enter(Rank rank);
+    void enter_to_count(Rank rank);
     void leave();
     void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
     Count own(Rank rank) { return cover_.own(rank); }
     bool counts_own(std::size_t size) const;
     std::size_t words_of_closure(std::size_t) const { return outside_.front().size(); }
     static bool put_open(std::span<const Rank>, std::vector<Rank>&) { return false; }
-    void tell_outside(Rank rank, bool is_entered, BitStream& outside);
-    static void tell_outside_of(std::span<const Rank>, Rank, bool, BitStream&) {}
+    void tell_outside(Rank rank, BitStream& outside);
+    static void tell_outside_of(std::span<const Rank>, Rank, BitStream&) {}
 
 private:
     using Ranks = std::vector<BitWord>;  ///< a bit for each, in the order of their first items

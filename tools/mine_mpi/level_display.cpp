@@ -31,7 +31,7 @@ std::string LevelWatch::why_it_stopped(const MiningOptions& options) const {
     const std::string found =
         is_out_of_time_
             ? "stopped after " + seconds_text(*max_seconds_) + " (--max-seconds), with " +
-                  with_commas(progress_.classes) + " classes"
+                  with_commas(progress_.found.classes) + " classes"
             : "there are more than " + with_commas(options.max_classes) + " classes (--max-classes)";
     return found + " when " + place_of_walk(progress_) + " were done; a higher --min-support (now " +
            std::to_string(options.min_support) + ") or a lower --max-size brings fewer, a higher " +
@@ -40,8 +40,8 @@ std::string LevelWatch::why_it_stopped(const MiningOptions& options) const {
 }
 
 std::string level_progress_line(const LevelProgress& progress, double seconds, std::size_t mebibytes) {
-    return place_of_walk(progress) + ", " + with_commas(progress.essentials) + " essential itemsets, " +
-           with_commas(progress.classes) + " classes, " + size_text(progress.file_bytes) + "; " +
+    return place_of_walk(progress) + ", " + with_commas(progress.found.essentials) + " essential itemsets, " +
+           with_commas(progress.found.classes) + " classes, " + size_text(progress.found.file_bytes) + "; " +
            std::to_string(std::llround(seconds)) + " s, " + std::to_string(mebibytes) + " MiB";
 }
 

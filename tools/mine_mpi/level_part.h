@@ -14,7 +14,8 @@ namespace korv::tools {
 ///   of all processes, besides those that become itemsets. add_pair(rank, below, together): keeps it. The
 ///   same pairs are told in all processes.
 /// - set_root(root, tree): the itemsets that follow begin with this item, until another is set.
-/// - enter(rank), leave(): adds an item at the end, and removes it.
+/// - enter(rank), leave(): adds an item at the end, and removes it. enter_to_count(rank): the same where
+///   nothing but count and own is called until it is left.
 /// - count(candidates): sets the joint supports of the candidates with the itemset here. There is at least
 ///   one; they are ascending, and below all of the itemset.
 /// - own(rank): the number of transactions here that hold this item and no item of the itemset.
@@ -22,14 +23,14 @@ namespace korv::tools {
 ///   than inclusion and exclusion does; the same in all processes.
 /// - words_of_closure(size): what is told of the closure of an itemset of this size takes about so many
 ///   numbers of 64 bits; the same in all processes.
+/// - asks_for_all_ranks: whether put_open always returns false.
 /// - put_open(itemset, open): appends to `open` the other ranks that may be in the closure of an itemset, as
 ///   the lines here and the numbers of all processes tell, in no certain order, and returns true. Or returns
 ///   false, and appends nothing, where it has to be asked for all ranks.
-/// - tell_outside(rank, is_entered, outside): appends, in whole words, a bit for each rank, in the order of
-///   the first items of ranks: whether a line here shows that it is outside the closure of the itemset with
-///   this item (its last one where it was entered, one behind it otherwise).
-/// - tell_outside_of(open, rank, is_entered, outside): the same, bit by bit, for these ranks alone, in their
-///   order.
+/// - tell_outside(rank, outside): appends, in whole words, a bit for each rank, in the order of the first
+///   items of ranks: whether a line here shows that it is outside the closure of the itemset with this item
+///   behind it.
+/// - tell_outside_of(open, rank, outside): the same, bit by bit, for these ranks alone, in their order.
 class DensePart;
 class SparsePart;
 

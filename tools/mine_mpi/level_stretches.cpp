@@ -11,12 +11,12 @@ using Node = EssentialTree::Node;
 
 /// So much work, about a number that is exchanged for each, is in a round: enough for the time of a message
 /// not to matter, and so little that progress is shown.
-constexpr std::uint64_t work_of_round = std::uint64_t{1} << 17;
+constexpr std::uint64_t work_of_round = std::uint64_t{1} << 19;
 constexpr std::uint64_t least_work_of_stretch = std::uint64_t{1} << 12;
 
 /// What is to be done for an itemset: it has at most one candidate for each sibling below it.
 std::uint64_t work_of(const EssentialTree& tree, Node node, std::size_t words_of_closure) {
-    constexpr std::uint64_t of_node = 8;
+    constexpr std::uint64_t of_node = 64;
     const Node parent = tree.parent(node);
     return of_node + 2 * words_of_closure +
            (parent == EssentialTree::none ? 0 : node - tree.first_child(parent));

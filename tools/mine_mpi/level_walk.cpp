@@ -39,8 +39,6 @@ public:
 
     explicit QuestionReader(const Numbers& numbers) : left_(numbers) {}
 
-    std::uint32_t take_number() { return take(1).front(); }
-
     Question take_question() {
         const std::span<const std::uint32_t> sizes = take(2);
         const std::span<const Rank> candidates = take(sizes[0]);
@@ -66,9 +64,9 @@ struct Answers {
     std::vector<int> sizes_of_outside;  ///< by stretch
 };
 
-/// Closures of some itemsets, one behind the other.
+/// Closures one behind the other, as append_encoded writes them.
 struct Closures {
-    std::vector<ClosureSizes> sizes;
+    Numbers sizes;  ///< in bytes
     std::string bytes;
 };
 
@@ -80,6 +78,9 @@ public:
     /// Calls leave() and enter(node) until the path is that of `node`, or of nothing.
     template <typename Enter, typename Leave>
     void move_to(Node node, Enter enter, Leave leave) {
+        if (!path_.empty() && path_.back() == node) {
+            return;
+        }
         wanted_.clear();
         for (Node each = node; each != EssentialTree::none; each = tree_.parent(each)) {
             wanted_.push_back(each);
@@ -122,9 +123,11 @@ public:
           answering_path_(tree_),
           concluding_path_(tree_),
           closure_(items.ranked, options.min_support),
-          classes_(items.ranked.items, options.max_classes) {}
+          classes_(processes, items.ranked.items, options.max_classes) {}
 
-    MiningResult run(const KeptLevels* kept) {
+    LevelResult run(const KeptLevels* kept) {
+        keeps_closures_ = events_.keeps_closures;
+        processes_.broadcast_value(keeps_closures_);
         begin_level();
         find_pairs();
         take_up(kept);
@@ -209,11 +212,7 @@ private:
         if (processes_.is_first() && events_.level_done) {
             events_.level_done(report_);
         }
-        share_stop();
     }
-
-    /// Tells all processes whether the first one wants to stop.
-    void share_stop() { is_stopped_ = processes_.sum((is_stopped_ || wants_to_stop_) ? 1 : 0) > 0; }
 
     /// Looks at the itemsets of one size: their closures, and those with one item more.
     void walk_level() {
@@ -221,11 +220,13 @@ private:
         const auto processes = static_cast<std::size_t>(processes_.size());
         const std::vector<Node> begins =
             stretches_of_level(tree_, begin_of_level_, end, part_.words_of_closure(size_), processes);
-        for (std::size_t first = 0; first + 1 < begins.size() && !is_stopped_; first += processes) {
-            walk_round(std::span(begins).subspan(first, processes + 1));
+        std::size_t first = 0;
+        ask(begins, first);
+        for (; first + 1 < begins.size() && !is_stopped_; first += processes) {
+            walk_round(begins, first);
         }
         leave_paths();
-        const bool is_whole = !is_stopped_ && !has_too_many_classes_;
+        const bool is_whole = first + 1 >= begins.size() && !has_too_many_classes_;
         end_level();
         keep_level(is_whole);
         begin_of_level_ = end;
@@ -234,30 +235,29 @@ private:
         begin_level();
     }
 
-    /// Looks at a stretch of itemsets for each process, which begins at one of `begins` and ends at the next.
-    /// Each process asks about its own, all answer from their lines, and each concludes what becomes of its
-    /// own.
-    void walk_round(std::span<const Node> begins) {
-        const auto number = static_cast<std::size_t>(processes_.number());
-        const Node begin = begins[number];
-        const Node end = begins[number + 1];
-        const Numbers own = ask(begin, end);
-        Answers answers = answer(processes_.all_of(own), begins);
-        if (is_stopped_) {
-            return;
-        }
-        answers.counts = processes_.sums(answers.counts, answers.sizes_of_counts);
-        answers.outside = processes_.unions(answers.outside, answers.sizes_of_outside);
-        Numbers nodes;
-        Closures closures;
-        conclude(begin, end, own, answers, nodes, closures);
-        add_nodes(begins.front(), begins.back(), processes_.all_of(nodes));
-        closures.sizes = processes_.gathered(closures.sizes);
-        closures.bytes = processes_.gathered(closures.bytes);
-        if (processes_.is_first()) {
-            add_classes(begins.front(), closures);
-            go_on(begins.back());
-        }
+    /// Looks at a stretch of itemsets for each process; the first of them begins at `begins[first]`. Each
+    /// process has asked about its own. All answer from their lines, and each concludes what becomes of its
+    /// own. It also asks about its stretch of the next round then, so that processes wait for each other as
+    /// seldom as possible.
+    void walk_round(const std::vector<Node>& begins, std::size_t first) {
+        const auto processes = static_cast<std::size_t>(processes_.size());
+        const std::span<const Node> round = std::span(begins).subspan(first, processes + 1);
+        Answers answers = answer(processes_.all_of(questions_), round);
+        answers.counts = processes_.sums(std::move(answers.counts), answers.sizes_of_counts);
+        answers.outside = processes_.unions(std::move(answers.outside), answers.sizes_of_outside);
+        const Numbers nodes = conclude(begins, first, answers);
+        ask(begins, first + processes);
+        add_nodes(round.front(), round.back(), processes_.all_of(nodes));
+        has_too_many_classes_ = !classes_.add(tree_, round.back() - round.front());
+        collect_closures();
+        go_on(round.back());
+    }
+
+    /// The itemsets of this process in the round that begins with a stretch; none behind the last round.
+    std::pair<Node, Node> stretch(const std::vector<Node>& begins, std::size_t first) const {
+        const std::size_t own = first + static_cast<std::size_t>(processes_.number());
+        return own + 1 < begins.size() ? std::pair(begins[own], begins[own + 1])
+                                       : std::pair(Node{0}, Node{0});
     }
 
     void leave_paths() {
@@ -269,23 +269,21 @@ private:
 
     // Asking.
 
-    /// The questions about itemsets: first whether to stop, then one for each of them. Keeps the candidates.
-    Numbers ask(Node begin, Node end) {
-        Numbers questions = {wants_to_stop_ ? 1U : 0U};
+    /// Sets the questions of this process about its itemsets of a round, and the candidates.
+    void ask(const std::vector<Node>& begins, std::size_t first) {
+        const auto [begin, end] = stretch(begins, first);
+        questions_.clear();
         candidates_.clear();
         for (Node node = begin; node < end; ++node) {
             const std::vector<Candidate>& found = find_candidates(node);
-            put_itemset(node);
-            open_.clear();
-            const bool asks_all = !part_.put_open(itemset_, open_);
-            questions.push_back(static_cast<std::uint32_t>(found.size()));
-            questions.push_back(asks_all ? QuestionReader::all : static_cast<std::uint32_t>(open_.size()));
-            std::ranges::transform(found, std::back_inserter(questions), &Candidate::rank);
-            questions.insert(questions.end(), open_.begin(), open_.end());
+            const bool asks_all = !put_open(node);
+            questions_.push_back(static_cast<std::uint32_t>(found.size()));
+            questions_.push_back(asks_all ? QuestionReader::all : static_cast<std::uint32_t>(open_.size()));
+            std::ranges::transform(found, std::back_inserter(questions_), &Candidate::rank);
+            questions_.insert(questions_.end(), open_.begin(), open_.end());
             candidates_.insert(candidates_.end(), found.begin(), found.end());
             asking_.leave();
         }
-        return questions;
     }
 
     /// Enters a node, and returns its candidates.
@@ -304,6 +302,16 @@ private:
         return asking_.candidates();
     }
 
+    /// Sets `open_`. Returns false where all ranks are to be asked for.
+    bool put_open(Node node) {
+        open_.clear();
+        if constexpr (Part::asks_for_all_ranks) {
+            return false;
+        }
+        put_itemset(node);
+        return part_.put_open(itemset_, open_);
+    }
+
     /// Sets `itemset_`, from the root item on.
     void put_itemset(Node node) {
         itemset_.clear();
@@ -319,10 +327,6 @@ private:
         Answers answers;
         QuestionReader reader(questions);
         for (std::size_t process = 0; process + 1 < begins.size(); ++process) {
-            is_stopped_ = is_stopped_ || reader.take_number() > 0;
-            if (is_stopped_) {
-                break;
-            }
             const std::size_t counts_before = answers.counts.size();
             BitStream outside;
             const bool is_own = process == static_cast<std::size_t>(processes_.number());
@@ -338,25 +342,23 @@ private:
 
     /// `is_own`: whether this process asked. Then its lines show nothing of what it left open.
     void answer(Node node, const Question& question, bool is_own, Numbers& counts, BitStream& outside) {
-        const bool is_entered = !question.candidates.empty();
+        const bool is_extended = !question.candidates.empty();
         const bool looks = question.asks_all || (!is_own && !question.open.empty());
-        if (is_entered || looks) {
+        if (is_extended || looks) {
             answering_path_.move_to(
                 tree_.parent(node), [this](Node each) { enter_answering(each); }, [this] { part_.leave(); });
         }
         const Rank rank = tree_.rank(node);
-        if (is_entered) {
-            part_.enter(rank);
-            count(question.candidates, counts);
-        }
         if (question.asks_all) {
-            part_.tell_outside(rank, is_entered, outside);
+            part_.tell_outside(rank, outside);
         } else if (looks) {
-            part_.tell_outside_of(question.open, rank, is_entered, outside);
+            part_.tell_outside_of(question.open, rank, outside);
         } else {
             outside.append_zeros(question.open.size());
         }
-        if (is_entered) {
+        if (is_extended) {
+            part_.enter_to_count(rank);
+            count(question.candidates, counts);
             part_.leave();
         }
     }
@@ -383,15 +385,16 @@ private:
 
     // Concluding.
 
-    /// What becomes of itemsets, by the answers of all lines. Appends to `nodes`, for each itemset, how many
-    /// children it has, and the rank, the joint support and the support of each.
-    void conclude(Node begin, Node end, const Numbers& questions, const Answers& answers, Numbers& nodes,
-                  Closures& closures) {
-        QuestionReader reader(questions);
-        reader.take_number();
+    /// What becomes of the itemsets of this process in a round, by the answers of all lines: returns, for
+    /// each itemset, how many children it has, and the rank, the joint support and the support of each. Puts
+    /// the closures to their classes.
+    Numbers conclude(const std::vector<Node>& begins, std::size_t first, const Answers& answers) {
+        Numbers nodes;
+        QuestionReader reader(questions_);
         std::span<const std::uint32_t> counts = answers.counts;
         std::span<const Candidate> candidates = candidates_;
         std::size_t bit = 0;
+        const auto [begin, end] = stretch(begins, first);
         for (Node node = begin; node < end; ++node) {
             const Question question = reader.take_question();
             const std::size_t size = question.candidates.size();
@@ -400,7 +403,16 @@ private:
             candidates = candidates.subspan(size);
             counts = counts.subspan(numbers);
             bit = find_closure(node, question, answers.outside, bit);
-            closures.sizes.push_back(closure_.finish(closures.bytes));
+            put_closure(node);
+        }
+        return nodes;
+    }
+
+    void put_closure(Node node) {
+        const std::string_view closure = classes_.put(node, closure_);
+        if (keeps_closures_) {
+            kept_.sizes.push_back(static_cast<std::uint32_t>(closure.size()));
+            kept_.bytes += closure;
         }
     }
 
@@ -470,7 +482,7 @@ private:
         }
     }
 
-    // What all know then, and what the first process knows.
+    // What all know then.
 
     /// Adds the children of itemsets to the tree. `numbers`: see conclude.
     void add_nodes(Node begin, Node end, const Numbers& numbers) {
@@ -482,40 +494,34 @@ private:
         }
     }
 
-    void add_classes(Node node, const Closures& closures) {
-        std::string_view left = closures.bytes;
-        for (const ClosureSizes& sizes : closures.sizes) {
-            const std::string_view closure = left.substr(0, sizes.bytes);
-            left.remove_prefix(sizes.bytes);
-            if (!add_class(node, closure, sizes)) {
-                return;
-            }
-            if (events_.keeps_closures) {
-                closures_.emplace_back(closure);
-            }
-            ++node;
-        }
-    }
-
-    /// Returns false when there are too many classes then.
-    bool add_class(Node node, std::string_view closure, const ClosureSizes& sizes) {
-        has_too_many_classes_ =
-            !classes_.add_encoded(node, tree_, {closure, sizes.items, sizes.text_bytes, sizes.rare_bytes});
-        return !has_too_many_classes_;
-    }
-
-    /// Asks whether to go on. `end`: behind the last itemset that was looked at.
+    /// Asks the first process whether to go on, and tells all. `end`: behind the last itemset that was looked
+    /// at.
     void go_on(Node end) {
         const LevelProgress progress = {.size = size_,
                                         .itemsets = end - begin_of_level_,
                                         .of_itemsets = end_of_level_ - begin_of_level_,
-                                        .essentials = classes_.essentials(),
-                                        .classes = classes_.size(),
-                                        .file_bytes = classes_.file_bytes()};
-        wants_to_stop_ = (events_.go_on && !events_.go_on(progress)) || has_too_many_classes_;
+                                        .found = classes_.figures()};
+        const bool wants_to_stop = processes_.is_first() && events_.go_on && !events_.go_on(progress);
+        is_stopped_ = processes_.sum((wants_to_stop || has_too_many_classes_) ? 1 : 0) > 0;
     }
 
     // What is kept for another run.
+
+    /// Gives the closures of a round, where they are kept, to the first process.
+    void collect_closures() {
+        if (!keeps_closures_) {
+            return;
+        }
+        const std::vector<Numbers> sizes = processes_.gathered(std::exchange(kept_.sizes, {}));
+        const std::vector<std::string> bytes = processes_.gathered(std::exchange(kept_.bytes, {}));
+        for (std::size_t process = 0; process < sizes.size(); ++process) {
+            std::size_t begin = 0;
+            for (const std::uint32_t size : sizes[process]) {
+                closures_.push_back(bytes[process].substr(begin, size));
+                begin += size;
+            }
+        }
+    }
 
     /// `is_whole`: whether all of the level was done, and has its classes.
     void keep_level(bool is_whole) {
@@ -543,22 +549,29 @@ private:
         for (std::size_t i = tree_.size() - items_.frequent; i < nodes.size(); ++i) {
             tree_.add(nodes[i].parent, nodes[i].rank, nodes[i].joint, nodes[i].support);
         }
-        if (kept != nullptr) {
-            for (Node node = 0; node < end_of_level_ && !has_too_many_classes_; ++node) {
-                take_up_class(node, kept->closures[node]);
-            }
-        }
+        take_up_classes(kept);
         begin_of_level_ = end_of_level_;
         end_of_level_ = static_cast<Node>(tree_.size());
         size_ = size + 1;
         if (has_too_many_classes_) {
-            go_on(begin_of_level_);
+            go_on(begin_of_level_);  // now, since there may be no level left
         }
-        share_stop();  // now, since there may be no level left
         begin_level();
     }
 
-    void take_up_class(Node node, std::string_view bytes) {
+    void take_up_classes(const KeptLevels* kept) {
+        constexpr std::size_t at_once = std::size_t{1} << 16;
+        for (std::size_t begin = 0; begin < end_of_level_ && !has_too_many_classes_; begin += at_once) {
+            const std::size_t end = std::min<std::size_t>(end_of_level_, begin + at_once);
+            for (std::size_t node = begin; kept != nullptr && node < end; ++node) {
+                take_up_closure(kept->closures[node]);
+                classes_.put(static_cast<Node>(node), closure_);
+            }
+            has_too_many_classes_ = !classes_.add(tree_, end - begin);
+        }
+    }
+
+    void take_up_closure(std::string_view bytes) {
         Itemset closure;
         decode(bytes, closure);
         auto next = by_item_.begin();
@@ -569,9 +582,6 @@ private:
                 closure_.add(*next);
             }
         }
-        std::string encoded;
-        const ClosureSizes sizes = closure_.finish(encoded);
-        add_class(node, encoded, sizes);
     }
 
     Processes& processes_;
@@ -588,18 +598,20 @@ private:
     Path answering_path_;
     Path concluding_path_;
     ClosureBuilder closure_;  ///< what find_closure found
-    MinedClasses classes_;    ///< in the first process
+    DividedClasses classes_;
 
-    std::size_t size_ = 1;               ///< of the itemsets that are looked at
-    Node begin_of_level_ = 0;            ///< the first of them
-    Node end_of_level_ = 0;              ///< behind the last of them
-    bool has_too_many_classes_ = false;  ///< in the first process
-    bool wants_to_stop_ = false;  ///< in the first process: the others are told with the next questions
-    bool is_stopped_ = false;     ///< all processes know it
-    LevelReport report_;          ///< until the end of a level, of what this process counts
-    std::vector<std::string> closures_;  ///< of this level, where they are kept
+    std::size_t size_ = 1;     ///< of the itemsets that are looked at
+    Node begin_of_level_ = 0;  ///< the first of them
+    Node end_of_level_ = 0;    ///< behind the last of them
+    bool has_too_many_classes_ = false;
+    bool is_stopped_ = false;
+    LevelReport report_;                 ///< until the end of a level, of what this process counts
+    bool keeps_closures_ = false;        ///< whether the first process keeps them for another run
+    Closures kept_;                      ///< of this process in a round, where they are kept
+    std::vector<std::string> closures_;  ///< in the first process: of this level, where they are kept
 
-    std::vector<Candidate> candidates_;  ///< of this round, in the order of the questions of this process
+    Numbers questions_;                  ///< of this process: one for each of its itemsets in a round
+    std::vector<Candidate> candidates_;  ///< in the order of the questions
     std::vector<Rank> itemset_;          ///< set and used in one call
     std::vector<Rank> open_;             ///< likewise
     std::vector<Candidate> counted_;     ///< likewise
@@ -607,8 +619,8 @@ private:
 
 }  // namespace
 
-MiningResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
-                            const LevelEvents& events, const KeptLevels* kept) {
+LevelResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
+                           const LevelEvents& events, const KeptLevels* kept) {
     return is_dense(items) ? LevelWalk<DensePart>(processes, items, options, events).run(kept)
                            : LevelWalk<SparsePart>(processes, items, options, events).run(kept);
 }

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "mine/essential_tree.h"
-#include "mine/mined_classes.h"
 #include "mine/miner.h"
+#include "mine_mpi/divided_classes.h"
 #include "mine_mpi/part_items.h"
 #include "mine_mpi/processes.h"
 
@@ -29,9 +29,7 @@ struct LevelProgress {
     std::size_t size = 0;         ///< of the itemsets that are being looked at
     std::size_t itemsets = 0;     ///< of that size that are done
     std::size_t of_itemsets = 0;  ///< of that size
-    std::size_t essentials = 0;   ///< found so far
-    std::size_t classes = 0;      ///< found so far
-    std::size_t file_bytes = 0;   ///< of the class file, for what was found so far
+    ClassFigures found;           ///< so far
 };
 
 /// What the walk has found when all itemsets of a size are done: the itemsets of up to one item more, and the
@@ -70,16 +68,22 @@ struct KeptLevels {
     std::vector<std::string> closures;  ///< of all closed nodes
 };
 
-/// Finds what mine() finds, in a database that is divided among processes. The classes are in the first one.
+/// What the walk by levels found.
+struct LevelResult {
+    DividedClasses classes;
+    bool is_complete = true;  ///< whether these are all classes
+};
+
+/// Finds what mine() finds, in a database that is divided among processes.
 ///
 /// The walk goes by levels, over the essential itemsets of one item, of two, and so on; all processes hold
 /// the same tree of them. A level is divided into rounds, and a round among the processes. Each process finds
 /// the candidates of its own itemsets; all count them in their lines, and tell which items these show to be
 /// outside a closure; and the sums and unions go to the process that asked. It makes nodes of them, which all
-/// add to their trees, and closures, which the first process collects.
+/// add to their trees, and closures, each of which goes to the process that has its class.
 ///
-/// A node of the tree takes 24 bytes in each process, and in the first one 4 more, besides its class.
-MiningResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
-                            const LevelEvents& events, const KeptLevels* kept = nullptr);
+/// A node of the tree takes 28 bytes in each process, besides the classes.
+LevelResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
+                           const LevelEvents& events, const KeptLevels* kept = nullptr);
 
 }  // namespace korv::tools

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <iostream>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "mine/named_items.h"
 #include "mine/summary.h"
 #include "mine_mpi/checkpoint.h"
+#include "mine_mpi/divided_output.h"
 #include "mine_mpi/level_display.h"
 #include "mine_mpi/level_walk.h"
 #include "mine_mpi/part_items.h"
@@ -45,14 +47,12 @@ void mine_for(Processes& processes, const PartOfDatabase& part, std::chrono::dur
     const Clock::time_point start = Clock::now();
     const LevelEvents events = {.go_on = [&](const LevelProgress&) { return Clock::now() - start < time; }};
     const PartItems items = ranked(processes, part, options);
-    const MiningResult result = mine_by_levels(processes, items, options, events);
-    estimate.essentials = result.classes.essentials();
-    estimate.classes = result.classes.size();
-    estimate.file_bytes = result.classes.file_bytes();
+    const LevelResult result = mine_by_levels(processes, items, options, events);
+    const ClassFigures& found = result.classes.figures();
+    estimate.essentials = found.essentials;
+    estimate.classes = found.classes;
+    estimate.file_bytes = found.file_bytes;
     estimate.is_complete = result.is_complete;
-    processes.broadcast_value(estimate.essentials);
-    processes.broadcast_value(estimate.classes);
-    processes.broadcast_value(estimate.file_bytes);
 }
 
 DatabaseFigures figures_of(const PartOfDatabase& part, Count min_support) {
@@ -116,28 +116,41 @@ void open_outputs(const MpiArguments& all, const PartOfDatabase& part, const Par
     }
 }
 
-/// What the first process does, and writes, when all is mined. Returns how the run ends.
-RunStatus finish(const MpiArguments& all, const PartOfDatabase& part, const MiningOptions& options,
-                 const MiningResult& result, const LevelWatch& watch, Outputs& outputs) {
+/// Whether the classes are to be written. Says in the first process why the mining stopped, if it did, and
+/// throws Error where there are no classes.
+bool are_wanted(Processes& processes, const PartOfDatabase& part, const Arguments& arguments,
+                const MiningOptions& options, const LevelResult& result, const LevelWatch& watch) {
+    const ClassFigures& found = result.classes.figures();
     if (!result.is_complete) {
-        const bool keeps = all.mining.keeps_partial;
-        say(watch.why_it_stopped(options) + (keeps ? "" : "; --partial keeps what is found until then"));
-        if (!keeps || result.classes.size() == 0) {
-            return RunStatus::stopped;
+        if (processes.is_first()) {
+            say(watch.why_it_stopped(options) +
+                (arguments.keeps_partial ? "" : "; --partial keeps what is found until then"));
+        }
+        if (!arguments.keeps_partial || found.classes == 0) {
+            return false;
         }
     }
-    Count most = 0;
-    for (const Count support : part.supports) {
-        most = std::max(most, support);
-    }
-    require_classes(result.classes, most, options);
-    write_classes(result.classes, *outputs.classes);
-    AtomicOutput::commit_together(outputs.names ? std::vector{&*outputs.names, &*outputs.classes}
-                                                : std::vector{&*outputs.classes});
-    if (outputs.checkpoint && result.is_complete) {
-        outputs.checkpoint->remove();
-    }
-    return result.is_complete ? RunStatus::done : RunStatus::stopped;
+    processes.together([&] {
+        const auto most = std::ranges::max_element(part.supports);
+        require_classes(found, most == part.supports.end() ? 0 : *most, options);
+    });
+    return true;
+}
+
+/// Writes the classes, each process its own ones, and gives the files their names in the first one.
+void write(Processes& processes, const LevelResult& result, Outputs& outputs) {
+    write_divided(processes, result.classes,
+                  [&outputs](std::string_view records) { outputs.classes->write(records); });
+    processes.together([&] {
+        if (!processes.is_first()) {
+            return;
+        }
+        AtomicOutput::commit_together(outputs.names ? std::vector{&*outputs.names, &*outputs.classes}
+                                                    : std::vector{&*outputs.classes});
+        if (outputs.checkpoint && result.is_complete) {
+            outputs.checkpoint->remove();
+        }
+    });
 }
 
 LevelEvents events_for(LevelWatch& watch, std::vector<LevelReport>& levels, Outputs& outputs) {
@@ -179,31 +192,27 @@ RunStatus mine_to_files(Processes& processes, const MpiArguments& all, Clock::ti
     levels.front().bytes = reading.bytes;
     levels.front().slowest = reading.slowest;
     levels.front().fastest = reading.fastest;
-    const MiningResult result = mine_by_levels(processes, items, options, events_for(watch, levels, outputs),
-                                               outputs.checkpoint ? &outputs.checkpoint->kept() : nullptr);
+    const LevelResult result = mine_by_levels(processes, items, options, events_for(watch, levels, outputs),
+                                              outputs.checkpoint ? &outputs.checkpoint->kept() : nullptr);
     line.reset();
-    RunStatus status = RunStatus::done;
-    processes.together([&] {
-        if (processes.is_first()) {
-            status = finish(all, part, options, result, watch, outputs);
-        }
-    });
-    processes.broadcast_value(status);
-    const bool is_written = result.is_complete || arguments.keeps_partial;
-    if (processes.is_first() && !arguments.quiet && is_written && result.classes.size() > 0) {
+    if (!are_wanted(processes, part, arguments, options, result, watch)) {
+        return RunStatus::stopped;
+    }
+    write(processes, result, outputs);
+    if (processes.is_first() && !arguments.quiet) {
         const std::chrono::duration<double> elapsed = Clock::now() - start;
         std::cerr << "processes           " << processes.size() << '\n'
                   << level_table(levels)
                   << summary({.database = figures_of(part, options.min_support),
                               .reading = part.report,
                               .options = options,
-                              .classes = result.classes,
+                              .classes = result.classes.figures(),
                               .is_complete = result.is_complete,
                               .output = arguments.output,
                               .names = outputs.names_path,
                               .seconds = elapsed.count()});
     }
-    return status;
+    return result.is_complete ? RunStatus::done : RunStatus::stopped;
 }
 
 }  // namespace

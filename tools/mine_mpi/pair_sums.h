@@ -57,7 +57,7 @@ private:
             part_.pairs_of(row, pairs_);
             put_pairs(row, for_each[owner(row)]);
         }
-        const std::vector<Numbers> from_each = processes_.exchange(for_each);
+        const std::vector<Numbers> from_each = processes_.exchange(std::move(for_each));
         std::vector<std::size_t> positions(from_each.size());
         Numbers sums;
         for (Rank row = begin; row < end; ++row) {

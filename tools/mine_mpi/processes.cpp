@@ -5,6 +5,7 @@
 #include <limits>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace korv::tools {
 
@@ -129,30 +130,44 @@ std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& v
 }
 
 std::vector<std::vector<std::uint32_t>> Processes::exchange(
-    const std::vector<std::vector<std::uint32_t>>& for_each) {
+    std::vector<std::vector<std::uint32_t>> for_each) {
+    return exchanged(std::move(for_each), MPI_UINT32_T);
+}
+
+std::vector<std::string> Processes::exchange(std::vector<std::string> for_each) {
+    return exchanged(std::move(for_each), MPI_BYTE);
+}
+
+/// What is for this process itself does not go through MPI.
+template <typename Values>
+std::vector<Values> Processes::exchanged(std::vector<Values> for_each, MPI_Datatype type) {
     if (size_ == 1) {
         return for_each;
     }
+    using Value = typename Values::value_type;
+    Values own;
+    own.swap(for_each[static_cast<std::size_t>(number_)]);
     std::vector<int> given;
-    std::vector<std::uint32_t> out;
-    for (const std::vector<std::uint32_t>& values : for_each) {
+    Values out;
+    for (const Values& values : for_each) {
         given.push_back(count_of(values.size()));
         out.insert(out.end(), values.begin(), values.end());
     }
     std::vector<int> taken(given.size());
     const Waiting waiting(*this);
-    bytes_ += (out.size() - for_each[static_cast<std::size_t>(number_)].size()) * sizeof(std::uint32_t);
+    bytes_ += out.size() * sizeof(Value);
     MPI_Alltoall(given.data(), 1, MPI_INT, taken.data(), 1, MPI_INT, MPI_COMM_WORLD);
     total_of(given);  // which is not too much
-    std::vector<std::uint32_t> in(total_of(taken));
+    Values in(total_of(taken), Value{});
     const std::vector<int> begins = begins_of(taken);
-    MPI_Alltoallv(out.data(), given.data(), begins_of(given).data(), MPI_UINT32_T, in.data(), taken.data(),
-                  begins.data(), MPI_UINT32_T, MPI_COMM_WORLD);
-    std::vector<std::vector<std::uint32_t>> from_each;
+    MPI_Alltoallv(out.data(), given.data(), begins_of(given).data(), type, in.data(), taken.data(),
+                  begins.data(), type, MPI_COMM_WORLD);
+    std::vector<Values> from_each;
     for (std::size_t process = 0; process < taken.size(); ++process) {
         const auto begin = in.begin() + begins[process];
         from_each.emplace_back(begin, begin + taken[process]);
     }
+    from_each[static_cast<std::size_t>(number_)].swap(own);
     return from_each;
 }
 
@@ -161,19 +176,18 @@ std::uint64_t Processes::sum(std::uint64_t value) {
     return std::accumulate(values.begin(), values.end(), std::uint64_t{0});
 }
 
-std::vector<std::uint32_t> Processes::sums(const std::vector<std::uint32_t>& values,
-                                           const std::vector<int>& sizes) {
-    return reduced(values, sizes, MPI_UINT32_T, MPI_SUM);
+std::vector<std::uint32_t> Processes::sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes) {
+    return reduced(std::move(values), sizes, MPI_UINT32_T, MPI_SUM);
 }
 
-std::vector<std::uint64_t> Processes::unions(const std::vector<std::uint64_t>& words,
+std::vector<std::uint64_t> Processes::unions(std::vector<std::uint64_t> words,
                                              const std::vector<int>& sizes) {
-    return reduced(words, sizes, MPI_UINT64_T, MPI_BOR);
+    return reduced(std::move(words), sizes, MPI_UINT64_T, MPI_BOR);
 }
 
 template <typename T>
-std::vector<T> Processes::reduced(const std::vector<T>& values, const std::vector<int>& sizes,
-                                  MPI_Datatype type, MPI_Op operation) {
+std::vector<T> Processes::reduced(std::vector<T> values, const std::vector<int>& sizes, MPI_Datatype type,
+                                  MPI_Op operation) {
     if (size_ == 1) {
         return values;
     }

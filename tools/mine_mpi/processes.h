@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "common/error.h"
@@ -46,7 +47,9 @@ public:
     template <typename T>
     void send(std::span<const T> values, int to);
     template <typename T>
-    std::vector<T> receive(int from);
+    std::vector<T> receive(int from) {
+        return receive_values<std::vector<T>>(from);
+    }
 
     /// The values of all processes, in their order.
     template <typename T>
@@ -55,22 +58,23 @@ public:
     /// The values of each process, in their order, in all processes.
     std::vector<std::uint32_t> all_of(const std::vector<std::uint32_t>& values);
 
-    /// What each process has for this one, in the order of processes. `for_each`: for each process.
-    std::vector<std::vector<std::uint32_t>> exchange(const std::vector<std::vector<std::uint32_t>>& for_each);
+    /// What each process has for this one, in the order of processes. `for_each`: for each process. Values: a
+    /// vector of such numbers, or a string.
+    std::vector<std::vector<std::uint32_t>> exchange(std::vector<std::vector<std::uint32_t>> for_each);
+    std::vector<std::string> exchange(std::vector<std::string> for_each);
 
     std::uint64_t sum(std::uint64_t value);
 
     /// The sums, over all processes, of the values that are for this one. `values`: for each process, one
     /// behind the other; `sizes`: how many, by process; they are the same in all.
-    std::vector<std::uint32_t> sums(const std::vector<std::uint32_t>& values, const std::vector<int>& sizes);
+    std::vector<std::uint32_t> sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes);
 
     /// The same with unions of words of bits.
-    std::vector<std::uint64_t> unions(const std::vector<std::uint64_t>& words, const std::vector<int>& sizes);
+    std::vector<std::uint64_t> unions(std::vector<std::uint64_t> words, const std::vector<int>& sizes);
 
-    /// The values of each process, in their order, in the first one; nothing in the others. Values: a vector
-    /// or a string.
+    /// The values of each process, in the first one; nothing in the others. Values: a vector or a string.
     template <typename Values>
-    Values gathered(const Values& values);
+    std::vector<Values> gathered(Values values);
 
     /// Does `work` in each process. Where it throws Error in some of them, throws that of the first one in
     /// all, as a SharedError. Memory that does not suffice counts as an Error.
@@ -95,13 +99,17 @@ private:
     void send_bytes(const void* bytes, std::size_t size, int to);
     void receive_bytes(void* bytes, std::size_t size, int from);
     void all_bytes(const void* mine, std::size_t size, void* all);
+    template <typename Values>
+    Values receive_values(int from);
     void throw_first(const std::string& complaint);
 
     /// How many other processes there are.
     std::size_t others() const { return static_cast<std::size_t>(size_) - 1; }
 
+    template <typename Values>
+    std::vector<Values> exchanged(std::vector<Values> for_each, MPI_Datatype type);
     template <typename T>
-    std::vector<T> reduced(const std::vector<T>& values, const std::vector<int>& sizes, MPI_Datatype type,
+    std::vector<T> reduced(std::vector<T> values, const std::vector<int>& sizes, MPI_Datatype type,
                            MPI_Op operation);
 
     int size_ = 1;
@@ -135,27 +143,28 @@ void Processes::send(std::span<const T> values, int to) {
     send_bytes(values.data(), values.size_bytes(), to);
 }
 
-template <typename T>
-std::vector<T> Processes::receive(int from) {
-    static_assert(std::is_trivially_copyable_v<T>);
+template <typename Values>
+Values Processes::receive_values(int from) {
+    using Value = typename Values::value_type;
+    static_assert(std::is_trivially_copyable_v<Value>);
     std::uint64_t size = 0;
     receive_bytes(&size, sizeof size, from);
-    std::vector<T> values(size);
-    receive_bytes(values.data(), size * sizeof(T), from);
+    Values values(size, Value{});
+    receive_bytes(values.data(), size * sizeof(Value), from);
     return values;
 }
 
 template <typename Values>
-Values Processes::gathered(const Values& values) {
+std::vector<Values> Processes::gathered(Values values) {
     using Value = typename Values::value_type;
     if (!is_first()) {
         send(std::span<const Value>(values), 0);
         return {};
     }
-    Values all = values;
+    std::vector<Values> all;
+    all.push_back(std::move(values));
     for (int other = 1; other < size_; ++other) {
-        const std::vector<Value> received = receive<Value>(other);
-        all.insert(all.end(), received.begin(), received.end());
+        all.push_back(receive_values<Values>(other));
     }
     return all;
 }

@@ -248,26 +248,18 @@ void SparsePart::put_open_by_lines(std::span<const Rank> itemset, std::vector<Ra
     for_each_covered(put);
 }
 
-void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside) {
-    if (!is_entered) {
-        push(rank);
-    }
+void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, BitStream& outside) {
+    push(rank);
     for (const Rank other : open) {
         outside.push_back(!covers(is_in_itemset_, other));
     }
-    if (!is_entered) {
-        pop();
-    }
+    pop();
 }
 
-void SparsePart::tell_outside(Rank rank, bool is_entered, BitStream& outside) {
-    if (!is_entered) {
-        push(rank);
-    }
+void SparsePart::tell_outside(Rank rank, BitStream& outside) {
+    push(rank);
     covered_.cover(itemset_);
-    if (!is_entered) {
-        pop();
-    }
+    pop();
     std::vector<BitWord> ranks = present_;
     for_each_covered([&](Rank other) { ranks[word_of(places_[other])] &= ~bit_of(places_[other]); });
     outside.append(ranks);

@@ -30,20 +30,22 @@ public:
     SparsePart(const PartItems& items, std::size_t processes);
 
     static constexpr bool closes_by_pairs = true;
+    static constexpr bool asks_for_all_ranks = false;
     Rank rows() const { return items_.size(); }
     void pairs_of(Rank rank, std::vector<Candidate>& pairs);
     bool is_wanted(Rank rank, Rank below, Count together) const;
     void add_pair(Rank rank, Rank below, Count together) { partners_.add(below, rank, together); }
     void set_root(Rank root, const EssentialTree& tree);
     void enter(Rank rank);
+    void enter_to_count(Rank rank) { enter(rank); }
     void leave();
     void count(std::vector<Candidate>& candidates);
     Count own(Rank rank);
     static bool counts_own(std::size_t size);
     std::size_t words_of_closure(std::size_t size) const;
     bool put_open(std::span<const Rank> itemset, std::vector<Rank>& open);
-    void tell_outside(Rank rank, bool is_entered, BitStream& outside);
-    void tell_outside_of(std::span<const Rank> open, Rank rank, bool is_entered, BitStream& outside);
+    void tell_outside(Rank rank, BitStream& outside);
+    void tell_outside_of(std::span<const Rank> open, Rank rank, BitStream& outside);
 
 private:
     /// The lines that hold all of a prefix of the itemset, among those of the root item.
