@@ -283,6 +283,20 @@ TEST_F(KorvMineMpi, KeepsTheLevelAtTheEndOfWhichTheTimeIsOver) {
     EXPECT_EQ(files().at("a.classes"), small_classes);
 }
 
+TEST_F(KorvMineMpi, EndsAmongThePairsWhenItsTimeIsOver) {
+    std::string database;
+    for (int item = 0; item < 5000; ++item) {
+        database += std::to_string(item) + ' ' + std::to_string((item + 1) % 5000) + '\n';
+    }
+    put("a.dat", database);
+    const Outcome outcome = mine_by(2, {"a.dat", "-s", "1", "-q", "--max-seconds", "0.001", "-o", "b"});
+    EXPECT_EQ(outcome.ending, exited(3));
+    EXPECT_NE(outcome.err.find("with 0 classes when the pairs of 838 of 5,000 items were done"),
+              std::string::npos)
+        << outcome.err;
+    EXPECT_EQ(names(), (std::vector<std::string>{"a.dat"}));
+}
+
 TEST_F(KorvMineMpi, RefusesACheckpointOfSomethingElse) {
     put("a.dat", random_database(7, 12, 60));
     put("b.dat", random_database(8, 12, 60));

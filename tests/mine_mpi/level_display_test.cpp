@@ -16,6 +16,11 @@ TEST(LevelDisplay, TellsHowFarTheLevelIs) {
         "1,200 of 8,000 itemsets of 3 items, 9,000 essential itemsets, 7,000 classes, 81.2 kB; 12 s, 34 MiB");
 }
 
+TEST(LevelDisplay, TellsHowManyItemsHaveTheirPairs) {
+    EXPECT_EQ(level_progress_line({.itemsets = 838, .of_itemsets = 5000}, 1.6, 34),
+              "the pairs of 838 of 5,000 items, 0 essential itemsets, 0 classes, 0 bytes; 2 s, 34 MiB");
+}
+
 TEST(LevelDisplay, TellsWhatEachLevelTook) {
     EXPECT_EQ(
         level_table({{.size = 0, .bytes = 64, .slowest = 0.5, .fastest = 0.25},

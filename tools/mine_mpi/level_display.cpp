@@ -9,10 +9,13 @@ namespace korv::tools {
 
 namespace {
 
-/// "1,200 of 8,000 itemsets of 3 items".
+/// "1,200 of 8,000 itemsets of 3 items", or "the pairs of 1,200 of 8,000 items".
 std::string place_of_walk(const LevelProgress& progress) {
-    return with_commas(progress.itemsets) + " of " + with_commas(progress.of_itemsets) + " itemsets of " +
-           std::to_string(progress.size) + (progress.size == 1 ? " item" : " items");
+    const std::string done = with_commas(progress.itemsets) + " of " + with_commas(progress.of_itemsets);
+    if (progress.size == 0) {
+        return "the pairs of " + done + " items";
+    }
+    return done + " itemsets of " + std::to_string(progress.size) + (progress.size == 1 ? " item" : " items");
 }
 
 }  // namespace

@@ -147,9 +147,13 @@ private:
         const auto width = std::max<std::size_t>(items_.frequent, 1);
         const auto at_once =
             static_cast<Rank>(std::clamp<std::size_t>((std::size_t{1} << 22) / width, 1, 4096));
-        for (Rank begin = 0; begin < rows; begin += at_once) {
-            sums.for_each_row(begin, std::min(rows, begin + at_once),
+        for (Rank begin = 0; begin < rows && !is_stopped_; begin += at_once) {
+            const Rank end = std::min(rows, begin + at_once);
+            sums.for_each_row(begin, end,
                               [this](Rank row, std::span<const Candidate> pairs) { add_row(row, pairs); });
+            if (end < rows) {
+                go_on({.itemsets = end, .of_itemsets = rows});
+            }
         }
     }
 
@@ -250,7 +254,7 @@ private:
         add_nodes(round.front(), round.back(), processes_.all_of(nodes));
         has_too_many_classes_ = !classes_.add(tree_, round.back() - round.front());
         collect_closures();
-        go_on(round.back());
+        go_on(progress_at(round.back()));
     }
 
     /// The itemsets of this process in the round that begins with a stretch; none behind the last round.
@@ -494,13 +498,16 @@ private:
         }
     }
 
-    /// Asks the first process whether to go on, and tells all. `end`: behind the last itemset that was looked
-    /// at.
-    void go_on(Node end) {
-        const LevelProgress progress = {.size = size_,
-                                        .itemsets = end - begin_of_level_,
-                                        .of_itemsets = end_of_level_ - begin_of_level_,
-                                        .found = classes_.figures()};
+    /// `end`: behind the last itemset that was looked at.
+    LevelProgress progress_at(Node end) const {
+        return {.size = size_,
+                .itemsets = end - begin_of_level_,
+                .of_itemsets = end_of_level_ - begin_of_level_,
+                .found = classes_.figures()};
+    }
+
+    /// Asks the first process whether to go on, and tells all.
+    void go_on(const LevelProgress& progress) {
         const bool wants_to_stop = processes_.is_first() && events_.go_on && !events_.go_on(progress);
         is_stopped_ = processes_.sum((wants_to_stop || has_too_many_classes_) ? 1 : 0) > 0;
     }
@@ -554,7 +561,7 @@ private:
         end_of_level_ = static_cast<Node>(tree_.size());
         size_ = size + 1;
         if (has_too_many_classes_) {
-            go_on(begin_of_level_);  // now, since there may be no level left
+            go_on(progress_at(begin_of_level_));  // now, since there may be no level left
         }
         begin_level();
     }

@@ -26,10 +26,10 @@ struct LevelReport {
 
 /// How far the walk by levels has come.
 struct LevelProgress {
-    std::size_t size = 0;         ///< of the itemsets that are being looked at
-    std::size_t itemsets = 0;     ///< of that size that are done
-    std::size_t of_itemsets = 0;  ///< of that size
-    ClassFigures found;           ///< so far
+    std::size_t size = 0;         ///< of the itemsets that are being looked at; 0 while pairs are counted
+    std::size_t itemsets = 0;     ///< of that size that are done; items, where pairs are counted
+    std::size_t of_itemsets = 0;  ///< of that size, likewise
+    ClassFigures found = {};      ///< so far
 };
 
 /// What the walk has found when all itemsets of a size are done: the itemsets of up to one item more, and the
@@ -41,7 +41,7 @@ struct LevelState {
 
 /// What is asked and told while the walk goes on, in the first process alone.
 struct LevelEvents {
-    /// Asked after each batch; the walk ends when it returns false.
+    /// Asked after each round; the walk ends when it returns false.
     std::function<bool(const LevelProgress&)> go_on = {};
     /// Told when a level is done.
     std::function<void(const LevelReport&)> level_done = {};
