@@ -184,6 +184,22 @@ TYPED_TEST(CoverTest, SaysWhatTheTransactionsSay) {
     EXPECT_GT(compared, 10'000U);
 }
 
+TYPED_TEST(CoverTest, SaysWhatManyTransactionsSay) {
+    // Each item is in a stretch of lines that others are in, and rarely elsewhere, so that what shows that it
+    // is outside a closure can be far away.
+    std::mt19937 random(8);
+    Transactions transactions;
+    for (unsigned line = 0; line < 9000; ++line) {
+        const Set of_stretch = Set{0b11} << line / 2250;
+        transactions.push_back(of_stretch | (random() % 700 == 0 ? Set{1} << random() % 5 : Set{0}));
+    }
+    const Database database = database_of(transactions);
+    const RankedItems items = ranked_items(database, 1, 0);
+    ComparedWalk<TypeParam> walk(items, 0);
+    walk.run();
+    EXPECT_GT(walk.compared(), 15U);
+}
+
 /// Some items, each in one transaction of its own and all in a last one, so that any of them are essential
 /// together; and an item that only all of them cover.
 template <typename Cover>

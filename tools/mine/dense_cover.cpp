@@ -5,6 +5,17 @@
 
 namespace korv::tools {
 
+namespace {
+
+/// In rows of at most so many words it takes longer to find out which words have uncovered lines than to go
+/// over all.
+constexpr std::size_t words_of_short_row = 128;
+
+/// In longer ones most witnesses are found within so many words.
+constexpr std::size_t near_in_long_row = 16;
+
+}  // namespace
+
 DenseCover::DenseCover(const RankedItems& items) : prefixes_(2) {
     rows_.reset(items.size(), items.lines);
     rows_.set_weights({items.weights.begin(), items.weights.end()});
@@ -17,6 +28,7 @@ DenseCover::DenseCover(const RankedItems& items) : prefixes_(2) {
             empty.outside.push_back({rank, items.transactions[rank].front()});
         }
     }
+    near_ = rows_.words() <= words_of_short_row ? rows_.words() : near_in_long_row;
     empty.any = {std::vector<BitWord>(rows_.words()), true};
     empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};
 }
@@ -38,6 +50,7 @@ void DenseCover::enter_to_count(Rank rank) {
     }
     prefixes_[itemset_.size()].any.is_made = false;
     prefixes_[itemset_.size()].all.is_made = false;
+    prefixes_[itemset_.size()].uncovered.is_made = false;
 }
 
 const std::vector<Rank>& DenseCover::enter(Rank rank) {
@@ -109,6 +122,22 @@ const BitWord* DenseCover::all(std::size_t size) {
     return made(&Prefix::all, size, std::bit_and<>());
 }
 
+/// The lines that hold no item of the prefix of this size.
+const std::vector<DenseCover::Word>& DenseCover::uncovered(std::size_t size) {
+    LazyWords& lazy = prefixes_[size].uncovered;
+    if (!lazy.is_made) {
+        const BitWord* const covered = any(size);
+        lazy.words.clear();
+        for (std::size_t word = 0; word < rows_.words(); ++word) {
+            if (covered[word] != ~BitWord{0}) {
+                lazy.words.push_back({word, ~covered[word]});
+            }
+        }
+        lazy.is_made = true;
+    }
+    return lazy.words;
+}
+
 /// Whether an item stays outside the closure when `added` extends the prefix of this size. Then it gets a new
 /// witness, the next line that is in neither, if the old one holds the added item.
 bool DenseCover::stays_outside(Outside& outside, std::size_t size, Rank added) {
@@ -121,10 +150,26 @@ bool DenseCover::stays_outside(Outside& outside, std::size_t size, Rank added) {
     }
     const BitWord* const held = rows_[outside.rank];
     const BitWord* const covered = any(size);
-    for (std::size_t i = word_of(outside.witness); i < rows_.words(); ++i) {
+    const std::size_t end = std::min(word_of(outside.witness) + near_, rows_.words());
+    for (std::size_t i = word_of(outside.witness); i < end; ++i) {
         const BitWord left = held[i] & ~(covered[i] | of_added[i]);
         if (left != 0) {
             outside.witness = static_cast<Transaction>(lowest_number(i, left));
+            return true;
+        }
+    }
+    return end < rows_.words() && has_witness_from(end, outside, size, added);
+}
+
+/// Looks for a witness from a word on. Words of covered lines alone are passed over.
+bool DenseCover::has_witness_from(std::size_t word, Outside& outside, std::size_t size, Rank added) {
+    const BitWord* const held = rows_[outside.rank];
+    const BitWord* const of_added = rows_[added];
+    const std::vector<Word>& words = uncovered(size);
+    for (auto each = std::ranges::lower_bound(words, word, {}, &Word::number); each != words.end(); ++each) {
+        const BitWord left = held[each->number] & each->bits & ~of_added[each->number];
+        if (left != 0) {
+            outside.witness = static_cast<Transaction>(lowest_number(each->number, left));
             return true;
         }
     }

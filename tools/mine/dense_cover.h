@@ -42,9 +42,22 @@ private:
         bool is_made = false;
     };
 
+    /// A word of a bit vector.
+    struct Word {
+        std::size_t number;
+        BitWord bits;
+    };
+
+    /// The words of a bit vector that are not 0, ascending, made when they are first asked for.
+    struct LazyWords {
+        std::vector<Word> words;
+        bool is_made = false;
+    };
+
     /// What is known of a prefix of the itemset.
     struct Prefix {
         LazyBits any;                  ///< the lines that hold at least one of its items
+        LazyWords uncovered;           ///< the others
         LazyBits all;                  ///< those that hold all of them
         std::vector<Outside> outside;  ///< of the closure
     };
@@ -53,9 +66,12 @@ private:
     const BitWord* made(LazyBits Prefix::*which, std::size_t size, Combine combine);
     const BitWord* any(std::size_t size);
     const BitWord* all(std::size_t size);
+    const std::vector<Word>& uncovered(std::size_t size);
     bool stays_outside(Outside& outside, std::size_t size, Rank added);
+    bool has_witness_from(std::size_t word, Outside& outside, std::size_t size, Rank added);
 
-    BitRows rows_;  ///< by rank
+    BitRows rows_;          ///< by rank
+    std::size_t near_ = 0;  ///< within so many words, witnesses are looked for word by word
     std::vector<Rank> itemset_;
     std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
     std::vector<Rank> gained_;      ///< what enter or gain returned last
