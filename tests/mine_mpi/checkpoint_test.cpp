@@ -38,14 +38,14 @@ protected:
 };
 
 TEST_F(CheckpointTest, BeginsEmpty) {
-    EXPECT_EQ(begun(false).kept().state.size, 0U);
-    EXPECT_EQ(begun(true).kept().state.size, 0U);
+    EXPECT_EQ(begun(false).take_kept().state.size, 0U);
+    EXPECT_EQ(begun(true).take_kept().state.size, 0U);
 }
 
 TEST_F(CheckpointTest, GivesBackWhatItKept) {
     keep_a_level();
-    const Checkpoint checkpoint = begun(true);
-    const KeptLevels& kept = checkpoint.kept();
+    Checkpoint checkpoint = begun(true);
+    const KeptLevels kept = checkpoint.take_kept();
     EXPECT_EQ(kept.state.size, 1U);
     EXPECT_EQ(kept.state.closed, 3U);
     ASSERT_EQ(kept.nodes.size(), 2U);
@@ -63,10 +63,11 @@ TEST_F(CheckpointTest, KeepsOneLevelBehindTheOther) {
     tree.add(2, 0, 2, 8);
     tree.add(4, 0, 1, 9);
     begun(true).keep(tree, {.size = 2, .closed = 5}, {"d", "e"});
-    const Checkpoint checkpoint = begun(true);
-    EXPECT_EQ(checkpoint.kept().state.size, 2U);
-    EXPECT_EQ(checkpoint.kept().nodes.size(), 3U);
-    EXPECT_EQ(checkpoint.kept().closures, (std::vector<std::string>{"a", "", "bc", "d", "e"}));
+    Checkpoint checkpoint = begun(true);
+    const KeptLevels kept = checkpoint.take_kept();
+    EXPECT_EQ(kept.state.size, 2U);
+    EXPECT_EQ(kept.nodes.size(), 3U);
+    EXPECT_EQ(kept.closures, (std::vector<std::string>{"a", "", "bc", "d", "e"}));
 }
 
 TEST_F(CheckpointTest, RefusesOtherTransactions) {

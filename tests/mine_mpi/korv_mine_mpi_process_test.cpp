@@ -92,6 +92,8 @@ TEST_F(KorvMineMpi, SumsUpEachLevel) {
         << said;
     EXPECT_NE(said.find("\n      2                         0          0           0   "), std::string::npos)
         << said;
+    EXPECT_NE(said.find("\nwriting                         -          -           -   "), std::string::npos)
+        << said;
     EXPECT_NE(said.find("To derive rules: korv a a.classes 1 0.8 5\n"), std::string::npos) << said;
 }
 
@@ -267,6 +269,20 @@ TEST_F(KorvMineMpi, RefusesMoreClassesThanAskedForAmongThoseThatWereKept) {
     EXPECT_EQ(files().count("a.classes"), 0U);
     EXPECT_EQ(mine_by(2, resumed).ending, exited(0));
     EXPECT_EQ(files().at("a.classes"), small_classes);
+}
+
+TEST_F(KorvMineMpi, KeepsAsManyClassesAsAllowedOfThoseThatWereKept) {
+    put("a.dat", random_database(7, 12, 60));
+    const std::vector<std::string> limited = {"a.dat",         "-s",  "1",        "-q", "-o", "a.classes",
+                                              "--max-classes", "100", "--partial"};
+    ASSERT_EQ(mine_by(2, limited).ending, exited(3));
+    const std::string expected = files().at("a.classes");
+    std::vector<std::string> resumed = limited;
+    resumed.insert(resumed.end(), {"--checkpoint", "kept", "--resume"});
+    ASSERT_EQ(mine_by(2, {"a.dat", "-s", "1", "-q", "-o", "/dev/full", "--checkpoint", "kept"}).ending,
+              exited(1));  // when all levels are kept
+    ASSERT_EQ(mine_by(3, resumed).ending, exited(3));
+    EXPECT_EQ(files().at("a.classes"), expected);
 }
 
 TEST_F(KorvMineMpi, KeepsTheLevelAtTheEndOfWhichTheTimeIsOver) {

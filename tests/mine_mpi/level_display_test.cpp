@@ -23,20 +23,23 @@ TEST(LevelDisplay, TellsHowManyItemsHaveTheirPairs) {
 
 TEST(LevelDisplay, TellsWhatEachLevelTook) {
     EXPECT_EQ(
-        level_table({{.size = 0, .bytes = 64, .slowest = 0.5, .fastest = 0.25},
+        level_table({{.work = "reading", .bytes = 64, .slowest = 0.5, .fastest = 0.25},
                      {.size = 1,
                       .candidates = 1035,
                       .frequent = 12,
                       .essential = 7,
                       .bytes = 1100,
                       .slowest = 1.25,
-                      .fastest = 1.0}}),
+                      .fastest = 1.0},
+                     {.work = "writing", .bytes = 0, .slowest = 0.125, .fastest = 0.125}}),
         "  items   candidates for one more   frequent   essential   exchanged   slowest process   "
         "fastest process\n"
         "reading                         -          -           -    64 bytes            0.50 s          "
         "  0.25 s\n"
         "      1                     1,035         12           7      1.1 kB            1.25 s          "
-        "  1.00 s\n");
+        "  1.00 s\n"
+        "writing                         -          -           -     0 bytes            0.12 s          "
+        "  0.12 s\n");
 }
 
 TEST(LevelWatch, EndsTheWorkWhenItsTimeIsOver) {

@@ -26,8 +26,8 @@ public:
     Checkpoint(std::string directory, bool resumes, const RankedItems& items, std::uint64_t fingerprint,
                const MiningOptions& options);
 
-    /// What was kept; of size 0 where there is nothing.
-    const KeptLevels& kept() const { return kept_; }
+    /// What was kept; of size 0 where there is nothing. Call this once.
+    KeptLevels take_kept() { return std::move(kept_); }
 
     /// Keeps one more level: see LevelEvents::level_kept. Throws Error when it cannot be written.
     void keep(const EssentialTree& tree, const LevelState& state, const std::vector<std::string>& closures);

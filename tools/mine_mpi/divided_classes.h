@@ -13,8 +13,8 @@
 
 namespace korv::tools {
 
-/// The classes of a run, divided among its processes: all that belongs to a closure is in one of them, about
-/// as much in each.
+/// The classes of a run, divided among its processes: all that belongs to a closure is in one of them. Each
+/// has about as many classes.
 class DividedClasses {
 public:
     /// `processes` must outlive it. `items`: those for which each rank of the tree stands. `most`: of all

@@ -13,28 +13,24 @@ namespace korv::tools {
 
 namespace {
 
-/// So much of the class file each process makes at a time: little enough to stay in the cache, and for memory
-/// to be used again.
-constexpr std::size_t bytes_of_batch = std::size_t{1} << 18;
+/// Of closures, as they are kept; so records of about a quarter of a MiB are made at a time: few enough to
+/// stay in the cache, and for memory to be used again.
+constexpr std::size_t bytes_of_round = std::size_t{1} << 16;
 
 /// Where the classes of a round end, by the keys of the first process. Its classes are as good as drawn at
 /// random, so between two of its keys there are about as many of each other process.
 class Rounds {
 public:
-    Rounds(Processes& processes, const DividedClasses& classes) : processes_(processes), own_(classes.own()) {
-        const std::size_t of_round = bytes_of_batch * static_cast<std::size_t>(processes.size());
-        const std::size_t rounds = classes.figures().file_bytes / of_round + 1;
-        of_first_ = std::max<std::size_t>(own_.size() / rounds, 1);
-    }
+    Rounds(Processes& processes, const MinedClasses& own) : processes_(processes), own_(own) {}
 
     /// The position behind the classes of this process in the round that begins at a position.
     std::size_t end_of(std::size_t begin) {
         std::uint32_t items = std::numeric_limits<std::uint32_t>::max();
         std::string closure;
-        if (processes_.is_first() && begin + of_first_ < own_.size()) {
-            const ClassKey key = own_.key(begin + of_first_);
-            items = key.items;
-            closure = key.closure;
+        const std::size_t end = processes_.is_first() ? end_of_bytes(begin) : own_.size();
+        if (end < own_.size()) {
+            items = own_.key(end).items;
+            closure = own_.key(end).closure;
         }
         processes_.broadcast_value(items);
         processes_.broadcast(closure);
@@ -46,9 +42,18 @@ public:
     bool is_last() const { return is_last_; }
 
 private:
+    /// Where the closures from a position on take as much as a round may.
+    std::size_t end_of_bytes(std::size_t begin) const {
+        constexpr std::size_t of_record = 8;
+        std::size_t end = begin;
+        for (std::size_t bytes = 0; end < own_.size() && bytes < bytes_of_round; ++end) {
+            bytes += own_.key(end).closure.size() + of_record;
+        }
+        return end;
+    }
+
     Processes& processes_;
     const MinedClasses& own_;
-    std::size_t of_first_;  ///< so many classes of the first process are in a round
     bool is_last_ = false;
 };
 
@@ -56,7 +61,7 @@ private:
 
 void write_divided(Processes& processes, const DividedClasses& classes,
                    const std::function<void(std::string_view)>& write) {
-    Rounds rounds(processes, classes);
+    Rounds rounds(processes, classes.own());
     std::vector<std::string> batches;
     std::size_t begin = 0;
     while (!rounds.is_last()) {

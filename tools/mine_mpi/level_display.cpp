@@ -53,11 +53,11 @@ std::string level_table(const std::vector<LevelReport>& levels) {
                                                    "essential", "exchanged", "slowest process",
                                                    "fastest process"}};
     for (const LevelReport& level : levels) {
-        const bool is_reading = level.size == 0;
-        rows.push_back({is_reading ? "reading" : std::to_string(level.size),
-                        is_reading ? "-" : with_commas(level.candidates),
-                        is_reading ? "-" : with_commas(level.frequent),
-                        is_reading ? "-" : with_commas(level.essential), size_text(level.bytes),
+        const bool is_level = level.work.empty();
+        rows.push_back({is_level ? std::to_string(level.size) : std::string(level.work),
+                        is_level ? with_commas(level.candidates) : "-",
+                        is_level ? with_commas(level.frequent) : "-",
+                        is_level ? with_commas(level.essential) : "-", size_text(level.bytes),
                         seconds_text(level.slowest), seconds_text(level.fastest)});
     }
     return right_aligned(rows);

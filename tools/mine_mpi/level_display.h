@@ -38,7 +38,7 @@ private:
 /// The text of a progress line.
 std::string level_progress_line(const LevelProgress& progress, double seconds, std::size_t mebibytes);
 
-/// What was done on each level, as a table below a line of headings.
+/// What was done on each level, and before and behind them, as a table below a line of headings.
 std::string level_table(const std::vector<LevelReport>& levels);
 
 }  // namespace korv::tools

@@ -125,12 +125,12 @@ public:
           closure_(items.ranked, options.min_support),
           classes_(processes, items.ranked.items, options.max_classes) {}
 
-    LevelResult run(const KeptLevels* kept) {
+    LevelResult run(KeptLevels kept) {
         keeps_closures_ = events_.keeps_closures;
         processes_.broadcast_value(keeps_closures_);
         begin_level();
         find_pairs();
-        take_up(kept);
+        take_up(std::move(kept));
         while (end_of_level_ > begin_of_level_ && !is_stopped_) {
             walk_level();
         }
@@ -539,42 +539,40 @@ private:
     }
 
     /// Goes on from what an earlier run kept, if there is anything.
-    void take_up(const KeptLevels* kept) {
+    void take_up(KeptLevels kept) {
         end_of_level_ = items_.frequent;
-        std::uint64_t size = kept != nullptr ? kept->state.size : 0;
-        processes_.broadcast_value(size);
-        if (size == 0) {
+        processes_.broadcast_value(kept.state);
+        if (kept.state.size == 0) {
             return;
         }
-        std::vector<KeptLevels::Node> nodes;
-        if (kept != nullptr) {
-            nodes = kept->nodes;
-            end_of_level_ = kept->state.closed;
+        end_of_level_ = kept.state.closed;
+        processes_.broadcast(kept.nodes);
+        for (std::size_t i = tree_.size() - items_.frequent; i < kept.nodes.size(); ++i) {
+            const KeptLevels::Node& node = kept.nodes[i];
+            tree_.add(node.parent, node.rank, node.joint, node.support);
         }
-        processes_.broadcast(nodes);
-        processes_.broadcast_value(end_of_level_);
-        for (std::size_t i = tree_.size() - items_.frequent; i < nodes.size(); ++i) {
-            tree_.add(nodes[i].parent, nodes[i].rank, nodes[i].joint, nodes[i].support);
-        }
-        take_up_classes(kept);
+        take_up_classes(kept.closures);
         begin_of_level_ = end_of_level_;
         end_of_level_ = static_cast<Node>(tree_.size());
-        size_ = size + 1;
+        size_ = kept.state.size + 1;
         if (has_too_many_classes_) {
             go_on(progress_at(begin_of_level_));  // now, since there may be no level left
         }
         begin_level();
     }
 
-    void take_up_classes(const KeptLevels* kept) {
-        constexpr std::size_t at_once = std::size_t{1} << 16;
-        for (std::size_t begin = 0; begin < end_of_level_ && !has_too_many_classes_; begin += at_once) {
-            const std::size_t end = std::min<std::size_t>(end_of_level_, begin + at_once);
-            for (std::size_t node = begin; kept != nullptr && node < end; ++node) {
-                take_up_closure(kept->closures[node]);
-                classes_.put(static_cast<Node>(node), closure_);
+    /// `closures`: in the first process, which tells the others how many it adds at once.
+    void take_up_classes(const std::vector<std::string>& closures) {
+        constexpr std::size_t bytes_at_once = std::size_t{1} << 24;
+        for (Node begin = 0; begin < end_of_level_ && !has_too_many_classes_;) {
+            Node end = begin;
+            for (std::size_t bytes = 0; end < closures.size() && bytes < bytes_at_once; ++end) {
+                take_up_closure(closures[end]);
+                bytes += classes_.put(end, closure_).size();
             }
+            processes_.broadcast_value(end);
             has_too_many_classes_ = !classes_.add(tree_, end - begin);
+            begin = end;
         }
     }
 
@@ -604,7 +602,7 @@ private:
     Path asking_path_;
     Path answering_path_;
     Path concluding_path_;
-    ClosureBuilder closure_;  ///< what find_closure found
+    ClosureBuilder closure_;
     DividedClasses classes_;
 
     std::size_t size_ = 1;     ///< of the itemsets that are looked at
@@ -627,9 +625,9 @@ private:
 }  // namespace
 
 LevelResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
-                           const LevelEvents& events, const KeptLevels* kept) {
-    return is_dense(items) ? LevelWalk<DensePart>(processes, items, options, events).run(kept)
-                           : LevelWalk<SparsePart>(processes, items, options, events).run(kept);
+                           const LevelEvents& events, KeptLevels kept) {
+    return is_dense(items) ? LevelWalk<DensePart>(processes, items, options, events).run(std::move(kept))
+                           : LevelWalk<SparsePart>(processes, items, options, events).run(std::move(kept));
 }
 
 }  // namespace korv::tools

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 #include "mine/essential_tree.h"
@@ -15,7 +16,8 @@ namespace korv::tools {
 
 /// What was done for the essential itemsets of one size.
 struct LevelReport {
-    std::size_t size = 0;          ///< 0 for what is done before: reading, and ranking the items
+    std::string_view work = {};  ///< what was done instead, before the first or behind the last level
+    std::size_t size = 0;
     std::uint64_t candidates = 0;  ///< that were counted
     std::uint64_t frequent = 0;    ///< of them, those together in enough transactions
     std::uint64_t essential = 0;   ///< of them, those that became nodes
@@ -54,7 +56,8 @@ struct LevelEvents {
     bool keeps_closures = false;
 };
 
-/// What an earlier run kept: see LevelEvents::level_kept. In the first process alone.
+/// What an earlier run kept: see LevelEvents::level_kept. In the first process alone; of size 0 where there
+/// is nothing.
 struct KeptLevels {
     LevelState state;
     /// The nodes behind the root items.
@@ -84,6 +87,6 @@ struct LevelResult {
 ///
 /// A node of the tree takes 28 bytes in each process, besides the classes.
 LevelResult mine_by_levels(Processes& processes, const PartItems& items, const MiningOptions& options,
-                           const LevelEvents& events, const KeptLevels* kept = nullptr);
+                           const LevelEvents& events, KeptLevels kept = {});
 
 }  // namespace korv::tools

@@ -167,6 +167,11 @@ LevelEvents events_for(LevelWatch& watch, std::vector<LevelReport>& levels, Outp
     return events;
 }
 
+/// What was done before the levels or behind them.
+LevelReport report_of(std::string_view work, const Processes::Usage& usage) {
+    return {.work = work, .bytes = usage.bytes, .slowest = usage.slowest, .fastest = usage.fastest};
+}
+
 RunStatus mine_to_files(Processes& processes, const MpiArguments& all, Clock::time_point start,
                         const PartOfDatabase& part) {
     const Arguments& arguments = all.mining;
@@ -187,18 +192,16 @@ RunStatus mine_to_files(Processes& processes, const MpiArguments& all, Clock::ti
         line.emplace(std::cerr, ::isatty(STDERR_FILENO) != 0, "korv-mine-mpi");
     }
     LevelWatch watch(start, arguments.mining.max_seconds, line ? &*line : nullptr);
-    const Processes::Usage reading = processes.usage_since();
-    std::vector<LevelReport> levels(1);
-    levels.front().bytes = reading.bytes;
-    levels.front().slowest = reading.slowest;
-    levels.front().fastest = reading.fastest;
-    const LevelResult result = mine_by_levels(processes, items, options, events_for(watch, levels, outputs),
-                                              outputs.checkpoint ? &outputs.checkpoint->kept() : nullptr);
+    std::vector<LevelReport> levels = {report_of("reading", processes.usage_since())};
+    const LevelResult result =
+        mine_by_levels(processes, items, options, events_for(watch, levels, outputs),
+                       outputs.checkpoint ? outputs.checkpoint->take_kept() : KeptLevels());
     line.reset();
     if (!are_wanted(processes, part, arguments, options, result, watch)) {
         return RunStatus::stopped;
     }
     write(processes, result, outputs);
+    levels.push_back(report_of("writing", processes.usage_since()));
     if (processes.is_first() && !arguments.quiet) {
         const std::chrono::duration<double> elapsed = Clock::now() - start;
         std::cerr << "processes           " << processes.size() << '\n'

@@ -129,46 +129,26 @@ std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& v
     return all;
 }
 
-std::vector<std::vector<std::uint32_t>> Processes::exchange(
-    std::vector<std::vector<std::uint32_t>> for_each) {
-    return exchanged(std::move(for_each), MPI_UINT32_T);
-}
-
-std::vector<std::string> Processes::exchange(std::vector<std::string> for_each) {
-    return exchanged(std::move(for_each), MPI_BYTE);
-}
-
-/// What is for this process itself does not go through MPI.
-template <typename Values>
-std::vector<Values> Processes::exchanged(std::vector<Values> for_each, MPI_Datatype type) {
-    if (size_ == 1) {
-        return for_each;
-    }
-    using Value = typename Values::value_type;
-    Values own;
-    own.swap(for_each[static_cast<std::size_t>(number_)]);
-    std::vector<int> given;
-    Values out;
-    for (const Values& values : for_each) {
-        given.push_back(count_of(values.size()));
-        out.insert(out.end(), values.begin(), values.end());
-    }
-    std::vector<int> taken(given.size());
+std::vector<std::uint64_t> Processes::exchanged_sizes(const std::vector<std::uint64_t>& sizes) {
+    std::vector<std::uint64_t> exchanged(sizes.size());
     const Waiting waiting(*this);
-    bytes_ += out.size() * sizeof(Value);
-    MPI_Alltoall(given.data(), 1, MPI_INT, taken.data(), 1, MPI_INT, MPI_COMM_WORLD);
-    total_of(given);  // which is not too much
-    Values in(total_of(taken), Value{});
-    const std::vector<int> begins = begins_of(taken);
-    MPI_Alltoallv(out.data(), given.data(), begins_of(given).data(), type, in.data(), taken.data(),
-                  begins.data(), type, MPI_COMM_WORLD);
-    std::vector<Values> from_each;
-    for (std::size_t process = 0; process < taken.size(); ++process) {
-        const auto begin = in.begin() + begins[process];
-        from_each.emplace_back(begin, begin + taken[process]);
+    MPI_Alltoall(sizes.data(), 1, MPI_UINT64_T, exchanged.data(), 1, MPI_UINT64_T, MPI_COMM_WORLD);
+    return exchanged;
+}
+
+/// Both in pieces of so many bytes that MPI can count them. The one that is done first waits for the other.
+void Processes::send_and_receive(std::span<const std::byte> out, int to, std::span<std::byte> in, int from) {
+    const Waiting waiting(*this);
+    bytes_ += out.size();
+    while (!out.empty() || !in.empty()) {
+        const std::size_t given = std::min(most_bytes, out.size());
+        const std::size_t taken = std::min(most_bytes, in.size());
+        MPI_Sendrecv(out.data(), static_cast<int>(given), MPI_BYTE, given > 0 ? to : MPI_PROC_NULL, 0,
+                     in.data(), static_cast<int>(taken), MPI_BYTE, taken > 0 ? from : MPI_PROC_NULL, 0,
+                     MPI_COMM_WORLD, MPI_STATUS_IGNORE);
+        out = out.subspan(given);
+        in = in.subspan(taken);
     }
-    from_each[static_cast<std::size_t>(number_)].swap(own);
-    return from_each;
 }
 
 std::uint64_t Processes::sum(std::uint64_t value) {

@@ -59,9 +59,9 @@ public:
     std::vector<std::uint32_t> all_of(const std::vector<std::uint32_t>& values);
 
     /// What each process has for this one, in the order of processes. `for_each`: for each process. Values: a
-    /// vector of such numbers, or a string.
-    std::vector<std::vector<std::uint32_t>> exchange(std::vector<std::vector<std::uint32_t>> for_each);
-    std::vector<std::string> exchange(std::vector<std::string> for_each);
+    /// vector or a string.
+    template <typename Values>
+    std::vector<Values> exchange(std::vector<Values> for_each);
 
     std::uint64_t sum(std::uint64_t value);
 
@@ -98,6 +98,8 @@ private:
     void broadcast_bytes(void* bytes, std::size_t size, int from);
     void send_bytes(const void* bytes, std::size_t size, int to);
     void receive_bytes(void* bytes, std::size_t size, int from);
+    std::vector<std::uint64_t> exchanged_sizes(const std::vector<std::uint64_t>& sizes);
+    void send_and_receive(std::span<const std::byte> out, int to, std::span<std::byte> in, int from);
     void all_bytes(const void* mine, std::size_t size, void* all);
     template <typename Values>
     Values receive_values(int from);
@@ -106,8 +108,6 @@ private:
     /// How many other processes there are.
     std::size_t others() const { return static_cast<std::size_t>(size_) - 1; }
 
-    template <typename Values>
-    std::vector<Values> exchanged(std::vector<Values> for_each, MPI_Datatype type);
     template <typename T>
     std::vector<T> reduced(std::vector<T> values, const std::vector<int>& sizes, MPI_Datatype type,
                            MPI_Op operation);
@@ -167,6 +167,32 @@ std::vector<Values> Processes::gathered(Values values) {
         all.push_back(receive_values<Values>(other));
     }
     return all;
+}
+
+template <typename Values>
+std::vector<Values> Processes::exchange(std::vector<Values> for_each) {
+    if (size_ == 1) {
+        return for_each;
+    }
+    using Value = typename Values::value_type;
+    static_assert(std::is_trivially_copyable_v<Value>);
+    std::vector<std::uint64_t> sizes;
+    for (const Values& values : for_each) {
+        sizes.push_back(values.size());
+    }
+    sizes = exchanged_sizes(sizes);
+    std::vector<Values> from_each(for_each.size());
+    const auto own = static_cast<std::size_t>(number_);
+    from_each[own] = std::move(for_each[own]);
+    for (std::size_t step = 1; step < for_each.size(); ++step) {
+        const std::size_t to = (own + step) % for_each.size();
+        const std::size_t from = (own + for_each.size() - step) % for_each.size();
+        from_each[from].resize(sizes[from]);
+        send_and_receive(std::as_bytes(std::span<const Value>(for_each[to])), static_cast<int>(to),
+                         std::as_writable_bytes(std::span<Value>(from_each[from])), static_cast<int>(from));
+        for_each[to] = Values();  // to hold no more than has to be
+    }
+    return from_each;
 }
 
 template <typename T>
