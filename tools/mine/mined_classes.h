@@ -51,8 +51,7 @@ struct ClassKey {
     std::uint32_t items = 0;   ///< of the closure
     std::string_view closure;  ///< as append_encoded writes it
 
-    std::strong_ordering operator<=>(const ClassKey&) const = default;
-    bool operator==(const ClassKey&) const = default;
+    auto operator<=>(const ClassKey&) const = default;  // NOLINT(modernize-use-nullptr): no pointer here
 };
 
 /// Classes as they are found, in little memory: closures as strings of bytes, one behind the other, and
