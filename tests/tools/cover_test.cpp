@@ -248,6 +248,41 @@ TEST(DenseCover, CountsTheSameWhereNothingElseIsAskedFor) {
     EXPECT_EQ(sorted(cover.enter(2)), Counted(items, {3}).gain(2));
 }
 
+TEST(DenseCover, TellsWhatIsOutsideTheClosureByPlace) {
+    // 10 and 12 are in the same transactions, 11 is only where 13 is.
+    const Database database = database_of({0b0101, 0b0101, 0b1000, 0b1010, 0b1101, 0b1010});
+    const RankedItems items = ranked_items(database, 1, 0);
+    ASSERT_EQ(items.items, (std::vector<Itemset>{{11}, {10, 12}, {13}}));
+    DenseCover cover(items);
+    EXPECT_EQ(cover.outside_with(0), std::vector<BitWord>{0b1101});
+    EXPECT_EQ(cover.outside_with(1), std::vector<BitWord>{0b1010});
+    EXPECT_EQ(cover.outside_with(2), std::vector<BitWord>{0b0101});
+    cover.enter(2);
+    EXPECT_EQ(cover.outside_with(1), std::vector<BitWord>{0});
+    EXPECT_EQ(cover.gain(1), Ranks{1});
+}
+
+TEST(DenseCover, FindsTheFewLinesThatAreLeft) {
+    // 10 is in all lines but the last hundred, 11 in every tenth line, 12 in the last hundred but one of
+    // these.
+    Transactions transactions;
+    for (unsigned line = 0; line < 9000; ++line) {
+        const Set often = line < 8900 ? 0b001 : 0b000;
+        const Set sometimes = line % 10 == 0 ? 0b010 : 0b000;
+        const Set late = line >= 8900 && line != 8990 ? 0b100 : 0b000;
+        transactions.push_back(often | sometimes | late);
+    }
+    const Database database = database_of(transactions);
+    const RankedItems items = ranked_items(database, 1, 0);
+    ASSERT_EQ(items.items, (std::vector<Itemset>{{12}, {11}, {10}}));
+    DenseCover cover(items);
+    EXPECT_EQ(cover.enter(2), Ranks{2});
+    EXPECT_EQ(cover.gain(0), Ranks{0});  // 8990 is left for 11
+    EXPECT_EQ(cover.gain(1), Ranks{1});
+    EXPECT_EQ(sorted(cover.enter(0)), Ranks{0});
+    EXPECT_EQ(cover.gain(1), Ranks{1});
+}
+
 TYPED_TEST(CoverTest, SeesWhatLongItemsetsCover) {
     for (unsigned size = 7; size < 14; ++size) {
         expect_the_last_to_be_covered_by_all<TypeParam>(size);

@@ -11,26 +11,51 @@ namespace {
 /// over all.
 constexpr std::size_t words_of_short_row = 128;
 
-/// In longer ones most witnesses are found within so many words.
+/// In longer ones most lines are found within so many words.
 constexpr std::size_t near_in_long_row = 16;
+
+/// It is faster to look at so many words of a row, one behind the other, than at one that has uncovered
+/// lines.
+constexpr std::size_t words_for_one_uncovered = 8;
+
+constexpr Transaction no_line = ~Transaction{0};
 
 }  // namespace
 
-DenseCover::DenseCover(const RankedItems& items) : prefixes_(2) {
+DenseCover::DenseCover(const RankedItems& items)
+    : order_(items.items),
+      words_of_line_(words_for(order_.size())),
+      lines_(items.lines * words_of_line_),
+      first_places_(words_of_line_),
+      extents_(items.size()),
+      prefixes_(2) {
     rows_.reset(items.size(), items.lines);
     rows_.set_weights({items.weights.begin(), items.weights.end()});
-    Prefix& empty = prefixes_.front();
     for (Rank rank = 0; rank < items.size(); ++rank) {
-        for (const Transaction line : items.transactions[rank]) {
-            rows_.insert(rank, line);
+        const std::span<const ItemOrder::Place> places = order_.places(rank);
+        first_places_[word_of(places.front())] |= bit_of(places.front());
+        const std::span<const Transaction> lines = items.transactions[rank];
+        if (!lines.empty()) {
+            extents_[rank] = {word_of(lines.front()), word_of(lines.back()) + std::size_t{1}};
         }
-        if (!items.transactions[rank].empty()) {
-            empty.outside.push_back({rank, items.transactions[rank].front()});
+        for (const Transaction line : lines) {
+            rows_.insert(rank, line);
+            for (const ItemOrder::Place place : places) {
+                lines_[line * words_of_line_ + word_of(place)] |= bit_of(place);
+            }
         }
     }
     near_ = rows_.words() <= words_of_short_row ? rows_.words() : near_in_long_row;
+    Prefix& empty = prefixes_.front();
     empty.any = {std::vector<BitWord>(rows_.words()), true};
     empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};
+    empty.outside.resize(words_of_line_);
+    for (Rank rank = 0; rank < items.size(); ++rank) {
+        const ItemOrder::Place place = order_.places(rank).front();
+        if (!items.transactions[rank].empty() && (empty.outside[word_of(place)] & bit_of(place)) == 0) {
+            add_witness(items.transactions[rank].front(), empty);
+        }
+    }
 }
 
 void DenseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) const {
@@ -54,19 +79,9 @@ void DenseCover::enter_to_count(Rank rank) {
 }
 
 const std::vector<Rank>& DenseCover::enter(Rank rank) {
-    const std::size_t size = itemset_.size();
+    const std::vector<Rank>& gained = gain(rank);
     enter_to_count(rank);
-    Prefix& longer = prefixes_[size + 1];
-    longer.outside.clear();
-    gained_.clear();
-    for (Outside outside : prefixes_[size].outside) {
-        if (stays_outside(outside, size, rank)) {
-            longer.outside.push_back(outside);
-        } else {
-            gained_.push_back(outside.rank);
-        }
-    }
-    return gained_;
+    return gained;
 }
 
 void DenseCover::leave() {
@@ -74,26 +89,77 @@ void DenseCover::leave() {
 }
 
 const std::vector<Rank>& DenseCover::gain(Rank rank) {
-    const std::size_t size = itemset_.size();
+    const std::vector<BitWord>& before = prefixes_[itemset_.size()].outside;
+    const std::vector<BitWord>& after = outside_with(rank);
     gained_.clear();
-    for (Outside outside : prefixes_[size].outside) {
-        if (!stays_outside(outside, size, rank)) {
-            gained_.push_back(outside.rank);
+    for (std::size_t i = 0; i < words_of_line_; ++i) {
+        for (BitWord left = before[i] & ~after[i] & first_places_[i]; left != 0; left &= left - 1) {
+            gained_.push_back(order_.rank(static_cast<ItemOrder::Place>(lowest_number(i, left))));
         }
     }
     return gained_;
 }
 
+const std::vector<BitWord>& DenseCover::outside_with(Rank rank) {
+    const Prefix& before = prefixes_[itemset_.size()];
+    Prefix& after = prefixes_[itemset_.size() + 1];
+    keep_witnesses(before, rank, after);
+    for (std::size_t i = 0; i < words_of_line_; ++i) {
+        for (BitWord left = before.outside[i] & ~after.outside[i] & first_places_[i]; left != 0;
+             left &= ~after.outside[i]) {
+            const auto place = static_cast<ItemOrder::Place>(lowest_number(i, left));
+            left &= left - 1;
+            const Transaction line = uncovered_line(order_.rank(place), rank);
+            if (line != no_line) {
+                add_witness(line, after);
+            }
+        }
+    }
+    return after.outside;
+}
+
+/// Keeps the witnesses that do not hold an item. Without branches, since nobody can tell which ones do.
+void DenseCover::keep_witnesses(const Prefix& before, Rank added, Prefix& after) const {
+    const BitWord* const of_added = rows_[added];
+    after.witnesses.resize(before.witnesses.size());
+    std::size_t kept = 0;
+    for (const Transaction witness : before.witnesses) {
+        const BitWord holds_added = of_added[word_of(witness)] >> witness % word_bits & 1U;
+        after.witnesses[kept] = witness;
+        kept += 1 - holds_added;
+    }
+    after.witnesses.resize(kept);
+    after.outside.resize(words_of_line_);
+    for (std::size_t i = 0; i < words_of_line_; ++i) {
+        BitWord held = 0;
+        for (const Transaction witness : after.witnesses) {
+            held |= line(witness)[i];
+        }
+        after.outside[i] = held;
+    }
+}
+
+void DenseCover::add_witness(Transaction line, Prefix& prefix) const {
+    const BitWord* const held = this->line(line);
+    for (std::size_t i = 0; i < words_of_line_; ++i) {
+        prefix.outside[i] |= held[i];
+    }
+    prefix.witnesses.push_back(line);
+}
+
 void DenseCover::keep_frequent(Count least, std::vector<Candidate>& candidates) {
-    const BitWord* const together = all(itemset_.size());
     std::size_t kept = 0;
     for (Candidate candidate : candidates) {
-        candidate.joint = rows_.both(rows_[candidate.rank], together);
+        candidate.joint = joint(candidate.rank);
         if (candidate.joint >= least) {
             candidates[kept++] = candidate;
         }
     }
     candidates.resize(kept);
+}
+
+Count DenseCover::joint(Rank rank) {
+    return rows_.both(rows_[rank], all(itemset_.size()));
 }
 
 Count DenseCover::own(Rank rank) {
@@ -138,42 +204,44 @@ const std::vector<DenseCover::Word>& DenseCover::uncovered(std::size_t size) {
     return lazy.words;
 }
 
-/// Whether an item stays outside the closure when `added` extends the prefix of this size. Then it gets a new
-/// witness, the next line that is in neither, if the old one holds the added item.
-bool DenseCover::stays_outside(Outside& outside, std::size_t size, Rank added) {
-    const BitWord* const of_added = rows_[added];
-    if ((of_added[word_of(outside.witness)] & bit_of(outside.witness)) == 0) {
-        return true;
+/// A line of a rank that holds neither anything of the itemset nor `added`; or no_line.
+Transaction DenseCover::uncovered_line(Rank rank, Rank added) {
+    if (rank == added) {
+        return no_line;
     }
-    if (outside.rank == added) {
-        return false;
+    const auto [begin, end] = extents_[rank];
+    const std::size_t near = std::min(begin + near_, end);
+    const Transaction line = uncovered_line_between(begin, near, rank, added);
+    if (line != no_line || near == end) {
+        return line;
     }
-    const BitWord* const held = rows_[outside.rank];
-    const BitWord* const covered = any(size);
-    const std::size_t end = std::min(word_of(outside.witness) + near_, rows_.words());
-    for (std::size_t i = word_of(outside.witness); i < end; ++i) {
-        const BitWord left = held[i] & ~(covered[i] | of_added[i]);
-        if (left != 0) {
-            outside.witness = static_cast<Transaction>(lowest_number(i, left));
-            return true;
-        }
-    }
-    return end < rows_.words() && has_witness_from(end, outside, size, added);
+    return uncovered(itemset_.size()).size() * words_for_one_uncovered <= rows_.words()
+               ? uncovered_line_from(near, rank, added)
+               : uncovered_line_between(near, end, rank, added);
 }
 
-/// Looks for a witness from a word on. Words of covered lines alone are passed over.
-bool DenseCover::has_witness_from(std::size_t word, Outside& outside, std::size_t size, Rank added) {
-    const BitWord* const held = rows_[outside.rank];
+/// Looks at all words from one up to another.
+Transaction DenseCover::uncovered_line_between(std::size_t begin, std::size_t end, Rank rank, Rank added) {
+    const BitWord* const held = rows_[rank];
+    const BitWord* const covered = any(itemset_.size());
     const BitWord* const of_added = rows_[added];
-    const std::vector<Word>& words = uncovered(size);
-    for (auto each = std::ranges::lower_bound(words, word, {}, &Word::number); each != words.end(); ++each) {
-        const BitWord left = held[each->number] & each->bits & ~of_added[each->number];
+    const std::size_t i = begin + find_word_(held + begin, covered + begin, of_added + begin, end - begin);
+    return i == end ? no_line
+                    : static_cast<Transaction>(lowest_number(i, held[i] & ~(covered[i] | of_added[i])));
+}
+
+/// Looks at the words from one on, and passes over those of covered lines alone.
+Transaction DenseCover::uncovered_line_from(std::size_t begin, Rank rank, Rank added) {
+    const BitWord* const held = rows_[rank];
+    const BitWord* const of_added = rows_[added];
+    const std::vector<Word>& words = uncovered(itemset_.size());
+    for (auto word = std::ranges::lower_bound(words, begin, {}, &Word::number); word != words.end(); ++word) {
+        const BitWord left = held[word->number] & word->bits & ~of_added[word->number];
         if (left != 0) {
-            outside.witness = static_cast<Transaction>(lowest_number(each->number, left));
-            return true;
+            return static_cast<Transaction>(lowest_number(word->number, left));
         }
     }
-    return false;
+    return no_line;
 }
 
 }  // namespace korv::tools

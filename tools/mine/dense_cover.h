@@ -6,15 +6,18 @@
 
 #include "base/bit_words.h"
 #include "mine/bit_rows.h"
+#include "mine/bit_search.h"
 #include "mine/cover.h"
+#include "mine/item_order.h"
 
 namespace korv::tools {
 
 /// A cover (see cover.h) of items that are in many transactions.
 ///
-/// Invariant: each item outside the closure has a witness, its first line that holds no item of the itemset.
-/// Only when a new item is in that line is another one looked for, from there on. An item without lines, as
-/// there are in a part of a database, is in every closure, and never gained.
+/// Invariant: each item outside the closure is in a witness, a line that holds no item of the itemset; and so
+/// what is in witnesses is all that is outside. A new item takes away the witnesses that hold it; only for
+/// what was in no other one is a line looked for. An item without lines, as there are in a part of a
+/// database, is in every closure, and never gained.
 class DenseCover {
 public:
     explicit DenseCover(const RankedItems& items);
@@ -25,15 +28,21 @@ public:
     void enter_to_count(Rank rank);
     void leave();
     const std::vector<Rank>& gain(Rank rank);
+    /// What is outside the closure when this item is added: a bit for each item, by place (see ItemOrder).
+    /// Valid until the next call.
+    const std::vector<BitWord>& outside_with(Rank rank);
     static void announce(const std::vector<Rank>&, std::uint64_t) {}
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
+    /// The number of transactions that hold this item and all of the itemset.
+    Count joint(Rank rank);
     Count own(Rank rank);
     std::size_t own_nanoseconds(Rank) const { return rows_.words() / 2 * rows_.passes(); }
 
 private:
-    struct Outside {
-        Rank rank;
-        Transaction witness;
+    /// The words of a row from the first up to the one behind the last that is not 0.
+    struct Extent {
+        std::size_t begin = 0;
+        std::size_t end = 0;
     };
 
     /// A bit vector over the lines, made when it is first asked for.
@@ -56,10 +65,11 @@ private:
 
     /// What is known of a prefix of the itemset.
     struct Prefix {
-        LazyBits any;                  ///< the lines that hold at least one of its items
-        LazyWords uncovered;           ///< the others
-        LazyBits all;                  ///< those that hold all of them
-        std::vector<Outside> outside;  ///< of the closure
+        LazyBits any;                        ///< the lines that hold at least one of its items
+        LazyWords uncovered;                 ///< the others
+        LazyBits all;                        ///< those that hold all of them
+        std::vector<BitWord> outside;        ///< the items that are not in its closure, by place
+        std::vector<Transaction> witnesses;  ///< uncovered lines, which together hold just these
     };
 
     template <typename Combine>
@@ -67,11 +77,21 @@ private:
     const BitWord* any(std::size_t size);
     const BitWord* all(std::size_t size);
     const std::vector<Word>& uncovered(std::size_t size);
-    bool stays_outside(Outside& outside, std::size_t size, Rank added);
-    bool has_witness_from(std::size_t word, Outside& outside, std::size_t size, Rank added);
+    const BitWord* line(Transaction line) const { return lines_.data() + line * words_of_line_; }
+    void keep_witnesses(const Prefix& before, Rank added, Prefix& after) const;
+    void add_witness(Transaction line, Prefix& prefix) const;
+    Transaction uncovered_line(Rank rank, Rank added);
+    Transaction uncovered_line_between(std::size_t begin, std::size_t end, Rank rank, Rank added);
+    Transaction uncovered_line_from(std::size_t begin, Rank rank, Rank added);
 
-    BitRows rows_;          ///< by rank
-    std::size_t near_ = 0;  ///< within so many words, witnesses are looked for word by word
+    FindWord find_word_ = word_searches().front();
+    BitRows rows_;  ///< by rank
+    ItemOrder order_;
+    std::size_t words_of_line_;
+    std::vector<BitWord> lines_;         ///< the items that are in a line, by place; line by line
+    std::vector<BitWord> first_places_;  ///< of all ranks
+    std::vector<Extent> extents_;        ///< by rank
+    std::size_t near_ = 0;               ///< within so many words of a row, all are looked at first
     std::vector<Rank> itemset_;
     std::vector<Prefix> prefixes_;  ///< by size, with room for at least one more
     std::vector<Rank> gained_;      ///< what enter or gain returned last
