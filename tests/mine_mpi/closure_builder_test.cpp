@@ -2,95 +2,109 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <string_view>
 #include <vector>
-
-#include "mine/mined_classes.h"
 
 namespace korv::tools {
 namespace {
 
-RankedItems items_of(const std::vector<Itemset>& itemsets, const std::vector<Count>& supports) {
-    RankedItems items;
-    items.items = itemsets;
-    items.supports = supports;
+/// Makes closures of ranks with these items and supports; those in less than 3 transactions are rare.
+class Builder {
+public:
+    Builder(const std::vector<Itemset>& itemsets, const std::vector<Count>& supports)
+        : items_(ranked(itemsets, supports)), order_(itemsets), builder_(items_, order_, 3) {}
+
+    EncodedClosure of(const std::vector<Rank>& ranks) {
+        for (const Rank rank : ranks) {
+            builder_.add(rank);
+        }
+        return builder_.finish();
+    }
+
+    EncodedClosure without(const std::vector<BitWord>& outside) { return builder_.without(outside); }
+    EncodedClosure decoded(std::string_view bytes) { return builder_.decoded(bytes); }
+
+private:
+    static RankedItems ranked(const std::vector<Itemset>& itemsets, const std::vector<Count>& supports) {
+        RankedItems items;
+        items.items = itemsets;
+        items.supports = supports;
+        return items;
+    }
+
+    RankedItems items_;
+    ItemOrder order_;
+    ClosureBuilder builder_;
+};
+
+Itemset items_of(const EncodedClosure& closure) {
+    Itemset items;
+    decode(closure.bytes, items);
     return items;
 }
 
-Itemset decoded(std::string_view bytes) {
-    Itemset itemset;
-    decode(bytes, itemset);
-    return itemset;
-}
-
 TEST(ClosureBuilder, PutsItemsOfRanksInOrder) {
-    const RankedItems items = items_of({{50}, {2, 900}, {70}, {1}}, {9, 9, 9, 9});
-    ClosureBuilder closure(items, 3);
-    closure.add(1);
-    closure.add(0);
-    closure.add(2);
-    std::string bytes;
-    closure.finish(bytes);
-    EXPECT_EQ(decoded(bytes), (Itemset{2, 50, 70, 900}));
+    Builder builder({{50}, {2, 900}, {70}, {1}}, {9, 9, 9, 9});
+    EXPECT_EQ(items_of(builder.of({1, 0, 2})), (Itemset{2, 50, 70, 900}));
 }
 
-TEST(ClosureBuilder, TakesRanksInAnyOrder) {
-    const RankedItems items = items_of({{50}, {2, 60}, {7, 8}}, {9, 9, 9});
-    ClosureBuilder closure(items, 3);
-    closure.add(0);
-    closure.add(2);
-    closure.add(1);
-    std::string bytes;
-    closure.finish(bytes);
-    EXPECT_EQ(decoded(bytes), (Itemset{2, 7, 8, 50, 60}));
-}
-
-TEST(ClosureBuilder, CountsWhatAClosureTakes) {
-    const RankedItems items = items_of({{5}, {20, 900}, {7}}, {10, 3, 2});
-    ClosureBuilder closure(items, 3);
-    closure.add(0);
-    closure.add(2);
-    closure.add(1);
-    std::string bytes;
-    const ClosureSizes sizes = closure.finish(bytes);
-    EXPECT_EQ(bytes, "\x05\x02\x0D\x83\x70");  // 900 is 880 more than 20: 0x80 + 3, 0x70
-    EXPECT_EQ(sizes.bytes, 5U);
-    EXPECT_EQ(sizes.items, 4U);
-    EXPECT_EQ(sizes.text_bytes, std::string_view("5 7 20 900 ").size());
-    EXPECT_EQ(sizes.rare_bytes, std::string_view("7 ").size());
-}
-
-TEST(ClosureBuilder, HashesRanksInAnyOrder) {
-    const RankedItems items = items_of({{5}, {20, 21}, {7}}, {3, 2, 2});
-    ClosureBuilder closure(items, 3);
-    const auto hash_of = [&closure](const std::vector<Rank>& ranks) {
-        for (const Rank rank : ranks) {
-            closure.add(rank);
-        }
-        const std::uint32_t hash = closure.hash();
-        std::string bytes;
-        closure.finish(bytes);
-        return hash;
-    };
-    EXPECT_EQ(hash_of({0, 1, 2}), hash_of({2, 0, 1}));
-    EXPECT_NE(hash_of({0, 1, 2}), hash_of({0, 1}));
-    EXPECT_NE(hash_of({0}), hash_of({1}));
-    EXPECT_EQ(hash_of({}), 0U);
+TEST(ClosureBuilder, SaysWhatAClosureTakes) {
+    Builder builder({{5}, {20, 900}, {7}}, {10, 3, 2});
+    const EncodedClosure closure = builder.of({0, 2, 1});
+    EXPECT_EQ(closure.bytes, "\x05\x02\x0D\x83\x70");  // 900 is 880 more than 20: 0x80 + 3, 0x70
+    EXPECT_EQ(closure.hash, hash_of_closure("\x05\x02\x0D\x83\x70"));
+    EXPECT_EQ(closure.items, 4U);
+    EXPECT_EQ(closure.text_bytes, std::string_view("5 7 20 900 ").size());
+    EXPECT_EQ(closure.rare_bytes, std::string_view("7 ").size());
 }
 
 TEST(ClosureBuilder, BeginsTheNextClosureBehindTheLast) {
-    const RankedItems items = items_of({{5}, {20, 21}}, {3, 2});
-    ClosureBuilder closure(items, 3);
-    std::string bytes;
-    closure.add(1);
-    closure.finish(bytes);
-    closure.add(0);
-    const ClosureSizes sizes = closure.finish(bytes);
-    EXPECT_EQ(bytes, "\x14\x01\x05");
-    EXPECT_EQ(sizes.bytes, 1U);
-    EXPECT_EQ(sizes.items, 1U);
-    EXPECT_EQ(sizes.text_bytes, 2U);
-    EXPECT_EQ(sizes.rare_bytes, 0U);
+    Builder builder({{5}, {20, 21}}, {3, 2});
+    builder.of({1});
+    const EncodedClosure closure = builder.of({0});
+    EXPECT_EQ(closure.bytes, "\x05");
+    EXPECT_EQ(closure.items, 1U);
+    EXPECT_EQ(closure.text_bytes, 2U);
+    EXPECT_EQ(closure.rare_bytes, 0U);
+}
+
+TEST(ClosureBuilder, TakesTheItemsThatAreNotOutside) {
+    Builder builder({{50}, {2, 900}, {7}}, {9, 2, 2});
+    const EncodedClosure closure = builder.without({0b0100});  // 50 is behind 2 and 7
+    EXPECT_EQ(items_of(closure), (Itemset{2, 7, 900}));
+    EXPECT_EQ(closure.text_bytes, std::string_view("2 7 900 ").size());
+    EXPECT_EQ(closure.rare_bytes, closure.text_bytes);
+    EXPECT_EQ(items_of(builder.without({0b1111})), Itemset());
+    EXPECT_EQ(items_of(builder.without({0})), (Itemset{2, 7, 50, 900}));
+}
+
+TEST(ClosureBuilder, TakesItemsOfSeveralWords) {
+    std::vector<Itemset> itemsets;
+    for (Item item = 0; item < 130; ++item) {
+        itemsets.push_back({item});
+    }
+    Builder builder(itemsets, std::vector<Count>(130, 9));
+    const EncodedClosure closure = builder.without({~(BitWord{1} << 63U), ~BitWord{1}, ~BitWord{0b11}});
+    EXPECT_EQ(items_of(closure), (Itemset{63, 64, 128, 129}));
+}
+
+TEST(ClosureBuilder, TakesUpAnEncodedClosure) {
+    Builder builder({{5}, {20, 900}, {7}}, {10, 3, 2});
+    const std::string bytes(builder.of({1, 2}).bytes);
+    const EncodedClosure closure = builder.decoded(bytes);
+    EXPECT_EQ(closure.bytes, bytes);
+    EXPECT_EQ(closure.hash, hash_of_closure(bytes));
+    EXPECT_EQ(closure.items, 3U);
+    EXPECT_EQ(closure.text_bytes, std::string_view("7 20 900 ").size());
+    EXPECT_EQ(closure.rare_bytes, std::string_view("7 ").size());
+}
+
+TEST(ClosureBuilder, LeavesOutItemsThatNoRankStandsFor) {
+    Builder with_others({{5}, {6}, {7}, {9}}, {9, 9, 9, 9});
+    const std::string bytes(with_others.of({0, 1, 2, 3}).bytes);
+    Builder builder({{7}, {5}}, {9, 9});
+    EXPECT_EQ(items_of(builder.decoded(bytes)), (Itemset{5, 7}));
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace korv::tools {
 namespace {
@@ -13,21 +12,16 @@ namespace {
 /// lines of other processes.
 PartItems items_of_others(Rank ranks) {
     static constexpr std::array<Transaction, 1> line = {0};
-    PartItems items;
-    items.ranked.frequent = ranks;
-    items.ranked.lines = 1;
+    RankedItems ranked;
+    ranked.frequent = ranks;
+    ranked.lines = 1;
     for (Rank rank = 0; rank < ranks; ++rank) {
-        items.ranked.items.push_back({rank + 1});
-        items.ranked.transactions.emplace_back();
-        items.ranked.supports.push_back(1);
+        ranked.items.push_back({rank + 1});
+        ranked.transactions.emplace_back();
+        ranked.supports.push_back(1);
     }
-    items.ranked.transactions.front() = line;
-    items.by_item.resize(ranks);
-    std::iota(items.by_item.begin(), items.by_item.end(), Rank{0});
-    items.places = items.by_item;
-    items.lines = ranks;
-    items.occurrences = ranks;
-    return items;
+    ranked.transactions.front() = line;
+    return {.ranked = ranked, .order = ItemOrder(ranked.items), .lines = ranks, .occurrences = ranks};
 }
 
 TEST(SparsePart, ExpectsOfClosuresWhatPartnersLeaveOpenOrAllRanks) {

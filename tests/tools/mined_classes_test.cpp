@@ -178,7 +178,8 @@ TEST(MinedClasses, TakesEncodedClosures) {
     EssentialTree tree(std::vector<Count>{1, 20});
     MinedClasses classes(std::vector<Itemset>{{7}, {300}});
     const std::string bytes = encoded({3, 4, 300});
-    const EncodedClosure closure = {bytes, 3, std::string("3 4 300 ").size(), std::string("3 4 ").size()};
+    const EncodedClosure closure = {bytes, hash_of_closure(bytes), 3, std::string("3 4 300 ").size(),
+                                    std::string("3 4 ").size()};
     EXPECT_TRUE(classes.add_encoded(1, tree, closure));
     EXPECT_TRUE(classes.add_encoded(0, tree, closure));
     EXPECT_EQ(classes.size(), 1U);
@@ -187,6 +188,30 @@ TEST(MinedClasses, TakesEncodedClosures) {
     EXPECT_EQ(classes.figures().file_bytes, std::string("3 4 300\t20\t 7, 300,\n").size());
     classes.finish(std::move(tree));
     EXPECT_EQ(list_of(classes), (std::vector<MinedClass>{{{3, 4, 300}, 20, {{7}, {300}}}}));
+}
+
+TEST(MinedClasses, AddsEncodedClosuresToTheClassesOfOthers) {
+    EssentialTree tree(std::vector<Count>{1, 20});
+    MinedClasses classes(std::vector<Itemset>{{7}, {300}});
+    const std::string bytes = encoded({7, 300});
+    EXPECT_TRUE(classes.add(0, tree, {7, 300}));
+    EXPECT_TRUE(
+        classes.add_encoded(1, tree, {bytes, hash_of_closure(bytes), 2, std::string("7 300 ").size()}));
+    classes.finish(std::move(tree));
+    EXPECT_EQ(list_of(classes), (std::vector<MinedClass>{{{7, 300}, 1, {{7}, {300}}}}));
+}
+
+TEST(HashOfClosure, IsHardlyEverThatOfAnotherOne) {
+    EXPECT_EQ(hash_of_closure(encoded({3, 4, 300})), hash_of_closure(encoded({3, 4, 300})));
+    EXPECT_NE(hash_of_closure(encoded({3, 4, 300})), hash_of_closure(encoded({3, 4, 301})));
+    EXPECT_NE(hash_of_closure(encoded({3})), hash_of_closure(encoded({})));
+}
+
+TEST(TextBytes, OfAnItemAreItsDigitsAndABlank) {
+    EXPECT_EQ(text_bytes_of(0), 2U);
+    EXPECT_EQ(text_bytes_of(9), 2U);
+    EXPECT_EQ(text_bytes_of(10), 3U);
+    EXPECT_EQ(text_bytes_of(4'294'967'295), 11U);
 }
 
 TEST(MinedClasses, TakesNoMoreClassesThanItMay) {

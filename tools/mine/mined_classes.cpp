@@ -69,10 +69,6 @@ std::size_t digits_of(Count number) {
     return digits;
 }
 
-std::uint32_t hash_of(std::string_view bytes) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>()(bytes));
-}
-
 }  // namespace
 
 ClassFigures& ClassFigures::operator+=(const ClassFigures& others) {
@@ -105,6 +101,14 @@ void decode(std::string_view bytes, Itemset& itemset) {
     }
 }
 
+std::uint32_t hash_of_closure(std::string_view encoded) {
+    return static_cast<std::uint32_t>(std::hash<std::string_view>()(encoded));
+}
+
+std::size_t text_bytes_of(Item item) {
+    return digits_of(item) + 1;
+}
+
 MinedClasses::MinedClasses(std::vector<Itemset> items, std::size_t most)
     : items_(std::move(items)), most_(most), slots_(1024), tree_({}) {
     for (const Itemset& each : items_) {
@@ -120,25 +124,25 @@ bool MinedClasses::add(EssentialTree::Node node, const EssentialTree& tree, cons
                        std::size_t rare_bytes) {
     encoded_.clear();
     append_encoded(closure, encoded_);
-    return insert(node, tree, encoded_, [&] {
-        std::size_t text_bytes = closure.size();
+    const std::uint32_t hash = hash_of_closure(encoded_);
+    return insert(node, tree, encoded_, hash, [&] {
+        std::size_t text_bytes = 0;
         for (const Item item : closure) {
-            text_bytes += digits_of(item);
+            text_bytes += text_bytes_of(item);
         }
-        return EncodedClosure{encoded_, closure.size(), text_bytes, rare_bytes};
+        return EncodedClosure{encoded_, hash, closure.size(), text_bytes, rare_bytes};
     });
 }
 
 bool MinedClasses::add_encoded(EssentialTree::Node node, const EssentialTree& tree,
                                const EncodedClosure& closure) {
-    return insert(node, tree, closure.bytes, [&] { return closure; });
+    return insert(node, tree, closure.bytes, closure.hash, [&] { return closure; });
 }
 
 /// `describe` is only asked for the closure where it is that of a new class.
 template <typename Describe>
 bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
-                          Describe describe) {
-    const std::uint32_t hash = hash_of(encoded);
+                          std::uint32_t hash, Describe describe) {
     Slot& slot = slots_[slot_of(hash, encoded)];
     if (slot.position == empty_slot && classes_.size() == most_) {
         return false;
@@ -170,7 +174,7 @@ bool MinedClasses::insert(EssentialTree::Node node, const EssentialTree& tree, s
 }
 
 bool MinedClasses::holds(std::string_view encoded) const {
-    return slots_[slot_of(hash_of(encoded), encoded)].position != empty_slot;
+    return slots_[slot_of(hash_of_closure(encoded), encoded)].position != empty_slot;
 }
 
 /// The position of the slot of the class with this closure, or of the empty one where it belongs.

@@ -27,6 +27,7 @@ struct MinedClass {
 /// A closure as classes keep it.
 struct EncodedClosure {
     std::string_view bytes;      ///< as append_encoded writes them
+    std::uint32_t hash = 0;      ///< as hash_of_closure gives it
     std::size_t items = 0;       ///< how many it has
     std::size_t text_bytes = 0;  ///< that they take in a class file, with a blank for each
     std::size_t rare_bytes = 0;  ///< of these, those of items that are not frequent
@@ -121,7 +122,7 @@ private:
     ClassKey key_of(const Class& each) const { return {each.items, encoded_closure(each)}; }
     template <typename Describe>
     bool insert(EssentialTree::Node node, const EssentialTree& tree, std::string_view encoded,
-                Describe describe);
+                std::uint32_t hash, Describe describe);
     std::size_t slot_of(std::uint32_t hash, std::string_view bytes) const;
     void grow_slots();
     void count_essentials(EssentialTree::Node node, const EssentialTree& tree);
@@ -146,5 +147,11 @@ void append_encoded(std::span<const Item> itemset, std::string& bytes);
 
 /// Replaces `itemset` by that from which append_encoded made `bytes`.
 void decode(std::string_view bytes, Itemset& itemset);
+
+/// A number that is as good as random, and the same for the same closure, as append_encoded writes it.
+std::uint32_t hash_of_closure(std::string_view encoded);
+
+/// The bytes that an item takes in a class file, with a blank.
+std::size_t text_bytes_of(Item item);
 
 }  // namespace korv::tools

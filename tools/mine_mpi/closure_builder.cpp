@@ -1,61 +1,65 @@
 #include "mine_mpi/closure_builder.h"
 
 #include <algorithm>
-#include <span>
-
-#include "mine/mined_classes.h"
+#include <utility>
 
 namespace korv::tools {
 
-namespace {
-
-/// Numbers that look random, the same ones in each process: the steps of SplitMix64.
-std::uint32_t scattered(std::uint64_t number) {
-    number = (number + 1) * 0x9E3779B97F4A7C15U;
-    number = (number ^ number >> 30U) * 0xBF58476D1CE4E5B9U;
-    number = (number ^ number >> 27U) * 0x94D049BB133111EBU;
-    return static_cast<std::uint32_t>(number >> 32U);
-}
-
-}  // namespace
-
-ClosureBuilder::ClosureBuilder(const RankedItems& items, Count least_frequent)
-    : items_(items.items), first_items_(items.size()) {
-    const MinedClasses classes(items.items);
-    for (Rank rank = 0; rank < items.size(); ++rank) {
-        const auto bytes = static_cast<std::uint32_t>(classes.closure_bytes(rank));
-        of_ranks_.push_back({items_[rank].front(), bytes, items.supports[rank] < least_frequent ? bytes : 0,
-                             scattered(rank), items_[rank].size() > 1});
+ClosureBuilder::ClosureBuilder(const RankedItems& items, const ItemOrder& order, Count least_frequent)
+    : order_(order), closure_(order.size()) {
+    for (ItemOrder::Place place = 0; place < order.size(); ++place) {
+        const Item item = order.items()[place];
+        const auto bytes = static_cast<std::uint32_t>(text_bytes_of(item));
+        const bool is_rare = items.supports[order.rank(place)] < least_frequent;
+        of_places_.push_back({item, bytes, is_rare ? bytes : 0});
     }
 }
 
-void ClosureBuilder::add_other_items(Rank rank) {
-    const Itemset& items = items_[rank];
-    other_items_.insert(other_items_.end(), items.begin() + 1, items.end());
+void ClosureBuilder::add(Rank rank) {
+    const std::span<const ItemOrder::Place> places = order_.places(rank);
+    added_.insert(added_.end(), places.begin(), places.end());
 }
 
-ClosureSizes ClosureBuilder::finish(std::string& bytes) {
-    const std::span<Item> first_items = std::span(first_items_).first(ranks_);
-    if (!std::ranges::is_sorted(first_items)) {
-        std::ranges::sort(first_items);
+EncodedClosure ClosureBuilder::finish() {
+    std::ranges::sort(added_);
+    for (const ItemOrder::Place place : added_) {
+        put(place);
     }
-    std::span<const Item> closure = first_items;
-    if (!other_items_.empty()) {
-        std::ranges::sort(other_items_);
-        closure_.resize(first_items.size() + other_items_.size());
-        std::ranges::merge(first_items, other_items_, closure_.begin());
-        closure = closure_;
+    added_.clear();
+    return encoded();
+}
+
+EncodedClosure ClosureBuilder::without(std::span<const BitWord> outside) {
+    for (std::size_t word = 0; word < outside.size(); ++word) {
+        const std::size_t left = order_.size() - word * word_bits;
+        const BitWord all = left >= word_bits ? ~BitWord{0} : bit_of(left) - 1;
+        for (BitWord inside = ~outside[word] & all; inside != 0; inside &= inside - 1) {
+            put(static_cast<ItemOrder::Place>(lowest_number(word, inside)));
+        }
     }
-    const std::size_t before = bytes.size();
-    append_encoded(closure, bytes);
-    const ClosureSizes sizes = {static_cast<std::uint32_t>(bytes.size() - before),
-                                static_cast<std::uint32_t>(closure.size()), text_bytes_, rare_bytes_};
-    ranks_ = 0;
-    other_items_.clear();
-    text_bytes_ = 0;
-    rare_bytes_ = 0;
-    hash_ = 0;
-    return sizes;
+    return encoded();
+}
+
+EncodedClosure ClosureBuilder::decoded(std::string_view bytes) {
+    Itemset closure;
+    decode(bytes, closure);
+    auto next = order_.items().begin();
+    for (const Item item : closure) {
+        next = std::ranges::lower_bound(next, order_.items().end(), item);
+        if (next != order_.items().end() && *next == item) {
+            put(static_cast<ItemOrder::Place>(next - order_.items().begin()));
+        }
+    }
+    return encoded();
+}
+
+/// Ends a closure.
+EncodedClosure ClosureBuilder::encoded() {
+    const std::size_t items = std::exchange(size_, 0);
+    bytes_.clear();
+    append_encoded(std::span(closure_).first(items), bytes_);
+    return {bytes_, hash_of_closure(bytes_), items, std::exchange(text_bytes_, 0),
+            std::exchange(rare_bytes_, 0)};
 }
 
 }  // namespace korv::tools

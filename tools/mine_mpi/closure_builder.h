@@ -2,69 +2,66 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "base/itemset.h"
+#include "base/bit_words.h"
+#include "mine/item_order.h"
+#include "mine/mined_classes.h"
 #include "mine/ranked_items.h"
 
 namespace korv::tools {
 
-/// How much a closure takes: see EncodedClosure.
-struct ClosureSizes {
-    std::uint32_t bytes;  ///< encoded
-    std::uint32_t items;
-    std::uint32_t text_bytes;
-    std::uint32_t rare_bytes;
-};
-
-/// Makes closures of ranks.
+/// Makes closures of ranks, as classes keep them. What it returns is valid until the next one is made.
 class ClosureBuilder {
 public:
-    /// `items` must outlive it. Items in less than `least_frequent` transactions count as rare.
-    ClosureBuilder(const RankedItems& items, Count least_frequent);
+    /// `order`: of the items; it must outlive the builder. Items in less than `least_frequent` transactions
+    /// count as rare.
+    ClosureBuilder(const RankedItems& items, const ItemOrder& order, Count least_frequent);
 
-    /// Adds a rank, which is not there yet. Fastest where ranks come in the order of their first items.
-    void add(Rank rank) {
-        const OfRank& of = of_ranks_[rank];
-        first_items_[ranks_++] = of.first_item;
-        text_bytes_ += of.text_bytes;
-        rare_bytes_ += of.rare_bytes;
-        hash_ ^= of.hash;
-        if (of.has_other_items) {
-            add_other_items(rank);
-        }
-    }
+    /// Adds a rank, which is not there yet, to the next closure. Fastest where ranks come in the order of
+    /// their items.
+    void add(Rank rank);
 
-    /// A number that is the same for the same ranks, whatever their order, and as good as random: a Zobrist
-    /// hash.
-    std::uint32_t hash() const { return hash_; }
+    /// The closure of the ranks that were added.
+    EncodedClosure finish();
 
-    /// Appends the closure of the ranks that were added, as append_encoded writes it, and begins the next
-    /// one.
-    ClosureSizes finish(std::string& bytes);
+    /// The closure of the items whose bits, by place, are 0.
+    EncodedClosure without(std::span<const BitWord> outside);
+
+    /// The closure from which append_encoded made some bytes, as far as ranks stand for its items.
+    EncodedClosure decoded(std::string_view bytes);
 
 private:
-    /// What a rank adds to a closure.
-    struct OfRank {
-        Item first_item;
+    /// What the item at a place adds to a closure.
+    struct OfPlace {
+        Item item;
         std::uint32_t text_bytes;
         std::uint32_t rare_bytes;
-        std::uint32_t hash;
-        bool has_other_items;
     };
 
-    void add_other_items(Rank rank);
+    /// Puts the next item into `closure_`.
+    void put(ItemOrder::Place place) {
+        const OfPlace& of = of_places_[place];
+        closure_[size_++] = of.item;
+        text_bytes_ += of.text_bytes;
+        rare_bytes_ += of.rare_bytes;
+    }
 
-    const std::vector<Itemset>& items_;  ///< by rank
-    std::vector<OfRank> of_ranks_;       ///< by rank
-    Itemset first_items_;                ///< of the ranks that were added; with room for all
-    std::size_t ranks_ = 0;              ///< so many were added
-    Itemset other_items_;
-    Itemset closure_;  ///< set and used in one call
-    std::uint32_t text_bytes_ = 0;
-    std::uint32_t rare_bytes_ = 0;
-    std::uint32_t hash_ = 0;
+    EncodedClosure encoded();
+
+    const ItemOrder& order_;
+    std::vector<OfPlace> of_places_;
+    std::vector<ItemOrder::Place> added_;  ///< the places of what was added
+
+    // Of the closure that is being made:
+    Itemset closure_;       ///< with room for all items
+    std::size_t size_ = 0;  ///< so many of them are put there
+    std::size_t text_bytes_ = 0;
+    std::size_t rare_bytes_ = 0;
+    std::string bytes_;  ///< set when it is done
 };
 
 }  // namespace korv::tools

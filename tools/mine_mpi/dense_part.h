@@ -26,28 +26,22 @@ public:
     static bool is_wanted(Rank, Rank, Count) { return false; }
     static void add_pair(Rank, Rank, Count) {}
     static void set_root(Rank, const EssentialTree&) {}
-    void enter(Rank rank);
-    void enter_to_count(Rank rank);
-    void leave();
-    void count(std::vector<Candidate>& candidates) { cover_.keep_frequent(0, candidates); }
+    void enter(Rank rank) { cover_.enter(rank); }
+    void enter_to_count(Rank rank) { cover_.enter_to_count(rank); }
+    void leave() { cover_.leave(); }
+    void count(std::span<const Rank> candidates, std::span<Count> counts);
     Count own(Rank rank) { return cover_.own(rank); }
     bool counts_own(std::size_t size) const;
-    std::size_t words_of_closure(std::size_t) const { return outside_.front().size(); }
+    std::size_t words_of_closure(std::size_t) const { return words_of_closure_; }
     static bool put_open(std::span<const Rank>, std::vector<Rank>&) { return false; }
-    void tell_outside(Rank rank, BitStream& outside);
+    void tell_outside(Rank rank, BitStream& outside) { outside.append(cover_.outside_with(rank)); }
     static void tell_outside_of(std::span<const Rank>, Rank, BitStream&) {}
 
 private:
-    using Ranks = std::vector<BitWord>;  ///< a bit for each, in the order of their first items
-
-    void put_outside(const std::vector<Rank>& gained, const Ranks& before, Ranks& after) const;
-
     DenseCover cover_;
-    const std::vector<Rank>& places_;
     Rank frequent_;
     std::size_t nanoseconds_of_own_;
-    std::size_t size_ = 0;
-    std::vector<Ranks> outside_;  ///< by size of a prefix: what is outside its closure here; and one more
+    std::size_t words_of_closure_;
 };
 
 }  // namespace korv::tools

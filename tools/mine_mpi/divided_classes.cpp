@@ -1,6 +1,8 @@
 #include "mine_mpi/divided_classes.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <unordered_set>
 #include <utility>
@@ -12,7 +14,11 @@ namespace {
 /// What processes tell each other of an essential itemset, followed by its closure.
 struct Head {
     EssentialTree::Node node;
-    ClosureSizes sizes;
+    std::uint32_t hash;
+    std::uint32_t bytes;
+    std::uint32_t items;
+    std::uint64_t text_bytes;
+    std::uint64_t rare_bytes;
 };
 
 /// Calls `visit(node, closure)` for all itemsets that processes told of, until it returns false.
@@ -23,9 +29,9 @@ void for_each_told(const std::vector<std::string>& texts, Visit visit) {
             Head head;
             std::memcpy(&head, text.data() + position, sizeof head);
             position += sizeof head;
-            const EncodedClosure closure = {std::string_view(text).substr(position, head.sizes.bytes),
-                                            head.sizes.items, head.sizes.text_bytes, head.sizes.rare_bytes};
-            position += head.sizes.bytes;
+            const EncodedClosure closure = {std::string_view(text).substr(position, head.bytes), head.hash,
+                                            head.items, head.text_bytes, head.rare_bytes};
+            position += head.bytes;
             if (!visit(head.node, closure)) {
                 return;
             }
@@ -41,14 +47,18 @@ DividedClasses::DividedClasses(Processes& processes, const std::vector<Itemset>&
       own_(items),
       for_each_(static_cast<std::size_t>(processes.size())) {}
 
-std::string_view DividedClasses::put(EssentialTree::Node node, ClosureBuilder& closure) {
-    const std::uint64_t process = std::uint64_t{closure.hash()} * for_each_.size() >> 32U;
-    std::string& text = for_each_[process];
-    const std::size_t before = text.size();
-    text.append(sizeof(Head), '\0');
-    const Head head = {node, closure.finish(text)};
-    std::memcpy(text.data() + before, &head, sizeof head);
-    return std::string_view(text).substr(before + sizeof head);
+void DividedClasses::put(EssentialTree::Node node, const EncodedClosure& closure) {
+    const Head head = {node,
+                       closure.hash,
+                       static_cast<std::uint32_t>(closure.bytes.size()),
+                       static_cast<std::uint32_t>(closure.items),
+                       closure.text_bytes,
+                       closure.rare_bytes};
+    std::array<char, sizeof head> bytes;
+    std::memcpy(bytes.data(), &head, sizeof head);
+    // Tables of classes look at the lower bits.
+    const std::uint64_t process = std::uint64_t{closure.hash} * for_each_.size() >> 32U;
+    for_each_[process].append(bytes.data(), bytes.size()).append(closure.bytes);
 }
 
 bool DividedClasses::add(const EssentialTree& tree, std::size_t itemsets) {

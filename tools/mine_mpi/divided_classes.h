@@ -9,7 +9,6 @@
 #include "base/itemset.h"
 #include "mine/essential_tree.h"
 #include "mine/mined_classes.h"
-#include "mine_mpi/closure_builder.h"
 #include "mine_mpi/processes.h"
 
 namespace korv::tools {
@@ -22,9 +21,8 @@ public:
     /// classes.
     DividedClasses(Processes& processes, const std::vector<Itemset>& items, std::size_t most);
 
-    /// Puts an essential itemset, of which `closure` has the closure, aside for the process to whose classes
-    /// it belongs. Returns the closure as append_encoded writes it, valid until the next call.
-    std::string_view put(EssentialTree::Node node, ClosureBuilder& closure);
+    /// Puts an essential itemset and its closure aside for the process to whose classes it belongs.
+    void put(EssentialTree::Node node, const EncodedClosure& closure);
 
     /// Adds all that was put in all processes: together so many itemsets, ascending in each process, and from
     /// process to process. Returns false, in all of them, when there would be too many classes; then only the

@@ -64,6 +64,20 @@ struct Answers {
     std::vector<int> sizes_of_outside;  ///< by stretch
 };
 
+/// The supports of the parts of an itemset with a candidate: see Candidate.
+struct Parts {
+    Count largest;
+    Count sum;
+};
+
+/// Appends something of each candidate.
+template <typename T, typename Of>
+void append(const std::vector<Candidate>& candidates, std::vector<T>& to, Of of) {
+    const auto before = std::ssize(to);
+    to.resize(to.size() + candidates.size());
+    std::ranges::transform(candidates, to.begin() + before, of);
+}
+
 /// Closures one behind the other, as append_encoded writes them.
 struct Closures {
     Numbers sizes;  ///< in bytes
@@ -111,7 +125,7 @@ public:
               const LevelEvents& events)
         : processes_(processes),
           items_(items.ranked),
-          by_item_(items.by_item),
+          words_of_items_(words_for(items.order.size())),
           options_(options),
           min_joint_(options.min_joint.value_or(options.min_support)),
           events_(events),
@@ -122,7 +136,7 @@ public:
           asking_path_(tree_),
           answering_path_(tree_),
           concluding_path_(tree_),
-          closure_(items.ranked, options.min_support),
+          closures_(items.ranked, items.order, options.min_support),
           classes_(processes, items.ranked.items, options.max_classes) {}
 
     LevelResult run(KeptLevels kept) {
@@ -277,15 +291,17 @@ private:
     void ask(const std::vector<Node>& begins, std::size_t first) {
         const auto [begin, end] = stretch(begins, first);
         questions_.clear();
-        candidates_.clear();
+        parts_.clear();
         for (Node node = begin; node < end; ++node) {
             const std::vector<Candidate>& found = find_candidates(node);
             const bool asks_all = !put_open(node);
             questions_.push_back(static_cast<std::uint32_t>(found.size()));
             questions_.push_back(asks_all ? QuestionReader::all : static_cast<std::uint32_t>(open_.size()));
-            std::ranges::transform(found, std::back_inserter(questions_), &Candidate::rank);
+            append(found, questions_, &Candidate::rank);
+            append(found, parts_, [](const Candidate& candidate) {
+                return Parts{candidate.largest_part, candidate.sum_of_parts};
+            });
             questions_.insert(questions_.end(), open_.begin(), open_.end());
-            candidates_.insert(candidates_.end(), found.begin(), found.end());
             asking_.leave();
         }
     }
@@ -375,16 +391,20 @@ private:
     }
 
     void count(std::span<const Rank> candidates, Numbers& counts) {
-        counted_.clear();
-        for (const Rank rank : candidates) {
-            counted_.push_back({rank});
-        }
-        part_.count(counted_);
-        std::ranges::transform(counted_, std::back_inserter(counts), &Candidate::joint);
+        const std::size_t before = counts.size();
+        counts.resize(before + numbers_for(candidates));
+        const std::span<Count> joint = std::span(counts).subspan(before);
+        part_.count(candidates, joint.first(candidates.size()));
         if (part_.counts_own(size_)) {
-            std::ranges::transform(candidates, std::back_inserter(counts),
+            std::ranges::transform(candidates, joint.begin() + std::ssize(candidates),
                                    [this](Rank rank) { return part_.own(rank); });
         }
+    }
+
+    /// How many numbers answer a question about these candidates: their joint supports, and their own counts
+    /// behind them where these are asked for.
+    std::size_t numbers_for(std::span<const Rank> candidates) const {
+        return candidates.size() * (part_.counts_own(size_) ? 2 : 1);
     }
 
     // Concluding.
@@ -396,40 +416,30 @@ private:
         Numbers nodes;
         QuestionReader reader(questions_);
         std::span<const std::uint32_t> counts = answers.counts;
-        std::span<const Candidate> candidates = candidates_;
+        std::span<const Parts> parts = parts_;
         std::size_t bit = 0;
         const auto [begin, end] = stretch(begins, first);
         for (Node node = begin; node < end; ++node) {
             const Question question = reader.take_question();
-            const std::size_t size = question.candidates.size();
-            const std::size_t numbers = size * (part_.counts_own(size_) ? 2 : 1);
-            find_children(node, candidates.first(size), counts.first(numbers), nodes);
-            candidates = candidates.subspan(size);
+            const std::size_t numbers = numbers_for(question.candidates);
+            find_children(node, question.candidates, parts, counts.first(numbers), nodes);
+            parts = parts.subspan(question.candidates.size());
             counts = counts.subspan(numbers);
-            bit = find_closure(node, question, answers.outside, bit);
-            put_closure(node);
+            bit = close(node, question, answers.outside, bit);
         }
         return nodes;
     }
 
-    void put_closure(Node node) {
-        const std::string_view closure = classes_.put(node, closure_);
-        if (keeps_closures_) {
-            kept_.sizes.push_back(static_cast<std::uint32_t>(closure.size()));
-            kept_.bytes += closure;
-        }
-    }
-
-    void find_children(Node node, std::span<const Candidate> candidates,
-                       std::span<const std::uint32_t> counts, Numbers& nodes) {
+    /// `parts`: of the candidates, and others behind them.
+    void find_children(Node node, std::span<const Rank> candidates, std::span<const Parts> parts,
+                       std::span<const Count> counts, Numbers& nodes) {
         const std::size_t before = nodes.size();
         nodes.push_back(0);
         for (std::size_t i = 0; i < candidates.size(); ++i) {
-            Candidate candidate = candidates[i];
-            candidate.joint = counts[i];
-            if (candidate.joint < min_joint_) {
+            if (counts[i] < min_joint_) {
                 continue;
             }
+            const Candidate candidate = {candidates[i], counts[i], parts[i].largest, parts[i].sum};
             const Count support = part_.counts_own(size_)
                                       ? tree_.support(node) + counts[candidates.size() + i]
                                       : support_by_parts(node, candidate);
@@ -452,37 +462,34 @@ private:
         return concluding_.support_by_parts(node, candidate);
     }
 
-    /// Adds the ranks of a closure, whose first bit is at `bit`, to `closure_`. Returns where the next one
+    /// Puts the closure of an itemset, whose first bit is at `bit`, to its class. Returns where the next one
     /// begins.
-    std::size_t find_closure(Node node, const Question& question, std::span<const BitWord> outside,
-                             std::size_t bit) {
+    std::size_t close(Node node, const Question& question, std::span<const BitWord> outside,
+                      std::size_t bit) {
         if (question.asks_all) {
             const std::size_t first = words_for(bit);
-            const std::size_t words = words_for(items_.size());
-            add_inside(outside.subspan(first, words));
-            return (first + words) * word_bits;
+            put(node, closures_.without(outside.subspan(first, words_of_items_)));
+            return (first + words_of_items_) * word_bits;
         }
         put_itemset(node);
         for (const Rank rank : itemset_) {
-            closure_.add(rank);
+            closures_.add(rank);
         }
         for (const Rank rank : question.open) {
             if ((outside[word_of(bit)] & bit_of(bit)) == 0) {
-                closure_.add(rank);
+                closures_.add(rank);
             }
             ++bit;
         }
+        put(node, closures_.finish());
         return bit;
     }
 
-    /// Adds the ranks whose bits are 0.
-    void add_inside(std::span<const BitWord> outside) {
-        for (std::size_t word = 0; word < outside.size(); ++word) {
-            const std::size_t behind = items_.size() - word * word_bits;
-            const BitWord all = behind >= word_bits ? ~BitWord{0} : bit_of(behind) - 1;
-            for (BitWord inside = ~outside[word] & all; inside != 0; inside &= inside - 1) {
-                closure_.add(by_item_[lowest_number(word, inside)]);
-            }
+    void put(Node node, const EncodedClosure& closure) {
+        classes_.put(node, closure);
+        if (keeps_closures_) {
+            kept_.sizes.push_back(static_cast<std::uint32_t>(closure.bytes.size()));
+            kept_.bytes += closure.bytes;
         }
     }
 
@@ -524,7 +531,7 @@ private:
         for (std::size_t process = 0; process < sizes.size(); ++process) {
             std::size_t begin = 0;
             for (const std::uint32_t size : sizes[process]) {
-                closures_.push_back(bytes[process].substr(begin, size));
+                kept_closures_.push_back(bytes[process].substr(begin, size));
                 begin += size;
             }
         }
@@ -533,9 +540,9 @@ private:
     /// `is_whole`: whether all of the level was done, and has its classes.
     void keep_level(bool is_whole) {
         if (processes_.is_first() && events_.level_kept && is_whole) {
-            events_.level_kept(tree_, {.size = size_, .closed = end_of_level_}, closures_);
+            events_.level_kept(tree_, {.size = size_, .closed = end_of_level_}, kept_closures_);
         }
-        closures_.clear();
+        kept_closures_.clear();
     }
 
     /// Goes on from what an earlier run kept, if there is anything.
@@ -567,8 +574,8 @@ private:
         for (Node begin = 0; begin < end_of_level_ && !has_too_many_classes_;) {
             Node end = begin;
             for (std::size_t bytes = 0; end < closures.size() && bytes < bytes_at_once; ++end) {
-                take_up_closure(closures[end]);
-                bytes += classes_.put(end, closure_).size();
+                classes_.put(end, closures_.decoded(closures[end]));
+                bytes += closures[end].size();
             }
             processes_.broadcast_value(end);
             has_too_many_classes_ = !classes_.add(tree_, end - begin);
@@ -576,22 +583,9 @@ private:
         }
     }
 
-    void take_up_closure(std::string_view bytes) {
-        Itemset closure;
-        decode(bytes, closure);
-        auto next = by_item_.begin();
-        const auto first_item = [this](Rank rank) { return items_.items[rank].front(); };
-        for (const Item item : closure) {
-            next = std::ranges::lower_bound(next, by_item_.end(), item, {}, first_item);
-            if (next != by_item_.end() && first_item(*next) == item) {
-                closure_.add(*next);
-            }
-        }
-    }
-
     Processes& processes_;
     const RankedItems& items_;
-    const std::vector<Rank>& by_item_;
+    std::size_t words_of_items_;
     const MiningOptions& options_;
     Count min_joint_;
     const LevelEvents& events_;
@@ -602,7 +596,7 @@ private:
     Path asking_path_;
     Path answering_path_;
     Path concluding_path_;
-    ClosureBuilder closure_;
+    ClosureBuilder closures_;
     DividedClasses classes_;
 
     std::size_t size_ = 1;     ///< of the itemsets that are looked at
@@ -610,16 +604,15 @@ private:
     Node end_of_level_ = 0;    ///< behind the last of them
     bool has_too_many_classes_ = false;
     bool is_stopped_ = false;
-    LevelReport report_;                 ///< until the end of a level, of what this process counts
-    bool keeps_closures_ = false;        ///< whether the first process keeps them for another run
-    Closures kept_;                      ///< of this process in a round, where they are kept
-    std::vector<std::string> closures_;  ///< in the first process: of this level, where they are kept
+    LevelReport report_;                      ///< until the end of a level, of what this process counts
+    bool keeps_closures_ = false;             ///< whether the first process keeps them for another run
+    Closures kept_;                           ///< of this process in a round, where they are kept
+    std::vector<std::string> kept_closures_;  ///< in the first process: of this level, where they are kept
 
-    Numbers questions_;                  ///< of this process: one for each of its itemsets in a round
-    std::vector<Candidate> candidates_;  ///< in the order of the questions
-    std::vector<Rank> itemset_;          ///< set and used in one call
-    std::vector<Rank> open_;             ///< likewise
-    std::vector<Candidate> counted_;     ///< likewise
+    Numbers questions_;          ///< of this process: one for each of its itemsets in a round
+    std::vector<Parts> parts_;   ///< of their candidates
+    std::vector<Rank> itemset_;  ///< set and used in one call
+    std::vector<Rank> open_;     ///< likewise
 };
 
 }  // namespace

@@ -101,17 +101,6 @@ std::vector<Twins> twins_of(const std::vector<Group>& groups) {
     return twins;
 }
 
-void put_in_order_of_items(PartItems& items) {
-    const std::vector<Itemset>& itemsets = items.ranked.items;
-    items.by_item.resize(itemsets.size());
-    std::iota(items.by_item.begin(), items.by_item.end(), Rank{0});
-    std::ranges::sort(items.by_item, {}, [&](Rank rank) { return itemsets[rank].front(); });
-    items.places.resize(itemsets.size());
-    for (Rank place = 0; place < items.by_item.size(); ++place) {
-        items.places[items.by_item[place]] = place;
-    }
-}
-
 }  // namespace
 
 PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count least_in_essentials,
@@ -122,8 +111,7 @@ PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count leas
     const std::vector<std::size_t> positions = positions_of(wanted.items, database);
     std::vector<Twins> groups = twins_of(groups_of_all(processes, groups_here(positions, database)));
 
-    PartItems items;
-    RankedItems& ranked = items.ranked;
+    RankedItems ranked;
     ranked.frequent = rank_groups(groups, wanted.supports, least_in_essentials);
     ranked.lines = database.lines;
     ranked.weights = database.weights;
@@ -141,10 +129,8 @@ PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count leas
         ranked.supports.push_back(wanted.supports[twins.front()]);
         occurrences += transactions.size();
     }
-    put_in_order_of_items(items);
-    items.lines = processes.sum(database.lines);
-    items.occurrences = processes.sum(occurrences);
-    return items;
+    ItemOrder order(ranked.items);
+    return {std::move(ranked), std::move(order), processes.sum(database.lines), processes.sum(occurrences)};
 }
 
 std::uint64_t fingerprint(Processes& processes, const PartItems& items) {

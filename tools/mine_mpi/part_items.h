@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "mine/item_order.h"
 #include "mine/ranked_items.h"
 #include "mine_mpi/part_reading.h"
 #include "mine_mpi/processes.h"
@@ -14,8 +15,7 @@ struct PartItems {
     /// Items, supports and order are those of the whole database, lines and transactions those of this
     /// process; so an item can have no transactions here.
     RankedItems ranked;
-    std::vector<Rank> by_item;      ///< the ranks in the order of their first items
-    std::vector<Rank> places;       ///< by rank: where it is in this order
+    ItemOrder order;                ///< of these items
     std::uint64_t lines = 0;        ///< of the whole database
     std::uint64_t occurrences = 0;  ///< of these items in them
 };

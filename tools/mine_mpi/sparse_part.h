@@ -39,7 +39,7 @@ public:
     void enter(Rank rank);
     void enter_to_count(Rank rank) { enter(rank); }
     void leave();
-    void count(std::vector<Candidate>& candidates);
+    void count(std::span<const Rank> candidates, std::span<Count> counts);
     Count own(Rank rank);
     static bool counts_own(std::size_t size);
     std::size_t words_of_closure(std::size_t size) const;
@@ -63,13 +63,14 @@ private:
     bool asks_partners(std::size_t size) const;
     bool is_covered(const std::vector<char>& is_in, Transaction line) const;
     bool covers(const std::vector<char>& is_in, Rank rank) const;
+    void mark(Rank rank, bool is_outside, std::vector<BitWord>& items) const;
     void put_open_partners(std::span<const Rank> itemset, std::vector<Rank>& open);
     void put_open_by_lines(std::span<const Rank> itemset, std::vector<Rank>& open);
     template <typename Visit>
     void for_each_covered(Visit visit);
 
     const RankedItems& items_;
-    const std::vector<Rank>& places_;
+    const ItemOrder& order_;
     std::size_t processes_;
     LineIndex index_;
     Partners partners_;
@@ -91,7 +92,7 @@ private:
 
     CoveredLines covered_;                  ///< of the itemset that was looked at last
     std::vector<Rank> absent_;              ///< ranks without lines here, ascending
-    std::vector<BitWord> present_;          ///< the others, as tell_outside tells ranks
+    std::vector<BitWord> present_;          ///< the items of the others, as tell_outside tells them
     std::vector<std::uint64_t> looked_at_;  ///< by rank: the last search in lines that looked at it
     std::uint64_t search_ = 0;              ///< the number of the current one
 
