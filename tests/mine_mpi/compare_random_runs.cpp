@@ -167,8 +167,9 @@ void ask_for_table(TableOptions& table, Random& random) {
     }
 }
 
+/// `weight`: lines have one to four times this weight; where it is 0, they have none.
 std::string text_of(Format format, const Shape& shape, std::uint32_t lines, const std::string& separator,
-                    bool weighted, Random& random) {
+                    std::uint32_t weight, Random& random) {
     const std::string end = one_in(6, random) ? "\r\n" : "\n";
     std::string text = one_in(10, random) ? "\xEF\xBB\xBF" : "";
     if (format != Format::fimi && one_in(8, random)) {
@@ -178,7 +179,7 @@ std::string text_of(Format format, const Shape& shape, std::uint32_t lines, cons
         text += joined({"size", "colour", "langs", "flag", "note", "n"}, separator) + end;
     }
     for (std::uint32_t line = 0; line < lines; ++line) {
-        text += weighted ? std::to_string(1 + random() % 4) + " " : "";
+        text += weight > 0 ? std::to_string((1 + random() % 4) * weight) + " " : "";
         text += format == Format::fimi     ? fimi_line(shape, random)
                 : format == Format::basket ? basket_line(shape, separator, random)
                                            : table_row(separator, random);
@@ -204,6 +205,8 @@ Case random_case(Random& random) {
     const std::string separator = any_of<std::string>({",", ";", "\t", "|"}, random);
     ReadingOptions& reading = made.arguments.reading;
     reading.weighted = format != Format::table && one_in(4, random);
+    // Supports of more than two bytes are told otherwise.
+    const std::uint32_t weight = !reading.weighted ? 0 : one_in(3, random) ? 9'000 : 1;
     if (!one_in(3, random)) {
         reading.format = format;
     }
@@ -215,7 +218,7 @@ Case random_case(Random& random) {
     }
     for (std::uint32_t files = 1 + random() % 4; files > 0; --files) {
         const std::uint32_t lines = one_in(5, random) ? 0 : random() % (shape.lines + 1);
-        std::string text = text_of(format, shape, lines, separator, reading.weighted, random);
+        std::string text = text_of(format, shape, lines, separator, weight, random);
         if (one_in(12, random)) {
             text = one_in(2, random) ? "" : "\n \n";
         }

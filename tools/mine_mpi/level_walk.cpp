@@ -34,15 +34,13 @@ struct Question {
 /// candidates, and what is open.
 class QuestionReader {
 public:
-    /// Takes the place of the second size where all ranks are asked for.
-    static constexpr std::uint32_t all = ~std::uint32_t{0};
-
-    explicit QuestionReader(const Numbers& numbers) : left_(numbers) {}
+    /// `all`: takes the place of the second size where all ranks are asked for.
+    QuestionReader(const Numbers& numbers, std::uint32_t all) : left_(numbers), all_(all) {}
 
     Question take_question() {
         const std::span<const std::uint32_t> sizes = take(2);
         const std::span<const Rank> candidates = take(sizes[0]);
-        const bool asks_all = sizes[1] == all;
+        const bool asks_all = sizes[1] == all_;
         return {candidates, take(asks_all ? 0 : sizes[1]), asks_all};
     }
 
@@ -54,6 +52,7 @@ private:
     }
 
     std::span<const std::uint32_t> left_;
+    std::uint32_t all_;
 };
 
 /// What the lines of a process, or of all, say of some stretches of itemsets.
@@ -128,6 +127,8 @@ public:
           words_of_items_(words_for(items.order.size())),
           options_(options),
           min_joint_(options.min_joint.value_or(options.min_support)),
+          largest_support_(items_.frequent == 0 ? 0 : items_.supports[items_.frequent - 1]),
+          asks_all_(items_.size() + 1),
           events_(events),
           part_(items, static_cast<std::size_t>(processes.size())),
           tree_(std::span(items.ranked.supports).first(items.ranked.frequent)),
@@ -260,8 +261,9 @@ private:
     void walk_round(const std::vector<Node>& begins, std::size_t first) {
         const auto processes = static_cast<std::size_t>(processes_.size());
         const std::span<const Node> round = std::span(begins).subspan(first, processes + 1);
-        Answers answers = answer(processes_.all_of(questions_), round);
-        answers.counts = processes_.sums(std::move(answers.counts), answers.sizes_of_counts);
+        Answers answers = answer(processes_.all_of(questions_, asks_all_), round);
+        answers.counts =
+            processes_.sums(std::move(answers.counts), answers.sizes_of_counts, largest_support_);
         answers.outside = processes_.unions(std::move(answers.outside), answers.sizes_of_outside);
         const Numbers nodes = conclude(begins, first, answers);
         ask(begins, first + processes);
@@ -296,7 +298,7 @@ private:
             const std::vector<Candidate>& found = find_candidates(node);
             const bool asks_all = !put_open(node);
             questions_.push_back(static_cast<std::uint32_t>(found.size()));
-            questions_.push_back(asks_all ? QuestionReader::all : static_cast<std::uint32_t>(open_.size()));
+            questions_.push_back(asks_all ? asks_all_ : static_cast<std::uint32_t>(open_.size()));
             append(found, questions_, &Candidate::rank);
             append(found, parts_, [](const Candidate& candidate) {
                 return Parts{candidate.largest_part, candidate.sum_of_parts};
@@ -345,7 +347,7 @@ private:
 
     Answers answer(const Numbers& questions, std::span<const Node> begins) {
         Answers answers;
-        QuestionReader reader(questions);
+        QuestionReader reader(questions, asks_all_);
         for (std::size_t process = 0; process + 1 < begins.size(); ++process) {
             const std::size_t counts_before = answers.counts.size();
             BitStream outside;
@@ -414,7 +416,7 @@ private:
     /// the closures to their classes.
     Numbers conclude(const std::vector<Node>& begins, std::size_t first, const Answers& answers) {
         Numbers nodes;
-        QuestionReader reader(questions_);
+        QuestionReader reader(questions_, asks_all_);
         std::span<const std::uint32_t> counts = answers.counts;
         std::span<const Parts> parts = parts_;
         std::size_t bit = 0;
@@ -588,6 +590,8 @@ private:
     std::size_t words_of_items_;
     const MiningOptions& options_;
     Count min_joint_;
+    Count largest_support_;   ///< of the frequent items
+    std::uint32_t asks_all_;  ///< see QuestionReader; larger than all other numbers of questions
     const LevelEvents& events_;
     Part part_;
     EssentialTree tree_;

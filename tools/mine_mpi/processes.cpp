@@ -35,6 +35,17 @@ int count_of(std::size_t size) {
     return static_cast<int>(size);
 }
 
+bool fits_two_bytes(std::uint32_t number) {
+    return number <= std::numeric_limits<std::uint16_t>::max();
+}
+
+template <typename To, typename From>
+std::vector<To> converted(const std::vector<From>& values) {
+    std::vector<To> result(values.size());
+    std::ranges::transform(values, result.begin(), [](From value) { return static_cast<To>(value); });
+    return result;
+}
+
 /// Where the values of each process begin among all.
 std::vector<int> begins_of(const std::vector<int>& counts) {
     std::vector<int> begins(counts.size());
@@ -116,16 +127,24 @@ void Processes::all_bytes(const void* mine, std::size_t size, void* all) {
     MPI_Allgather(mine, count_of(size), MPI_BYTE, all, count_of(size), MPI_BYTE, MPI_COMM_WORLD);
 }
 
-std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& values) {
+std::vector<std::uint32_t> Processes::all_of(const std::vector<std::uint32_t>& values,
+                                             std::uint32_t largest) {
     if (size_ == 1) {
         return values;
     }
+    return fits_two_bytes(largest)
+               ? converted<std::uint32_t>(all_values(converted<std::uint16_t>(values), MPI_UINT16_T))
+               : all_values(values, MPI_UINT32_T);
+}
+
+template <typename T>
+std::vector<T> Processes::all_values(const std::vector<T>& values, MPI_Datatype type) {
     const std::vector<int> counts = all_of(count_of(values.size()));
-    std::vector<std::uint32_t> all(total_of(counts));
+    std::vector<T> all(total_of(counts));
     const Waiting waiting(*this);
-    bytes_ += values.size() * sizeof(std::uint32_t) * others();
-    MPI_Allgatherv(values.data(), count_of(values.size()), MPI_UINT32_T, all.data(), counts.data(),
-                   begins_of(counts).data(), MPI_UINT32_T, MPI_COMM_WORLD);
+    bytes_ += values.size() * sizeof(T) * others();
+    MPI_Allgatherv(values.data(), count_of(values.size()), type, all.data(), counts.data(),
+                   begins_of(counts).data(), type, MPI_COMM_WORLD);
     return all;
 }
 
@@ -156,21 +175,24 @@ std::uint64_t Processes::sum(std::uint64_t value) {
     return std::accumulate(values.begin(), values.end(), std::uint64_t{0});
 }
 
-std::vector<std::uint32_t> Processes::sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes) {
-    return reduced(std::move(values), sizes, MPI_UINT32_T, MPI_SUM);
+std::vector<std::uint32_t> Processes::sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes,
+                                           std::uint32_t largest) {
+    if (size_ == 1) {
+        return values;
+    }
+    return fits_two_bytes(largest) ? converted<std::uint32_t>(reduced(converted<std::uint16_t>(values), sizes,
+                                                                      MPI_UINT16_T, MPI_SUM))
+                                   : reduced(std::move(values), sizes, MPI_UINT32_T, MPI_SUM);
 }
 
 std::vector<std::uint64_t> Processes::unions(std::vector<std::uint64_t> words,
                                              const std::vector<int>& sizes) {
-    return reduced(std::move(words), sizes, MPI_UINT64_T, MPI_BOR);
+    return size_ == 1 ? words : reduced(std::move(words), sizes, MPI_UINT64_T, MPI_BOR);
 }
 
 template <typename T>
 std::vector<T> Processes::reduced(std::vector<T> values, const std::vector<int>& sizes, MPI_Datatype type,
                                   MPI_Op operation) {
-    if (size_ == 1) {
-        return values;
-    }
     count_of(values.size());
     std::vector<T> result(static_cast<std::size_t>(sizes[static_cast<std::size_t>(number_)]));
     const Waiting waiting(*this);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <type_traits>
@@ -55,8 +56,13 @@ public:
     template <typename T>
     std::vector<T> all_of(const T& value);
 
-    /// The values of each process, in their order, in all processes.
-    std::vector<std::uint32_t> all_of(const std::vector<std::uint32_t>& values);
+    /// The largest number there is. Where no number takes more than two bytes, they are told in two.
+    static constexpr std::uint32_t any_number = std::numeric_limits<std::uint32_t>::max();
+
+    /// The values of each process, in their order, in all processes. `largest`: no value is larger, in any of
+    /// them; the same in all.
+    std::vector<std::uint32_t> all_of(const std::vector<std::uint32_t>& values,
+                                      std::uint32_t largest = any_number);
 
     /// What each process has for this one, in the order of processes. `for_each`: for each process. Values: a
     /// vector or a string.
@@ -66,8 +72,10 @@ public:
     std::uint64_t sum(std::uint64_t value);
 
     /// The sums, over all processes, of the values that are for this one. `values`: for each process, one
-    /// behind the other; `sizes`: how many, by process; they are the same in all.
-    std::vector<std::uint32_t> sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes);
+    /// behind the other; `sizes`: how many, by process; `largest`: no sum is larger; both are the same in
+    /// all.
+    std::vector<std::uint32_t> sums(std::vector<std::uint32_t> values, const std::vector<int>& sizes,
+                                    std::uint32_t largest = any_number);
 
     /// The same with unions of words of bits.
     std::vector<std::uint64_t> unions(std::vector<std::uint64_t> words, const std::vector<int>& sizes);
@@ -108,6 +116,8 @@ private:
     /// How many other processes there are.
     std::size_t others() const { return static_cast<std::size_t>(size_) - 1; }
 
+    template <typename T>
+    std::vector<T> all_values(const std::vector<T>& values, MPI_Datatype type);
     template <typename T>
     std::vector<T> reduced(std::vector<T> values, const std::vector<int>& sizes, MPI_Datatype type,
                            MPI_Op operation);
