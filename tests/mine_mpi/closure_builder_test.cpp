@@ -34,7 +34,7 @@ private:
     }
 
     RankedItems items_;
-    ItemOrder order_;
+    RankOrder order_;
     ClosureBuilder builder_;
 };
 
@@ -47,6 +47,15 @@ Itemset items_of(const EncodedClosure& closure) {
 TEST(ClosureBuilder, PutsItemsOfRanksInOrder) {
     Builder builder({{50}, {2, 900}, {70}, {1}}, {9, 9, 9, 9});
     EXPECT_EQ(items_of(builder.of({1, 0, 2})), (Itemset{2, 50, 70, 900}));
+}
+
+TEST(ClosureBuilder, PutsTheItemsOfSeveralRanksWithOthersInOrder) {
+    Builder builder({{1, 60, 80, 1000}, {2, 55, 70, 900}, {65}, {950}}, {9, 9, 9, 9});
+    const Itemset all = {1, 2, 55, 60, 65, 70, 80, 900, 950, 1000};
+    EXPECT_EQ(items_of(builder.of({3, 1, 0, 2})), all);
+    EXPECT_EQ(items_of(builder.without({0})), all);
+    EXPECT_EQ(items_of(builder.decoded(std::string(builder.of({0, 1, 2, 3}).bytes))), all);
+    EXPECT_EQ(items_of(builder.of({0})), (Itemset{1, 60, 80, 1000}));
 }
 
 TEST(ClosureBuilder, SaysWhatAClosureTakes) {

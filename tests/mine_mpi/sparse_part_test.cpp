@@ -21,7 +21,7 @@ PartItems items_of_others(Rank ranks) {
         ranked.supports.push_back(1);
     }
     ranked.transactions.front() = line;
-    return {.ranked = ranked, .order = ItemOrder(ranked.items), .lines = ranks, .occurrences = ranks};
+    return {.ranked = ranked, .order = RankOrder(ranked.items), .lines = ranks, .occurrences = ranks};
 }
 
 TEST(SparsePart, ExpectsOfClosuresWhatPartnersLeaveOpenOrAllRanks) {

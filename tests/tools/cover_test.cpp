@@ -254,12 +254,40 @@ TEST(DenseCover, TellsWhatIsOutsideTheClosureByPlace) {
     const RankedItems items = ranked_items(database, 1, 0);
     ASSERT_EQ(items.items, (std::vector<Itemset>{{11}, {10, 12}, {13}}));
     DenseCover cover(items);
-    EXPECT_EQ(cover.outside_with(0), std::vector<BitWord>{0b1101});
-    EXPECT_EQ(cover.outside_with(1), std::vector<BitWord>{0b1010});
-    EXPECT_EQ(cover.outside_with(2), std::vector<BitWord>{0b0101});
+    EXPECT_EQ(cover.outside_with(0), std::vector<BitWord>{0b101});
+    EXPECT_EQ(cover.outside_with(1), std::vector<BitWord>{0b110});
+    EXPECT_EQ(cover.outside_with(2), std::vector<BitWord>{0b001});
     cover.enter(2);
     EXPECT_EQ(cover.outside_with(1), std::vector<BitWord>{0});
     EXPECT_EQ(cover.gain(1), Ranks{1});
+}
+
+TEST(DenseCover, SeesWhatIsOutsideWhereThereAreManyWitnesses) {
+    // 0 to 5 are in some of the first 40 lines; each of 90 others has a line of its own.
+    std::mt19937 random(4);
+    Database database;
+    database.lines = database.transactions = 130;
+    for (Item item = 0; item < 6; ++item) {
+        std::vector<Transaction> lines = {item};
+        for (Transaction line = 6; line < 40; ++line) {
+            if (random() % 2 == 0) {
+                lines.push_back(line);
+            }
+        }
+        database.items.push_back({item, lines});
+    }
+    for (Item item = 40; item < 130; ++item) {
+        database.items.push_back({item, {item}});
+    }
+    const RankedItems items = ranked_items(database, 2, 0);
+    ASSERT_EQ(items.frequent, 6U);
+    ComparedWalk<DenseCover> walk(items, 0);
+    walk.run();
+    EXPECT_GT(walk.compared(), 30U);
+    DenseCover cover(items);
+    cover.enter(5);
+    cover.enter(3);
+    EXPECT_EQ(sorted(cover.gain(90)), Ranks{90});
 }
 
 TEST(DenseCover, FindsTheFewLinesThatAreLeft) {

@@ -12,11 +12,11 @@ namespace korv::tools {
 using FindWord = std::size_t (*)(const BitWord* set, const BitWord* first, const BitWord* second,
                                  std::size_t words);
 
-/// In the instructions that every processor has.
+/// A FindWord in the instructions that every processor has.
 std::size_t find_word_anywhere(const BitWord* set, const BitWord* first, const BitWord* second,
                                std::size_t words);
 
-/// Searches for the processor on which the program runs, the fastest first; the one above is the last.
+/// Those for the processor on which the program runs, the fastest first; the one above is the last.
 std::vector<FindWord> word_searches();
 
 }  // namespace korv::tools

@@ -18,44 +18,44 @@ constexpr std::size_t near_in_long_row = 16;
 /// lines.
 constexpr std::size_t words_for_one_uncovered = 8;
 
+/// Of more witnesses, a search in the lines of an item is faster.
+constexpr std::size_t most_witnesses_to_look_at = 64;
+
 constexpr Transaction no_line = ~Transaction{0};
 
 }  // namespace
 
 DenseCover::DenseCover(const RankedItems& items)
     : order_(items.items),
-      words_of_line_(words_for(order_.size())),
+      words_of_line_(words_for(items.size())),
       lines_(items.lines * words_of_line_),
-      first_places_(words_of_line_),
       extents_(items.size()),
       prefixes_(2) {
     rows_.reset(items.size(), items.lines);
     rows_.set_weights({items.weights.begin(), items.weights.end()});
+    Prefix& empty = prefixes_.front();
+    empty.any = {std::vector<BitWord>(rows_.words()), true};
+    empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};
+    empty.outside.resize(words_of_line_);
     for (Rank rank = 0; rank < items.size(); ++rank) {
-        const std::span<const ItemOrder::Place> places = order_.places(rank);
-        first_places_[word_of(places.front())] |= bit_of(places.front());
+        const Rank place = order_.places[rank];
         const std::span<const Transaction> lines = items.transactions[rank];
         if (!lines.empty()) {
             extents_[rank] = {word_of(lines.front()), word_of(lines.back()) + std::size_t{1}};
         }
         for (const Transaction line : lines) {
             rows_.insert(rank, line);
-            for (const ItemOrder::Place place : places) {
-                lines_[line * words_of_line_ + word_of(place)] |= bit_of(place);
-            }
+            lines_[line * words_of_line_ + word_of(place)] |= bit_of(place);
         }
     }
-    near_ = rows_.words() <= words_of_short_row ? rows_.words() : near_in_long_row;
-    Prefix& empty = prefixes_.front();
-    empty.any = {std::vector<BitWord>(rows_.words()), true};
-    empty.all = {std::vector<BitWord>(rows_.words(), ~BitWord{0}), true};
-    empty.outside.resize(words_of_line_);
-    for (Rank rank = 0; rank < items.size(); ++rank) {
-        const ItemOrder::Place place = order_.places(rank).front();
+    // Those of the most common items come last, as they are looked at first.
+    for (Rank rank = items.size(); rank-- > 0;) {
+        const Rank place = order_.places[rank];
         if (!items.transactions[rank].empty() && (empty.outside[word_of(place)] & bit_of(place)) == 0) {
             add_witness(items.transactions[rank].front(), empty);
         }
     }
+    near_ = rows_.words() <= words_of_short_row ? rows_.words() : near_in_long_row;
 }
 
 void DenseCover::pairs_of(Rank rank, Count least, std::vector<Candidate>& candidates) const {
@@ -93,23 +93,22 @@ const std::vector<Rank>& DenseCover::gain(Rank rank) {
     const std::vector<BitWord>& after = outside_with(rank);
     gained_.clear();
     for (std::size_t i = 0; i < words_of_line_; ++i) {
-        for (BitWord left = before[i] & ~after[i] & first_places_[i]; left != 0; left &= left - 1) {
-            gained_.push_back(order_.rank(static_cast<ItemOrder::Place>(lowest_number(i, left))));
+        for (BitWord left = before[i] & ~after[i]; left != 0; left &= left - 1) {
+            gained_.push_back(order_.ranks[lowest_number(i, left)]);
         }
     }
     return gained_;
 }
 
 const std::vector<BitWord>& DenseCover::outside_with(Rank rank) {
-    const Prefix& before = prefixes_[itemset_.size()];
     Prefix& after = prefixes_[itemset_.size() + 1];
-    keep_witnesses(before, rank, after);
+    keep_witnesses(prefixes_[itemset_.size()], rank, after);
+    find_among_witnesses(after);
     for (std::size_t i = 0; i < words_of_line_; ++i) {
-        for (BitWord left = before.outside[i] & ~after.outside[i] & first_places_[i]; left != 0;
-             left &= ~after.outside[i]) {
-            const auto place = static_cast<ItemOrder::Place>(lowest_number(i, left));
+        for (BitWord left = lost_[i]; left != 0; left &= ~after.outside[i]) {
+            const Rank other = order_.ranks[lowest_number(i, left)];
             left &= left - 1;
-            const Transaction line = uncovered_line(order_.rank(place), rank);
+            const Transaction line = uncovered_line(other, rank);
             if (line != no_line) {
                 add_witness(line, after);
             }
@@ -118,24 +117,46 @@ const std::vector<BitWord>& DenseCover::outside_with(Rank rank) {
     return after.outside;
 }
 
-/// Keeps the witnesses that do not hold an item. Without branches, since nobody can tell which ones do.
-void DenseCover::keep_witnesses(const Prefix& before, Rank added, Prefix& after) const {
+/// Keeps the witnesses that do not hold an item. What the others hold is lost, but for this item, which is
+/// covered. There are no branches, since nobody can tell which ones hold it.
+void DenseCover::keep_witnesses(const Prefix& before, Rank added, Prefix& after) {
     const BitWord* const of_added = rows_[added];
     after.witnesses.resize(before.witnesses.size());
+    removed_.resize(before.witnesses.size());
     std::size_t kept = 0;
+    std::size_t removed = 0;
     for (const Transaction witness : before.witnesses) {
         const BitWord holds_added = of_added[word_of(witness)] >> witness % word_bits & 1U;
-        after.witnesses[kept] = witness;
+        after.witnesses[kept] = removed_[removed] = witness;
         kept += 1 - holds_added;
+        removed += holds_added;
     }
     after.witnesses.resize(kept);
+    lost_.assign(words_of_line_, 0);
+    for (const Transaction witness : std::span(removed_).first(removed)) {
+        for (std::size_t i = 0; i < words_of_line_; ++i) {
+            lost_[i] |= line(witness)[i];
+        }
+    }
     after.outside.resize(words_of_line_);
     for (std::size_t i = 0; i < words_of_line_; ++i) {
-        BitWord held = 0;
-        for (const Transaction witness : after.witnesses) {
-            held |= line(witness)[i];
+        after.outside[i] = before.outside[i] & ~lost_[i];
+    }
+    const Rank place = order_.places[added];
+    lost_[word_of(place)] &= ~bit_of(place);
+}
+
+/// Finds what is lost in the witnesses that were added last, which hold the most of it.
+void DenseCover::find_among_witnesses(Prefix& prefix) {
+    const std::size_t size = prefix.witnesses.size();
+    const auto last = std::span(prefix.witnesses).last(std::min(size, most_witnesses_to_look_at));
+    for (std::size_t i = 0; i < words_of_line_; ++i) {
+        BitWord lost = lost_[i];
+        for (std::size_t k = last.size(); k > 0 && lost != 0; --k) {
+            lost &= ~line(last[k - 1])[i];
         }
-        after.outside[i] = held;
+        prefix.outside[i] |= lost_[i] & ~lost;
+        lost_[i] = lost;
     }
 }
 
@@ -206,9 +227,6 @@ const std::vector<DenseCover::Word>& DenseCover::uncovered(std::size_t size) {
 
 /// A line of a rank that holds neither anything of the itemset nor `added`; or no_line.
 Transaction DenseCover::uncovered_line(Rank rank, Rank added) {
-    if (rank == added) {
-        return no_line;
-    }
     const auto [begin, end] = extents_[rank];
     const std::size_t near = std::min(begin + near_, end);
     const Transaction line = uncovered_line_between(begin, near, rank, added);

@@ -148,7 +148,8 @@ void append_encoded(std::span<const Item> itemset, std::string& bytes);
 /// Replaces `itemset` by that from which append_encoded made `bytes`.
 void decode(std::string_view bytes, Itemset& itemset);
 
-/// A number that is as good as random, and the same for the same closure, as append_encoded writes it.
+/// A number that is as good as random, and the same for the same closure, as append_encoded writes it, in all
+/// processes of a run: they divide the classes by it.
 std::uint32_t hash_of_closure(std::string_view encoded);
 
 /// The bytes that an item takes in a class file, with a blank.

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "base/bit_words.h"
-#include "mine/item_order.h"
+#include "base/itemset.h"
 #include "mine/mined_classes.h"
+#include "mine/rank_order.h"
 #include "mine/ranked_items.h"
 
 namespace korv::tools {
@@ -17,48 +18,58 @@ namespace korv::tools {
 /// Makes closures of ranks, as classes keep them. What it returns is valid until the next one is made.
 class ClosureBuilder {
 public:
-    /// `order`: of the items; it must outlive the builder. Items in less than `least_frequent` transactions
-    /// count as rare.
-    ClosureBuilder(const RankedItems& items, const ItemOrder& order, Count least_frequent);
+    /// `order`: that of these items; it must outlive the builder. Items in less than `least_frequent`
+    /// transactions count as rare.
+    ClosureBuilder(const RankedItems& items, const RankOrder& order, Count least_frequent);
 
-    /// Adds a rank, which is not there yet, to the next closure. Fastest where ranks come in the order of
-    /// their items.
-    void add(Rank rank);
+    /// Adds a rank, which is not there yet, to the next closure.
+    void add(Rank rank) { added_.push_back(order_.places[rank]); }
 
     /// The closure of the ranks that were added.
     EncodedClosure finish();
 
-    /// The closure of the items whose bits, by place, are 0.
+    /// The closure of the ranks whose bits, by place, are 0. `outside` has as many words as there must be for
+    /// all ranks.
     EncodedClosure without(std::span<const BitWord> outside);
 
-    /// The closure from which append_encoded made some bytes, as far as ranks stand for its items.
+    /// The closure from which append_encoded made some bytes, as far as ranks stand for its items: it has all
+    /// or none of a rank.
     EncodedClosure decoded(std::string_view bytes);
 
 private:
-    /// What the item at a place adds to a closure.
-    struct OfPlace {
+    /// What an item adds to a closure.
+    struct Part {
         Item item;
         std::uint32_t text_bytes;
         std::uint32_t rare_bytes;
     };
 
-    /// Puts the next item into `closure_`.
-    void put(ItemOrder::Place place) {
-        const OfPlace& of = of_places_[place];
-        closure_[size_++] = of.item;
-        text_bytes_ += of.text_bytes;
-        rare_bytes_ += of.rare_bytes;
-    }
+    /// The items of a rank.
+    struct OfRank {
+        Part first;
+        bool has_others;
+        std::size_t others_begin;  ///< in `others_`
+        std::size_t others_end;
+    };
 
+    void put_rank(Rank place);
+    void put_others_before(Item item);
+    void put(const Part& part) {
+        closure_[size_++] = part.item;
+        text_bytes_ += part.text_bytes;
+        rare_bytes_ += part.rare_bytes;
+    }
     EncodedClosure encoded();
 
-    const ItemOrder& order_;
-    std::vector<OfPlace> of_places_;
-    std::vector<ItemOrder::Place> added_;  ///< the places of what was added
+    const RankOrder& order_;
+    std::vector<OfRank> of_places_;
+    std::vector<Part> others_;  ///< but for the first ones of ranks
+    std::vector<Rank> added_;   ///< the places of what was added
 
-    // Of the closure that is being made:
-    Itemset closure_;       ///< with room for all items
-    std::size_t size_ = 0;  ///< so many of them are put there
+    // Of the closure that is being made, by ranks in the order of their places:
+    Itemset closure_;            ///< with room for all items
+    std::size_t size_ = 0;       ///< so many of them are put there
+    std::vector<Part> waiting_;  ///< other items of these ranks, for which it is too early: a heap
     std::size_t text_bytes_ = 0;
     std::size_t rare_bytes_ = 0;
     std::string bytes_;  ///< set when it is done

@@ -11,7 +11,7 @@ DensePart::DensePart(const PartItems& items, std::size_t processes)
     : cover_(items.ranked),
       frequent_(items.ranked.frequent),
       nanoseconds_of_own_(words_for(items.lines / processes) / 2),
-      words_of_closure_(words_for(items.order.size())) {}
+      words_of_closure_(words_for(items.ranked.size())) {}
 
 void DensePart::count(std::span<const Rank> candidates, std::span<Count> counts) {
     std::ranges::transform(candidates, counts.begin(), [this](Rank rank) { return cover_.joint(rank); });

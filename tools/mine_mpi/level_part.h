@@ -17,8 +17,7 @@ namespace korv::tools {
 /// - enter(rank), leave(): adds an item at the end, and removes it. enter_to_count(rank): the same where
 ///   nothing but count and own is called until it is left.
 /// - count(candidates, counts): sets, for each candidate, its joint support with the itemset here. There is
-/// at
-///   least one; they are ascending, and below all of the itemset.
+///   at least one; they are ascending, and below all of the itemset.
 /// - own(rank): the number of transactions here that hold this item and no item of the itemset.
 /// - counts_own(size): whether own counts tell the supports of extensions of itemsets of this size faster
 ///   than inclusion and exclusion does; the same in all processes.

@@ -124,7 +124,6 @@ public:
               const LevelEvents& events)
         : processes_(processes),
           items_(items.ranked),
-          words_of_items_(words_for(items.order.size())),
           options_(options),
           min_joint_(options.min_joint.value_or(options.min_support)),
           largest_support_(items_.frequent == 0 ? 0 : items_.supports[items_.frequent - 1]),
@@ -470,8 +469,9 @@ private:
                       std::size_t bit) {
         if (question.asks_all) {
             const std::size_t first = words_for(bit);
-            put(node, closures_.without(outside.subspan(first, words_of_items_)));
-            return (first + words_of_items_) * word_bits;
+            const std::size_t words = words_for(items_.size());
+            put(node, closures_.without(outside.subspan(first, words)));
+            return (first + words) * word_bits;
         }
         put_itemset(node);
         for (const Rank rank : itemset_) {
@@ -587,7 +587,6 @@ private:
 
     Processes& processes_;
     const RankedItems& items_;
-    std::size_t words_of_items_;
     const MiningOptions& options_;
     Count min_joint_;
     Count largest_support_;   ///< of the frequent items

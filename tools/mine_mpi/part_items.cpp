@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <numeric>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -129,7 +128,7 @@ PartItems rank_part(Processes& processes, const PartOfDatabase& part, Count leas
         ranked.supports.push_back(wanted.supports[twins.front()]);
         occurrences += transactions.size();
     }
-    ItemOrder order(ranked.items);
+    RankOrder order(ranked.items);
     return {std::move(ranked), std::move(order), processes.sum(database.lines), processes.sum(occurrences)};
 }
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "mine/item_order.h"
+#include "mine/rank_order.h"
 #include "mine/ranked_items.h"
 #include "mine_mpi/part_reading.h"
 #include "mine_mpi/processes.h"
@@ -15,7 +15,7 @@ struct PartItems {
     /// Items, supports and order are those of the whole database, lines and transactions those of this
     /// process; so an item can have no transactions here.
     RankedItems ranked;
-    ItemOrder order;                ///< of these items
+    RankOrder order;                ///< of these items
     std::uint64_t lines = 0;        ///< of the whole database
     std::uint64_t occurrences = 0;  ///< of these items in them
 };

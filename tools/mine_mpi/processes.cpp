@@ -187,7 +187,10 @@ std::vector<std::uint32_t> Processes::sums(std::vector<std::uint32_t> values, co
 
 std::vector<std::uint64_t> Processes::unions(std::vector<std::uint64_t> words,
                                              const std::vector<int>& sizes) {
-    return size_ == 1 ? words : reduced(std::move(words), sizes, MPI_UINT64_T, MPI_BOR);
+    if (size_ == 1) {
+        return words;
+    }
+    return reduced(std::move(words), sizes, MPI_UINT64_T, MPI_BOR);
 }
 
 template <typename T>

@@ -25,7 +25,7 @@ bool are_often_together(Count together, Count support) {
 
 SparsePart::SparsePart(const PartItems& items, std::size_t processes)
     : items_(items.ranked),
-      order_(items.order),
+      places_(items.order.places),
       processes_(processes),
       index_(items.ranked),
       partners_(items.ranked, static_cast<std::size_t>(items.occurrences / processes)),
@@ -34,14 +34,14 @@ SparsePart::SparsePart(const PartItems& items, std::size_t processes)
       is_asked_about_(items.ranked.size()),
       row_of_(items.ranked.size(), no_row),
       covered_(items.ranked),
-      present_(words_for(items.order.size())),
+      present_(words_for(items.ranked.size())),
       looked_at_(items.ranked.size()),
       together_(items.ranked.frequent) {
     for (Rank rank = 0; rank < items_.size(); ++rank) {
         if (lines(rank).empty()) {
             absent_.push_back(rank);
         } else {
-            mark(rank, true, present_);
+            present_[word_of(places_[rank])] |= bit_of(places_[rank]);
         }
     }
 }
@@ -199,7 +199,7 @@ bool SparsePart::asks_partners(std::size_t size) const {
 
 /// Where lines have to tell it, many items may have none in some process.
 std::size_t SparsePart::words_of_closure(std::size_t size) const {
-    return asks_partners(size) ? 1 : words_for(order_.size());
+    return asks_partners(size) ? 1 : words_for(items_.size());
 }
 
 /// Most items are in a line here that none of the itemset is in, so that nobody else is asked about them.
@@ -247,14 +247,6 @@ void SparsePart::put_open_by_lines(std::span<const Rank> itemset, std::vector<Ra
     for_each_covered(put);
 }
 
-/// Sets the bits of the items of a rank.
-void SparsePart::mark(Rank rank, bool is_outside, std::vector<BitWord>& items) const {
-    for (const ItemOrder::Place place : order_.places(rank)) {
-        BitWord& word = items[word_of(place)];
-        word = is_outside ? word | bit_of(place) : word & ~bit_of(place);
-    }
-}
-
 void SparsePart::tell_outside_of(std::span<const Rank> open, Rank rank, BitStream& outside) {
     push(rank);
     for (const Rank other : open) {
@@ -267,9 +259,9 @@ void SparsePart::tell_outside(Rank rank, BitStream& outside) {
     push(rank);
     covered_.cover(itemset_);
     pop();
-    std::vector<BitWord> items = present_;
-    for_each_covered([&](Rank other) { mark(other, false, items); });
-    outside.append(items);
+    std::vector<BitWord> ranks = present_;
+    for_each_covered([&](Rank other) { ranks[word_of(places_[other])] &= ~bit_of(places_[other]); });
+    outside.append(ranks);
 }
 
 /// Calls `visit` with each rank that has lines here, all of which are covered. One of them is, so only

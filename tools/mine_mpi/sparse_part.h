@@ -63,14 +63,13 @@ private:
     bool asks_partners(std::size_t size) const;
     bool is_covered(const std::vector<char>& is_in, Transaction line) const;
     bool covers(const std::vector<char>& is_in, Rank rank) const;
-    void mark(Rank rank, bool is_outside, std::vector<BitWord>& items) const;
     void put_open_partners(std::span<const Rank> itemset, std::vector<Rank>& open);
     void put_open_by_lines(std::span<const Rank> itemset, std::vector<Rank>& open);
     template <typename Visit>
     void for_each_covered(Visit visit);
 
     const RankedItems& items_;
-    const ItemOrder& order_;
+    const std::vector<Rank>& places_;
     std::size_t processes_;
     LineIndex index_;
     Partners partners_;
@@ -92,7 +91,7 @@ private:
 
     CoveredLines covered_;                  ///< of the itemset that was looked at last
     std::vector<Rank> absent_;              ///< ranks without lines here, ascending
-    std::vector<BitWord> present_;          ///< the items of the others, as tell_outside tells them
+    std::vector<BitWord> present_;          ///< the others, as tell_outside tells ranks
     std::vector<std::uint64_t> looked_at_;  ///< by rank: the last search in lines that looked at it
     std::uint64_t search_ = 0;              ///< the number of the current one
 
