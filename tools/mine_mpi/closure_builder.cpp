@@ -1,31 +1,31 @@
 #include "mine_mpi/closure_builder.h"
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
+#include <cstddef>
 #include <utility>
 
 namespace korv::tools {
 
 ClosureBuilder::ClosureBuilder(const RankedItems& items, const RankOrder& order, Count least_frequent)
-    : order_(order) {
+    : items_(items), order_(order) {
+    std::size_t size = 0;
     for (const Rank rank : order.ranks) {
-        const auto part_of = [&](Item item) {
-            const auto bytes = static_cast<std::uint32_t>(text_bytes_of(item));
-            return Part{item, bytes, items.supports[rank] < least_frequent ? bytes : 0};
-        };
         const Itemset& itemset = items.items[rank];
-        const std::size_t begin = others_.size();
-        std::transform(itemset.begin() + 1, itemset.end(), std::back_inserter(others_), part_of);
-        of_places_.push_back({part_of(itemset.front()), itemset.size() > 1, begin, others_.size()});
+        std::uint32_t bytes = 0;
+        for (const Item item : itemset) {
+            bytes += static_cast<std::uint32_t>(text_bytes_of(item));
+        }
+        const bool is_rare = items.supports[rank] < least_frequent;
+        of_places_.push_back({itemset.front(), bytes, is_rare ? bytes : 0, itemset.size() > 1});
+        size += itemset.size();
     }
-    closure_.resize(of_places_.size() + others_.size());
+    closure_.resize(size);
 }
 
 EncodedClosure ClosureBuilder::finish() {
     std::ranges::sort(added_);
     for (const Rank place : added_) {
-        put_rank(place);
+        put(place);
     }
     added_.clear();
     return encoded();
@@ -36,7 +36,7 @@ EncodedClosure ClosureBuilder::without(std::span<const BitWord> outside) {
         const std::size_t left = of_places_.size() - word * word_bits;
         const BitWord all = left >= word_bits ? ~BitWord{0} : bit_of(left) - 1;
         for (BitWord inside = ~outside[word] & all; inside != 0; inside &= inside - 1) {
-            put_rank(static_cast<Rank>(lowest_number(word, inside)));
+            put(lowest_number(word, inside));
         }
     }
     return encoded();
@@ -45,44 +45,42 @@ EncodedClosure ClosureBuilder::without(std::span<const BitWord> outside) {
 EncodedClosure ClosureBuilder::decoded(std::string_view bytes) {
     Itemset closure;
     decode(bytes, closure);
-    const auto first_item = [](const OfRank& of) { return of.first.item; };
     auto next = of_places_.begin();
     for (const Item item : closure) {
-        next = std::ranges::lower_bound(next, of_places_.end(), item, {}, first_item);
-        if (next != of_places_.end() && first_item(*next) == item) {
-            put_rank(static_cast<Rank>(next - of_places_.begin()));
+        next = std::ranges::lower_bound(next, of_places_.end(), item, {}, &OfRank::first);
+        if (next != of_places_.end() && next->first == item) {
+            put(static_cast<std::size_t>(next - of_places_.begin()));
             ++next;
         }
     }
     return encoded();
 }
 
-void ClosureBuilder::put_rank(Rank place) {
-    const OfRank& of = of_places_[place];
-    if (!waiting_.empty()) {
-        put_others_before(of.first.item);
-    }
-    put(of.first);
-    for (std::size_t i = of.others_begin; of.has_others && i < of.others_end; ++i) {
-        waiting_.push_back(others_[i]);
-        std::ranges::push_heap(waiting_, std::greater(), &Part::item);
-    }
+void ClosureBuilder::put_others(std::size_t place) {
+    const Itemset& itemset = items_.items[order_.ranks[place]];
+    others_.insert(others_.end(), itemset.begin() + 1, itemset.end());
 }
 
-/// Puts the items that wait and are less than this one.
-void ClosureBuilder::put_others_before(Item item) {
-    while (!waiting_.empty() && waiting_.front().item < item) {
-        put(waiting_.front());
-        std::ranges::pop_heap(waiting_, std::greater(), &Part::item);
-        waiting_.pop_back();
+/// Puts the other items among the first ones: from the back, so that each is moved once.
+void ClosureBuilder::insert_others() {
+    std::ranges::sort(others_);
+    auto end = closure_.begin() + static_cast<std::ptrdiff_t>(size_);
+    size_ += others_.size();
+    auto to = closure_.begin() + static_cast<std::ptrdiff_t>(size_);
+    for (auto other = others_.rbegin(); other != others_.rend(); ++other) {
+        const auto behind = std::upper_bound(closure_.begin(), end, *other);
+        to = std::move_backward(behind, end, to);
+        *--to = *other;
+        end = behind;
     }
+    others_.clear();
 }
 
 /// Ends a closure.
 EncodedClosure ClosureBuilder::encoded() {
-    std::ranges::sort(waiting_, {}, &Part::item);
-    std::ranges::for_each(waiting_, [this](const Part& part) { put(part); });
-    waiting_.clear();
+    if (!others_.empty()) {
+        insert_others();
+    }
     const std::size_t items = std::exchange(size_, 0);
     bytes_.clear();
     append_encoded(std::span(closure_).first(items), bytes_);

@@ -18,7 +18,7 @@ namespace korv::tools {
 /// Makes closures of ranks, as classes keep them. What it returns is valid until the next one is made.
 class ClosureBuilder {
 public:
-    /// `order`: that of these items; it must outlive the builder. Items in less than `least_frequent`
+    /// `order`: that of these items. Both must outlive the builder. Items in less than `least_frequent`
     /// transactions count as rare.
     ClosureBuilder(const RankedItems& items, const RankOrder& order, Count least_frequent);
 
@@ -37,39 +37,38 @@ public:
     EncodedClosure decoded(std::string_view bytes);
 
 private:
-    /// What an item adds to a closure.
-    struct Part {
-        Item item;
+    /// What a rank adds to a closure.
+    struct OfRank {
+        Item first;
         std::uint32_t text_bytes;
         std::uint32_t rare_bytes;
-    };
-
-    /// The items of a rank.
-    struct OfRank {
-        Part first;
         bool has_others;
-        std::size_t others_begin;  ///< in `others_`
-        std::size_t others_end;
     };
 
-    void put_rank(Rank place);
-    void put_others_before(Item item);
-    void put(const Part& part) {
-        closure_[size_++] = part.item;
-        text_bytes_ += part.text_bytes;
-        rare_bytes_ += part.rare_bytes;
+    /// Puts a rank behind those before it in place.
+    void put(std::size_t place) {
+        const OfRank& of = of_places_[place];
+        closure_[size_++] = of.first;
+        text_bytes_ += of.text_bytes;
+        rare_bytes_ += of.rare_bytes;
+        if (of.has_others) {
+            put_others(place);
+        }
     }
+
+    void put_others(std::size_t place);
+    void insert_others();
     EncodedClosure encoded();
 
+    const RankedItems& items_;
     const RankOrder& order_;
     std::vector<OfRank> of_places_;
-    std::vector<Part> others_;  ///< but for the first ones of ranks
-    std::vector<Rank> added_;   ///< the places of what was added
+    std::vector<Rank> added_;  ///< the places of what was added
 
-    // Of the closure that is being made, by ranks in the order of their places:
-    Itemset closure_;            ///< with room for all items
-    std::size_t size_ = 0;       ///< so many of them are put there
-    std::vector<Part> waiting_;  ///< other items of these ranks, for which it is too early: a heap
+    // Of the closure that is being made:
+    Itemset closure_;       ///< the first items of its ranks, ascending; with room for all items
+    std::size_t size_ = 0;  ///< so many of them are put there
+    Itemset others_ = {};   ///< the other items of these ranks, in any order
     std::size_t text_bytes_ = 0;
     std::size_t rare_bytes_ = 0;
     std::string bytes_;  ///< set when it is done
