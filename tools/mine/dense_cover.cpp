@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <span>
 
 namespace korv::tools {
 
@@ -100,15 +101,15 @@ const std::vector<Rank>& DenseCover::gain(Rank rank) {
     return gained_;
 }
 
-const std::vector<BitWord>& DenseCover::outside_with(Rank rank) {
+const std::vector<BitWord>& DenseCover::outside_with(Rank added) {
     Prefix& after = prefixes_[itemset_.size() + 1];
-    keep_witnesses(prefixes_[itemset_.size()], rank, after);
+    keep_witnesses(prefixes_[itemset_.size()], added, after);
     find_among_witnesses(after);
     for (std::size_t i = 0; i < words_of_line_; ++i) {
         for (BitWord left = lost_[i]; left != 0; left &= ~after.outside[i]) {
-            const Rank other = order_.ranks[lowest_number(i, left)];
+            const Rank rank = order_.ranks[lowest_number(i, left)];
             left &= left - 1;
-            const Transaction line = uncovered_line(other, rank);
+            const Transaction line = uncovered_line(rank, added);
             if (line != no_line) {
                 add_witness(line, after);
             }

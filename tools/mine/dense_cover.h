@@ -30,7 +30,7 @@ public:
     const std::vector<Rank>& gain(Rank rank);
     /// What is outside the closure when this item is added: a bit for each rank, by place (see RankOrder).
     /// Valid until the next call.
-    const std::vector<BitWord>& outside_with(Rank rank);
+    const std::vector<BitWord>& outside_with(Rank added);
     static void announce(const std::vector<Rank>&, std::uint64_t) {}
     void keep_frequent(Count least, std::vector<Candidate>& candidates);
     /// The number of transactions that hold this item and all of the itemset.

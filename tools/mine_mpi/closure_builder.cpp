@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <utility>
 
 namespace korv::tools {
@@ -63,14 +64,14 @@ void ClosureBuilder::put_others(std::size_t place) {
 
 /// Puts the other items among the first ones: from the back, so that each is moved once.
 void ClosureBuilder::insert_others() {
-    std::ranges::sort(others_);
+    std::ranges::sort(others_, std::greater());
     auto end = closure_.begin() + static_cast<std::ptrdiff_t>(size_);
     size_ += others_.size();
     auto to = closure_.begin() + static_cast<std::ptrdiff_t>(size_);
-    for (auto other = others_.rbegin(); other != others_.rend(); ++other) {
-        const auto behind = std::upper_bound(closure_.begin(), end, *other);
+    for (const Item other : others_) {
+        const auto behind = std::upper_bound(closure_.begin(), end, other);
         to = std::move_backward(behind, end, to);
-        *--to = *other;
+        *--to = other;
         end = behind;
     }
     others_.clear();

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/bit_words.h"
 #include "mine/candidate_search.h"
 #include "mine_mpi/bit_stream.h"
 #include "mine_mpi/closure_builder.h"
