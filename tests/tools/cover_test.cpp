@@ -268,8 +268,8 @@ TEST(DenseCover, SeesWhatIsOutsideWhereThereAreManyWitnesses) {
     Database database;
     database.lines = database.transactions = 130;
     for (Item item = 0; item < 6; ++item) {
-        std::vector<Transaction> lines = {item};
-        for (Transaction line = 6; line < 40; ++line) {
+        std::vector<Transaction> lines;
+        for (Transaction line = 0; line < 40; ++line) {
             if (random() % 2 == 0) {
                 lines.push_back(line);
             }
